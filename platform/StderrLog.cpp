@@ -1,0 +1,43 @@
+#include "platform/StderrLog.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+#include "platform/SystemEnvironment.h"
+
+namespace fyn::productionrules {
+
+char logPriorityLetter(LogPriority priority) {
+  switch (priority) {
+    case LogPriority::error:
+      return 'E';
+    case LogPriority::warning:
+      return 'W';
+    case LogPriority::info:
+      return 'I';
+    case LogPriority::debug:
+      break;
+  }
+  return 'D';
+}
+
+void StderrLog::write(LogPriority priority, const char* tag, const char* text) {
+  const std::int64_t wallMs = SystemEnvironment::clock().wallMs();
+  const auto seconds = static_cast<std::time_t>(wallMs / 1000);
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  std::array<char, 32> stamp{};
+  std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d %H:%M:%S", &local);
+
+  std::size_t length = std::strlen(text);
+  while (length > 0 && text[length - 1] == '\n') {
+    --length;
+  }
+  const std::lock_guard lock(mMutex);
+  std::fprintf(stderr, "%s.%03d %c %s: %.*s\n", stamp.data(), static_cast<int>(wallMs % 1000),
+               logPriorityLetter(priority), tag, static_cast<int>(length), text);
+}
+
+}  // namespace fyn::productionrules

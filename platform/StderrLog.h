@@ -1,0 +1,21 @@
+#pragma once
+
+#include <mutex>
+
+#include "platform/LogSink.h"
+
+namespace fyn::productionrules {
+
+/** A readable log on standard error: `2026-01-31 12:34:56.789 I BaseLayout: text`, local time. */
+class StderrLog final : public LogSink {
+ public:
+  void write(LogPriority priority, const char* tag, const char* text) override;
+
+ private:
+  std::mutex mMutex;
+};
+
+/** E, W, I or D. */
+char logPriorityLetter(LogPriority priority);
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,49 @@
+#include "platform/TextFile.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace fyn::productionrules {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\v\f";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+}  // namespace
+
+std::optional<std::string> readTextFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  if (!file || !(text << file.rdbuf())) {
+    // An empty file writes nothing into the stream and is no error.
+    return file && file.peek() == std::ifstream::traits_type::eof() ? std::optional(std::string())
+                                                                    : std::nullopt;
+  }
+  return text.str();
+}
+
+void forEachConfigLine(
+    std::string_view text,
+    const std::function<void(std::string_view key, std::string_view value, int line)>& visit) {
+  int number = 0;
+  while (!text.empty()) {
+    ++number;
+    const std::size_t end = text.find('\n');
+    const std::string_view line = trimmed(text.substr(0, end));
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+    const std::size_t equals = line.find('=');
+    if (line.empty() || line.front() == '#' || equals == std::string_view::npos) {
+      continue;
+    }
+    visit(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), number);
+  }
+}
+
+}  // namespace fyn::productionrules
