@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include "tests/tools/RunPrb.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+struct WrongUsage {
+  std::vector<std::string> arguments;
+  const char* error;
+};
+
+TEST(Prb, SaysWhatIsWrongInOneLine) {
+  const std::vector<WrongUsage> cases{
+      {{}, "prb: A subcommand is required (see 'prb --help')\n"},
+      {{"frobnicate"}, "prb: unknown command frobnicate (see 'prb --help')\n"},
+      {{"--frobnicate"}, "prb: unknown option --frobnicate (see 'prb --help')\n"},
+      {{"completion"}, "prb completion: A subcommand is required (see 'prb completion --help')\n"},
+      {{"completion", "zsh"}, "prb completion: unknown command zsh (see 'prb completion --help')\n"},
+  };
+  for (const WrongUsage& wrong : cases) {
+    const PrbRun run = runPrbWith(wrong.arguments);
+    EXPECT_EQ(run.status, 2) << wrong.error;
+    EXPECT_EQ(run.err, wrong.error);
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(Prb, EveryCommandHasHelpWithAnExample) {
+  for (const Subcommand& row : subcommands()) {
+    const PrbRun run = runPrbWith({row.name, "--help"});
+    EXPECT_EQ(run.status, 0) << row.name;
+    EXPECT_EQ(run.err, "");
+    EXPECT_NE(run.out.find(row.summary), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find(std::string("  prb ") + row.name), std::string::npos)
+        << row.name << ": no example of its use in\n"
+        << run.out;
+  }
+}
+
+TEST(Prb, HelpListsEveryCommand) {
+  const PrbRun run = runPrbWith({"--help"});
+  for (const Subcommand& row : subcommands()) {
+    EXPECT_NE(run.out.find(row.summary), std::string::npos) << row.name;
+  }
+}
+
+/** The words that bash would offer after the given ones; the last word is the one being typed. */
+std::string completions(const std::string& words) {
+  const std::string script = runPrbWith({"completion", "bash"}).out + "COMP_WORDS=(" + words +
+                             ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_prb\n"
+                             "echo \"${COMPREPLY[@]}\"\n";
+  const std::string command = "bash -c '" + [&script] {
+    std::string quoted;
+    for (const char c : script) {
+      quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted;
+  }() + "'";
+  std::string text;
+  if (FILE* const pipe = popen(command.c_str(), "r")) {
+    char buffer[256];
+    while (fgets(buffer, sizeof buffer, pipe) != nullptr) {
+      text += buffer;
+    }
+    pclose(pipe);
+  }
+  return text;
+}
+
+TEST(Prb, BashCompletesCommandsAndOptions) {
+  EXPECT_EQ(completions("prb compl"), "completion\n");
+  EXPECT_EQ(completions("prb completion ''"), "bash --help -h\n");
+  EXPECT_EQ(completions("prb --vers"), "--version\n");
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,90 @@
+#include "tools/prb/Prb.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kWrongUsage = 2;
+
+void addSubcommands(CLI::App& app, PrbContext& context) {
+  for (const Subcommand& row : subcommands()) {
+    row.add(*app.add_subcommand(row.name, row.summary), context);
+  }
+}
+
+/** The innermost command that the arguments name, and how a user types it: "prb config check". */
+std::pair<const CLI::App*, std::string> chosenCommand(const CLI::App& app) {
+  std::pair<const CLI::App*, std::string> chosen{&app, app.get_name()};
+  while (!chosen.first->get_subcommands().empty()) {
+    chosen.first = chosen.first->get_subcommands().back();
+    chosen.second += ' ' + chosen.first->get_name();
+  }
+  return chosen;
+}
+
+std::string commandLine(const CLI::App& app) {
+  return chosenCommand(app).second;
+}
+
+std::string describe(const CLI::ParseError& error, const CLI::App& command) {
+  const std::vector<std::string> unknown = command.remaining();
+  if (!unknown.empty() && !command.get_subcommands({}).empty()) {
+    return (unknown.front().front() == '-' ? "unknown option " : "unknown command ") + unknown.front();
+  }
+  return error.what();
+}
+
+void printError(const PrbContext& context, const std::string& command, std::string message) {
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  context.err << command << ": " << message << '\n';
+}
+
+int parseAndRun(CLI::App& app, const std::vector<std::string>& arguments, PrbContext& context) {
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::CallForVersion& request) {
+    context.out << request.what() << '\n';
+  } catch (const CLI::Success& request) {
+    app.exit(request, context.out, context.err);
+  } catch (const CLI::ParseError& error) {
+    const auto [command, name] = chosenCommand(app);
+    printError(context, name, describe(error, *command) + " (see '" + name + " --help')");
+    return kWrongUsage;
+  }
+  return context.status;
+}
+
+}  // namespace
+
+int runPrb(const std::vector<std::string>& arguments, PrbContext& context) {
+  CLI::App app("Records, replays, makes and inspects what the production-rules service sees and decides.",
+               "prb");
+  app.set_version_flag("--version", "prb " PR_VERSION);
+  app.require_subcommand(1);
+  app.footer(
+      "Examples:\n"
+      "  prb simulate --seed 1 -o meeting.jsonl    make a meeting of ten minutes\n"
+      "  prb replay meeting.jsonl -o scenes.jsonl  what the service decides on it\n"
+      "  prb config check /etc/fyn.conf            find mistakes in a configuration file\n"
+      "'prb COMMAND --help' explains a command.");
+  addSubcommands(app, context);
+  try {
+    const int status = parseAndRun(app, arguments, context);
+    if (!context.out.flush()) {
+      throw std::runtime_error("standard output cannot be written");
+    }
+    return status;
+  } catch (const UsageError& error) {
+    printError(context, commandLine(app), error.what());
+    return kWrongUsage;
+  } catch (const std::exception& error) {
+    printError(context, commandLine(app), error.what());
+    return kFailure;
+  }
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <iosfwd>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace fyn::productionrules {
+
+/** What a subcommand runs with: its streams, and the exit status that it leaves. */
+struct PrbContext {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  /** Whether a person reads the stream. Progress bars and screens that update appear only there. */
+  bool outIsTerminal = false;
+  bool errIsTerminal = false;
+  int status = 0;
+};
+
+/** A wrong option or a bad input: one line for the user, exit status 2. */
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/** One row of prb's table of subcommands. */
+struct Subcommand {
+  const char* name;
+  /** One line for `prb --help`. */
+  const char* summary;
+  /**
+   * Gives `command` its options, a footer with examples, and the callback that does the work. What the
+   * callback captures must live in it (a shared_ptr): it runs after this call has returned. It reports wrong
+   * input as UsageError; any other exception is a failure of the run (exit status 1).
+   */
+  void (*add)(CLI::App& command, PrbContext& context);
+};
+
+/** All subcommands, in the order in which `prb --help` lists them. */
+const std::vector<Subcommand>& subcommands();
+
+}  // namespace fyn::productionrules
