@@ -1,0 +1,129 @@
+#include "model/Head.h"
+
+#include <cmath>
+
+#include "model/Arithmetic.h"
+#include "model/FynCamerasConfig.h"
+#include "model/JsonNumber.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Image quality, in per cent: below the first a head is too small to rank well; up to the second it ranks one
+// worse.
+constexpr float kLowQuality = 4.0F;
+constexpr float kMiddleQuality = 6.5F;
+
+void readIds(const nlohmann::json& document, std::string_view key, std::vector<std::int32_t>& ids) {
+  const auto* const list = json::findMember(document, key);
+  if (list == nullptr) {
+    return;
+  }
+  if (!list->is_array()) {
+    // Raises the library's own error for the wrong kind.
+    ids = list->get<std::vector<std::int32_t>>();
+    return;
+  }
+  std::vector<std::int32_t> read;
+  read.reserve(list->size());
+  for (const nlohmann::json& id : *list) {
+    read.push_back(json::toInt32(id));
+  }
+  ids = std::move(read);
+}
+
+std::string idsText(const std::vector<std::int32_t>& ids) {
+  std::string text = "[";
+  for (const std::int32_t id : ids) {
+    if (text.size() > 1) {
+      text += ',';
+    }
+    text += std::to_string(id);
+  }
+  return text + ']';
+}
+
+std::string sidesText(const Rect& rect) {
+  return idsText({rect.left, rect.top, rect.right, rect.bottom});
+}
+
+}  // namespace
+
+void Head::from_json(const nlohmann::json& document) {
+  if (const auto* const value = json::findMember(document, "id")) {
+    id = json::toInt64(*value);
+  }
+  if (const auto* const value = json::findMember(document, "yaw")) {
+    yaw = value->get<float>();
+  }
+  if (const auto* const value = json::findMember(document, "pitch")) {
+    pitch = json::toInt32(*value);
+  }
+  if (const auto* const value = json::findMember(document, "score")) {
+    score = value->get<double>();
+  }
+  if (const auto* const value = json::findMember(document, "isSpeaker")) {
+    isSpeaker = value->get<bool>();
+  }
+  readIds(document, "subsetSpeakers", subsetSpeakers);
+  readIds(document, "proximityGroup", proximityGroup);
+  readIds(document, "explicitGroup", explicitGroup);
+  readIds(document, "extendedGroup", extendedGroup);
+  if (const auto* const value = json::findMember(document, "ssb")) {
+    fyn::from_json(*value, ssb);
+  }
+  if (const auto* const value = json::findMember(document, "bbox")) {
+    fyn::from_json(*value, bbox);
+  }
+  if (const auto* const value = json::findMember(document, "camId")) {
+    camId = json::toInt32(*value);
+  }
+  // Only heads without a camera of the system's own numbering bring their rank along.
+  if (const auto* const value = json::findMember(document, "fynCamId")) {
+    fynCamId = json::toInt32(*value);
+  } else if (const auto* const rank = json::findMember(document, "qfactor")) {
+    qfactor = json::toUint32(*rank);
+  }
+}
+
+bool Head::equals(const Head& other) const {
+  return id == other.id && isSpeaker == other.isSpeaker && bbox == other.bbox;
+}
+
+std::string Head::str() const {
+  return R"({"camId":)" + std::to_string(camId) + R"(,"fynCamId":)" + std::to_string(fynCamId) +
+         R"(,"isSpeaker":)" + (isSpeaker ? "true" : "false") + R"(,"proximityGroup":)" +
+         idsText(proximityGroup) + R"(,"ssb":)" + sidesText(ssb) + R"(,"headBox":)" + sidesText(bbox) + "}";
+}
+
+void Head::calculatImageQuality() {
+  const auto imageHeight =
+      static_cast<float>(FynCamerasConfig::get().getCameraLensModelDimension(fynCamId).height);
+  imageQuality = static_cast<float>(wrapSub(bbox.bottom, bbox.top)) / imageHeight * 100.0F;
+}
+
+void Head::calculateQfactor() {
+  if (std::isnan(yaw)) {
+    qfactor = 0;
+    return;
+  }
+  const bool isLow = imageQuality < kLowQuality;
+  if (yaw < 50.0F) {
+    qfactor = isLow ? 5 : 1;
+  } else if (yaw <= 100.0F) {
+    qfactor = isLow ? 6 : 3;
+  } else {
+    qfactor = isLow ? 9 : 7;
+  }
+  if (imageQuality >= kLowQuality && imageQuality <= kMiddleQuality) {
+    ++qfactor;
+  }
+}
+
+void from_json(const nlohmann::json& document, std::shared_ptr<Head>& head) {
+  head = std::make_shared<Head>();
+  head->from_json(document);
+}
+
+}  // namespace fyn::productionrules
