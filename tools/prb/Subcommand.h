@@ -1,9 +1,10 @@
 #pragma once
 
 #include <iosfwd>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tools/prb/UsageError.h"
 
 namespace CLI {
 class App;
@@ -20,12 +21,6 @@ struct PrbContext {
   bool outIsTerminal = false;
   bool errIsTerminal = false;
   int status = 0;
-};
-
-/** A wrong option or a bad input: one line for the user, exit status 2. */
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
 };
 
 /** One row of prb's table of subcommands. */

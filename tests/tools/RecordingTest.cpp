@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tools/prb/UsageError.h"
+#include "tools/recording/CompactText.h"
+#include "tools/recording/RecordingReader.h"
+#include "tools/recording/RecordingWriter.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+/** Reads all events and writes them again. */
+std::string readAndWrite(const std::string& text) {
+  std::istringstream in(text);
+  std::ostringstream out;
+  RecordingReader reader(in, "in");
+  RecordingWriter writer(out);
+  RecordingEvent event;
+  while (reader.next(event)) {
+    writer.write(event);
+  }
+  return out.str();
+}
+
+std::string faultOf(const std::string& text) {
+  try {
+    readAndWrite(text);
+  } catch (const UsageError& error) {
+    return error.what();
+  }
+  return "none";
+}
+
+TEST(Recording, EveryKindOfLineComesBackAsItWas) {
+  const std::string text =
+      "{\"t\":0,\"property\":{\"b\":\"1\",\"a\":\"\"}}\n"
+      "{\"t\":0,\"config\":{}}\n"
+      "{\"t\":0,\"provider\":\"up\"}\n"
+      "{\"t\":5,\"topic\":\"/ICDOut\",\"payload\":{\"z\":[1,-2,3.5,null,true,\"\\\"\\n\"],\"a\":{}}}\n"
+      "{\"t\":5,\"topic\":\"/ctl\",\"payload\":\"config-change\"}\n"
+      "{\"t\":6,\"topic\":\"/cameras\",\"payload\":[]}\n"
+      "{\"t\":7,\"topic\":\"/ICDOut\",\"payload\":\"{not json\"}\n"
+      "{\"t\":8,\"provider\":\"down\"}\n"
+      "{\"t\":9007199254740991,\"provider\":\"fail\"}\n"
+      "{\"t\":9007199254740991}\n";
+  EXPECT_EQ(readAndWrite(text), text);
+}
+
+struct Reading {
+  const char* line;
+  const char* topic;
+  const char* payload;
+};
+
+TEST(Recording, APayloadStandsForItsCompactText) {
+  const std::vector<Reading> cases{
+      {R"({"t":0,"topic":"/a","payload":{ "b" : 1 , "a" : [ 1 , { } ] }})", "/a", R"({"b":1,"a":[1,{}]})"},
+      {R"({"payload":[1],"topic":"/a","t":0})", "/a", "[1]"},
+      {R"({"t":0,"topic":"/a","payload":"{ \"b\" : 1 }"})", "/a", R"({ "b" : 1 })"},
+      {R"({"t":0,"topic":"/a","payload":""})", "/a", ""},
+      {"{\"t\":0,\"topic\":\"/\",\"payload\":[\"\\u00e4\\u0041\\u0001\"]}\r", "/", "[\"\u00e4A\\u0001\"]"},
+      {R"({"t":0,"topic":"/a","payload":[18446744073709551615,-9223372036854775808,1e2,0.1]})", "/a",
+       "[18446744073709551615,-9223372036854775808,100.0,0.1]"},
+  };
+  for (const Reading& reading : cases) {
+    std::istringstream in(std::string("\n  \r\n") + reading.line);
+    RecordingReader reader(in, "in");
+    RecordingEvent event;
+    ASSERT_TRUE(reader.next(event)) << reading.line;
+    EXPECT_EQ(reader.line(), 3U);
+    const auto* const message = std::get_if<BusMessage>(&event.what);
+    ASSERT_NE(message, nullptr) << reading.line;
+    EXPECT_EQ(message->topic, reading.topic);
+    EXPECT_EQ(message->payload, reading.payload);
+    EXPECT_FALSE(reader.next(event));
+  }
+}
+
+struct Malformed {
+  const char* line;
+  const char* fault;
+};
+
+TEST(Recording, AMalformedLineIsNamedWithItsFault) {
+  const std::vector<Malformed> cases{
+      {"{", "not valid JSON at column 2"},
+      {"{\"t\":0} x", "not valid JSON at column 9"},
+      {"{\"t\":0,}", "not valid JSON at column 8"},
+      {"{\"t\":1e999}", "not valid JSON at column 10"},
+      {"[]", "a line must be a JSON object, not an array"},
+      {"5", "a line must be a JSON object, not a number"},
+      {"null", "a line must be a JSON object, not null"},
+      {"{}", "\"t\" is missing"},
+      {R"({"topic":"/a","payload":{}})", "\"t\" is missing"},
+      {R"({"t":1.5})", "\"t\" must be an integer, not 1.5"},
+      {R"({"t":"1"})", "\"t\" must be an integer, not a text"},
+      {R"({"t":-1})", "\"t\" is negative"},
+      {R"({"t":18446744073709551615})", "\"t\" is too large"},
+      {R"({"t":1,"t":1})", "key \"t\" stands twice"},
+      {R"({"t":1,"when":1})", "unknown key \"when\""},
+      {R"({"t":1,"T":1})", "unknown key \"T\""},
+      {R"({"t":1,"topic":"/a"})", "\"payload\" is missing"},
+      {R"({"t":1,"payload":"x"})", "\"topic\" is missing"},
+      {R"({"t":1,"topic":"a","payload":"x"})", "a topic must begin with \"/\""},
+      {R"({"t":1,"topic":7,"payload":"x"})", "\"topic\" must be a text, not a number"},
+      {R"({"t":1,"topic":"/a","payload":7})",
+       "\"payload\" must be an object, an array or a text, not a number"},
+      {R"({"t":1,"topic":"/a","payload":null})",
+       "\"payload\" must be an object, an array or a text, not null"},
+      {R"({"t":1,"topic":"/a","payload":{"a":}})", "not valid JSON at column 36"},
+      {R"({"t":1,"property":{"a":1}})", "the value of \"a\" must be a text, not a number"},
+      {R"({"t":1,"property":{"a":{}}})", "the value of \"a\" must be a text, not an object"},
+      {R"({"t":1,"property":["a"]})", "\"property\" must be an object, not an array"},
+      {R"({"t":1,"config":"a=1"})", "\"config\" must be an object, not a text"},
+      {R"({"t":1,"provider":"gone"})", "\"provider\" must be \"up\", \"down\" or \"fail\", not \"gone\""},
+      {R"({"t":1,"provider":true})", "\"provider\" must be a text, not true"},
+      {R"({"t":1,"provider":"up","config":{}})", "two kinds of event in one line"},
+      {R"({"t":1,"property":{},"config":{}})", "two kinds of event in one line"},
+      {R"({"t":1,"topic":"/a","payload":{},"provider":"up"})", "two kinds of event in one line"},
+  };
+  for (const Malformed& malformed : cases) {
+    EXPECT_EQ(faultOf(std::string("{\"t\":0}\n\n") + malformed.line + "\n"),
+              std::string("in:3: ") + malformed.fault);
+  }
+}
+
+TEST(Recording, TimeMayStandStillButNotGoBack) {
+  EXPECT_EQ(faultOf("{\"t\":7}\n{\"t\":7}\n{\"t\":8}\n"), "none");
+  EXPECT_EQ(faultOf("{\"t\":7}\n{\"t\":6}\n"), "in:2: \"t\" goes back from 7 to 6");
+}
+
+TEST(Recording, EventsBeforeAMalformedLineAreDelivered) {
+  std::istringstream in("{\"t\":1}\nnonsense\n");
+  RecordingReader reader(in, "in");
+  RecordingEvent event;
+  EXPECT_TRUE(reader.next(event));
+  EXPECT_THROW(reader.next(event), UsageError);
+}
+
+TEST(Recording, DepthAndSizeOfAPayloadDoNotMatter) {
+  constexpr std::size_t kDepth = 500000;
+  const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
+  const std::string line = "{\"t\":0,\"topic\":\"/ICDOut\",\"payload\":" + deep + "}\n";
+  EXPECT_EQ(readAndWrite(line), line);
+}
+
+struct Payload {
+  const char* text;
+  const char* json;
+};
+
+TEST(Recording, AWrittenPayloadIsJsonOnlyWhenItsTextIsAnObjectOrArray) {
+  const std::vector<Payload> cases{
+      {" {\"b\" : 1,\n\"a\":2} ", R"({"b":1,"a":2})"},
+      {"[1,2]", "[1,2]"},
+      {"7", "\"7\""},
+      {"\"x\"", R"("\"x\"")"},
+      {"null", "\"null\""},
+      {"", "\"\""},
+      {"{", "\"{\""},
+      {"[1] 2", "\"[1] 2\""},
+      {"a\tb", "\"a\\tb\""},
+      {"\xff", "\"\xef\xbf\xbd\""},
+  };
+  for (const Payload& payload : cases) {
+    EXPECT_EQ(payloadAsJson(payload.text), payload.json);
+  }
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,218 @@
+#include "tools/recording/EventParser.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "tools/recording/CompactText.h"
+#include "tools/recording/RecordingNames.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+/** The keys of a line. The order is that of kKeyNames. */
+enum class Key { Time, Topic, Payload, Property, Config, Provider };
+constexpr std::array kKeyNames{"t", "topic", "payload", "property", "config", "provider"};
+constexpr std::size_t kKeys = kKeyNames.size();
+
+/**
+ * Takes a line's JSON events. A payload is written out as it is read; nothing of it is kept as a document, so
+ * a payload may be large and deeply nested.
+ */
+class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
+ public:
+  std::optional<std::string> fault;
+
+  bool null() override { return inPayload() ? (mCompact.null(), true) : scalar("null"); }
+  bool boolean(bool value) override {
+    return inPayload() ? (mCompact.boolean(value), true) : scalar(value ? "true" : "false");
+  }
+  bool number_integer(number_integer_t value) override {
+    return inPayload() ? (mCompact.integer(value), true) : integer(value);
+  }
+  bool number_unsigned(number_unsigned_t value) override {
+    if (inPayload()) {
+      return mCompact.integer(value), true;
+    }
+    return value <= kMaxTime ? integer(static_cast<std::int64_t>(value)) : fail("\"t\" is too large");
+  }
+  bool number_float(number_float_t value, const string_t& text) override {
+    return inPayload() ? (mCompact.real(value), true) : scalar(text);
+  }
+  bool string(string_t& value) override;
+  bool binary(binary_t& /*value*/) override { return false; }
+  bool start_object(std::size_t /*size*/) override { return open('{'); }
+  bool end_object() override { return close('}'); }
+  bool start_array(std::size_t /*size*/) override { return open('['); }
+  bool end_array() override { return close(']'); }
+  bool key(string_t& name) override;
+  bool parse_error(std::size_t position, const std::string& /*token*/,
+                   const nlohmann::json::exception& /*error*/) override {
+    return fail("not valid JSON at column " + std::to_string(position));
+  }
+
+  /** Moves what was read into `event`; false with a fault when the keys do not make an event. */
+  bool finish(RecordingEvent& event);
+
+ private:
+  /** The clock adds an offset to it, in 64 bits. */
+  static constexpr std::uint64_t kMaxTime = 9'007'199'254'740'991;
+
+  bool fail(std::string text) {
+    if (!fault) {
+      fault = std::move(text);
+    }
+    return false;
+  }
+
+  bool has(Key key) const { return mSeen.at(static_cast<std::size_t>(key)); }
+  bool inPayload() const { return mDepth >= 2 && mKey == Key::Payload; }
+  bool integer(std::int64_t value);
+  bool scalar(const std::string& text);
+  bool open(char bracket);
+  bool close(char bracket);
+  std::string wrongKind(const std::string& found) const;
+
+  /** Objects and arrays that are open; 1 inside the line's own object. */
+  std::size_t mDepth = 0;
+  Key mKey = Key::Time;
+  std::array<bool, kKeys> mSeen{};
+  std::int64_t mTime = 0;
+  std::string mTopic;
+  std::string mPayload;
+  CompactText mCompact{mPayload};
+  KeyValues mValues;
+  ProviderChange mProvider = ProviderChange::Up;
+};
+
+std::string inQuotes(const std::string& text) {
+  return '"' + text.substr(0, 60) + '"';
+}
+
+bool LineHandler::key(string_t& name) {
+  if (inPayload()) {
+    return mCompact.key(name), true;
+  }
+  if (mDepth == 2) {
+    mValues.emplace_back(name, "");
+    return true;
+  }
+  const auto found = std::find(kKeyNames.begin(), kKeyNames.end(), name);
+  if (found == kKeyNames.end()) {
+    return fail("unknown key " + inQuotes(name));
+  }
+  mKey = static_cast<Key>(found - kKeyNames.begin());
+  bool& seen = mSeen.at(static_cast<std::size_t>(mKey));
+  if (seen) {
+    return fail("key " + inQuotes(name) + " stands twice");
+  }
+  return seen = true;
+}
+
+bool LineHandler::string(string_t& value) {
+  if (inPayload()) {
+    return mCompact.string(value), true;
+  }
+  if (mDepth == 2) {
+    mValues.back().second = std::move(value);
+    return true;
+  }
+  if (mDepth == 1 && mKey == Key::Payload) {
+    mPayload = std::move(value);
+    return true;
+  }
+  if (mDepth == 1 && mKey == Key::Topic) {
+    mTopic = std::move(value);
+    return !mTopic.empty() && mTopic.front() == '/' ? true : fail("a topic must begin with \"/\"");
+  }
+  if (mDepth == 1 && mKey == Key::Provider) {
+    const std::optional<ProviderChange> change = providerChangeOf(value);
+    mProvider = change.value_or(ProviderChange::Up);
+    return change ? true : fail("\"provider\" must be \"up\", \"down\" or \"fail\", not " + inQuotes(value));
+  }
+  return fail(wrongKind("a text"));
+}
+
+bool LineHandler::integer(std::int64_t value) {
+  if (mDepth != 1 || mKey != Key::Time) {
+    return fail(wrongKind("a number"));
+  }
+  mTime = value;
+  return value >= 0 ? true : fail("\"t\" is negative");
+}
+
+bool LineHandler::scalar(const std::string& text) {
+  return fail(wrongKind(text));
+}
+
+bool LineHandler::open(char bracket) {
+  ++mDepth;
+  if (inPayload()) {
+    return mCompact.open(bracket), true;
+  }
+  if (bracket == '{' && (mDepth == 1 || (mDepth == 2 && (mKey == Key::Property || mKey == Key::Config)))) {
+    return true;
+  }
+  --mDepth;
+  return fail(wrongKind(bracket == '{' ? "an object" : "an array"));
+}
+
+bool LineHandler::close(char bracket) {
+  if (inPayload()) {
+    mCompact.close(bracket);
+  }
+  --mDepth;
+  return true;
+}
+
+std::string LineHandler::wrongKind(const std::string& found) const {
+  if (mDepth == 0) {
+    return "a line must be a JSON object, not " + found;
+  }
+  if (mDepth == 2) {
+    return "the value of " + inQuotes(mValues.back().first) + " must be a text, not " + found;
+  }
+  constexpr std::array<const char*, kKeys> kWanted{"an integer", "a text",    "an object, an array or a text",
+                                                   "an object",  "an object", "a text"};
+  const auto key = static_cast<std::size_t>(mKey);
+  return std::string("\"") + kKeyNames.at(key) + "\" must be " + kWanted.at(key) + ", not " + found;
+}
+
+bool LineHandler::finish(RecordingEvent& event) {
+  if (!has(Key::Time)) {
+    return fail("\"t\" is missing");
+  }
+  if (has(Key::Topic) != has(Key::Payload)) {
+    return fail(has(Key::Topic) ? "\"payload\" is missing" : "\"topic\" is missing");
+  }
+  if (has(Key::Topic) + has(Key::Property) + has(Key::Config) + has(Key::Provider) > 1) {
+    return fail("two kinds of event in one line");
+  }
+  event.t = mTime;
+  if (has(Key::Topic)) {
+    event.what = BusMessage{std::move(mTopic), std::move(mPayload)};
+  } else if (has(Key::Property)) {
+    event.what = SetProperties{std::move(mValues)};
+  } else if (has(Key::Config)) {
+    event.what = ReplaceConfig{std::move(mValues)};
+  } else if (has(Key::Provider)) {
+    event.what = mProvider;
+  } else {
+    event.what = TimePasses{};
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<std::string> parseRecordingLine(const std::string& line, RecordingEvent& event) {
+  LineHandler handler;
+  if (nlohmann::json::sax_parse(line, &handler)) {
+    handler.finish(event);
+  }
+  return handler.fault;
+}
+
+}  // namespace fyn::productionrules

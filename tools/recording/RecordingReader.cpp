@@ -1,0 +1,33 @@
+#include "tools/recording/RecordingReader.h"
+
+#include <istream>
+
+#include "tools/prb/UsageError.h"
+#include "tools/recording/EventParser.h"
+
+namespace fyn::productionrules {
+
+bool RecordingReader::next(RecordingEvent& event) {
+  do {
+    if (!std::getline(mInput, mText)) {
+      if (mInput.bad()) {
+        throw UsageError(mName + ": cannot be read");
+      }
+      return false;
+    }
+    ++mLine;
+    mBytes += mText.size() + 1;
+  } while (mText.find_first_not_of(" \t\r\v\f") == std::string::npos);
+
+  std::optional<std::string> fault = parseRecordingLine(mText, event);
+  if (!fault && event.t < mLastTime) {
+    fault = "\"t\" goes back from " + std::to_string(mLastTime) + " to " + std::to_string(event.t);
+  }
+  if (fault) {
+    throw UsageError(mName + ':' + std::to_string(mLine) + ": " + *fault);
+  }
+  mLastTime = event.t;
+  return true;
+}
+
+}  // namespace fyn::productionrules
