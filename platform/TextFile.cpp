@@ -1,7 +1,8 @@
 #include "platform/TextFile.h"
 
-#include <fstream>
-#include <sstream>
+#include <array>
+#include <cstdio>
+#include <memory>
 
 namespace fyn::productionrules {
 
@@ -19,14 +20,17 @@ std::string_view trimmed(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> readTextFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  if (!file || !(text << file.rdbuf())) {
-    // An empty file writes nothing into the stream and is no error.
-    return file && file.peek() == std::ifstream::traits_type::eof() ? std::optional(std::string())
-                                                                    : std::nullopt;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) {
+    return std::nullopt;
   }
-  return text.str();
+  std::string text;
+  std::array<char, 4096> part;
+  while (const std::size_t length = std::fread(part.data(), 1, part.size(), file.get())) {
+    text.append(part.data(), length);
+  }
+  // A folder can be opened, but not read.
+  return std::ferror(file.get()) == 0 ? std::optional(text) : std::nullopt;
 }
 
 void forEachConfigLine(
