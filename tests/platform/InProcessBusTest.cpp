@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "platform/embedded/InProcessBus.h"
+
+namespace fyn::productionrules {
+namespace {
+
+using com::quil::pubsub::IPubSubListener;
+using Lines = std::vector<std::string>;
+
+class NotingListener final : public IPubSubListener {
+ public:
+  void onMessage(const std::string& topic, const std::string& message) override {
+    received.push_back(topic + " " + message);
+    if (onReceived) {
+      onReceived();
+    }
+  }
+
+  Lines received;
+  std::function<void()> onReceived;
+};
+
+struct DeliveryRow {
+  const char* rule;
+  std::vector<std::string> subscriptions;
+  std::vector<std::string> published;
+  Lines received;
+};
+
+TEST(InProcessBus, Delivers) {
+  const DeliveryRow rows[] = {
+      {"the topic itself", {"/ctl"}, {"/ctl"}, {"/ctl 0"}},
+      {"topics beneath", {"/debug/log"}, {"/debug/log/fyncamid", "/debug"}, {"/debug/log/fyncamid 0"}},
+      {"nothing that is not subscribed", {"/camera"}, {"/cameras", "/ICDOut"}, {}},
+      {"a message once, however many subscriptions match",
+       {"/ctl", "/ctl/recordStart"},
+       {"/ctl/recordStart"},
+       {"/ctl/recordStart 0"}},
+      {"a message once to who subscribes again", {"/ctl", "/ctl"}, {"/ctl"}, {"/ctl 0"}},
+      {"in the order of publishing", {"/b", "/a"}, {"/a", "/b", "/a"}, {"/a 0", "/b 1", "/a 2"}},
+  };
+  for (const DeliveryRow& row : rows) {
+    InProcessBus bus;
+    const auto subscriber = bus.connect();
+    const auto publisher = bus.connect();
+    NotingListener listener;
+    for (const std::string& topic : row.subscriptions) {
+      subscriber->subscribe(topic, listener);
+    }
+    for (std::size_t i = 0; i < row.published.size(); ++i) {
+      publisher->publish(row.published[i], std::to_string(i));
+    }
+    EXPECT_EQ(listener.received, row.received) << row.rule;
+  }
+}
+
+TEST(InProcessBus, AClientNeverReceivesItsOwnMessages) {
+  InProcessBus bus;
+  const auto one = bus.connect();
+  const auto other = bus.connect();
+  NotingListener atOne;
+  NotingListener atOther;
+  one->subscribe("/ctl/tracking-mode", atOne);
+  other->subscribe("/ctl/tracking-mode", atOther);
+  one->publish("/ctl/tracking-mode", "PeopleFraming");
+  EXPECT_EQ(atOne.received, Lines{});
+  EXPECT_EQ(atOther.received, Lines{"/ctl/tracking-mode PeopleFraming"});
+}
+
+TEST(InProcessBus, EachListenerOfAClientIsReached) {
+  InProcessBus bus;
+  const auto subscriber = bus.connect();
+  NotingListener first;
+  NotingListener second;
+  subscriber->subscribe("/ctl", first);
+  subscriber->subscribe("/ctl", second);
+  bus.connect()->publish("/ctl", "x");
+  EXPECT_EQ(first.received, Lines{"/ctl x"});
+  EXPECT_EQ(second.received, Lines{"/ctl x"});
+}
+
+TEST(InProcessBus, AClosedClientNeitherSendsNorReceives) {
+  InProcessBus bus;
+  const auto closed = bus.connect();
+  const auto open = bus.connect();
+  NotingListener atClosed;
+  NotingListener atOpen;
+  closed->subscribe("/ctl", atClosed);
+  open->subscribe("/ctl", atOpen);
+  closed->close();
+  open->publish("/ctl", "x");
+  closed->publish("/ctl", "y");
+  closed->close();
+  EXPECT_EQ(atClosed.received, Lines{});
+  EXPECT_EQ(atOpen.received, Lines{});
+}
+
+TEST(InProcessBus, AListenerMayAnswerSubscribeAndCloseWhileItIsCalled) {
+  InProcessBus bus;
+  const auto asking = bus.connect();
+  const auto answering = bus.connect();
+  auto leaving = bus.connect();  // comes after the answering client, so it goes while a message is on its way
+  NotingListener answers;
+  NotingListener questions;
+  NotingListener neverReached;
+  asking->subscribe("/answer", answers);
+  leaving->subscribe("/question", neverReached);
+  questions.onReceived = [&] {
+    answering->publish("/answer", "42");
+    answering->subscribe("/later", questions);
+    leaving.reset();
+  };
+  answering->subscribe("/question", questions);
+  asking->publish("/question", "?");
+  EXPECT_EQ(answers.received, Lines{"/answer 42"});
+  EXPECT_EQ(questions.received, Lines{"/question ?"});
+  EXPECT_EQ(neverReached.received, Lines{});
+  questions.onReceived = nullptr;
+  asking->publish("/later", "!");
+  EXPECT_EQ(questions.received.back(), "/later !");
+}
+
+}  // namespace
+}  // namespace fyn::productionrules
