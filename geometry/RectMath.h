@@ -1,0 +1,39 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "model/Arithmetic.h"
+#include "model/Geometry.h"
+
+/** The few measures that every geometric question is made of; 32-bit integers that wrap, so any rectangle is
+ * legal. */
+namespace fyn::productionrules {
+
+/** Pixels; negative for an inverted rectangle. */
+constexpr std::int32_t widthOf(const Rect& rect) {
+  return wrapSub(rect.right, rect.left);
+}
+
+/** Pixels; negative for an inverted rectangle. */
+constexpr std::int32_t heightOf(const Rect& rect) {
+  return wrapSub(rect.bottom, rect.top);
+}
+
+/** Square pixels, with the sign of width times height. */
+constexpr std::int32_t areaOf(const Rect& rect) {
+  return wrapMul(widthOf(rect), heightOf(rect));
+}
+
+/** Names the place where whole pixels enter 32-bit float arithmetic. */
+constexpr float toFloat(std::int32_t value) {
+  return static_cast<float>(value);
+}
+
+/** The smallest left and top and the largest right and bottom of both. */
+constexpr Rect enclosing(const Rect& a, const Rect& b) {
+  return Rect{std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+              std::max(a.bottom, b.bottom)};
+}
+
+}  // namespace fyn::productionrules
