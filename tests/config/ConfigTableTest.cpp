@@ -1,0 +1,131 @@
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <set>
+
+#include "config/ConfigKeys.h"
+#include "config/ExampleConfiguration.h"
+#include "platform/TextFile.h"
+#include "tests/config/ConfigEnvironment.h"
+
+namespace fyn::productionrules {
+namespace {
+
+using testing::ConfigTest;
+
+// A value that differs from the default, and from row to row where the kind allows it.
+std::int32_t otherValue(const ConfigKey& row, std::size_t number) {
+  if (std::holds_alternative<bool PrConfig::*>(row.field)) {
+    return configValue(PrConfig::DEFAULT, row) == 0 ? 1 : 0;
+  }
+  return std::holds_alternative<FynOperatingMode PrConfig::*>(row.field) ? 2
+                                                                         : 100000 + static_cast<int>(number);
+}
+
+TEST_F(ConfigTest, EveryKeySetsItsOwnFieldAndNoOther) {
+  for (std::size_t number = 0; number < kConfigKeys.size(); ++number) {
+    const ConfigKey& row = kConfigKeys[number];
+    if (row.source == ConfigSource::Fixed) {
+      EXPECT_TRUE(row.key.empty()) << row.name;
+      continue;
+    }
+    const std::int32_t value = otherValue(row, number);
+    MemoryPropertyStore properties;
+    SystemEnvironment::setProperties(&properties);
+    file = "";
+    if (row.source == ConfigSource::File) {
+      file = std::string(row.key) + "=" + std::to_string(value);
+    } else {
+      properties.set(std::string(row.key), std::to_string(value));
+    }
+    PrConfig::set(PrConfig::DEFAULT);
+    PrConfig::load(kPath);
+    VisionSettings::setLogLevel(VisionSettings::kInfoLevel);
+    for (const ConfigKey& other : kConfigKeys) {
+      EXPECT_EQ(configValue(PrConfig::get(), other),
+                &other == &row ? value : configValue(PrConfig::DEFAULT, other))
+          << row.key << " and " << other.name;
+    }
+    SystemEnvironment::setProperties(&environment.properties);
+  }
+}
+
+TEST_F(ConfigTest, AllKeysAtOnce) {
+  std::string text;
+  for (std::size_t number = 0; number < kConfigKeys.size(); ++number) {
+    const ConfigKey& row = kConfigKeys[number];
+    const std::string value = std::to_string(otherValue(row, number));
+    if (row.source == ConfigSource::File) {
+      text.append(row.key).append("=").append(value).append("\n");
+    } else if (row.source == ConfigSource::Property) {
+      environment.properties.set(std::string(row.key), value);
+    }
+  }
+  const PrConfig& config = load(text);
+  for (std::size_t number = 0; number < kConfigKeys.size(); ++number) {
+    const ConfigKey& row = kConfigKeys[number];
+    const bool isFixed = row.source == ConfigSource::Fixed;
+    EXPECT_EQ(configValue(config, row),
+              isFixed ? configValue(PrConfig::DEFAULT, row) : otherValue(row, number))
+        << row.name;
+  }
+}
+
+TEST(ConfigTable, KeysAreFoundByTheirWholeText) {
+  std::set<std::string_view> keys;
+  for (const ConfigKey& row : kConfigKeys) {
+    if (row.source != ConfigSource::Fixed) {
+      EXPECT_TRUE(keys.insert(row.key).second) << row.key << " stands twice";
+      EXPECT_EQ(findConfigKey(row.key), &row);
+    }
+    EXPECT_FALSE(row.meaning.empty()) << row.name;
+  }
+  EXPECT_EQ(keys.size(), 115U);
+  for (const char* unknown :
+       {"", "persist", "persist.tvpr.logs ", "persist.tvpr.log", "zzz", "Animation.cut.duration"}) {
+    EXPECT_EQ(findConfigKey(unknown), nullptr) << unknown;
+  }
+}
+
+// One default of each group, and those that no key can set.
+TEST(ConfigTable, Defaults) {
+  const PrConfig& config = PrConfig::DEFAULT;
+  EXPECT_EQ(config.timersGroupFrameHeadLeft, 8000);
+  EXPECT_EQ(config.timersPFHeadBufferOnEdge, 2000);
+  EXPECT_EQ(config.timersLayoutChangeSfFrameSpeaker, 100);
+  EXPECT_EQ(config.timersPFFeedPriorityChange, 4000);
+  EXPECT_EQ(config.frameLayoutHeadColumnNarrowBottomLine, 55);
+  EXPECT_EQ(config.headColumnNarrowOffcenterBottomTrigger, 35);
+  EXPECT_EQ(config.proximityTriggerTop, 10);
+  EXPECT_EQ(config.proximityTriggerBottom, 25);
+  EXPECT_EQ(config.proximityTriggerSide, 50);
+  EXPECT_TRUE(config.groupBoundaryEnable);
+  EXPECT_FALSE(config.fpBeta1Enabled);
+  EXPECT_EQ(config.dissolveAnimationDuration, 90);
+}
+
+const char* const kExamplePath = PR_SOURCE_DIR "/conf/fyn.conf.example";
+
+// PR_UPDATE_EXAMPLE=1 writes the file anew from the table.
+TEST(ExampleConfiguration, TheCommittedFileIsUpToDate) {
+  if (std::getenv("PR_UPDATE_EXAMPLE") != nullptr) {
+    std::ofstream(kExamplePath, std::ios::binary) << exampleConfiguration();
+  }
+  EXPECT_EQ(readTextFile(kExamplePath).value_or("no such file"), exampleConfiguration())
+      << "run this test with PR_UPDATE_EXAMPLE=1 and commit the file";
+}
+
+TEST_F(ConfigTest, TheExampleHoldsEveryFileKeyAndChangesNothing) {
+  load(exampleConfiguration());
+  EXPECT_EQ(environment.log.take(), testing::Lines{});
+  std::map<std::string, int> lines;
+  forEachConfigLine(*file, [&](std::string_view key, std::string_view /*value*/, int /*line*/) {
+    ++lines[std::string(key)];
+  });
+  for (const ConfigKey& row : kConfigKeys) {
+    EXPECT_EQ(lines.count(std::string(row.key)), row.source == ConfigSource::File ? 1U : 0U) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace fyn::productionrules
