@@ -31,8 +31,9 @@ const ConfigKey* findConfigKey(std::string_view key) {
               [](const ConfigKey* a, const ConfigKey* b) { return a->key < b->key; });
     return rows;
   }();
-  const auto found = std::lower_bound(sorted.begin(), sorted.end(), key,
-                                      [](const ConfigKey* row, std::string_view text) { return row->key < text; });
+  const auto found =
+      std::lower_bound(sorted.begin(), sorted.end(), key,
+                       [](const ConfigKey* row, std::string_view text) { return row->key < text; });
   return found != sorted.end() && (*found)->key == key ? *found : nullptr;
 }
 

@@ -15,8 +15,7 @@ enum class ConfigSource { File, Property, Fixed };
 enum class ConfigUnit { Milliseconds, Seconds, Percent, Pixels, Switch, Number, Count, CameraId, Factor };
 
 /** The field of PrConfig that a row sets; its alternative is the row's kind. */
-using ConfigField =
-    std::variant<std::int32_t PrConfig::*, bool PrConfig::*, FynOperatingMode PrConfig::*>;
+using ConfigField = std::variant<std::int32_t PrConfig::*, bool PrConfig::*, FynOperatingMode PrConfig::*>;
 
 /** One row of the table of tunables. */
 struct ConfigKey {

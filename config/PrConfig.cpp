@@ -17,7 +17,8 @@ PrConfig& snapshot() {
   return current;
 }
 
-// The integer at the beginning of a text, 0 without one; strtol, because it is defined for numbers of any length.
+// The integer at the beginning of a text, 0 without one; strtol, because it is defined for numbers of any
+// length.
 std::int32_t leadingInt(const std::string& text) {
   return static_cast<std::int32_t>(std::strtol(text.c_str(), nullptr, 10));
 }
@@ -88,9 +89,13 @@ bool isSame(const PrConfig& a, const PrConfig& b) {
 
 const PrConfig PrConfig::DEFAULT{};
 
-const PrConfig& PrConfig::get() { return snapshot(); }
+const PrConfig& PrConfig::get() {
+  return snapshot();
+}
 
-void PrConfig::set(const PrConfig& config) { snapshot() = config; }
+void PrConfig::set(const PrConfig& config) {
+  snapshot() = config;
+}
 
 void PrConfig::onChange(const PrConfig& /*config*/) {}
 
@@ -119,7 +124,9 @@ void PrConfig::logDiffs(const PrConfig& other) const {
   }
 }
 
-FynOperatingMode getFynOperatingMode() { return PrConfig::get().fynOperatingMode; }
+FynOperatingMode getFynOperatingMode() {
+  return PrConfig::get().fynOperatingMode;
+}
 
 std::string configurationPath() {
   const char* const path = std::getenv("FYN_CONF_NAME");

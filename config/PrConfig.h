@@ -22,7 +22,8 @@ struct PrConfig {
 
   static const PrConfig DEFAULT;
 
-  /** The current snapshot of the process. The reference stays valid; its content changes with `set` and `load`. */
+  /** The current snapshot of the process. The reference stays valid; its content changes with `set` and
+   * `load`. */
   static const PrConfig& get();
 
   /** Replaces the snapshot. */
@@ -32,9 +33,9 @@ struct PrConfig {
   static void onChange(const PrConfig& config);
 
   /**
-   * Reads the configuration file at `path` over the defaults, then the system properties over both, and takes the result
-   * over when it differs from the snapshot: "reloaded" and every difference are logged, and the log level is set. A
-   * missing file leaves every file key at its default.
+   * Reads the configuration file at `path` over the defaults, then the system properties over both, and takes
+   * the result over when it differs from the snapshot: "reloaded" and every difference are logged, and the
+   * log level is set. A missing file leaves every file key at its default.
    */
   static void load(const std::string& path);
 

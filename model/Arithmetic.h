@@ -30,7 +30,9 @@ constexpr std::int32_t wrapDiv(std::int32_t a, std::int32_t b) {
 }
 
 /** Half towards zero. */
-constexpr std::int32_t halve(std::int32_t value) { return value / 2; }
+constexpr std::int32_t halve(std::int32_t value) {
+  return value / 2;
+}
 
 /** Towards zero. Not a number and everything out of range give the smallest integer. */
 constexpr std::int32_t truncate(double value) {

@@ -27,7 +27,8 @@ enum class FramingType : std::int32_t {
   NONE = 7,
 };
 
-/** The shape of a frame around its heads. It selects the guide lines and off-centre triggers of the configuration. */
+/** The shape of a frame around its heads. It selects the guide lines and off-centre triggers of the
+ * configuration. */
 enum FrameLayout : std::int32_t {
   kFrameLayoutHeadSingle = 0,
   kFrameLayoutHeadSquare = 1,

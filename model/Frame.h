@@ -36,8 +36,8 @@ struct Frame {
   /** The box of heads that the view was made for, in camera pixels, before group buffers and zoom limit. */
   Rect detectionBoundary;
 
-  /** Reads a frame of a secondary-layout document, whose "dest" refers to a picture of the given size in pixels.
-   * Raises the JSON library's errors; what was read until then stays. */
+  /** Reads a frame of a secondary-layout document, whose "dest" refers to a picture of the given size in
+   * pixels. Raises the JSON library's errors; what was read until then stays. */
   void from_json(const nlohmann::json& document, int destWidth, int destHeight);
 };
 

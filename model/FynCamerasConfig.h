@@ -9,7 +9,8 @@
 
 namespace fyn::productionrules {
 
-/** The cameras of the room and which of them is this device's own. One per process, touched only from the dispatch thread. */
+/** The cameras of the room and which of them is this device's own. One per process, touched only from the
+ * dispatch thread. */
 class FynCamerasConfig {
  public:
   /** The instance, made on first use (which is logged). */

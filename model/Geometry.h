@@ -7,8 +7,8 @@
 namespace fyn {
 
 /**
- * A rectangle in pixels of one camera image, x to the right and y down. `right` and `bottom` are exclusive. All four 0
- * means that there is no rectangle.
+ * A rectangle in pixels of one camera image, x to the right and y down. `right` and `bottom` are exclusive.
+ * All four 0 means that there is no rectangle.
  */
 struct Rect {
   std::int32_t left = 0;
@@ -53,7 +53,9 @@ constexpr Dimension kDefaultImageSize{1280, 720};
 constexpr Rect kRoomView{0, 0, 1280, 720};
 
 /** True when all four sides are 0: there is no rectangle. */
-constexpr bool isZeroRect(const Rect& rect) { return rect == Rect{}; }
+constexpr bool isZeroRect(const Rect& rect) {
+  return rect == Rect{};
+}
 
 /** "left: 10,top: 20,right: 110,bottom: 220" */
 std::string RectToString(const Rect& rect);

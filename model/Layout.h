@@ -37,8 +37,8 @@ struct Layout {
   /** The type of the layout that is pending behind this one; NONE when there is none. */
   FramingType nextLayoutType = FramingType::NONE;
 
-  /** Reads a layout of a secondary-layout document; parsed frames are appended. Raises the JSON library's errors;
-   * what was read until then stays. */
+  /** Reads a layout of a secondary-layout document; parsed frames are appended. Raises the JSON library's
+   * errors; what was read until then stays. */
   void from_json(const nlohmann::json& document);
 };
 

@@ -13,8 +13,8 @@ namespace fyn::productionrules {
 /** One vision result: the persons seen in one video frame. */
 class MLData {
  public:
-  /** Reads a vision document. Invalid persons are logged and dropped; wrong JSON types raise the JSON library's
-   * errors. */
+  /** Reads a vision document. Invalid persons are logged and dropped; wrong JSON types raise the JSON
+   * library's errors. */
   void from_json(const nlohmann::json& document);
 
   const std::vector<std::shared_ptr<FynHead>>& getHeads() const { return heads; }
@@ -24,7 +24,8 @@ class MLData {
 
   void setHeads(const std::vector<std::shared_ptr<FynHead>>& newHeads);
 
-  /** Sorts the persons by their place in camera `camId`, left to right; persons it does not see come last, by camera. */
+  /** Sorts the persons by their place in camera `camId`, left to right; persons it does not see come last, by
+   * camera. */
   void sortFynHeads(int camId);
 
   /** Same persons with equal heads, and the same frame number and time. */

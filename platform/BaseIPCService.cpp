@@ -20,7 +20,9 @@ constexpr std::size_t kQueueLimit = 4096;
 BaseIPCService::BaseIPCService(Platform platform, std::uint32_t periodMs, const std::string& name)
     : mPlatform(std::move(platform)), mPeriodMs(periodMs), mName(name) {}
 
-BaseIPCService::~BaseIPCService() { closeBus(); }
+BaseIPCService::~BaseIPCService() {
+  closeBus();
+}
 
 void BaseIPCService::closeBus() {
   if (mPlatform.bus) {

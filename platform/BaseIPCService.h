@@ -20,8 +20,8 @@ struct ExtraMessage {
  * The base of a service on the bus. It owns the bus client, takes the messages that the bus delivers into a
  * queue and handles them one at a time, in order, on the thread that calls `run`, the dispatch thread.
  *
- * A handler that throws never stops the dispatch thread: the exception's text is logged at error level with the
- * topic, and the next message is handled.
+ * A handler that throws never stops the dispatch thread: the exception's text is logged at error level with
+ * the topic, and the next message is handled.
  */
 class BaseIPCService : public com::quil::pubsub::IPubSubListener {
  public:

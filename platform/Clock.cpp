@@ -26,6 +26,8 @@ std::uint32_t GetTicks() {
   return static_cast<std::uint32_t>(SystemEnvironment::clock().monotonicMs().value_or(0));
 }
 
-std::int64_t getWallTs64() { return SystemEnvironment::clock().wallMs(); }
+std::int64_t getWallTs64() {
+  return SystemEnvironment::clock().wallMs();
+}
 
 }  // namespace fyn::productionrules

@@ -23,7 +23,8 @@ void FynFrameTracker::trackMissedFrames(std::int64_t frameNumber, const char* ta
   if (mMissed == 0 || now - mLastReport < periodMs) {
     return;
   }
-  PRB_LOGW(tag, "%s: %" PRIu64 " vision frames missed in %u ms", "trackMissedFrames", mMissed, now - mLastReport);
+  PRB_LOGW(tag, "%s: %" PRIu64 " vision frames missed in %u ms", "trackMissedFrames", mMissed,
+           now - mLastReport);
   mMissed = 0;
   mLastReport = now;
 }

@@ -8,9 +8,9 @@ namespace fyn::productionrules {
 class FynFrameTracker {
  public:
   /**
-   * Takes the next frame number. At most once per `periodSeconds` it logs, at warning level with `tag`, how many
-   * frames are missing since the last report; nothing is logged while none is missing. A number that goes back
-   * (a restarted pipeline) starts the count anew.
+   * Takes the next frame number. At most once per `periodSeconds` it logs, at warning level with `tag`, how
+   * many frames are missing since the last report; nothing is logged while none is missing. A number that
+   * goes back (a restarted pipeline) starts the count anew.
    */
   void trackMissedFrames(std::int64_t frameNumber, const char* tag, int periodSeconds);
 

@@ -7,8 +7,10 @@ namespace fyn::productionrules::MrJsonUtil {
 
 /**
  * Appends one entry {"from","to","retain"} to the "forwards" array of a forwarding document, which asks the
- * remote-forwarding service to carry topic `from` to other devices as `to`. A null document becomes an object.
+ * remote-forwarding service to carry topic `from` to other devices as `to`. A null document becomes an
+ * object.
  */
-void addMrForwardMsg(nlohmann::ordered_json& document, const std::string& from, const std::string& to, bool retain);
+void addMrForwardMsg(nlohmann::ordered_json& document, const std::string& from, const std::string& to,
+                     bool retain);
 
 }  // namespace fyn::productionrules::MrJsonUtil

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
+#include <string>
 
 #include "platform/CameraProvider.h"
 #include "platform/DelayedTasks.h"
@@ -9,16 +11,21 @@
 
 namespace fyn::productionrules {
 
+/** Opens the file of a debug dump. An empty function means the file system. */
+using DumpOpener = std::function<std::unique_ptr<std::ostream>(const std::string& path)>;
+
 /**
- * What one service is given: its bus client, the camera providers it may find, a way to run work later, and the
- * stream that stands for standard output. What belongs to the whole process (clock, log, properties, files) is
- * in SystemEnvironment.
+ * What one service is given: its bus client, the camera providers it may find, a way to run work later, and
+ * the stream that stands for standard output. What belongs to the whole process (clock, log, properties,
+ * files) is in SystemEnvironment.
  */
 struct Platform {
   std::shared_ptr<com::quil::pubsub::IPubSubClient> bus;
   std::shared_ptr<ICameraProviders> providers;
   std::shared_ptr<DelayedTasks> tasks;
+  /** Null for the process's own. */
   std::ostream* standardOutput = nullptr;
+  DumpOpener openDump;
 };
 
 }  // namespace fyn::productionrules

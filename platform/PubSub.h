@@ -3,7 +3,8 @@
 #include <string>
 #include <string_view>
 
-/** The publish/subscribe bus as the service sees it. Topics are exact, case-sensitive texts that begin with "/". */
+/** The publish/subscribe bus as the service sees it. Topics are exact, case-sensitive texts that begin with
+ * "/". */
 namespace com::quil::pubsub {
 
 /** Receives what a client's subscriptions deliver. Called on a thread of the bus client. */
@@ -14,8 +15,8 @@ class IPubSubListener {
 };
 
 /**
- * One connection to the bus. All operations return at once and may be called from any thread; a client that has
- * lost its broker keeps accepting them. The rules that every backend keeps:
+ * One connection to the bus. All operations return at once and may be called from any thread; a client that
+ * has lost its broker keeps accepting them. The rules that every backend keeps:
  * - a subscription covers its topic and every topic beneath it;
  * - a message reaches one listener at most once, however many of its subscriptions match;
  * - subscribing again to the same topic changes nothing;
@@ -34,7 +35,8 @@ class IPubSubClient {
   /** `listener` must outlive the client or the call of `close`. */
   virtual void subscribe(const std::string& topic, IPubSubListener& listener) = 0;
 
-  /** Ends all deliveries: when it returns no listener is called any more. Publishing after it does nothing. */
+  /** Ends all deliveries: when it returns no listener is called any more. Publishing after it does nothing.
+   */
   virtual void close() = 0;
 };
 

@@ -51,14 +51,22 @@ PropertyStore& SystemEnvironment::properties() {
   return installed != nullptr ? *installed : memoryProperties();
 }
 
-const TextFileReader& SystemEnvironment::files() { return fileReader(); }
+const TextFileReader& SystemEnvironment::files() {
+  return fileReader();
+}
 
-void SystemEnvironment::setClock(Clock* clock) { gClock.store(clock, std::memory_order_release); }
-void SystemEnvironment::setLog(LogSink* log) { gLog.store(log, std::memory_order_release); }
+void SystemEnvironment::setClock(Clock* clock) {
+  gClock.store(clock, std::memory_order_release);
+}
+void SystemEnvironment::setLog(LogSink* log) {
+  gLog.store(log, std::memory_order_release);
+}
 void SystemEnvironment::setProperties(PropertyStore* properties) {
   gProperties.store(properties, std::memory_order_release);
 }
-void SystemEnvironment::setFiles(TextFileReader reader) { fileReader() = std::move(reader); }
+void SystemEnvironment::setFiles(TextFileReader reader) {
+  fileReader() = std::move(reader);
+}
 
 void SystemEnvironment::reset() {
   setClock(nullptr);

@@ -8,11 +8,12 @@
 namespace fyn::productionrules {
 
 /**
- * What the operating system gives to the whole process: clock, log, properties, files. There is one of each, as
- * on the device. Only the outermost layer (the entry function, a tool, a test) installs other ones; a replaced
- * object must outlive every thread that can still read it.
+ * What the operating system gives to the whole process: clock, log, properties, files. There is one of each,
+ * as on the device. Only the outermost layer (the entry function, a tool, a test) installs other ones; a
+ * replaced object must outlive every thread that can still read it.
  *
- * Until something is installed: the machine's clock, a log on standard error, properties in memory, real files.
+ * Until something is installed: the machine's clock, a log on standard error, properties in memory, real
+ * files.
  */
 class SystemEnvironment {
  public:

@@ -14,10 +14,12 @@ using TextFileReader = std::function<std::optional<std::string>(const std::strin
 std::optional<std::string> readTextFile(const std::string& path);
 
 /**
- * Walks the `key=value` lines of a configuration text and calls `visit(key, value, line)`, line from 1. Blanks around key
- * and value are trimmed; empty lines, lines that begin with '#' and lines without '=' are skipped.
+ * Walks the `key=value` lines of a configuration text and calls `visit(key, value, line)`, line from 1.
+ * Blanks around key and value are trimmed; empty lines, lines that begin with '#' and lines without '=' are
+ * skipped.
  */
-void forEachConfigLine(std::string_view text,
-                       const std::function<void(std::string_view key, std::string_view value, int line)>& visit);
+void forEachConfigLine(
+    std::string_view text,
+    const std::function<void(std::string_view key, std::string_view value, int line)>& visit);
 
 }  // namespace fyn::productionrules

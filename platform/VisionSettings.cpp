@@ -32,19 +32,23 @@ void writeLine(LogPriority priority, const char* tag, const char* format, std::v
 
 }  // namespace
 
-void VisionSettings::setLogLevel(int level) { gLogLevel.store(level, std::memory_order_relaxed); }
+void VisionSettings::setLogLevel(int level) {
+  gLogLevel.store(level, std::memory_order_relaxed);
+}
 
-int VisionSettings::logLevel() { return gLogLevel.load(std::memory_order_relaxed); }
+int VisionSettings::logLevel() {
+  return gLogLevel.load(std::memory_order_relaxed);
+}
 
-#define PRB_DEFINE_LOG_FUNCTION(name, level, priority)          \
+#define PRB_DEFINE_LOG_FUNCTION(name, level, priority)                  \
   void VisionSettings::name(const char* tag, const char* format, ...) { \
-    if (!isLogged(level)) {                                     \
-      return;                                                   \
-    }                                                           \
-    std::va_list arguments;                                     \
-    va_start(arguments, format);                                \
-    writeLine(priority, tag, format, arguments);                \
-    va_end(arguments);                                          \
+    if (!isLogged(level)) {                                             \
+      return;                                                           \
+    }                                                                   \
+    std::va_list arguments;                                             \
+    va_start(arguments, format);                                        \
+    writeLine(priority, tag, format, arguments);                        \
+    va_end(arguments);                                                  \
   }
 
 PRB_DEFINE_LOG_FUNCTION(LOGD, kDebugLevel, LogPriority::debug)

@@ -3,8 +3,8 @@
 namespace fyn::productionrules {
 
 /**
- * The log level of the whole service and the four functions that it gates. A line is written when the level is
- * at least: error 1, warning 2, info 3, debug 4; level 0 silences all four. The level starts at 3.
+ * The log level of the whole service and the four functions that it gates. A line is written when the level
+ * is at least: error 1, warning 2, info 3, debug 4; level 0 silences all four. The level starts at 3.
  *
  * Use the macros PRB_LOGE, PRB_LOGW, PRB_LOGI and PRB_LOGD: they test the level before any argument is built.
  */
@@ -27,12 +27,11 @@ class VisionSettings {
 
 }  // namespace fyn::productionrules
 
-#define PRB_LOG_WHEN_(level, function, ...)                                 \
-  do {                                                                      \
-    if (::fyn::productionrules::VisionSettings::isLogged(                   \
-            ::fyn::productionrules::VisionSettings::level)) {               \
-      ::fyn::productionrules::VisionSettings::function(__VA_ARGS__);        \
-    }                                                                       \
+#define PRB_LOG_WHEN_(level, function, ...)                                                                \
+  do {                                                                                                     \
+    if (::fyn::productionrules::VisionSettings::isLogged(::fyn::productionrules::VisionSettings::level)) { \
+      ::fyn::productionrules::VisionSettings::function(__VA_ARGS__);                                       \
+    }                                                                                                      \
   } while (false)
 
 #define PRB_LOGE(...) PRB_LOG_WHEN_(kErrorLevel, LOGE, __VA_ARGS__)

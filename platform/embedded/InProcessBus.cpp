@@ -88,6 +88,8 @@ InProcessBus::InProcessBus() : mRegistry(std::make_shared<Registry>()) {}
 
 InProcessBus::~InProcessBus() = default;
 
-std::shared_ptr<IPubSubClient> InProcessBus::connect() { return std::make_shared<Client>(mRegistry); }
+std::shared_ptr<IPubSubClient> InProcessBus::connect() {
+  return std::make_shared<Client>(mRegistry);
+}
 
 }  // namespace fyn::productionrules

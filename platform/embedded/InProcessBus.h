@@ -10,8 +10,8 @@
 namespace fyn::productionrules {
 
 /**
- * A bus inside one process. Clients come from `connect`; a message is delivered on the publisher's thread, before
- * `publish` returns. The bus must outlive its clients.
+ * A bus inside one process. Clients come from `connect`; a message is delivered on the publisher's thread,
+ * before `publish` returns. The bus must outlive its clients.
  */
 class InProcessBus {
  public:
