@@ -1,0 +1,25 @@
+#pragma once
+
+#include "layouts/BaseLayout.h"
+
+namespace fyn::productionrules {
+
+/** The layouts of all streams that a primary device sent at once. */
+using SecondaryLayout = std::vector<std::shared_ptr<Layout>>;
+
+/** Shows what a primary device decides; it never builds a layout itself. */
+class BaseSecondaryLayout : public BaseLayout {
+ public:
+  const char* getTag() const override;
+  bool applyingLayout(const std::shared_ptr<MLData>& mlData) override;
+
+  /** Frames anew by itself only while the configuration allows it. */
+  bool updateLayoutFraming() override;
+
+  /** The size that the primary device sent with the frame. */
+  Dimension getImageSize(const Frame& frame) override;
+
+  virtual bool applyLayout(const SecondaryLayout& layout);
+};
+
+}  // namespace fyn::productionrules

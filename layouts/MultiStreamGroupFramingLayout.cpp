@@ -1,0 +1,9 @@
+#include "layouts/MultiStreamGroupFramingLayout.h"
+
+namespace fyn::productionrules {
+
+const char* MultiStreamGroupFramingLayout::getTag() const {
+  return "MultiStreamGroupFramingLayout";
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,9 @@
+#include "layouts/MultiStreamPeopleFramingLayout.h"
+
+namespace fyn::productionrules {
+
+const char* MultiStreamPeopleFramingLayout::getTag() const {
+  return "MultiStreamPeopleFramingLayout";
+}
+
+}  // namespace fyn::productionrules

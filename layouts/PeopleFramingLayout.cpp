@@ -1,0 +1,9 @@
+#include "layouts/PeopleFramingLayout.h"
+
+namespace fyn::productionrules {
+
+const char* PeopleFramingLayout::getTag() const {
+  return "PeopleFramingLayout";
+}
+
+}  // namespace fyn::productionrules
