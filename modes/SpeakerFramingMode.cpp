@@ -1,0 +1,33 @@
+#include "modes/SpeakerFramingMode.h"
+
+#include <utility>
+
+#include "layouts/PrimarySpeakerLayout.h"
+#include "layouts/SecondarySpeakerLayout.h"
+#include "layouts/SpeakerFramingLayout.h"
+#include "platform/Clock.h"
+
+namespace fyn::productionrules {
+
+SpeakerFramingMode::SpeakerFramingMode(BaseLayoutNotifier& notifier, std::shared_ptr<BaseLayout> layout)
+    : BaseTrackingMode(notifier) {
+  setEngine(layout != nullptr ? std::move(layout) : std::make_shared<SpeakerFramingLayout>());
+}
+
+void SpeakerFramingMode::checkAndSetSystemTimers() {
+  mLastTimerCheck = GetTicks();
+  // The engine fills its own waits whenever it is asked for them.
+  if (mLayout != nullptr) {
+    mLayout->setTimerSetting(mLayout->getTimerSetting());
+  }
+}
+
+std::shared_ptr<BaseLayout> SpeakerFramingMode::makeLayout(FynOperatingMode mode) const {
+  return makeLayoutForRole<SpeakerFramingLayout, PrimarySpeakerLayout, SecondarySpeakerLayout>(mode, mLayout);
+}
+
+std::string SpeakerFramingMode::getName() const {
+  return "SpeakerFramingMode";
+}
+
+}  // namespace fyn::productionrules
