@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/SubscriptionList.h"
+
 namespace fyn::productionrules {
 
 using com::quil::pubsub::IPubSubClient;
@@ -41,12 +43,7 @@ class InProcessBus::Client final : public IPubSubClient {
 
   void subscribe(const std::string& topic, IPubSubListener& listener) override {
     const std::lock_guard lock(mRegistry->mutex);
-    const auto same = [&](const Subscription& known) {
-      return known.topic == topic && known.listener == &listener;
-    };
-    if (std::none_of(mSubscriptions.begin(), mSubscriptions.end(), same)) {
-      mSubscriptions.push_back({topic, &listener});
-    }
+    mSubscriptions.add(topic, listener);
   }
 
   void close() override {
@@ -57,31 +54,19 @@ class InProcessBus::Client final : public IPubSubClient {
   }
 
  private:
-  struct Subscription {
-    std::string topic;
-    IPubSubListener* listener;
-  };
-
   bool isOpen() const {
     const auto& clients = mRegistry->clients;
     return std::find(clients.begin(), clients.end(), this) != clients.end();
   }
 
   void deliver(const std::string& topic, const std::string& message) {
-    std::vector<IPubSubListener*> reached;
-    for (const Subscription& subscription : mSubscriptions) {
-      if (com::quil::pubsub::topicCovers(subscription.topic, topic) &&
-          std::find(reached.begin(), reached.end(), subscription.listener) == reached.end()) {
-        reached.push_back(subscription.listener);
-      }
-    }
-    for (IPubSubListener* listener : reached) {
+    for (IPubSubListener* listener : mSubscriptions.listenersOf(topic)) {
       listener->onMessage(topic, message);
     }
   }
 
   const std::shared_ptr<Registry> mRegistry;
-  std::vector<Subscription> mSubscriptions;
+  SubscriptionList mSubscriptions;
 };
 
 InProcessBus::InProcessBus() : mRegistry(std::make_shared<Registry>()) {}
