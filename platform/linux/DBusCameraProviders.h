@@ -1,0 +1,53 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/CameraProvider.h"
+
+namespace fyn::productionrules {
+
+class DBusConnection;
+
+/** Where the D-Bus camera provider is found; docs/camera-provider.md is the description for its makers. */
+struct DBusCameraProviderNames {
+  /** Bus name of the instance "default"; another instance has ".INSTANCE" behind it. */
+  static constexpr const char* kService = "fyn.productionrules.CameraProvider";
+  static constexpr const char* kPath = "/fyn/productionrules/CameraProvider";
+  static constexpr const char* kInterface = "fyn.productionrules.CameraProvider1";
+  static constexpr const char* kSetSceneJson = "SetSceneJson";
+};
+
+struct DBusOptions {
+  /** "session", "system" or the address of a bus, such as "unix:path=/run/x". */
+  std::string bus = "session";
+  /** No call takes longer. A provider that hangs costs this much once per scene document. */
+  std::chrono::milliseconds callLimit{250};
+};
+
+/**
+ * Camera providers that are services on a D-Bus. A bus that is not there counts as no provider; it is looked
+ * for again at every `getService`. When the bus goes away every provider on it has died.
+ */
+class DBusCameraProviders final : public ICameraProviders {
+ public:
+  explicit DBusCameraProviders(const DBusOptions& options);
+  /** Providers that are still held stay valid: calls on them fail. */
+  ~DBusCameraProviders() override;
+
+  std::shared_ptr<IQuilCameraProvider> getService(const std::string& instance) override;
+
+ private:
+  class Provider;
+
+  std::shared_ptr<DBusConnection> livingConnection();
+
+  const DBusOptions mOptions;
+  std::mutex mMutex;
+  std::shared_ptr<DBusConnection> mConnection;
+  bool mAbsenceSaid = false;
+};
+
+}  // namespace fyn::productionrules

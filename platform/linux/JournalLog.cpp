@@ -1,0 +1,51 @@
+// The macros of the header would add this file's name and line to every record.
+#define SD_JOURNAL_SUPPRESS_LOCATION
+#include "platform/linux/JournalLog.h"
+
+#include <sys/stat.h>
+#include <systemd/sd-journal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace fyn::productionrules {
+
+namespace {
+
+int syslogLevel(LogPriority priority) {
+  switch (priority) {
+    case LogPriority::error:
+      return 3;
+    case LogPriority::warning:
+      return 4;
+    case LogPriority::info:
+      return 6;
+    case LogPriority::debug:
+      break;
+  }
+  return 7;
+}
+
+}  // namespace
+
+void JournalLog::write(LogPriority priority, const char* tag, const char* text) {
+  std::size_t length = std::strlen(text);
+  while (length > 0 && text[length - 1] == '\n') {
+    --length;
+  }
+  sd_journal_send("PRIORITY=%d", syslogLevel(priority), "PRB_TAG=%s", tag, "MESSAGE=%s: %.*s", tag,
+                  static_cast<int>(length), text, nullptr);
+}
+
+bool JournalLog::isStandardError() {
+  const char* const stream = std::getenv("JOURNAL_STREAM");
+  struct stat standardError {};
+  if (stream == nullptr || fstat(STDERR_FILENO, &standardError) != 0) {
+    return false;
+  }
+  return stream == std::to_string(standardError.st_dev) + ":" + std::to_string(standardError.st_ino);
+}
+
+}  // namespace fyn::productionrules

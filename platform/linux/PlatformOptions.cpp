@@ -1,0 +1,90 @@
+#include "platform/linux/PlatformOptions.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+#include "platform/linux/BusAddress.h"
+#include "platform/linux/PlatformFactory.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+void requireReadable(const std::string& path, const char* what) {
+  if (!path.empty() && !std::ifstream(path)) {
+    throw std::invalid_argument(std::string(what) + " \"" + path + "\" cannot be read");
+  }
+}
+
+bool isDBusAddress(const std::string& bus) {
+  return bus == "session" || bus == "system" || bus.rfind("unix:", 0) == 0 || bus.rfind("tcp:", 0) == 0;
+}
+
+}  // namespace
+
+const std::array<PlatformOptions::Row, 10>& PlatformOptions::rows() {
+  using Options = PlatformOptions;
+  static constexpr std::array<Row, 10> kRows{{
+      {&Options::bus, "PRB_BUS", "--bus",
+       "message bus: embedded, mqtt://HOST:PORT[/ROOM] or mqtts://HOST:PORT[/ROOM]"},
+      {&Options::provider, "PRB_PROVIDER", "--provider",
+       "camera provider: none, dbus:session, dbus:system or dbus:ADDRESS"},
+      {&Options::properties, "PRB_PROPERTIES", "--properties",
+       "file of the system properties, or memory for this process alone; default: the machine's file"},
+      {&Options::log, "PRB_LOG", "--log", "where log lines go: auto, stderr, journal or android"},
+      {&Options::mqttUser, "PRB_MQTT_USER", "--mqtt-user", "user name at the broker"},
+      {&Options::mqttPassword, "PRB_MQTT_PASSWORD", nullptr, "password at the broker"},
+      {&Options::mqttPasswordFile, "PRB_MQTT_PASSWORD_FILE", "--mqtt-password-file",
+       "file whose first line is the password at the broker"},
+      {&Options::mqttCaFile, "PRB_MQTT_CA", "--mqtt-ca",
+       "certificate authorities for mqtts, PEM; default: those of the machine"},
+      {&Options::mqttCertificateFile, "PRB_MQTT_CERT", "--mqtt-cert", "certificate of this client, PEM"},
+      {&Options::mqttKeyFile, "PRB_MQTT_KEY", "--mqtt-key", "key of this client's certificate, PEM"},
+  }};
+  return kRows;
+}
+
+PlatformOptions PlatformOptions::fromEnvironment() {
+  PlatformOptions options;
+  for (const Row& row : rows()) {
+    const char* const value = std::getenv(row.environment);
+    if (value != nullptr && *value != '\0') {
+      options.*row.field = value;
+    }
+  }
+  return options;
+}
+
+void PlatformOptions::validate() const {
+  if (bus != "embedded") {
+    parseBusAddress(bus);
+    requireBackend(PlatformBackend::mqtt);
+  }
+  if (provider != "none") {
+    if (provider.rfind("dbus:", 0) != 0 || !isDBusAddress(provider.substr(5))) {
+      throw std::invalid_argument("camera provider \"" + provider +
+                                  "\": expected none, dbus:session, dbus:system or dbus:unix:path=PATH");
+    }
+    requireBackend(PlatformBackend::dbus);
+  }
+  if (log == "android") {
+    requireBackend(PlatformBackend::androidLog);
+  } else if (log == "journal") {
+    requireBackend(PlatformBackend::journal);
+  } else if (log != "auto" && log != "stderr") {
+    throw std::invalid_argument("log \"" + log + "\": expected auto, stderr, journal or android");
+  }
+  if (!properties.empty() && properties != "memory") {
+    requireBackend(PlatformBackend::sqlite);
+  }
+  requireReadable(mqttPasswordFile, "password file");
+  requireReadable(mqttCaFile, "certificate authority file");
+  requireReadable(mqttCertificateFile, "client certificate file");
+  requireReadable(mqttKeyFile, "client key file");
+  if (mqttCertificateFile.empty() != mqttKeyFile.empty()) {
+    throw std::invalid_argument("a client certificate needs both the certificate file and the key file");
+  }
+}
+
+}  // namespace fyn::productionrules
