@@ -9,9 +9,12 @@
 #include <array>
 #include <cerrno>
 #include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <optional>
+#include <random>
 #include <stdexcept>
 #include <utility>
 
@@ -37,9 +40,19 @@ constexpr std::size_t kOutboxLimit = 1024;
 // library and be overtaken by those of QoS 0.
 constexpr std::size_t kDefaultReceiveMaximum = 20;
 constexpr int kFailureReasons = 0x80;
+// A broker may show a retained message to its own publisher in spite of no-local, so those carry the
+// publisher.
+constexpr const char* kPublisherProperty = "publisher";
 
 std::string errorText(int result) {
   return result == MOSQ_ERR_ERRNO ? std::strerror(errno) : mosquitto_strerror(result);
+}
+
+std::string newIdentity() {
+  std::random_device random;
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "prb-%08x%08x", random(), random());
+  return text.data();
 }
 
 /** Whether the fault lies in the message and not in the connection. */
@@ -58,7 +71,7 @@ void requireReadable(const std::string& file, const char* what) {
 }  // namespace
 
 MqttPubSubClient::Session::Session(const MqttOptions& options)
-    : mOptions(options), mWakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    : mOptions(options), mIdentity(newIdentity()), mWakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   static const int initialised = mosquitto_lib_init();
   if (initialised != MOSQ_ERR_SUCCESS || mWakeFd < 0) {
     throw std::runtime_error("the MQTT library cannot be started");
@@ -79,7 +92,7 @@ MqttPubSubClient::Session::~Session() {
 }
 
 void MqttPubSubClient::Session::createHandle() {
-  mHandle.reset(mosquitto_new(nullptr, true, this));
+  mHandle.reset(mosquitto_new(mIdentity.c_str(), true, this));
   if (!mHandle) {
     throw std::runtime_error("the MQTT library is out of memory");
   }
@@ -97,8 +110,9 @@ void MqttPubSubClient::Session::createHandle() {
       handle, [](mosquitto*, void* self, int reason, int /*flags*/, const mosquitto_property* properties) {
         static_cast<Session*>(self)->onConnect(reason, properties);
       });
-  mosquitto_message_callback_set(handle, [](mosquitto*, void* self, const mosquitto_message* message) {
-    static_cast<Session*>(self)->onMessage(*message);
+  mosquitto_message_v5_callback_set(handle, [](mosquitto*, void* self, const mosquitto_message* message,
+                                               const mosquitto_property* properties) {
+    static_cast<Session*>(self)->onMessage(*message, properties);
   });
   mosquitto_subscribe_callback_set(handle, [](mosquitto*, void* self, int id, int count, const int* granted) {
     static_cast<Session*>(self)->onSubscribe(id, count, granted);
@@ -271,9 +285,7 @@ int MqttPubSubClient::Session::sendQueued() {
     }
     const MqttDelivery delivery = mqttDeliveryOf(next.topic);
     int id = 0;
-    const int result = mosquitto_publish(
-        mHandle.get(), &id, mqttName(mOptions.address.room, next.topic).c_str(),
-        static_cast<int>(next.text.size()), next.text.data(), delivery.qos, delivery.retain);
+    const int result = send(next, delivery, id);
     const bool refused = isRefusedMessage(result);
     if (refused) {
       PRB_LOGE(kTag, "%s: a message of %zu bytes on %s cannot be sent: %s", "publish", next.text.size(),
@@ -290,6 +302,19 @@ int MqttPubSubClient::Session::sendQueued() {
     }
   }
   return MOSQ_ERR_SUCCESS;
+}
+
+int MqttPubSubClient::Session::send(const Message& message, const MqttDelivery& delivery, int& id) {
+  mosquitto_property* properties = nullptr;
+  if (delivery.retain) {
+    mosquitto_property_add_string_pair(&properties, MQTT_PROP_USER_PROPERTY, kPublisherProperty,
+                                       mIdentity.c_str());
+  }
+  const int result = mosquitto_publish_v5(
+      mHandle.get(), &id, mqttName(mOptions.address.room, message.topic).c_str(),
+      static_cast<int>(message.text.size()), message.text.data(), delivery.qos, delivery.retain, properties);
+  mosquitto_property_free_all(&properties);
+  return result;
 }
 
 int MqttPubSubClient::Session::updateSubscriptions() {
@@ -361,14 +386,33 @@ void MqttPubSubClient::Session::onConnect(int reason, const mosquitto_property* 
   }
   mOutageSaid = false;
   mRefusalSaid = false;
-  PRB_LOGI(kTag, "%s to %s, %" PRIu64 " messages could not be sent",
-           mEverConnected ? "connected again" : "connected", mOptions.address.text().c_str(), unsent);
+  const std::string address = mOptions.address.text();
+  if (mEverConnected || unsent > 0) {
+    PRB_LOGI(kTag, "%s to %s, %" PRIu64 " messages could not be sent",
+             mEverConnected ? "connected again" : "connected", address.c_str(), unsent);
+  } else {
+    PRB_LOGI(kTag, "connected to %s", address.c_str());
+  }
   mEverConnected = true;
 }
 
-void MqttPubSubClient::Session::onMessage(const mosquitto_message& message) {
+bool MqttPubSubClient::Session::isOwn(const mosquitto_property* properties) const {
+  char* name = nullptr;
+  char* value = nullptr;
+  bool own = false;
+  if (mosquitto_property_read_string_pair(properties, MQTT_PROP_USER_PROPERTY, &name, &value, false) !=
+      nullptr) {
+    own = std::strcmp(name, kPublisherProperty) == 0 && mIdentity == value;
+  }
+  std::free(name);
+  std::free(value);
+  return own;
+}
+
+void MqttPubSubClient::Session::onMessage(const mosquitto_message& message,
+                                          const mosquitto_property* properties) {
   const std::optional<std::string> topic = topicOfMqttName(mOptions.address.room, message.topic);
-  if (!topic) {
+  if (!topic || isOwn(properties)) {
     return;
   }
   const std::string text(static_cast<const char*>(message.payload),

@@ -16,6 +16,7 @@
 
 #include "platform/SubscriptionList.h"
 #include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/MqttTopics.h"
 
 namespace fyn::productionrules {
 
@@ -55,6 +56,8 @@ class MqttPubSubClient::Session {
   int serveConnection();
   int pollOnce(std::chrono::milliseconds limit);
   int sendQueued();
+  int send(const Message& message, const MqttDelivery& delivery, int& id);
+  bool isOwn(const mosquitto_property* properties) const;
   int updateSubscriptions();
   bool mayDisconnect();
   void connectionEnded(int result);
@@ -63,13 +66,14 @@ class MqttPubSubClient::Session {
 
   // Called by the MQTT library, on the network thread.
   void onConnect(int reason, const mosquitto_property* properties);
-  void onMessage(const mosquitto_message& message);
+  void onMessage(const mosquitto_message& message, const mosquitto_property* properties);
   void onSubscribe(int id, int count, const int* granted);
   void onPublish(int id) { mUnacknowledged.erase(id); }
 
   void wake();
 
   const MqttOptions mOptions;
+  const std::string mIdentity;
   const int mWakeFd;
   std::unique_ptr<mosquitto, FreeMosquitto> mHandle;
 
