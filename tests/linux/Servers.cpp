@@ -1,0 +1,81 @@
+#include "tests/linux/Servers.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fyn::productionrules::testing {
+
+namespace {
+
+/** Debian keeps servers in a folder that a user's PATH may lack. */
+std::string serverProgram(const std::string& name) {
+  for (const char* folder : {"/usr/sbin/", "/usr/local/sbin/", "/usr/bin/"}) {
+    if (access((folder + name).c_str(), X_OK) == 0) {
+      return folder + name;
+    }
+  }
+  return name;
+}
+
+}  // namespace
+
+Broker::Broker(const std::string& settings) {
+  // Started by root it would give up its rights and could not read the files of this test any more.
+  const std::string user = geteuid() == 0 ? "user root\n" : "";
+  mConfiguration = mFolder.write("mosquitto.conf", user + "listener " + std::to_string(mPort) +
+                                                       " 127.0.0.1\npersistence false\n" + settings + "\n");
+  start();
+}
+
+void Broker::start() {
+  mProcess =
+      std::make_unique<Process>(std::vector<std::string>{serverProgram("mosquitto"), "-c", mConfiguration});
+  ASSERT_TRUE(eventually([&] { return isListening(mPort); })) << mProcess->errorText();
+}
+
+std::string Broker::url(const std::string& room) const {
+  return "mqtt://127.0.0.1:" + std::to_string(mPort) + (room.empty() ? "" : "/" + room);
+}
+
+MessageBus::MessageBus() {
+  mConfiguration = mFolder.write(
+      "bus.conf",
+      "<busconfig><type>session</type><listen>" + address() +
+          "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+          "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
+  start();
+}
+
+void MessageBus::start() {
+  unlink(mFolder.file("socket").c_str());
+  mProcess = std::make_unique<Process>(std::vector<std::string>{
+      serverProgram("dbus-daemon"), "--nofork", "--nopidfile", "--config-file=" + mConfiguration});
+  struct stat socket {};
+  ASSERT_TRUE(eventually([&] { return stat(mFolder.file("socket").c_str(), &socket) == 0; }))
+      << mProcess->errorText();
+}
+
+PrintingProvider::PrintingProvider(const MessageBus& bus)
+    : mProcess({std::string(PR_PROGRAM_DIR) + "/printing-camera-provider", "--bus", bus.address()}) {
+  const auto serves = [&] { return mProcess.errorText().find("serving") != std::string::npos; };
+  EXPECT_TRUE(eventually(serves)) << mProcess.errorText();
+}
+
+ThrowawayAuthority::ThrowawayAuthority() {
+  runTool({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
+           "-days", "2", "-subj", "/CN=test authority", "-keyout", key("ca"), "-out", caFile()});
+  sign("broker", "subjectAltName=IP:127.0.0.1\n");
+  sign("client", "extendedKeyUsage=clientAuth\n");
+}
+
+void ThrowawayAuthority::sign(const std::string& name, const std::string& extensions) {
+  const std::string request = mFolder.file(name + ".csr");
+  runTool({"openssl", "req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-subj",
+           "/CN=test " + name, "-keyout", key(name), "-out", request});
+  runTool({"openssl", "x509", "-req", "-days", "2", "-in", request, "-CA", caFile(), "-CAkey", key("ca"),
+           "-CAcreateserial", "-extfile", mFolder.write(name + ".ext", extensions), "-out",
+           certificate(name)});
+}
+
+}  // namespace fyn::productionrules::testing
