@@ -13,6 +13,7 @@ namespace fyn::productionrules {
 namespace {
 
 std::atomic<int> gLogLevel{VisionSettings::kInfoLevel};
+std::atomic<int> gLogCeiling{VisionSettings::kDebugLevel};
 
 void writeLine(LogPriority priority, const char* tag, const char* format, std::va_list arguments) {
   // Most lines fit; the rare long one (a whole document) is formatted a second time into the heap.
@@ -34,6 +35,12 @@ void writeLine(LogPriority priority, const char* tag, const char* format, std::v
 
 void VisionSettings::setLogLevel(int level) {
   gLogLevel.store(level, std::memory_order_relaxed);
+}
+
+void VisionSettings::setLogCeiling(int level) { gLogCeiling.store(level, std::memory_order_relaxed); }
+
+bool VisionSettings::isLogged(int level) {
+  return logLevel() >= level && gLogCeiling.load(std::memory_order_relaxed) >= level;
 }
 
 int VisionSettings::logLevel() {

@@ -17,7 +17,12 @@ class VisionSettings {
 
   static void setLogLevel(int level);
   static int logLevel();
-  static bool isLogged(int level) { return logLevel() >= level; }
+
+  /** Lines above this level are dropped whatever the log level: whoever installs a sink says how much of it is read.
+   * Starts at kDebugLevel. */
+  static void setLogCeiling(int level);
+
+  static bool isLogged(int level);
 
   static void LOGD(const char* tag, const char* format, ...) __attribute__((format(printf, 2, 3)));
   static void LOGI(const char* tag, const char* format, ...) __attribute__((format(printf, 2, 3)));

@@ -1,0 +1,135 @@
+// The part of ProductionRuleIPCService that keeps the camera configuration up to date.
+#include <nlohmann/json.hpp>
+
+#include "model/FynCamerasConfig.h"
+#include "platform/MrJsonUtil.h"
+#include "platform/VisionSettings.h"
+#include "service/ProductionRuleIPCService.h"
+#include "service/TopicText.h"
+#include "service/Topics.h"
+
+namespace fyn::productionrules {
+
+using com::quil::pubsub::appendSubtopic;
+
+namespace {
+constexpr const char* kTag = "ProductionRulesIPCService";
+}
+
+void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topic, const std::string& msg) {
+  PRB_LOGI(kTag, "%s: CAMERA_PARAMS: %s %s", "handleCameraParametersMsg", topic.c_str(), msg.c_str());
+  const std::vector<std::string> subTopics = getSubTopics(topic);
+  if (subTopics.empty() || subTopics.front() != "head") {
+    return;
+  }
+  const int camId = subTopics.size() > 1 ? std::stoi(subTopics.back()) : FynCamerasConfig::get().fynCamId;
+  const nlohmann::json document = nlohmann::json::parse(msg);
+  Dimension dimension;
+  dimension.width = document.at("imageWidth").get<std::int32_t>();
+  dimension.height = document.at("imageHeight").get<std::int32_t>();
+  if (const auto period = document.find("horizontalPeriod"); period != document.end()) {
+    // The picture of a panorama camera repeats after this many pixels.
+    if (const auto width = period->get<std::int32_t>(); width != 0) {
+      dimension.width = width;
+    }
+  }
+  FynCamerasConfig::getMutable().setCameraLensModelDimension(camId, dimension);
+}
+
+void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const std::string& msg) {
+  PRB_LOGI(kTag, "%s: CAMERA: %s", "process", msg.c_str());
+  const nlohmann::json document = nlohmann::json::parse(msg);
+  int camId = 0;
+  if (const auto id = document.find("fynCamId"); id != document.end()) {
+    camId = id->get<std::int32_t>();
+    takeOwnCamera(camId);
+  } else {
+    PRB_LOGE(kTag, "%s fynCamId not found in message: %s", "process", msg.c_str());
+  }
+  if (const auto type = document.find("cameraType"); type != document.end()) {
+    FynCamerasConfig::getMutable().cameraType = type->get<std::int32_t>();
+  }
+  if (mOperatingMode == FynOperatingMode::Secondary) {
+    // What the primary device sends to this camera.
+    pubSubClient().subscribe(std::string(topics::kTrackingMode), *this);
+    pubSubClient().subscribe(appendSubtopic(topics::kSecondaryScene, std::to_string(camId)), *this);
+  }
+}
+
+void ProductionRuleIPCService::takeOwnCamera(int camId) {
+  FynCamerasConfig& cameras = FynCamerasConfig::getMutable();
+  cameras.fynCamId = camId;
+  if (mOperatingMode == FynOperatingMode::Standalone) {
+    cameras.forCamId = camId;
+    FynCamInfo own;
+    own.isAttached = true;
+    own.ids.fynCamId = camId;
+    own.caps.hasIcd = true;
+    own.caps.hasProductionRules = true;
+    cameras.fynCamInfoMap[camId] = own;
+    cameras.setCameraLensModelDimension(camId, kDefaultImageSize);
+  }
+  PRB_LOGI(kTag, "%s: camId: %d Setting FynCamerasConfig fynCamId: %d forCamId: %d", "process", camId,
+           cameras.fynCamId, cameras.forCamId);
+}
+
+void ProductionRuleIPCService::handleCameras(const std::string& /*topic*/, const std::string& msg) {
+  PRB_LOGD(kTag, "%s: CAMERAS: %s", "process", msg.c_str());
+  FynCamerasConfig::getMutable().update(getFynCamMessage(msg));
+  PRB_LOGI(kTag, "%s: CAMERAS FynCamerasConfig: %s", "process", FynCamerasConfig::get().str().c_str());
+  publishForwarding();
+  becomePrimaryFor360Camera();
+}
+
+FynCameras ProductionRuleIPCService::getFynCamMessage(const std::string& msg) const {
+  FynCameras cameras;
+  cameras.from_json(nlohmann::json::parse(msg));
+  return cameras;
+}
+
+// Asks the remote-forwarding service to carry the framing mode and every other camera's layouts across
+// devices.
+void ProductionRuleIPCService::publishForwarding() {
+  nlohmann::ordered_json document;
+  const auto forward = [&](const std::string& topic) {
+    MrJsonUtil::addMrForwardMsg(document, topic, topic, false);
+  };
+  forward(std::string(topics::kTrackingMode));
+  const FynCamerasConfig& cameras = FynCamerasConfig::get();
+  for (const auto& [id, camera] : cameras.fynCamInfoMap) {
+    if (id != cameras.fynCamId) {
+      forward(appendSubtopic(topics::kSecondaryScene, std::to_string(id)));
+    }
+  }
+  pubSubClient().publish(std::string(topics::kForwardMessage), document.dump());
+}
+
+void ProductionRuleIPCService::becomePrimaryFor360Camera() {
+  const bool is360 = FynCamerasConfig::get().isSecondary360Camera();
+  PRB_LOGD(kTag, "%s: CAMERAS is360 Camera: %d", "process", static_cast<int>(is360));
+  if (mOperatingMode != FynOperatingMode::Standalone || !is360) {
+    return;
+  }
+  setFynOperatingMode(FynOperatingMode::Primary);
+  const std::string mode = framingModeToString(mFramingMode);
+  PRB_LOGI(kTag, "%s: On Primary triggering %s trackingmode on secondary", "process", mode.c_str());
+  pubSubClient().publish(std::string(topics::kTrackingMode), mode);
+}
+
+void ProductionRuleIPCService::handleRemoteFynCameraMoved(const std::string& /*topic*/,
+                                                          const std::string& msg) {
+  handleRemoteFynCameraMovedMsg(msg);
+}
+
+void ProductionRuleIPCService::handleRemoteFynCameraMovedMsg(const std::string& msg) {
+  const nlohmann::json document = nlohmann::json::parse(msg);
+  const auto found = document.find("fynCamId");
+  // A missing id reads as null, which is no number: the base reports the error.
+  const int camId = (found != document.end() ? *found : nlohmann::json()).get<std::int32_t>();
+  if (camId != FynCamerasConfig::get().fynCamId) {
+    // Kept: only the line, no timer is touched.
+    PRB_LOGI(kTag, "%s: Remote camera moved, changing layout timer to 0", "handleRemoteFynCameraMovedMsg");
+  }
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,46 @@
+#include "service/FynFileWriter.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include "platform/Clock.h"
+#include "platform/VisionSettings.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr const char* kTag = "ProductionRulesIPCService";
+
+std::string dumpFolder() {
+  const char* const folder = std::getenv("FYN_DUMP_DIR");
+  return folder != nullptr ? std::string(folder) + "/" : "/data/local/cvml-app-test/";
+}
+
+std::unique_ptr<std::ostream> openFile(const std::string& path) {
+  return std::make_unique<std::ofstream>(path, std::ios::binary);
+}
+
+}  // namespace
+
+FynFileWriter::FynFileWriter(const std::string& name, const DumpOpener& open)
+    : mPath(dumpFolder() + name + "_" + std::to_string(getWallTs64()) + ".txt"),
+      mFile(open ? open(mPath) : openFile(mPath)) {
+  if (mFile != nullptr && mFile->good()) {
+    PRB_LOGI(kTag, "file open successful");
+  } else {
+    PRB_LOGE(kTag, "could not open file %s\n", mPath.c_str());
+    mFile = nullptr;
+  }
+}
+
+void FynFileWriter::write(const std::string& text) {
+  if (mFile == nullptr) {
+    std::cerr << "Error writing to closed file '" << mPath << "'." << '\n';
+    return;
+  }
+  *mFile << text << '\n' << std::flush;
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/FynCamInfo.h"
+#include "model/MLData.h"
+#include "modes/GroupTrackingMode.h"
+#include "modes/MultiStreamTrackingMode.h"
+#include "modes/PeopleFramingMode.h"
+#include "modes/SpeakerFramingMode.h"
+#include "platform/BaseIPCService.h"
+#include "platform/FynFrameTracker.h"
+#include "service/FynFileWriter.h"
+#include "service/JsonLayoutNotifier.h"
+#include "service/QuilProviderConnection.h"
+
+namespace fyn::productionrules {
+
+/**
+ * The production-rules service: takes every bus message, routes it by topic, drives the active tracking mode
+ * and publishes what it decides. All of it runs on the dispatch thread.
+ */
+class ProductionRuleIPCService final : public BaseIPCService {
+ public:
+  ProductionRuleIPCService(const Platform& platform, const std::string& name);
+  ~ProductionRuleIPCService() override;
+
+  void init() override;
+  using BaseIPCService::process;
+  void process(const std::string& topic, const std::string& msg) override;
+  void periodicCheck() override;
+
+  bool connectToQuilProvider();
+  void rescheduleQuilProviderConnection();
+
+  /** Told every decision of every mode; null for nobody. Must outlive the service. */
+  void setDecisionListener(DecisionListener* listener);
+
+  /** The active tracking mode. */
+  BaseTrackingMode& trackingMode() { return *mTrackingMode; }
+  FramingMode framingMode() const { return mFramingMode; }
+  FynOperatingMode operatingMode() const { return mOperatingMode; }
+
+ private:
+  struct Route;
+  static const Route* findRoute(const std::string& topic, const std::string& msg);
+
+  // Start
+  void installCallbacks();
+  void installSecondaryCallback();
+  void openDumpWriter();
+
+  // Vision results
+  void handleVisionResult(const std::string& topic, const std::string& msg);
+  std::shared_ptr<MLData> getMLData(const std::string& msg) const;
+  void processMlData(const std::shared_ptr<MLData>& mlData);
+  bool enforceFramingMode();
+  void sendPeriodically();
+
+  // Control
+  void reloadConfiguration(const std::string& topic, const std::string& msg);
+  void handleResetLayouts(const std::string& topic, const std::string& msg);
+  void handleDumpDebug(const std::string& topic, const std::string& msg);
+  void startRecording(const std::string& topic, const std::string& msg);
+  void stopRecording(const std::string& topic, const std::string& msg);
+  void handleTrackingMode(const std::string& topic, const std::string& msg);
+  void updateTrackingMode(FramingMode newMode);
+  void setFynOperatingMode(FynOperatingMode mode);
+
+  // Secondary layouts
+  void handleSecondaryLayout(const std::string& topic, const std::string& msg);
+  std::vector<std::shared_ptr<Layout>> getSecondaryLayoutData(const std::string& msg) const;
+  void processSecondaryLayout(const std::vector<std::shared_ptr<Layout>>& layouts);
+
+  // Cameras
+  void handleCameraParametersMsg(const std::string& topic, const std::string& msg);
+  void handleCamera(const std::string& topic, const std::string& msg);
+  void takeOwnCamera(int camId);
+  void handleCameras(const std::string& topic, const std::string& msg);
+  FynCameras getFynCamMessage(const std::string& msg) const;
+  void publishForwarding();
+  void becomePrimaryFor360Camera();
+  void handleRemoteFynCameraMoved(const std::string& topic, const std::string& msg);
+  void handleRemoteFynCameraMovedMsg(const std::string& msg);
+
+  // Debug
+  void logCameras(const std::string& topic, const std::string& msg);
+  void logCameraId(const std::string& topic, const std::string& msg);
+
+  std::shared_ptr<QuilProviderConnection> mProvider;
+  std::unique_ptr<FynFileWriter> mFileWriter;
+  bool mDebug = false;
+  JsonLayoutNotifier mNotifier;
+  SpeakerFramingMode mSpeakerFramingMode;
+  PeopleFramingMode mPeopleFramingMode;
+  GroupTrackingMode mGroupTrackingMode;
+  MultiStreamTrackingMode mMultiStreamTrackingMode;
+  BaseTrackingMode* mTrackingMode;
+  FramingMode mFramingMode = FramingMode::GroupFraming;
+  FynOperatingMode mOperatingMode = FynOperatingMode::Standalone;
+  FynFrameTracker mFrameTracker;
+  bool mRecording = false;
+};
+
+}  // namespace fyn::productionrules
