@@ -1,10 +1,12 @@
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
+#include "tools/replay/ReplayCommand.h"
 
 namespace fyn::productionrules {
 
 const std::vector<Subcommand>& subcommands() {
   static const std::vector<Subcommand> table{
+      {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };
   return table;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+
+#include "layouts/LayoutDecision.h"
+#include "tools/replay/ReplayObserver.h"
+
+namespace fyn::productionrules {
+
+/** Writes one JSON line per effect of a replay. */
+class EffectWriter final : public ReplayObserver, public DecisionListener {
+ public:
+  /** `now` gives the time of an effect, in milliseconds from the start of the recording. */
+  EffectWriter(std::ostream& output, std::function<std::int64_t()> now);
+
+  void onPublish(const std::string& topic, const std::string& payload) override;
+  void onScene(const std::string& json, bool delivered) override;
+  void onSubscribe(const std::string& topic) override;
+  void onAdvertise(const std::string& topic) override;
+  void onLog(LogPriority priority, const char* tag, const char* text) override;
+  void onDecision(const LayoutDecision& decision) override;
+
+ private:
+  /** Begins the next line with its time. */
+  std::string& line();
+  void writeCall(const char* key, const std::string& topic);
+  void writeLine();
+
+  std::ostream& mOutput;
+  std::function<std::int64_t()> mNow;
+  std::string mLine;
+};
+
+/** A decision as a JSON object, as the viewer and reports read it. */
+std::string decisionJson(const LayoutDecision& decision);
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,111 @@
+#include "tools/replay/ReplayCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <memory>
+#include <optional>
+
+#include "platform/TextFile.h"
+#include "platform/VisionSettings.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/replay/EffectWriter.h"
+#include "tools/replay/RecordingRun.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct ReplayArguments {
+  std::string input;
+  std::string output = "-";
+  std::string config;
+  std::vector<std::string> properties;
+  std::string log;
+  std::string dump;
+  bool decisions = false;
+};
+
+int logLevelOf(const std::string& letter) {
+  if (letter.empty()) {
+    return 0;
+  }
+  return static_cast<int>(std::string("EWID").find(letter)) + VisionSettings::kErrorLevel;
+}
+
+ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& context) {
+  ReplayOptions options;
+  if (!arguments.config.empty()) {
+    options.configuration = readTextFile(arguments.config);
+    if (!options.configuration) {
+      throw UsageError("cannot read the configuration file " + arguments.config);
+    }
+  }
+  options.properties = keyValues(arguments.properties);
+  options.logLevel = logLevelOf(arguments.log);
+  options.dumpPath = arguments.dump;
+  options.standardOutput = &context.err;
+  return options;
+}
+
+void runReplay(const ReplayArguments& arguments, PrbContext& context) {
+  ReplayOptions options = replayOptions(arguments, context);
+  InputFile input(arguments.input, context.in);
+  OutputFile output(arguments.output, context.out);
+  Replay* running = nullptr;
+  EffectWriter effects(output.stream(), [&running] { return running->now(); });
+  options.decisions = arguments.decisions ? &effects : nullptr;
+  Replay replay(options, effects);
+  running = &replay;
+  RecordingReader reader(input.stream(), input.name());
+  runRecording(reader, replay);
+  output.finish();
+}
+
+}  // namespace
+
+KeyValues keyValues(const std::vector<std::string>& texts) {
+  KeyValues values;
+  for (const std::string& text : texts) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0) {
+      throw UsageError("a property is given as KEY=VALUE, not '" + text + "'");
+    }
+    values.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+  }
+  return values;
+}
+
+void addReplayCommand(CLI::App& command, PrbContext& context) {
+  const auto arguments = std::make_shared<ReplayArguments>();
+  command.add_option("input", arguments->input, "The recording; - for standard input")
+      ->type_name("RECORDING")
+      ->required();
+  command.add_option("-o,--output", arguments->output, "Where the effects go; - for standard output")
+      ->type_name("OUTPUT");
+  command.add_option("--config", arguments->config, "Configuration file that the service reads")
+      ->type_name("FILE");
+  command
+      .add_option("--property", arguments->properties, "System property that is set at the start; repeatable")
+      ->type_name("KEY=VALUE");
+  command
+      .add_option(
+          "--log", arguments->log,
+          "Write log lines too: E errors, W also warnings, I also information, D also debug (as far as the "
+          "service's own level, key persist.tvpr.logs, lets through)")
+      ->type_name("LEVEL")
+      ->check(CLI::IsMember({"E", "W", "I", "D"}));
+  command.add_option("--dump", arguments->dump, "Takes the lines of the debug dump")->type_name("FILE");
+  command.add_flag("--decisions", arguments->decisions, "Write every decision with its reason too");
+  command.footer(
+      "Runs the whole service on a recording, as fast as it can, and writes one JSON line per effect: "
+      "messages, calls of\n"
+      "the camera provider, subscriptions, log lines. The same recording gives the same bytes.\n"
+      "\n"
+      "Examples:\n"
+      "  prb replay meeting.jsonl -o effects.jsonl\n"
+      "  prb replay meeting.jsonl --property vendor.talkertracking.flag=4 --log I | less\n"
+      "  prb simulate --seed 1 | prb replay - --config quick.conf --decisions");
+  command.callback([arguments, &context] { runReplay(*arguments, context); });
+}
+
+}  // namespace fyn::productionrules
