@@ -112,10 +112,11 @@ command -v dpkg-query >/dev/null || {
   exit 1
 }
 
-mapfile -t missing < <(missing_packages "${groups[@]}")
-if [[ ${#missing[@]} -eq 0 ]]; then
+listing=$(missing_packages "${groups[@]}")
+if [[ -z $listing ]]; then
   exit 0
 fi
+mapfile -t missing <<<"$listing"
 if $only_list; then
   printf '%s\n' "${missing[@]}"
   exit 0
