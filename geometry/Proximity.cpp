@@ -53,8 +53,9 @@ struct PersonIdHash {
 
 using MemberSet = std::unordered_set<const FynHead*, PersonIdHash>;
 
+/** `members` is never empty. */
 const FynHead& lastVisited(const MemberSet& members) {
-  const FynHead* last = nullptr;
+  const FynHead* last = *members.begin();
   for (const FynHead* member : members) {
     last = member;
   }
