@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+
+#include "config/PrConfig.h"
+#include "geometry/PeopleMap.h"
+#include "model/Geometry.h"
+
+namespace fyn {
+
+/** Lets a failed expectation show the rectangle. */
+inline void PrintTo(const Rect& rect, std::ostream* out) {
+  *out << '{' << rect.left << ", " << rect.top << ", " << rect.right << ", " << rect.bottom << '}';
+}
+
+namespace productionrules::testing {
+
+/** Changes settings until the end of the scope. */
+class ScopedConfig {
+ public:
+  template <typename Change>
+  explicit ScopedConfig(Change change) {
+    PrConfig config = mFormer;
+    change(config);
+    PrConfig::set(config);
+  }
+  ~ScopedConfig() { PrConfig::set(mFormer); }
+  ScopedConfig(const ScopedConfig&) = delete;
+  ScopedConfig& operator=(const ScopedConfig&) = delete;
+
+ private:
+  const PrConfig mFormer = PrConfig::get();
+};
+
+/** A person with one head; the head's id is 100 more than the person's. */
+inline std::shared_ptr<FynHead> person(std::int32_t id, const Rect& box, std::uint32_t camId = 0) {
+  auto head = std::make_shared<Head>();
+  head->id = id + 100;
+  head->bbox = box;
+  head->camId = static_cast<std::int32_t>(camId);
+  auto result = std::make_shared<FynHead>();
+  result->id = id;
+  result->mCamIdAssocHeadMap[camId] = head;
+  return result;
+}
+
+}  // namespace productionrules::testing
+}  // namespace fyn
