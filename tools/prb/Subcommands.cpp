@@ -1,3 +1,4 @@
+#include "tools/demo/DemoCommand.h"
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
@@ -6,6 +7,7 @@ namespace fyn::productionrules {
 
 const std::vector<Subcommand>& subcommands() {
   static const std::vector<Subcommand> table{
+      {"demo", "Play a meeting through the service and say what it decides and why", addDemoCommand},
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };

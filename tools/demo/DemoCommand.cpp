@@ -1,0 +1,166 @@
+#include "tools/demo/DemoCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+
+#include "platform/TextFile.h"
+#include "tools/demo/DemoObserver.h"
+#include "tools/demo/RealTimePace.h"
+#include "tools/prb/Prb.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/replay/RecordingRun.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct DemoArguments {
+  std::string recording;
+  bool once = false;
+  bool fast = false;
+  std::string mode = "group";
+  std::string scenes = "out/scenes.jsonl";
+  std::string config;
+  std::string seed = "1";
+  std::string people = "5";
+  std::string minutes = "3";
+};
+
+struct Mode {
+  const char* name;
+  FramingMode mode;
+};
+
+constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming},
+                                      {"people", FramingMode::PeopleFraming},
+                                      {"speaker", FramingMode::SpeakerFraming},
+                                      {"multistream", FramingMode::MultiStream}}};
+
+std::vector<std::string> modeNames() {
+  std::vector<std::string> names;
+  for (const Mode& mode : kModes) {
+    names.emplace_back(mode.name);
+  }
+  return names;
+}
+
+std::string propertyOf(const std::string& name) {
+  for (const Mode& mode : kModes) {
+    if (name == mode.name) {
+      return std::to_string(static_cast<int>(mode.mode));
+    }
+  }
+  throw UsageError("unknown mode " + name);
+}
+
+/** Where the meeting of a round comes from: a file, or the simulator. */
+class Meeting {
+ public:
+  Meeting(const DemoArguments& arguments, PrbContext& context) {
+    if (!arguments.recording.empty()) {
+      mFile = std::make_unique<InputFile>(arguments.recording, context.in);
+      mName = mFile->name();
+      return;
+    }
+    mName = "simulated meeting";
+    PrbContext simulation{context.in, mSimulated, context.err};
+    const int status = runPrb({"simulate", "--seed", arguments.seed, "--people", arguments.people,
+                               "--minutes", arguments.minutes, "-o", "-"},
+                              simulation);
+    if (status != 0) {
+      throw UsageError("the meeting cannot be simulated");
+    }
+  }
+
+  std::istream& stream() { return mFile != nullptr ? mFile->stream() : mSimulated; }
+  const std::string& name() const { return mName; }
+
+ private:
+  std::unique_ptr<InputFile> mFile;
+  std::stringstream mSimulated;
+  std::string mName;
+};
+
+// Plays one round. False when somebody asked to end.
+bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream& scenes) {
+  Meeting meeting(arguments, context);
+  DemoObserver observer(context.out, scenes);
+  ReplayOptions options;
+  if (!arguments.config.empty()) {
+    options.configuration = readTextFile(arguments.config);
+    if (!options.configuration) {
+      throw UsageError("cannot read the configuration file " + arguments.config);
+    }
+  }
+  options.properties = {{"vendor.talkertracking.flag", propertyOf(arguments.mode)}};
+  options.standardOutput = &context.err;
+  options.decisions = &observer;
+  Replay replay(options, observer);
+  observer.watch(replay);
+  const RealTimePace pace(arguments.fast ? 0.0 : 1.0);
+  RecordingReader reader(meeting.stream(), meeting.name());
+  RecordingEvent event;
+  bool goOn = true;
+  while (goOn && reader.next(event)) {
+    goOn = pace.waitUntil(event.t);
+    if (goOn) {
+      replay.handle(event);
+    }
+  }
+  replay.finish();
+  scenes.flush();
+  context.out << observer.summary() << std::endl;
+  return goOn;
+}
+
+void runDemo(const DemoArguments& arguments, PrbContext& context) {
+  const std::filesystem::path path(arguments.scenes);
+  if (path.has_parent_path()) {
+    std::error_code ignored;
+    std::filesystem::create_directories(path.parent_path(), ignored);
+  }
+  OutputFile scenes(arguments.scenes, context.out);
+  context.out << "Playing " << (arguments.recording.empty() ? "a simulated meeting" : arguments.recording)
+              << " in " << arguments.mode << " framing"
+              << (arguments.fast ? ", as fast as it can" : ", in real time")
+              << ". One line per change of the picture; scene documents go to " << arguments.scenes
+              << (arguments.once ? "." : ". Ctrl-C ends it.") << std::endl;
+  while (playRound(arguments, context, scenes.stream()) && !arguments.once) {
+  }
+  scenes.finish();
+}
+
+}  // namespace
+
+void addDemoCommand(CLI::App& command, PrbContext& context) {
+  const auto arguments = std::make_shared<DemoArguments>();
+  command.add_option("recording", arguments->recording, "Play this recording instead of a simulated meeting")
+      ->type_name("RECORDING");
+  command.add_flag("--once", arguments->once, "Play it once, then end");
+  command.add_flag("--fast", arguments->fast, "As fast as it can instead of in real time");
+  command.add_option("--mode", arguments->mode, "Framing: group, people, speaker or multistream")
+      ->check(CLI::IsMember(modeNames()))
+      ->capture_default_str();
+  command.add_option("--scenes", arguments->scenes, "Where the scene documents go, one per line")
+      ->type_name("FILE")
+      ->capture_default_str();
+  command.add_option("--config", arguments->config, "Configuration file that the service reads")
+      ->type_name("FILE");
+  command.add_option("--seed", arguments->seed, "Seed of the simulated meeting")->capture_default_str();
+  command.add_option("--people", arguments->people, "People in the simulated meeting")->capture_default_str();
+  command.add_option("--minutes", arguments->minutes, "Length of the simulated meeting")
+      ->capture_default_str();
+  command.footer(
+      "Plays a meeting through the service on the embedded bus and says what it decides and why.\n"
+      "\n"
+      "Examples:\n"
+      "  prb demo --once --fast\n"
+      "  prb demo --mode people --people 6\n"
+      "  prb demo meeting.jsonl --scenes scenes.jsonl");
+  command.callback([arguments, &context] { runDemo(*arguments, context); });
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,35 @@
+#include "tools/demo/DemoObserver.h"
+
+#include <ostream>
+
+#include "service/Topics.h"
+#include "tools/demo/DecisionSentence.h"
+
+namespace fyn::productionrules {
+
+void DemoObserver::onPublish(const std::string& topic, const std::string& payload) {
+  if (topic == topics::kScene) {
+    mScenes << payload << '\n';
+    ++mScenesWritten;
+  } else if (topic == topics::kTrackingMode) {
+    mLines << clockText(mReplay->now()) << "  framing mode is now " << payload << std::endl;
+  }
+}
+
+void DemoObserver::onDecision(const LayoutDecision& decision) {
+  if (!changesPicture(decision.kind)) {
+    return;
+  }
+  ++(decision.kind == DecisionKind::Reframed ? mReframes : mLayoutChanges);
+  const std::shared_ptr<BaseLayout> engine = mReplay->service()->trackingMode().getFramingLayout();
+  const unsigned persons = engine != nullptr ? engine->getPeopleCount() : 0;
+  mLines << clockText(mReplay->now()) << "  " << decisionSentence(decision, persons) << std::endl;
+}
+
+std::string DemoObserver::summary() {
+  return "Played " + clockText(mReplay->now()) + " of meeting: " + std::to_string(mLayoutChanges) +
+         " new pictures, " + std::to_string(mReframes) + " reframes, " + std::to_string(mScenesWritten) +
+         " scenes.";
+}
+
+}  // namespace fyn::productionrules
