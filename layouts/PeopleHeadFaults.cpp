@@ -1,0 +1,24 @@
+#include "layouts/PeopleHeadFaults.h"
+
+#include "layouts/PeopleViews.h"
+
+namespace fyn::productionrules {
+
+bool PeopleHeadFaults::isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image) {
+  for (const std::int64_t id : frame.fynHeads) {
+    const auto person = people.find(id);
+    if (person == people.end()) {
+      return true;
+    }
+    const Head* const head = person->second->findHead(frame.fynCamId);
+    const PersonInCamera key{id, frame.fynCamId};
+    if (head == nullptr || isZeroRect(head->bbox)) {
+      // The first such person is the one whom the report names.
+      return mReported.insert(key).second;
+    }
+    mReported.erase(key);
+  }
+  return !hasUnshowableHead(frame, people, image);
+}
+
+}  // namespace fyn::productionrules
