@@ -357,6 +357,7 @@ void BaseLayout::reportLayout(DecisionKind kind, const Layout* from, const Layou
   decision.from = from == nullptr ? FramingType::NONE : from->layoutType;
   decision.to = to.layoutType;
   decision.difference = difference;
+  decision.reason = mReason;
   if (kind == DecisionKind::Pending || kind == DecisionKind::Adopted) {
     decision.difference = findLayoutDifference(from, to);
     decision.timer = mChosenTimer;

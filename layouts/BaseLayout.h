@@ -210,6 +210,9 @@ class BaseLayout {
     return ms;
   }
 
+  /** Remembers by which rule of its own the engine made the candidate, for the decisions that follow. */
+  void noteReason(const char* reason) { mReason = reason; }
+
   /** The waits of the engine as the given setting; null when another kind is installed. */
   template <typename Setting>
   const Setting* timerSettingAs() {
@@ -248,6 +251,7 @@ class BaseLayout {
 
   DecisionListener* mDecisionListener = nullptr;
   const char* mChosenTimer = "";
+  const char* mReason = "";
 };
 
 template <typename Setting>

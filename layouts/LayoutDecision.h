@@ -50,6 +50,8 @@ struct LayoutDecision {
   FramingType from = FramingType::NONE;
   FramingType to = FramingType::NONE;
   LayoutDifference difference = LayoutDifference::None;
+  /** What the engine's own rule was, in words; "" when it had none. Lives as long as the process. */
+  const char* reason = "";
   /** Name of the wait in the timer setting; "" when nothing waits. Lives as long as the process. */
   const char* timer = "";
   std::uint32_t waitMs = 0;

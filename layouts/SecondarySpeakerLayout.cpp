@@ -1,9 +1,55 @@
 #include "layouts/SecondarySpeakerLayout.h"
 
+#include "config/PrConfig.h"
+#include "layouts/PersonsInView.h"
+#include "layouts/SpeakerFramingLayoutBuilder.h"
+#include "layouts/SpeakerFramingTimerSetting.h"
+#include "layouts/ZoomLimit.h"
+
 namespace fyn::productionrules {
+
+SecondarySpeakerLayout::SecondarySpeakerLayout() {
+  mTimerSetting = std::make_shared<SpeakerFramingTimerSetting>();
+}
 
 const char* SecondarySpeakerLayout::getTag() const {
   return "SecondarySpeakerLayout";
+}
+
+std::shared_ptr<BaseTimerSetting>& SecondarySpeakerLayout::getTimerSetting() {
+  mTimerSetting = std::make_shared<SpeakerFramingTimerSetting>(PrConfig::get());
+  return mTimerSetting;
+}
+
+unsigned SecondarySpeakerLayout::getMaxScaleFactor() {
+  return speakerZoomLimit();
+}
+
+std::uint32_t SecondarySpeakerLayout::getWaitTimeForOtherCase(HeadPosition position) {
+  return waitForSingleHead<SpeakerFramingTimerSetting>(position);
+}
+
+std::vector<Rect> SecondarySpeakerLayout::getGroupHeadBounds(const Frame& frame) {
+  return frame.frameType == FramingType::SUBSET_SPEAKER ? memberBounds(mPeopleMap, frame)
+                                                        : BaseSecondaryLayout::getGroupHeadBounds(frame);
+}
+
+HeadPosition SecondarySpeakerLayout::getGroupHeadPosition(const Frame& frame) {
+  if (frame.frameType == FramingType::SUBSET_SPEAKER && memberBounds(mPeopleMap, frame).empty()) {
+    return HeadPosition::CENTER;
+  }
+  return BaseSecondaryLayout::getGroupHeadPosition(frame);
+}
+
+void SecondarySpeakerLayout::calculateGroupFraming(Frame& frame) {
+  if (frame.frameType != FramingType::SUBSET_SPEAKER) {
+    BaseSecondaryLayout::calculateGroupFraming(frame);
+    return;
+  }
+  const std::vector<Rect> members = memberBounds(mPeopleMap, frame);
+  if (!members.empty()) {
+    SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, getMaxScaleFactor());
+  }
 }
 
 }  // namespace fyn::productionrules
