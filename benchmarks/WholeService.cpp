@@ -1,0 +1,163 @@
+// A vision result through the whole service: text in, decision, text out. Beside each figure stands the floor
+// that it cannot go under, measured in the same run, iteration by iteration: the JSON library's parse of the
+// same text and its dump of the same document.
+#include <benchmark/benchmark.h>
+
+#include <ctime>
+#include <nlohmann/json.hpp>
+
+#include "benchmarks/AllocationCount.h"
+#include "benchmarks/BenchService.h"
+#include "benchmarks/Meeting.h"
+#include "model/FynCamerasConfig.h"
+#include "model/MLData.h"
+#include "output/JsonLayoutBuilder.h"
+
+namespace fyn::productionrules::bench {
+
+namespace {
+
+// Processor time of this thread in nanoseconds: what other programs do meanwhile does not count.
+double threadNanoseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
+}
+
+/** Runs a cycle and its floor in turn; the benchmark's time is the cycle's. */
+template <typename Cycle, typename Floor>
+void measure(benchmark::State& state, Cycle cycle, Floor floor) {
+  double cycleNs = 0;
+  double floorNs = 0;
+  std::uint64_t allocations = 0;
+  for (auto _ : state) {
+    const std::uint64_t before = allocationCount();
+    const double start = threadNanoseconds();
+    cycle();
+    const double middle = threadNanoseconds();
+    allocations += allocationCount() - before;
+    floor();
+    const double end = threadNanoseconds();
+    state.SetIterationTime((middle - start) * 1e-9);
+    cycleNs += middle - start;
+    floorNs += end - middle;
+  }
+  const auto iterations = static_cast<double>(state.iterations());
+  state.counters["floor_ns"] = floorNs / iterations;
+  state.counters["ratio"] = cycleNs / floorNs;
+  state.counters["allocs"] = static_cast<double>(allocations) / iterations;
+}
+
+void parseFloor(const std::string& text) {
+  benchmark::DoNotOptimize(nlohmann::json::parse(text));
+}
+
+// Nothing changes: parse and decide. The usual case, 29 of 30 results a second.
+void steadyCycle(benchmark::State& state, bool withLog) {
+  BenchService bench(FramingMode::GroupFraming, withLog);
+  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  const std::string topic = "/ICDOut";
+  bench.service().process(topic, text);
+  measure(
+      state,
+      [&] {
+        bench.nextFrame();
+        bench.service().process(topic, text);
+      },
+      [&] { parseFloor(text); });
+}
+
+// Every result gives a new picture: parse, decide, build, publish and call the provider.
+void pictureCycle(benchmark::State& state, bool withLog) {
+  BenchService bench(FramingMode::GroupFraming, withLog);
+  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  const std::string topic = "/ICDOut";
+  bench.service().process(topic, text);
+  const auto scene = nlohmann::ordered_json::parse(bench.lastScene());
+  measure(
+      state,
+      [&] {
+        bench.nextFrame();
+        bench.service().trackingMode().resetLayouts();
+        bench.service().process(topic, text);
+      },
+      [&] {
+        parseFloor(text);
+        benchmark::DoNotOptimize(scene.dump());
+      });
+}
+
+void steady(benchmark::State& state) {
+  steadyCycle(state, false);
+}
+void steadyWithLog(benchmark::State& state) {
+  steadyCycle(state, true);
+}
+void newPicture(benchmark::State& state) {
+  pictureCycle(state, false);
+}
+void newPictureWithLog(benchmark::State& state) {
+  pictureCycle(state, true);
+}
+
+// The parts.
+void partParse(benchmark::State& state) {
+  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  measure(
+      state,
+      [&] {
+        MLData mlData;
+        mlData.from_json(nlohmann::json::parse(text));
+        benchmark::DoNotOptimize(mlData);
+      },
+      [&] { parseFloor(text); });
+}
+
+void partDecide(benchmark::State& state) {
+  BenchService bench(FramingMode::GroupFraming, false);
+  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  bench.service().process("/ICDOut", text);
+  const auto mlData = std::make_shared<MLData>();
+  mlData->from_json(nlohmann::json::parse(text));
+  measure(
+      state,
+      [&] {
+        bench.nextFrame();
+        benchmark::DoNotOptimize(bench.service().trackingMode().process(mlData));
+      },
+      [&] { parseFloor(text); });
+}
+
+void partBuild(benchmark::State& state) {
+  BenchService bench(FramingMode::GroupFraming, false);
+  bench.service().process("/ICDOut", visionResult(static_cast<int>(state.range(0)), 1));
+  const auto scene = nlohmann::ordered_json::parse(bench.lastScene());
+  const std::vector<Layout> layouts{*bench.service().trackingMode().getFramingLayout()->getLayoutPtr()};
+  const JsonLayoutBuilder builder;
+  const std::uint32_t counter = 1;
+  measure(
+      state,
+      [&] {
+        benchmark::DoNotOptimize(
+            builder.generateMultiStreamLayout(layouts, counter, FramingMode::GroupFraming, false));
+      },
+      [&] { benchmark::DoNotOptimize(scene.dump()); });
+}
+
+void persons(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("persons")->Arg(1)->Arg(4)->Arg(8)->Arg(16)->Arg(64)->UseManualTime();
+}
+
+BENCHMARK(steady)->Apply(persons);
+BENCHMARK(newPicture)->Apply(persons);
+BENCHMARK(steadyWithLog)->Apply(persons);
+BENCHMARK(newPictureWithLog)->Apply(persons);
+BENCHMARK(partParse)->Apply(persons);
+BENCHMARK(partDecide)->Apply(persons);
+BENCHMARK(partBuild)->Apply(persons);
+
+}  // namespace
+
+}  // namespace fyn::productionrules::bench
+
+BENCHMARK_MAIN();
