@@ -1,5 +1,9 @@
 #include "model/Geometry.h"
 
+#include <array>
+#include <string_view>
+
+#include "model/JsonMembers.h"
 #include "model/JsonNumber.h"
 
 namespace fyn {
@@ -9,11 +13,17 @@ std::string Dimension::str() const {
 }
 
 void from_json(const nlohmann::json& document, Rect& rect) {
-  using productionrules::json::toInt32;
-  rect.left = toInt32(document.at("left"));
-  rect.top = toInt32(document.at("top"));
-  rect.right = toInt32(document.at("right"));
-  rect.bottom = toInt32(document.at("bottom"));
+  static constexpr std::array<std::string_view, 4> kSides{"bottom", "left", "right", "top"};
+  const auto members = productionrules::json::findMembers(document, kSides);
+  const auto side = [&](std::size_t index) {
+    // An absent side raises the library's own error.
+    return productionrules::json::toInt32(
+        members[index] != nullptr ? *members[index] : document.at(std::string(kSides[index])));
+  };
+  rect.left = side(1);
+  rect.top = side(3);
+  rect.right = side(2);
+  rect.bottom = side(0);
 }
 
 }  // namespace fyn

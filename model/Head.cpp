@@ -1,9 +1,12 @@
 #include "model/Head.h"
 
+#include <array>
 #include <cmath>
+#include <string_view>
 
 #include "model/Arithmetic.h"
 #include "model/FynCamerasConfig.h"
+#include "model/JsonMembers.h"
 #include "model/JsonNumber.h"
 
 namespace fyn::productionrules {
@@ -15,8 +18,31 @@ namespace {
 constexpr float kLowQuality = 4.0F;
 constexpr float kMiddleQuality = 6.5F;
 
-void readIds(const nlohmann::json& document, std::string_view key, std::vector<std::int32_t>& ids) {
-  const auto* const list = json::findMember(document, key);
+// The keys of a head, in ascending order, and the position of each in that order.
+enum HeadKey : std::size_t {
+  kBbox,
+  kCamId,
+  kExplicitGroup,
+  kExtendedGroup,
+  kFynCamId,
+  kId,
+  kIsSpeaker,
+  kPitch,
+  kProximityGroup,
+  kQfactor,
+  kScore,
+  kSsb,
+  kSubsetSpeakers,
+  kYaw,
+  kHeadKeyCount
+};
+
+constexpr std::array<std::string_view, kHeadKeyCount> kHeadKeys{
+    "bbox",           "camId", "explicitGroup",  "extendedGroup", "fynCamId", "id",
+    "isSpeaker",      "pitch", "proximityGroup", "qfactor",       "score",    "ssb",
+    "subsetSpeakers", "yaw"};
+
+void readIds(const nlohmann::json* list, std::vector<std::int32_t>& ids) {
   if (list == nullptr) {
     return;
   }
@@ -51,38 +77,40 @@ std::string sidesText(const Rect& rect) {
 }  // namespace
 
 void Head::from_json(const nlohmann::json& document) {
-  if (const auto* const value = json::findMember(document, "id")) {
+  const auto members = json::findMembers(document, kHeadKeys);
+  // The order of reading decides which of several faults is reported.
+  if (const auto* const value = members[kId]) {
     id = json::toInt64(*value);
   }
-  if (const auto* const value = json::findMember(document, "yaw")) {
+  if (const auto* const value = members[kYaw]) {
     yaw = value->get<float>();
   }
-  if (const auto* const value = json::findMember(document, "pitch")) {
+  if (const auto* const value = members[kPitch]) {
     pitch = json::toInt32(*value);
   }
-  if (const auto* const value = json::findMember(document, "score")) {
+  if (const auto* const value = members[kScore]) {
     score = value->get<double>();
   }
-  if (const auto* const value = json::findMember(document, "isSpeaker")) {
+  if (const auto* const value = members[kIsSpeaker]) {
     isSpeaker = value->get<bool>();
   }
-  readIds(document, "subsetSpeakers", subsetSpeakers);
-  readIds(document, "proximityGroup", proximityGroup);
-  readIds(document, "explicitGroup", explicitGroup);
-  readIds(document, "extendedGroup", extendedGroup);
-  if (const auto* const value = json::findMember(document, "ssb")) {
+  readIds(members[kSubsetSpeakers], subsetSpeakers);
+  readIds(members[kProximityGroup], proximityGroup);
+  readIds(members[kExplicitGroup], explicitGroup);
+  readIds(members[kExtendedGroup], extendedGroup);
+  if (const auto* const value = members[kSsb]) {
     fyn::from_json(*value, ssb);
   }
-  if (const auto* const value = json::findMember(document, "bbox")) {
+  if (const auto* const value = members[kBbox]) {
     fyn::from_json(*value, bbox);
   }
-  if (const auto* const value = json::findMember(document, "camId")) {
+  if (const auto* const value = members[kCamId]) {
     camId = json::toInt32(*value);
   }
   // Only heads without a camera of the system's own numbering bring their rank along.
-  if (const auto* const value = json::findMember(document, "fynCamId")) {
+  if (const auto* const value = members[kFynCamId]) {
     fynCamId = json::toInt32(*value);
-  } else if (const auto* const rank = json::findMember(document, "qfactor")) {
+  } else if (const auto* const rank = members[kQfactor]) {
     qfactor = json::toUint32(*rank);
   }
 }

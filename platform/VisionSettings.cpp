@@ -17,7 +17,7 @@ std::atomic<int> gLogCeiling{VisionSettings::kDebugLevel};
 
 void writeLine(LogPriority priority, const char* tag, const char* format, std::va_list arguments) {
   // Most lines fit; the rare long one (a whole document) is formatted a second time into the heap.
-  std::array<char, 1024> shortLine;
+  std::array<char, 4096> shortLine;
   std::va_list again;
   va_copy(again, arguments);
   const int length = std::vsnprintf(shortLine.data(), shortLine.size(), format, arguments);
