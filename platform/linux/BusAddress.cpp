@@ -51,8 +51,11 @@ void parseAuthority(const std::string& url, std::string_view authority, BusAddre
     refuse(url, "the host is missing");
   }
   address.host = host;
+  if (!rest.empty() && rest.front() != ':') {
+    refuse(url, "expected ':' and the port behind ']'");
+  }
   if (!rest.empty()) {
-    address.port = rest.front() == ':' ? parsePort(url, rest.substr(1)) : parsePort(url, rest);
+    address.port = parsePort(url, rest.substr(1));
   }
 }
 

@@ -1,0 +1,103 @@
+#if PR_HAVE_SQLITE
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "platform/linux/SqlitePropertyStore.h"
+#include "tests/linux/Processes.h"
+#include "tests/testing/CapturedLog.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines contentOf(const SqlitePropertyStore& store) {
+  Lines lines;
+  store.forEach(
+      [&](const std::string& key, const std::string& value) { lines.push_back(key + "=" + value); });
+  return lines;
+}
+
+TEST(PropertyFile, KeepsOnlyPersistentPropertiesOverARestartOfTheMachine) {
+  ScratchFolder folder;
+  const std::string path = folder.file("state/below/properties.db");
+  const Lines all = {"persist.tvpr.logs=4", "persistent=no", "vendor.a=x=y \xC3\xA4"};
+  {
+    SqlitePropertyStore store(path, "first boot");
+    EXPECT_EQ(store.get("vendor.a"), std::nullopt);
+    EXPECT_TRUE(store.set("vendor.a", "old"));
+    EXPECT_TRUE(store.set("vendor.a", "x=y \xC3\xA4"));
+    EXPECT_TRUE(store.set("persist.tvpr.logs", "4"));
+    EXPECT_TRUE(store.set("persistent", "no"));
+    EXPECT_EQ(contentOf(store), all);
+  }
+  EXPECT_EQ(contentOf(SqlitePropertyStore(path, "first boot")), all);
+  EXPECT_EQ(contentOf(SqlitePropertyStore(path, "second boot")), Lines{"persist.tvpr.logs=4"});
+}
+
+TEST(PropertyFile, IsSeenAtTheNextReadByWhoeverHasItOpen) {
+  ScratchFolder folder;
+  SqlitePropertyStore one(folder.file("p.db"));
+  SqlitePropertyStore other(folder.file("p.db"));
+  for (const char* value : {"1", "", "2"}) {
+    EXPECT_TRUE(one.set("k", value));
+    EXPECT_EQ(other.get("k"), value);
+  }
+}
+
+constexpr const char* kWriterPath = "PRB_TEST_WRITER_PATH";
+constexpr const char* kWriterName = "PRB_TEST_WRITER_NAME";
+constexpr int kWritesPerProcess = 50;
+
+std::string environmentOr(const char* name, const std::string& otherwise) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : otherwise;
+}
+
+// Also run by the next test, in processes of their own on one file.
+TEST(PropertyFileWriter, Writes) {
+  ScratchFolder folder;
+  const std::string name = environmentOr(kWriterName, "alone");
+  SqlitePropertyStore store(environmentOr(kWriterPath, folder.file("p.db")));
+  for (int i = 0; i < kWritesPerProcess; ++i) {
+    ASSERT_TRUE(store.set(name + std::to_string(i), "x"));
+    ASSERT_TRUE(store.set("shared", std::to_string(i)));
+  }
+}
+
+TEST(PropertyFile, IsWrittenByManyProcessesThatStartTogether) {
+  ScratchFolder folder;
+  std::vector<std::unique_ptr<Process>> writers;
+  for (const char* name : {"a", "b", "c", "d"}) {
+    writers.push_back(std::make_unique<Process>(
+        std::vector<std::string>{"/proc/self/exe", "--gtest_filter=PropertyFileWriter.Writes"},
+        std::map<std::string, std::string>{{kWriterPath, folder.file("p.db")}, {kWriterName, name}}));
+  }
+  for (const auto& writer : writers) {
+    EXPECT_EQ(writer->wait(), 0) << writer->errorText();
+  }
+  SqlitePropertyStore store(folder.file("p.db"));
+  EXPECT_EQ(contentOf(store).size(), writers.size() * kWritesPerProcess + 1);
+  EXPECT_EQ(store.get("shared"), std::to_string(kWritesPerProcess - 1));
+}
+
+TEST(PropertyFile, SaysOnceThatItCannotBeUsed) {
+  ScratchFolder folder;
+  const std::string noDatabase = folder.write("text", std::string(5000, 'x'));
+  for (const std::string& path : {noDatabase, noDatabase + "/below/a/file", folder.file("")}) {
+    CapturedLog log;
+    SqlitePropertyStore store(path);
+    EXPECT_FALSE(store.isOpen());
+    EXPECT_FALSE(store.set("k", "v"));
+    EXPECT_EQ(store.get("k"), std::nullopt);
+    EXPECT_EQ(contentOf(store), Lines{});
+    ASSERT_EQ(log.lines().size(), 1U) << path;
+    EXPECT_NE(log.lines()[0].find(path), std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
+#endif
