@@ -55,6 +55,9 @@ void BaseIPCService::periodicCheck() {}
 
 void BaseIPCService::run() {
   init();
+  if (mInitialised) {
+    mInitialised();
+  }
   const auto period = std::chrono::milliseconds(mPeriodMs);
   auto nextCheck = std::chrono::steady_clock::now() + period;
   std::unique_lock lock(mMutex);
@@ -79,10 +82,9 @@ void BaseIPCService::run() {
 }
 
 void BaseIPCService::stop() {
-  {
-    const std::lock_guard lock(mMutex);
-    mStopping = true;
-  }
+  // Under the lock: without it `run` could return and the service go before the notification.
+  const std::lock_guard lock(mMutex);
+  mStopping = true;
   mWakeUp.notify_one();
 }
 

@@ -3,9 +3,11 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "platform/Platform.h"
 
@@ -49,6 +51,9 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   /** Calls `init`, then handles messages until `stop`. */
   void run();
 
+  /** `handler` is called by `run`, on its thread, once `init` has run. Set before `run`. */
+  void setInitialisedHandler(std::function<void()> handler) { mInitialised = std::move(handler); }
+
   /** Ends `run` after the message in hand. Called on any thread. */
   void stop();
 
@@ -82,6 +87,7 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   Platform mPlatform;
   const std::uint32_t mPeriodMs;
   std::string mName;
+  std::function<void()> mInitialised;
 
   mutable std::mutex mMutex;
   std::condition_variable mWakeUp;
