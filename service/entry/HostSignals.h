@@ -1,0 +1,46 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include "platform/BaseIPCService.h"
+
+namespace fyn::productionrules {
+
+/**
+ * How the process that hosts the service talks to it, through file descriptors whose numbers it puts into the
+ * environment; each may be absent:
+ * - PRB_STOP_FD: readable as soon as the service is to end;
+ * - PRB_READY_FD: gets one byte, 'r' once the service has started and the bus delivers to it, or 'w' when it
+ * has started and still waits for the bus after ten seconds.
+ */
+class HostSignals {
+ public:
+  HostSignals();
+  ~HostSignals();
+  HostSignals(const HostSignals&) = delete;
+  HostSignals& operator=(const HostSignals&) = delete;
+
+  /** Begins to watch for the stop of `service`. `whenBusReady(callback)` is called once it has initialised
+   * itself. */
+  void attach(BaseIPCService& service, std::function<void(std::function<void()>)> whenBusReady);
+
+ private:
+  /** Shared with the bus client, which may report after this object has gone. */
+  struct Readiness {
+    int fd = -1;
+    std::atomic<bool> said{false};
+    void say(char byte);
+  };
+
+  void watch(BaseIPCService& service);
+
+  const int mStopFd;
+  const int mEndFd;
+  const std::shared_ptr<Readiness> mReadiness = std::make_shared<Readiness>();
+  std::thread mWatcher;
+};
+
+}  // namespace fyn::productionrules
