@@ -148,12 +148,17 @@ TEST(BusRules, TheBrokerShowsTheLastPictureToALateViewerButNoCommandAndNotToItsP
   options.address = parseBusAddress(broker.url());
   NotingListener ofViewer;
   NotingListener ofService;
+  NotingListener ofWitness;
   MqttPubSubClient service(options);
+  MqttPubSubClient witness(options);
   service.subscribe("/answer", ofService);
+  witness.subscribe("/PRBOut", ofWitness);
   settle(service);
+  settle(witness);
   service.publish("/PRBOut", "picture");
   service.publish("/ctl", "command");
   service.publish("/PRBOut/2", "beneath the picture");
+  EXPECT_TRUE(eventually([&] { return ofWitness.has("/PRBOut/2 beneath the picture"); }));
 
   MqttPubSubClient viewer(options);
   viewer.subscribe("/ctl", ofViewer);
