@@ -37,7 +37,9 @@ void VisionSettings::setLogLevel(int level) {
   gLogLevel.store(level, std::memory_order_relaxed);
 }
 
-void VisionSettings::setLogCeiling(int level) { gLogCeiling.store(level, std::memory_order_relaxed); }
+void VisionSettings::setLogCeiling(int level) {
+  gLogCeiling.store(level, std::memory_order_relaxed);
+}
 
 bool VisionSettings::isLogged(int level) {
   return logLevel() >= level && gLogCeiling.load(std::memory_order_relaxed) >= level;

@@ -18,8 +18,8 @@ class VisionSettings {
   static void setLogLevel(int level);
   static int logLevel();
 
-  /** Lines above this level are dropped whatever the log level: whoever installs a sink says how much of it is read.
-   * Starts at kDebugLevel. */
+  /** Lines above this level are dropped whatever the log level: whoever installs a sink says how much of it
+   * is read. Starts at kDebugLevel. */
   static void setLogCeiling(int level);
 
   static bool isLogged(int level);
