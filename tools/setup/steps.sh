@@ -2,6 +2,8 @@
 
 # Precompiled headers are cached as well; a file's time says nothing about its content.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+# Paths below the checkout count relative to it, so that another clone finds what this one compiled.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 
 jobs=${PR_JOBS:-$(nproc)}
 
