@@ -22,8 +22,10 @@ void dropRepeatedIds(std::vector<Person>& persons) {
 }  // namespace
 
 bool isUsableBox(const Rect& box, const Dimension& image) {
-  return box.left < box.right && box.top < box.bottom && box.left < image.width && box.top < image.height &&
-         box.right > 0 && box.bottom > 0;
+  const auto isUsable = [](std::int64_t low, std::int64_t high, std::int64_t size) {
+    return low < high && low < size && high > 0 && low >= -size && high <= 2 * size;
+  };
+  return isUsable(box.left, box.right, image.width) && isUsable(box.top, box.bottom, image.height);
 }
 
 std::vector<Person> personsInView(const std::vector<Person>& persons, std::uint32_t camId) {

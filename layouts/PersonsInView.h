@@ -11,7 +11,10 @@
 
 namespace fyn::productionrules {
 
-/** Whether a picture can be made of this box: it has an area, and a part of it lies inside the image. */
+/**
+ * Whether a picture can be made of this box: it has an area, a part of it lies inside the image, and no side
+ * is further outside than the image is large.
+ */
 bool isUsableBox(const Rect& box, const Dimension& image);
 
 /**

@@ -92,6 +92,12 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
 
 bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlData) {
   const bool isDue = BaseLayout::verifyIfLayoutChangeNeeded(mlData);
+  if (isDue) {
+    // Its people may have moved while it waited.
+    Frame& frame = mNextLayout->frames.front();
+    frame.frameType = mNextLayout->layoutType;
+    keepMembersWhole(frame);
+  }
   noteSpeech(mCurLayout, mNextLayout != nullptr ? mNextLayout->layoutType : FramingType::NONE);
   noteSpeech(mNextLayout, FramingType::NONE);
   return isDue;
