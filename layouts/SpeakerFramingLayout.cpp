@@ -24,6 +24,10 @@ Rect insideImage(const Rect& box, const Dimension& image) {
               std::min(box.bottom, image.height)};
 }
 
+bool isByRuleOfThirds(const Frame& frame) {
+  return frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
+}
+
 const SpeakerFramingLayoutBuilder& builderInForce() {
   static const SpeakerFramingLayoutBuilder neighbours;
   static const SSBLayoutBuilder selectionBoxes;
@@ -184,21 +188,38 @@ unsigned SpeakerFramingLayout::getMaxScaleFactor() {
 }
 
 bool SpeakerFramingLayout::updateCurrentTimer() {
-  if (mCurLayout != nullptr) {
-    for (Frame& frame : mCurLayout->frames) {
-      keepMembersWhole(frame);
+  if (mCurLayout == nullptr) {
+    return false;
+  }
+  for (Frame& frame : mCurLayout->frames) {
+    if (hasUnusableMember(frame)) {
+      // No view can be made of such a box; the layout change follows.
+      frame.headPosition = HeadPosition::CENTER;
+      resetTimer(frame.headPositionTimer);
+      return false;
     }
+    keepMembersWhole(frame);
   }
   return BaseLayout::updateCurrentTimer();
+}
+
+bool SpeakerFramingLayout::hasUnusableMember(const Frame& frame) const {
+  if (!isByRuleOfThirds(frame)) {
+    return false;
+  }
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
+    const auto person = mPeopleMap.find(id);
+    const Head* const head = person == mPeopleMap.end() ? nullptr : person->second->findHead(frame.fynCamId);
+    return head != nullptr && !isZeroRect(head->bbox) && !isUsableBox(head->bbox, image);
+  });
 }
 
 // The rule of thirds takes the width of a view from its height, so a row of people, or an odd box, would be
 // cut at the sides. Such a frame is placed as a selection of speakers is; it stays one until the layout
 // changes.
 void SpeakerFramingLayout::keepMembersWhole(Frame& frame) {
-  const bool byRuleOfThirds =
-      frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
-  if (byRuleOfThirds && wouldCutMembers(frame)) {
+  if (isByRuleOfThirds(frame) && wouldCutMembers(frame)) {
     frame.frameType = FramingType::SUBSET_SPEAKER;
   }
 }

@@ -51,6 +51,7 @@ class SpeakerFramingLayout : public BaseLayout {
   bool showsSpeaker() const;
   bool isEverybodyOnScreenPresent() const;
   bool isHeld() const;
+  bool hasUnusableMember(const Frame& frame) const;
   bool wouldCutMembers(const Frame& frame);
   void keepMembersWhole(Frame& frame);
   void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
