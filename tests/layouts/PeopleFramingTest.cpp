@@ -1,0 +1,249 @@
+#include <gtest/gtest.h>
+
+#include "layouts/PeopleFramingLayout.h"
+#include "layouts/PeopleViews.h"
+#include "tests/layouts/PeopleRun.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/** Two heads of 100 x 120 pixels; they join below 150 pixels and part from 200. */
+Scene pairAt(std::int32_t distance) {
+  return scene().person(1).at(400, 360).person(2).at(400 + distance, 360);
+}
+
+Scene rowOf(std::int32_t people, std::int32_t distance) {
+  Scene scene;
+  for (std::int32_t i = 0; i < people; ++i) {
+    scene.person(i + 1).sized(40, 50).at(60 + i * distance, 360);
+  }
+  return scene;
+}
+
+TEST(PeopleFraming, APairJoinsAtAShortDistanceAndPartsAtALongOne) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.watch(pairAt(150), 10000);
+  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
+  run.watch(pairAt(149), 4100);
+  EXPECT_EQ(run.picture(), "PROXIMITY [1 2]");
+  run.watch(pairAt(199), 20000);
+  EXPECT_EQ(run.picture(), "PROXIMITY [1 2]");
+  run.watch(pairAt(200), 8100);
+  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
+  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "14000 adopted PROXIMITY", "42100 adopted HEAD"}));
+}
+
+TEST(PeopleFraming, APairAtTheLimitDoesNotFlicker) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  for (int i = 0; i < 1200; ++i) {
+    run.see(pairAt(145 + i * 7 % 50));
+  }
+  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted PROXIMITY"}));
+}
+
+TEST(PeopleFraming, APendingPairKeepsTogetherWhileItWaits) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.watch(pairAt(300), 1000);
+  run.watch(pairAt(140), 100);
+  run.watch(pairAt(190), 4000);
+  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "5000 adopted PROXIMITY"}));
+}
+
+TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(rowOf(4, 59));
+  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+  run.watch(rowOf(4, 79), 20000);
+  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+  run.watch(rowOf(4, 80), 8200);
+  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4]");
+}
+
+TEST(PeopleFraming, MorePeopleThanTheLimitAreAGroup) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(rowOf(6, 200));
+  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4] [5] [6]");
+  run.watch(rowOf(7, 200), 4100);
+  EXPECT_EQ(run.picture(), "GROUP [1 2 3 4 5 6 7]");
+  EXPECT_EQ(run.current().faceCount, 7);
+}
+
+TEST(PeopleFraming, AnEmptyRoomIsShownWhole) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.watch(scene(), 1000);
+  EXPECT_EQ(run.picture(), "ROOM []");
+  EXPECT_EQ(run.current().frames[0].source, kRoomView);
+  run.watch(pairAt(400), 4100);
+  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted ROOM", "5000 adopted HEAD"}));
+}
+
+TEST(PeopleFraming, PeopleWhoCrossChangePlacesAfterTheWaitOnly) {
+  const Scene before = scene().person(1).at(300, 360).person(2).at(900, 360);
+  const Scene crossed = scene().person(1).at(900, 360).person(2).at(300, 360);
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.watch(before, 1000);
+  run.watch(crossed, 7900);
+  run.watch(before, 1000);
+  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
+  run.watch(crossed, 8100);
+  EXPECT_EQ(run.picture(), "HEAD [2] [1]");
+  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "17900 adopted HEAD"}));
+}
+
+/** Changes of the layout and the wait that holds each back; the times are one per field of the setting. */
+struct WaitCase {
+  const char* name;
+  Scene from;
+  Scene to;
+  const char* timer;
+  std::uint32_t waitMs;
+};
+
+TEST(PeopleFraming, EveryChangeHasItsWait) {
+  const Scene nobody = scene();
+  const Scene one = scene().person(1).at(640, 360);
+  const Scene two = pairAt(400);
+  const Scene twoSwapped = scene().person(2).at(400, 360).person(1).at(800, 360);
+  const Scene pair = pairAt(120);
+  const Scene pairAndOne = scene().person(1).at(400, 360).person(2).at(520, 360).person(3).at(900, 360);
+  const Scene crowd = rowOf(7, 150);
+  const WaitCase cases[] = {
+      {"room to head", nobody, one, "roomToHeadLayoutChangeTimer", 4000},
+      {"room to proximity", nobody, pair, "roomToHeadLayoutChangeTimer", 4000},
+      {"room to group", nobody, crowd, "roomToOtherLayoutChangeTimer", 4000},
+      {"head to head, one more", one, two, "headCountLayoutChangeTimer", 4000},
+      {"head to head, one less", two, one, "headCountLayoutChangeTimer", 1200},
+      {"head to head, other places", two, twoSwapped, "headPosLayoutChangeTimer", 8000},
+      {"head to proximity", two, pair, "headToOtherLayoutChangeTimer", 4000},
+      {"head to room", one, nobody, "headToOtherLayoutChangeTimer", 1200},
+      {"proximity to proximity", pair, pairAndOne, "proxToProxLayoutChangeTimer", 4000},
+      {"proximity to head", pair, two, "proxToHeadLayoutChangeTimer", 8000},
+      {"proximity to room", pair, nobody, "proxToGFLayoutChangeTimer", 1200},
+      {"group to proximity", crowd, pair, "gfToOtherLayoutChangeTimer", 5200},
+  };
+  for (const WaitCase& each : cases) {
+    PeopleRun run;
+    run.engine<PeopleFramingLayout>();
+    run.see(each.from);
+    run.decisions.clear();
+    run.see(each.to);
+    ASSERT_FALSE(run.decisions.empty()) << each.name;
+    const LayoutDecision& pending = run.decisions.front();
+    EXPECT_EQ(decisionKindText(pending.kind), std::string("pending")) << each.name;
+    EXPECT_STREQ(pending.timer, each.timer) << each.name;
+    EXPECT_EQ(pending.waitMs, each.waitMs) << each.name;
+  }
+}
+
+TEST(PeopleFraming, AWaitThatBecomesNegativeIsReportedAndIsNone) {
+  PeopleRun run;
+  run.with([](PrConfig& config) { config.timersLayoutChangeHeadCountChange = 2000; })
+      .engine<PeopleFramingLayout>();
+  run.see(rowOf(3, 200));
+  run.environment.log.take();
+  EXPECT_TRUE(run.see(rowOf(2, 200)));
+  const Lines lines = run.environment.log.take();
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      "E|PeopleFramingLayout|Invalid wait time for layout change, wt: -800"),
+            lines.end());
+}
+
+TEST(PeopleFraming, TransitionsDissolveBetweenTilesAndGroupOnly) {
+  struct Case {
+    Scene from;
+    Scene to;
+    bool cutOnly;
+    const char* animation;
+  };
+  const Case cases[] = {
+      {pairAt(400), rowOf(7, 150), false, "dissolve"},
+      {rowOf(7, 150), pairAt(400), false, "dissolve"},
+      {pairAt(400), rowOf(7, 150), true, "cut"},
+      {pairAt(400), pairAt(100), false, "cut"},
+      {scene(), pairAt(400), false, "cut"},
+  };
+  for (const Case& each : cases) {
+    PeopleRun run;
+    run.with([&](PrConfig& config) { config.pfAnimationCutOnly = each.cutOnly; })
+        .engine<PeopleFramingLayout>();
+    run.see(each.from);
+    run.watch(each.to, 10000);
+    EXPECT_EQ(run.current().animation, each.animation);
+    EXPECT_EQ(run.current().duration,
+              static_cast<std::int32_t>(run.layouts().getLayoutChangeDuration(each.animation)));
+  }
+}
+
+TEST(PeopleFraming, AClusterTooWideForItsTileIsShownAsAGroup) {
+  // Three neighbours 380 pixels wide beside two pairs: a column of 427 shows 427 of 720 pixels at most.
+  const auto clusterOf = [](std::int32_t distance) {
+    return scene()
+        .person(1)
+        .sized(40, 50)
+        .at(40, 360)
+        .person(2)
+        .sized(40, 50)
+        .at(90, 360)
+        .person(3)
+        .at(400, 360)
+        .person(4)
+        .at(400 + distance, 360)
+        .person(5)
+        .at(400 + 2 * distance, 360)
+        .person(6)
+        .sized(40, 50)
+        .at(1200, 360);
+  };
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(clusterOf(110));
+  EXPECT_EQ(run.picture(), "PROXIMITY [1 2] [3 4 5] [6]");
+  run.watch(clusterOf(190), 10000);
+  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+}
+
+TEST(PeopleFraming, WithoutTheSquareTheWideBoxOfNeighboursWouldBeCut) {
+  const Scene neighbours = scene()
+                               .person(1)
+                               .at(80, 360)
+                               .person(2)
+                               .at(500, 360)
+                               .person(3)
+                               .at(640, 360)
+                               .person(4)
+                               .at(780, 360)
+                               .person(5)
+                               .at(1200, 360);
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(neighbours);
+  EXPECT_EQ(run.picture(), "PROXIMITY [1] [2 3 4] [5]");
+  run.with([](PrConfig& config) { config.proximitySquareFeature = false; }).engine<PeopleFramingLayout>();
+  run.see(neighbours);
+  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+}
+
+TEST(PeopleFraming, ReframesEaseWhereTheyAreAllowedTo) {
+  PeopleRun run;
+  run.with([](PrConfig& config) { config.animationEnableEase = true; }).engine<PeopleFramingLayout>();
+  run.see(pairAt(500));
+  // Out of its tile's centre, over its edge, out of it: the last is a cut.
+  const Rect view = run.current().frames[0].source;
+  run.watch(scene().person(1).at(view.right - 10, 360).person(2).at(900, 360), 2200);
+  EXPECT_EQ(run.current().animation, "ease");
+  EXPECT_EQ(run.decisions.back().kind, DecisionKind::Reframed);
+  run.watch(scene().person(1).at(60, 360).person(2).at(900, 360), 2200);
+  EXPECT_EQ(run.current().animation, "cut");
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
