@@ -1,5 +1,6 @@
 #include "tests/testing/SceneBuilder.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace fyn::productionrules::testing {
@@ -83,6 +84,12 @@ Scene& Scene::headId(std::int64_t id) {
 Scene& Scene::frameNumber(std::int64_t number) {
   mFrameNumber = number;
   return *this;
+}
+
+Scene Scene::reversed() const {
+  Scene other = *this;
+  std::reverse(other.mPersons.begin(), other.mPersons.end());
+  return other;
 }
 
 nlohmann::json Scene::json() const {

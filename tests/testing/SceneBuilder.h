@@ -52,6 +52,9 @@ class Scene {
 
   Scene& frameNumber(std::int64_t number);
 
+  /** The same scene with the persons in the opposite order. */
+  Scene reversed() const;
+
   /** The vision document. */
   nlohmann::json json() const;
 

@@ -1,0 +1,68 @@
+#include "tests/layouts/RandomMeeting.h"
+
+#include <algorithm>
+
+namespace fyn::productionrules::testing {
+
+Scene RandomMeeting::next() {
+  comeAndGo();
+  Scene scene;
+  scene.frameNumber(++mFrameNumber);
+  for (Walker& walker : mWalkers) {
+    walk(walker);
+    addTo(scene, walker);
+  }
+  return scene;
+}
+
+void RandomMeeting::comeAndGo() {
+  if (draw(60) == 0 && static_cast<std::int32_t>(mWalkers.size()) < mOptions.maxPeople) {
+    Walker walker;
+    walker.id = ++mLastId;
+    walker.x = draw(1000);
+    walker.y = draw(1000);
+    walker.goalX = walker.x;
+    walker.goalY = walker.y;
+    walker.height = 40 + draw(130);
+    mWalkers.push_back(walker);
+  }
+  if (draw(150) == 0 && !mWalkers.empty()) {
+    mWalkers.erase(mWalkers.begin() + draw(static_cast<std::int32_t>(mWalkers.size())));
+  }
+}
+
+void RandomMeeting::walk(Walker& walker) {
+  if (draw(100) == 0) {
+    // Half of those who set out sit down beside somebody.
+    const Walker& other =
+        mWalkers[static_cast<std::size_t>(draw(static_cast<std::int32_t>(mWalkers.size())))];
+    const bool joins = draw(2) == 0;
+    walker.goalX = joins ? std::clamp(other.x + (draw(2) == 0 ? 110 : -110), 0, 999) : draw(1000);
+    walker.goalY = joins ? other.y : draw(1000);
+  }
+  constexpr std::int32_t kPace = 12;
+  walker.x += std::clamp(walker.goalX - walker.x, -kPace, kPace);
+  walker.y += std::clamp(walker.goalY - walker.y, -kPace, kPace);
+}
+
+void RandomMeeting::addTo(Scene& scene, const Walker& walker) {
+  scene.person(walker.id);
+  bool seen = false;
+  for (std::size_t i = 0; i < mOptions.cameras.size(); ++i) {
+    const auto camera = static_cast<std::int32_t>(i);
+    // A camera misses a person now and then; somebody sees everybody.
+    if (draw(200) == 0 && (seen || i + 1 < mOptions.cameras.size())) {
+      continue;
+    }
+    seen = true;
+    const Dimension& image = mOptions.cameras[i];
+    const std::int32_t across = (walker.x + 370 * camera) % 1000;
+    const std::int32_t height = walker.height * image.height / 720;
+    scene.camera(camera)
+        .at(across * image.width / 1000 + draw(5), walker.y * image.height / 1000 + draw(5))
+        .sized(height * 4 / 5, height)
+        .yaw(std::abs(across - 500) / 10 + camera * 0.25);
+  }
+}
+
+}  // namespace fyn::productionrules::testing

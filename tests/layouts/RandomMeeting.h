@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "tests/testing/SceneBuilder.h"
+
+namespace fyn::productionrules::testing {
+
+/**
+ * People who walk about, sit down beside each other, cross, come and go in front of some cameras. The same
+ * seed gives the same meeting on every machine.
+ */
+class RandomMeeting {
+ public:
+  struct Options {
+    std::int32_t maxPeople = 9;
+    /** The image size of each camera, in pixels; camera ids count from 0. */
+    std::vector<Dimension> cameras{{1280, 720}};
+  };
+
+  RandomMeeting(std::uint32_t seed, Options options) : mRandom(seed), mOptions(std::move(options)) {}
+
+  /** The next vision result, 100 ms later. */
+  Scene next();
+
+ private:
+  struct Walker {
+    std::int32_t id = 0;
+    /** Place in the room, in thousandths of its width and depth. */
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t goalX = 0;
+    std::int32_t goalY = 0;
+    std::int32_t height = 0;
+  };
+
+  /** 0 to `below` - 1. */
+  std::int32_t draw(std::int32_t below) {
+    return static_cast<std::int32_t>(mRandom() % static_cast<std::uint32_t>(below));
+  }
+  void walk(Walker& walker);
+  void comeAndGo();
+  void addTo(Scene& scene, const Walker& walker);
+
+  std::mt19937 mRandom;
+  Options mOptions;
+  std::vector<Walker> mWalkers;
+  std::int32_t mLastId = 0;
+  std::int64_t mFrameNumber = 0;
+};
+
+}  // namespace fyn::productionrules::testing
