@@ -1,0 +1,136 @@
+// What a vision pipeline or a camera list may get wrong: no picture of nothing, and one report per change.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "layouts/PeopleFramingLayout.h"
+#include "layouts/PrimaryPeopleLayout.h"
+#include "model/FynCamerasConfig.h"
+#include "tests/layouts/PeopleRun.h"
+#include "tests/layouts/PictureFaults.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+constexpr std::int32_t kFar = 2147483647;
+
+struct BadCase {
+  const char* what;
+  Scene scene;
+  /** What stands on screen at once, of persons 1 and 2 who are well and 3 who is not. */
+  const char* picture;
+};
+
+Scene twoAnd() {
+  return scene().person(1).at(300, 360).person(2).at(900, 360);
+}
+
+BadCase badCases(std::size_t index) {
+  const BadCase cases[] = {
+      {"nobody is wrong", twoAnd(), "HEAD [1] [2]"},
+      {"not seen by this camera", twoAnd().person(3).camera(7).at(600, 360), "HEAD [1] [2]"},
+      {"a zero box", twoAnd().person(3).box({0, 0, 0, 0}), "HEAD [1] [2]"},
+      {"a box without width", twoAnd().person(3).box({600, 300, 600, 400}), "HEAD [1] [2]"},
+      {"an inverted box", twoAnd().person(3).box({700, 400, 600, 300}), "HEAD [1] [2]"},
+      {"above the image", twoAnd().person(3).box({600, -300, 700, -200}), "HEAD [1] [2]"},
+      {"right of the image", twoAnd().person(3).box({1280, 300, 1380, 400}), "HEAD [1] [2]"},
+      {"the same person twice", twoAnd().person(2).at(600, 360), "HEAD [1] [2]"},
+      {"the same head twice", twoAnd().person(3).headId(1).at(330, 360), "HEAD [1] [3] [2]"},
+      {"a head of the image's size", twoAnd().person(3).box({0, 0, 1280, 720}), "PROXIMITY [1 2 3]"},
+      {"a box beyond all images", twoAnd().person(3).box({-kFar, -kFar, kFar, kFar}), "PROXIMITY [1 2 3]"},
+      {"one pixel", twoAnd().person(3).box({600, 300, 601, 301}), "GROUP [1 2 3]"},
+  };
+  return cases[std::min(index, std::size(cases) - 1)];
+}
+
+constexpr std::size_t kBadCases = 12;
+
+TEST(PeopleBadInput, WhoCannotBeShownHasNoTileAndSpoilsNone) {
+  for (std::size_t i = 0; i < kBadCases; ++i) {
+    const BadCase each = badCases(i);
+    PeopleRun alone;
+    alone.engine<PeopleFramingLayout>();
+    alone.see(each.scene);
+    EXPECT_EQ(alone.picture(), each.picture) << each.what;
+    EXPECT_EQ(viewFaults(alone.current()), Faults()) << each.what;
+    EXPECT_EQ(tilingFaults(alone.current()), Faults()) << each.what;
+    EXPECT_EQ(alone.watch(each.scene, 20000), 0) << each.what;
+  }
+}
+
+/** Person 2 is in a tile and then something happens to the head; until the layout changes the tile stays. */
+struct FaultCase {
+  const char* what;
+  Scene after;
+  int errors;
+};
+
+TEST(PeopleBadInput, ATileWhoseHeadGoesWrongStaysAndIsReportedOnce) {
+  const Scene one = scene().person(1).at(300, 360);
+  const FaultCase cases[] = {
+      {"lost by the camera", Scene(one).person(2).camera(7).at(600, 360), 1},
+      {"a zero box", Scene(one).person(2).box({0, 0, 0, 0}), 1},
+      {"an inverted box", Scene(one).person(2).box({1000, 400, 900, 300}), 0},
+      {"out of the image", Scene(one).person(2).box({600, -300, 700, -200}), 0},
+      {"gone", one, 0},
+  };
+  for (const FaultCase& each : cases) {
+    PeopleRun run;
+    run.engine<PeopleFramingLayout>();
+    run.watch(twoAnd(), 1000);
+    const Rect before = run.current().frames[1].source;
+    for (int again = 0; again < 2; ++again) {
+      run.environment.log.take();
+      EXPECT_EQ(run.watch(each.after, 1100), 0) << each.what;
+      EXPECT_EQ(run.current().frames[1].source, before) << each.what;
+      const std::vector<std::string> lines = run.environment.log.take();
+      EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                              [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; }),
+                each.errors)
+          << each.what;
+      // Well again: the next fault is another change.
+      run.watch(twoAnd(), 1000);
+    }
+    run.watch(each.after, 4100);
+    EXPECT_EQ(run.picture(), "HEAD [1]") << each.what;
+  }
+}
+
+TEST(PeopleBadInput, WithoutAnyCameraKnownPeopleStillHaveTiles) {
+  PeopleRun run({});
+  run.engine<PeopleFramingLayout>();
+  run.see(scene().person(1).camera(3).at(300, 360).person(2).camera(3).at(900, 360));
+  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
+  EXPECT_EQ(viewFaults(run.current()), Faults());
+}
+
+TEST(PeopleBadInput, AnOwnCameraThatIsNotListedShowsTheGroup) {
+  PeopleRun run({0});
+  FynCamerasConfig::getMutable().fynCamId = 4;
+  run.engine<PeopleFramingLayout>();
+  run.see(scene().person(1).camera(4).at(300, 360).person(2).camera(4).at(900, 360));
+  EXPECT_EQ(run.picture(), "GROUP [1 2]");
+  EXPECT_EQ(viewFaults(run.current()), Faults());
+}
+
+TEST(PeopleBadInput, APrimaryDoesNotTakePeopleFromCamerasThatAreNotListed) {
+  PeopleRun run({0, 1});
+  run.engine<PrimaryPeopleLayout>();
+  run.see(twoAnd()
+              .person(3)
+              .camera(9)
+              .at(600, 360)
+              .person(4)
+              .camera(9)
+              .at(500, 360)
+              .yaw(1)
+              .camera(1)
+              .at(640, 300)
+              .yaw(50));
+  EXPECT_EQ(run.picture(), "HEAD [1] [2] [4]");
+  EXPECT_EQ(run.current().frames[2].fynCamId, 1U);
+  EXPECT_EQ(viewFaults(run.current()), Faults());
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
