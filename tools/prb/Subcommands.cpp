@@ -1,4 +1,5 @@
 #include "tools/demo/DemoCommand.h"
+#include "tools/importing/ImportCommand.h"
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
@@ -9,6 +10,7 @@ const std::vector<Subcommand>& subcommands() {
   static const std::vector<Subcommand> table{
       {"demo", "Play a meeting through the service and say what it decides and why", addDemoCommand},
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
+      {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };
   return table;
