@@ -3,6 +3,7 @@
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
+#include "tools/simulation/SimulateCommand.h"
 
 namespace fyn::productionrules {
 
@@ -11,6 +12,7 @@ const std::vector<Subcommand>& subcommands() {
       {"demo", "Play a meeting through the service and say what it decides and why", addDemoCommand},
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
+      {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };
   return table;
