@@ -3,6 +3,7 @@
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
+#include "tools/settings/SettingsCommands.h"
 #include "tools/simulation/SimulateCommand.h"
 
 namespace fyn::productionrules {
@@ -13,6 +14,8 @@ const std::vector<Subcommand>& subcommands() {
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
+      {"prop", "Get, set and list system properties", addPropCommand},
+      {"config", "Check a configuration file, or print an example", addConfigCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };
   return table;

@@ -1,0 +1,65 @@
+#include "tools/live/LiveBus.h"
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <future>
+
+#include "tools/prb/UsageError.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr std::chrono::seconds kAnswerLimit{5};
+
+bool concernsProperties(const PlatformOptions::Row& row) {
+  return row.field == &PlatformOptions::properties;
+}
+
+bool concernsBus(const PlatformOptions::Row& row) {
+  return row.field != &PlatformOptions::provider && row.field != &PlatformOptions::log;
+}
+
+}  // namespace
+
+void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus) {
+  options = PlatformOptions::fromEnvironment();
+  for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
+    if (row.option != nullptr && (concernsProperties(row) || (withBus && concernsBus(row)))) {
+      command.add_option(row.option, options.*row.field,
+                         std::string(row.meaning) + " (environment: " + row.environment + ")");
+    }
+  }
+}
+
+std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options) {
+  options.provider = "none";
+  options.log = "stderr";
+  try {
+    return buildPlatform(options);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(error.what());
+  }
+}
+
+LiveBus::LiveBus(const PlatformOptions& options) : mAddress(options.bus) {
+  if (options.bus == "embedded") {
+    throw UsageError("name the bus of the service with --bus mqtt://HOST[:PORT][/ROOM] or in PRB_BUS");
+  }
+  mPlatform = toolPlatform(options);
+}
+
+LiveBus::~LiveBus() {
+  client().close();
+}
+
+void LiveBus::waitUntilReady() {
+  const auto ready = std::make_shared<std::promise<void>>();
+  std::future<void> answer = ready->get_future();
+  mPlatform->whenBusReady([ready] { ready->set_value(); });
+  if (answer.wait_for(kAnswerLimit) != std::future_status::ready) {
+    throw std::runtime_error("the bus " + mAddress + " does not answer");
+  }
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/linux/PlatformFactory.h"
+
+namespace CLI {
+class App;
+}
+
+namespace fyn::productionrules {
+
+/** Gives `command` the options of the properties, and those of the bus when it uses one. Environment
+ * variables give the defaults. */
+void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus);
+
+/** The platform of a tool, without a camera provider. Raises UsageError when an option cannot be used. */
+std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options);
+
+/**
+ * A connection to the bus of a running service. Raises UsageError when no bus outside this process is named,
+ * and std::runtime_error when it does not answer within five seconds.
+ */
+class LiveBus {
+ public:
+  explicit LiveBus(const PlatformOptions& options);
+
+  /** Sends what is queued and ends all deliveries. */
+  ~LiveBus();
+  LiveBus(const LiveBus&) = delete;
+  LiveBus& operator=(const LiveBus&) = delete;
+
+  com::quil::pubsub::IPubSubClient& client() { return *mPlatform->platform().bus; }
+
+  /** Waits until subscriptions made so far are in force. */
+  void waitUntilReady();
+
+ private:
+  std::unique_ptr<BuiltPlatform> mPlatform;
+  const std::string mAddress;
+};
+
+}  // namespace fyn::productionrules
