@@ -1,5 +1,6 @@
 #include "tools/demo/DemoCommand.h"
 #include "tools/importing/ImportCommand.h"
+#include "tools/live/LiveCommands.h"
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
@@ -14,6 +15,10 @@ const std::vector<Subcommand>& subcommands() {
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
+      {"record", "Record the bus of a running service", addRecordCommand},
+      {"play", "Play a recording to the bus of a running service", addPlayCommand},
+      {"watch", "Show what a running service does", addWatchCommand},
+      {"ctl", "Control a running service", addCtlCommand},
       {"prop", "Get, set and list system properties", addPropCommand},
       {"config", "Check a configuration file, or print an example", addConfigCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},

@@ -1,0 +1,85 @@
+#include "tools/live/Recorder.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "service/Topics.h"
+#include "tools/prb/UsageError.h"
+#include "tools/recording/RecordingWriter.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+bool isCameraMessage(const std::string& topic) {
+  return topic == topics::kCamera || topic == topics::kCameras ||
+         com::quil::pubsub::topicCovers(topics::kCameraParameters, topic);
+}
+
+}  // namespace
+
+Recorder::Recorder(RecorderOptions options, std::function<std::int64_t()> clock)
+    : mOptions(std::move(options)), mClock(std::move(clock)), mStart(mClock()) {
+  open();
+  if (!mFile) {
+    throw UsageError(mOptions.path + ": cannot be opened for writing: " + std::strerror(errno));
+  }
+}
+
+void Recorder::open() {
+  mFile = std::ofstream(mOptions.path, std::ios::binary | std::ios::trunc);
+  mBytes = 0;
+}
+
+void Recorder::rotate() {
+  mFile.close();
+  std::error_code ignored;
+  for (int number = mOptions.maxFiles - 1; number >= 1; --number) {
+    const std::string from = number == 1 ? mOptions.path : mOptions.path + '.' + std::to_string(number - 1);
+    std::filesystem::rename(from, mOptions.path + '.' + std::to_string(number), ignored);
+  }
+  open();
+}
+
+void Recorder::write(std::int64_t t, const std::string& topic, const std::string& message) {
+  const std::string line = recordingLine({t, BusMessage{topic, message}}) + '\n';
+  mFile << line;
+  mBytes += line.size();
+}
+
+void Recorder::onMessage(const std::string& topic, const std::string& message) {
+  const std::lock_guard lock(mMutex);
+  const std::int64_t t = mClock() - mStart;
+  if (mOptions.maxBytes != 0 && mBytes >= mOptions.maxBytes) {
+    rotate();
+    for (const auto& [cameraTopic, cameraMessage] : mCameraMessages) {
+      write(t, cameraTopic, cameraMessage);
+    }
+  }
+  if (isCameraMessage(topic)) {
+    mCameraMessages[topic] = message;
+  }
+  write(t, topic, message);
+  ++mMessages;
+}
+
+std::uint64_t Recorder::messages() const {
+  const std::lock_guard lock(mMutex);
+  return mMessages;
+}
+
+bool Recorder::hasFailed() const {
+  const std::lock_guard lock(mMutex);
+  return !mFile;
+}
+
+void Recorder::finish() {
+  const std::lock_guard lock(mMutex);
+  mFile.flush();
+  if (!mFile) {
+    throw std::runtime_error(mOptions.path + ": cannot be written; the recording is not whole");
+  }
+}
+
+}  // namespace fyn::productionrules

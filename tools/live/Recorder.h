@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/PubSub.h"
+#include "tools/recording/RecordingEvent.h"
+
+namespace fyn::productionrules {
+
+struct RecorderOptions {
+  std::string path;
+  /** Bytes after which the next file begins; 0 for one file without limit. */
+  std::uint64_t maxBytes = 0;
+  /** Files that are kept, the current one included. */
+  int maxFiles = 1;
+};
+
+/**
+ * Writes every message that it receives to a recording. A full file PATH becomes PATH.1, PATH.1 becomes
+ * PATH.2 and so on; the oldest is deleted. Each file begins with the latest camera messages, so each can be
+ * replayed alone. Messages may come from any thread.
+ */
+class Recorder final : public com::quil::pubsub::IPubSubListener {
+ public:
+  /** `clock` gives milliseconds that do not decrease; the first call is time 0. Raises UsageError when the
+   * file cannot be made. */
+  Recorder(RecorderOptions options, std::function<std::int64_t()> clock);
+
+  void onMessage(const std::string& topic, const std::string& message) override;
+
+  /** Writes out what was received. Raises std::runtime_error when something was lost (a full disk). */
+  void finish();
+
+  std::uint64_t messages() const;
+
+  /** Whether a message could not be written. */
+  bool hasFailed() const;
+
+ private:
+  void open();
+  void rotate();
+  void write(std::int64_t t, const std::string& topic, const std::string& message);
+
+  const RecorderOptions mOptions;
+  const std::function<std::int64_t()> mClock;
+  const std::int64_t mStart;
+  mutable std::mutex mMutex;
+  std::ofstream mFile;
+  std::uint64_t mBytes = 0;
+  std::uint64_t mMessages = 0;
+  /** By topic. */
+  std::map<std::string, std::string> mCameraMessages;
+};
+
+}  // namespace fyn::productionrules

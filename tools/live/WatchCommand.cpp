@@ -1,0 +1,53 @@
+#include <CLI/CLI.hpp>
+#include <chrono>
+
+#include "tools/live/LiveBus.h"
+#include "tools/live/LiveCommands.h"
+#include "tools/live/WatchState.h"
+#include "tools/terminal/StopSignals.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr std::chrono::milliseconds kScreenInterval{500};
+constexpr const char* kHomeAndWipe = "\033[H\033[2J";
+
+void show(WatchState& state, PrbContext& context) {
+  if (context.outIsTerminal) {
+    context.out << kHomeAndWipe << state.screen(kScreenInterval.count()) << std::flush;
+    return;
+  }
+  for (const std::string& line : state.takeLines()) {
+    context.out << line << '\n';
+  }
+  context.out << std::flush;
+}
+
+void runWatch(const PlatformOptions& options, PrbContext& context) {
+  StopSignals stop;
+  // Made before the bus, so that it outlives the deliveries.
+  WatchState state;
+  LiveBus bus(options);
+  for (const std::string& topic : WatchState::topics()) {
+    bus.client().subscribe(topic, state);
+  }
+  bus.waitUntilReady();
+  while (!stop.waitFor(kScreenInterval)) {
+    show(state, context);
+  }
+}
+
+}  // namespace
+
+void addWatchCommand(CLI::App& command, PrbContext& context) {
+  const auto options = std::make_shared<PlatformOptions>();
+  addPlatformOptions(command, *options, true);
+  command.footer(
+      "Examples:\n"
+      "  prb watch --bus mqtt://localhost           one screen that updates\n"
+      "  prb watch --bus mqtt://localhost | tee log  one line for each picture");
+  command.callback([options, &context] { runWatch(*options, context); });
+}
+
+}  // namespace fyn::productionrules

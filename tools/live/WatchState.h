@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "platform/PubSub.h"
+
+namespace fyn::productionrules {
+
+/**
+ * What a service's messages tell of it now: mode, layout, frames, waits, people, message rates. Messages may
+ * come from any thread; one that cannot be read is counted and changes nothing.
+ */
+class WatchState final : public com::quil::pubsub::IPubSubListener {
+ public:
+  /** The topics that it wants. */
+  static std::vector<std::string> topics();
+
+  void onMessage(const std::string& topic, const std::string& message) override;
+
+  /** One screen of text. `elapsedMs` is the time since the last call, for the rates. */
+  std::string screen(std::int64_t elapsedMs);
+
+  /** One line for each picture, mode change and people count since the last call. */
+  std::vector<std::string> takeLines();
+
+ private:
+  void readScene(const nlohmann::json& document);
+  void readTimers(const nlohmann::json& document);
+  void readVision(const nlohmann::json& document);
+  void readPeopleCount(const nlohmann::json& document);
+
+  std::mutex mMutex;
+  std::string mMode = "not known yet";
+  std::string mPeople = "not known yet";
+  std::vector<std::string> mFrames;
+  std::vector<std::string> mWaits;
+  std::vector<std::string> mLines;
+  /** By topic, since the last screen. */
+  std::map<std::string, std::uint64_t> mMessages;
+  std::uint64_t mUnreadable = 0;
+};
+
+}  // namespace fyn::productionrules
