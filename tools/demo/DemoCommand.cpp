@@ -27,6 +27,8 @@ struct DemoArguments {
   std::string seed = "1";
   std::string people = "5";
   std::string minutes = "3";
+  // What a detector behind a tracker leaves; the noise of a bare one hides what the service does.
+  std::string noise = "low";
 };
 
 struct Mode {
@@ -68,7 +70,7 @@ class Meeting {
     mName = "simulated meeting";
     PrbContext simulation{context.in, mSimulated, context.err};
     const int status = runPrb({"simulate", "--seed", arguments.seed, "--people", arguments.people,
-                               "--minutes", arguments.minutes, "-o", "-"},
+                               "--minutes", arguments.minutes, "--noise", arguments.noise, "-o", "-"},
                               simulation);
     if (status != 0) {
       throw UsageError("the meeting cannot be simulated");
@@ -152,6 +154,9 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_option("--seed", arguments->seed, "Seed of the simulated meeting")->capture_default_str();
   command.add_option("--people", arguments->people, "People in the simulated meeting")->capture_default_str();
   command.add_option("--minutes", arguments->minutes, "Length of the simulated meeting")
+      ->capture_default_str();
+  command.add_option("--noise", arguments->noise, "Noise of the simulated detector: none, low, real or high")
+      ->type_name("LEVEL")
       ->capture_default_str();
   command.footer(
       "Plays a meeting through the service on the embedded bus and says what it decides and why.\n"
