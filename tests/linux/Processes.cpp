@@ -7,6 +7,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -78,6 +79,16 @@ int freePort() {
 bool isListening(int port) {
   const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const sockaddr_in address = loopback(port);
+  const bool connected = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  close(client);
+  return connected;
+}
+
+bool isListening(const std::string& path) {
+  const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
   const bool connected = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   close(client);
   return connected;

@@ -22,6 +22,9 @@ int freePort();
 /** Whether somebody listens on a port of 127.0.0.1. */
 bool isListening(int port);
 
+/** Whether somebody listens on a socket in the file system. */
+bool isListening(const std::string& path);
+
 /** A folder of a test's own, removed with all that is in it. */
 class ScratchFolder {
  public:

@@ -1,7 +1,6 @@
 #include "tests/linux/Servers.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace fyn::productionrules::testing {
@@ -51,9 +50,7 @@ void MessageBus::start() {
   unlink(mFolder.file("socket").c_str());
   mProcess = std::make_unique<Process>(std::vector<std::string>{
       serverProgram("dbus-daemon"), "--nofork", "--nopidfile", "--config-file=" + mConfiguration});
-  struct stat socket {};
-  ASSERT_TRUE(eventually([&] { return stat(mFolder.file("socket").c_str(), &socket) == 0; }))
-      << mProcess->errorText();
+  ASSERT_TRUE(eventually([&] { return isListening(mFolder.file("socket")); })) << mProcess->errorText();
 }
 
 PrintingProvider::PrintingProvider(const MessageBus& bus)
