@@ -95,7 +95,7 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
     const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
     candidate->layoutTimer = getTimer(waitTime, tick());
     mNextLayout = candidate;
-    updateLayoutWithStreamInfo(mNextLayout, 0);
+    updateLayoutWithStreamInfo(mNextLayout, mStreamId);
     PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
              static_cast<int>(waitTime));
     reportLayout(DecisionKind::Pending, mCurLayout.get(), *mNextLayout, {}, mNextLayout->layoutTimer, 0);
@@ -186,7 +186,9 @@ bool BaseLayout::isNoneLayout(const std::shared_ptr<Layout>& layout) {
 
 void BaseLayout::resetLayouts() {
   if (mCurLayout != nullptr && hasDecisionListener()) {
-    reportLayout(DecisionKind::Reset, mCurLayout.get(), Layout{}, {}, {}, 0);
+    Layout none;
+    none.streamId = mCurLayout->streamId;
+    reportLayout(DecisionKind::Reset, mCurLayout.get(), none, {}, {}, 0);
   }
   mCurLayout = nullptr;
   mNextLayout = nullptr;

@@ -223,6 +223,13 @@ class BaseLayout {
   template <typename Setting>
   std::uint32_t waitForSingleHead(HeadPosition position);
 
+  /** The wait cycle of one frame of the layout on screen, whose subject stands at `position`; true when its
+   * reframe wait is over. */
+  bool updateFrameTimer(std::size_t index, Frame& frame, HeadPosition position);
+
+  /** Whether some wait of a layout on screen or of a waiting one runs; either may be null. */
+  static bool isTimerRunning(const Layout* current, const Layout* next);
+
   bool hasDecisionListener() const { return mDecisionListener != nullptr; }
   void decide(const LayoutDecision& decision) {
     if (mDecisionListener != nullptr) {
@@ -238,6 +245,8 @@ class BaseLayout {
   std::int64_t mLastFrameNumber = -1;
   std::vector<unsigned> mDisplayStreamIds;
   unsigned mLayoutCount = 1;
+  /** The stream that new layouts are for. */
+  unsigned mStreamId = 0;
 
  private:
   void dropPending(LayoutDifference why);
@@ -245,7 +254,6 @@ class BaseLayout {
                     const Timer& wait, std::uint32_t waitedMs) const;
   bool isFrameDue(Frame& frame, bool creatingNewLayout);
   void updateFrameView(Frame& frame);
-  bool updateFrameTimer(std::size_t index, Frame& frame);
   void startFrameTimer(std::size_t index, Frame& frame, HeadPosition position);
   void reportFrame(DecisionKind kind, std::size_t index, const Frame& frame, std::uint32_t waitedMs) const;
 

@@ -276,13 +276,13 @@ bool BaseLayout::updateCurrentTimer() {
   }
   bool reframe = false;
   for (std::size_t index = 0; index < mCurLayout->frames.size(); ++index) {
-    reframe |= updateFrameTimer(index, mCurLayout->frames[index]);
+    Frame& frame = mCurLayout->frames[index];
+    reframe |= updateFrameTimer(index, frame, getCurrentHeadPosition(frame));
   }
   return reframe;
 }
 
-bool BaseLayout::updateFrameTimer(std::size_t index, Frame& frame) {
-  const HeadPosition position = getCurrentHeadPosition(frame);
+bool BaseLayout::updateFrameTimer(std::size_t index, Frame& frame, HeadPosition position) {
   if (position == HeadPosition::CENTER) {
     if (frame.headPositionTimer.isStarted()) {
       reportFrame(DecisionKind::ReframeCancelled, index, frame, tick() - frame.headPositionTimer.startTicks);
@@ -329,17 +329,21 @@ void BaseLayout::startFrameTimer(std::size_t index, Frame& frame, HeadPosition p
 }
 
 bool BaseLayout::isThereATimerRunning() const {
-  if (mCurLayout != nullptr) {
-    if (mCurLayout->layoutTimer.isStarted()) {
+  return isTimerRunning(mCurLayout.get(), mNextLayout.get());
+}
+
+bool BaseLayout::isTimerRunning(const Layout* current, const Layout* next) {
+  if (current != nullptr) {
+    if (current->layoutTimer.isStarted()) {
       return true;
     }
-    for (const Frame& frame : mCurLayout->frames) {
+    for (const Frame& frame : current->frames) {
       if (frame.headPositionTimer.isStarted() || frame.feedPriorityTimer.isStarted()) {
         return true;
       }
     }
   }
-  return mNextLayout != nullptr && mNextLayout->layoutTimer.isStarted();
+  return next != nullptr && next->layoutTimer.isStarted();
 }
 
 // ---- Layout change waits and transitions ----
