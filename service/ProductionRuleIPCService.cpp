@@ -1,5 +1,6 @@
 #include "service/ProductionRuleIPCService.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <nlohmann/json.hpp>
@@ -271,6 +272,7 @@ void ProductionRuleIPCService::sendPeriodically() {
 
 void ProductionRuleIPCService::reloadConfiguration(const std::string& /*topic*/, const std::string& /*msg*/) {
   PrConfig::load(configurationPath());
+  mMultiStreamTrackingMode.setMaxStreams(static_cast<unsigned>(std::max(PrConfig::get().maxStreams, 0)));
 }
 
 void ProductionRuleIPCService::handleResetLayouts(const std::string& /*topic*/, const std::string& /*msg*/) {

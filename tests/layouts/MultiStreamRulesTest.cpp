@@ -1,0 +1,226 @@
+// Which stream follows whom: every rule as a scene, told by the pictures on screen.
+#include <ostream>
+
+#include "tests/layouts/MultiStreamPictures.h"
+
+namespace fyn::productionrules {
+namespace {
+
+using testing::peopleAt;
+using testing::PeopleRun;
+using testing::scene;
+using testing::streamPictures;
+
+// Longer than every wait.
+constexpr std::uint64_t kSettled = 10000;
+
+struct Step {
+  /** Where persons are, as peopleAt reads it. */
+  const char* people;
+  std::uint64_t forMs;
+  /** What is on screen at the end. */
+  const char* pictures;
+};
+
+struct Rule {
+  const char* name;
+  std::vector<Step> steps;
+};
+
+void PrintTo(const Rule& rule, std::ostream* out) {
+  *out << rule.name;
+}
+
+class MultiStreamRule : public ::testing::TestWithParam<Rule> {};
+
+TEST_P(MultiStreamRule, ShowsThePictures) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>();
+  for (const Step& step : GetParam().steps) {
+    run.watch(peopleAt(step.people), step.forMs);
+    EXPECT_EQ(streamPictures(run.layouts()), step.pictures) << step.people << " for " << step.forMs << " ms";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, MultiStreamRule,
+    ::testing::Values(
+        Rule{"NobodyIsTheRoom", {{"", 100, "1 ROOM [], 2 ROOM [], 3 ROOM []"}}},
+        Rule{"EverybodyHasAStreamFromLeftToRight",
+             {{"4@1100 5@200 6@650", 100, "1 HEAD [5], 2 HEAD [6], 3 HEAD [4]"}}},
+        Rule{"NeighboursShareOne", {{"1@200 2@310 3@900", 100, "1 PROXIMITY [1 2], 2 HEAD [3], 3 ROOM []"}}},
+        Rule{"ANewcomerTakesTheLowestFreeStream",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"2@700", kSettled, "1 ROOM [], 2 HEAD [2], 3 ROOM []"},
+              {"2@700 3@1100", kSettled, "1 HEAD [3], 2 HEAD [2], 3 ROOM []"}}},
+        Rule{"ANewcomerTakesTheStreamOfSomebodyWhoHasJustLeft",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"2@700 3@210", kSettled, "1 HEAD [3], 2 HEAD [2], 3 ROOM []"}}},
+        Rule{"ANewcomerBesideSomebodyJoinsTheStream",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"1@200 2@700 3@810", kSettled, "1 HEAD [1], 2 PROXIMITY [2 3], 3 ROOM []"}}},
+        Rule{"WhoeverStaysKeepsTheStreamOfTheUnit",
+             {{"1@200 2@310 3@900", 100, "1 PROXIMITY [1 2], 2 HEAD [3], 3 ROOM []"},
+              {"2@310 3@900", kSettled, "1 HEAD [2], 2 HEAD [3], 3 ROOM []"}}},
+        Rule{"TheUnitsThatCameLastShareTheLastStream",
+             {{"1@200 2@600 3@1000", 100, "1 HEAD [1], 2 HEAD [2], 3 HEAD [3]"},
+              {"1@200 2@600 3@1000 4@400", kSettled, "1 HEAD [1], 2 HEAD [2], 3 PROXIMITY [3 4]"},
+              {"1@200 2@600 3@1000 4@400 5@800,500", kSettled,
+               "1 HEAD [1], 2 HEAD [2], 3 PROXIMITY [3 4 5]"}}},
+        Rule{"SharingEndsWithTheUnitAndNotBefore",
+             {{"1@200 2@600 3@800 4@1100", 100, "1 HEAD [1], 2 HEAD [2], 3 PROXIMITY [3 4]"},
+              {"2@600 3@800 4@1100", kSettled, "1 ROOM [], 2 HEAD [2], 3 PROXIMITY [3 4]"},
+              {"2@600 4@1100", kSettled, "1 ROOM [], 2 HEAD [2], 3 HEAD [4]"}}},
+        Rule{"PassingAnotherMovesNobody",
+             {{"1@200 2@1000", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"1@600 2@620", kSettled, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"1@1000 2@200", kSettled, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"}}},
+        Rule{"NeighboursWhoPartKeepTheirStream",
+             {{"1@200 2@310", 100, "1 PROXIMITY [1 2], 2 ROOM [], 3 ROOM []"},
+              {"1@200 2@1000", kSettled, "1 PROXIMITY [1 2], 2 ROOM [], 3 ROOM []"}}},
+        Rule{"ADetectionMissedOnceMovesNobody",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"2@700", kSettled, "1 ROOM [], 2 HEAD [2], 3 ROOM []"},
+              {"", 100, "1 ROOM [], 2 HEAD [2], 3 ROOM []"},
+              {"2@700", kSettled, "1 ROOM [], 2 HEAD [2], 3 ROOM []"}}},
+        Rule{"WhoComesBackInTimeGetsTheStreamBackFromANewcomer",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"2@700 3@1100", 500, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"1@200 2@700 3@1100", kSettled, "1 HEAD [1], 2 HEAD [2], 3 HEAD [3]"}}},
+        Rule{"WhoComesBackTooLateIsANewcomer",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"2@700 3@1100", kSettled, "1 HEAD [3], 2 HEAD [2], 3 ROOM []"},
+              {"1@200 2@700 3@1100", kSettled, "1 HEAD [3], 2 HEAD [2], 3 HEAD [1]"}}}),
+    [](const ::testing::TestParamInfo<Rule>& rule) { return rule.param.name; });
+
+// ---- The number of streams and their ids ----
+
+TEST(MultiStreamCount, FewerStreamsMoveTheirPeopleToTheLastOne) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>().watch(peopleAt("1@200 2@600 3@1000"), 1000);
+  run.layouts().setMaxLayouts(2);
+  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")))
+      << "the stream that is no more has to leave the document";
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [1], 2 HEAD [2]");
+  run.watch(peopleAt("1@200 2@600 3@1000"), kSettled);
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [1], 2 PROXIMITY [2 3]");
+  run.layouts().setMaxLayouts(0);
+  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")));
+  EXPECT_EQ(run.layouts().getFinalLayoutPtrs().size(), 1U) << "stream 0 stays";
+}
+
+TEST(MultiStreamCount, MoreStreamsTakeTheUnitsThatCameLast) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>();
+  run.layouts().setMaxLayouts(1);
+  run.watch(peopleAt("2@600"), 1000);
+  run.watch(peopleAt("2@600 3@1000 4@1110"), 1000);
+  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
+  EXPECT_EQ(streamPictures(run.layouts()), "1 PROXIMITY [1 2 3 4]");
+  run.layouts().setMaxLayouts(2);
+  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [2], 2 PROXIMITY [1 3 4]");
+  run.layouts().setMaxLayouts(4);
+  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [2], 2 PROXIMITY [3 4], 3 HEAD [1], 4 ROOM []");
+}
+
+struct IdRow {
+  std::vector<unsigned> given;
+  unsigned count;
+  const char* pictures;
+};
+
+TEST(MultiStreamCount, Ids) {
+  const IdRow rows[] = {
+      {{}, 2, "1 HEAD [1], 2 ROOM []"},
+      {{7, 5}, 2, "7 HEAD [1], 5 ROOM []"},
+      {{7, 5}, 1, "7 HEAD [1]"},
+      {{2}, 3, "2 HEAD [1], 1 ROOM [], 3 ROOM []"},
+      {{4, 4, 0, 9}, 3, "4 HEAD [1], 9 ROOM [], 1 ROOM []"},
+  };
+  for (const IdRow& row : rows) {
+    PeopleRun run;
+    run.engine<MultiStreamFramingLayout>();
+    run.layouts().setDisplayLayoutStreamIDS(row.given);
+    run.layouts().setMaxLayouts(row.count);
+    run.see(peopleAt("1@600"));
+    EXPECT_EQ(streamPictures(run.layouts()), row.pictures);
+  }
+}
+
+TEST(MultiStreamCount, OtherIdsRenameThePicturesOnScreen) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>().watch(peopleAt("1@200 2@600 3@1000"), 1000);
+  run.layouts().setDisplayLayoutStreamIDS({11, 12});
+  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")));
+  EXPECT_EQ(streamPictures(run.layouts()), "11 HEAD [1], 12 HEAD [2]") << "two ids are two streams";
+}
+
+TEST(MultiStreamCount, TheConfigurationGivesTheNumber) {
+  const std::pair<int, std::size_t> rows[] = {{3, 4}, {0, 1}, {-5, 1}, {16, 17}, {2000000000, 65}};
+  for (const auto& [configured, layouts] : rows) {
+    PeopleRun run;
+    run.with([count = configured](PrConfig& config) { config.maxStreams = count; })
+        .engine<MultiStreamFramingLayout>()
+        .see(scene());
+    EXPECT_EQ(run.layouts().getFinalLayoutPtrs().size(), layouts) << configured;
+  }
+}
+
+// ---- Candidates ----
+
+TEST(MultiStreamCandidates, EverybodyAloneWhileNeighboursAreOff) {
+  PeopleRun run;
+  run.with([](PrConfig& config) { config.newPfFeatureEnabled = false; })
+      .engine<MultiStreamFramingLayout>()
+      .see(peopleAt("1@200 2@310"));
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [1], 2 HEAD [2], 3 ROOM []");
+}
+
+TEST(MultiStreamCandidates, OnlyWhoTheOwnCameraShows) {
+  PeopleRun run({0, 1});
+  run.engine<MultiStreamFramingLayout>();
+  const Rect outside{2000, 100, 2100, 200};
+  const Rect inverted{500, 300, 400, 200};
+  run.see(scene()
+              .person(1)
+              .camera(1)
+              .at(200, 300)
+              .person(2)
+              .at(700, 300)
+              .person(3)
+              .box({})
+              .person(4)
+              .box(outside)
+              .person(5)
+              .box(inverted)
+              .person(2)
+              .at(1000, 300));
+  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [2], 2 ROOM [], 3 ROOM []");
+  EXPECT_EQ(run.layouts().getPeopleCount(), 5U) << "each id counts once, wherever the head is";
+}
+
+TEST(MultiStreamCandidates, FramesAreCountedAndFillTheOutput) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>().see(peopleAt("1@100 2@500 3@610 4@900 5@1000 6@1100 7@1210"));
+  const auto layouts = run.layouts().getFinalLayoutPtrs();
+  ASSERT_EQ(layouts.size(), 4U);
+  const auto counters = [&](std::size_t stream) {
+    const Layout& layout = *layouts[stream];
+    return std::vector<int>{layout.headFrameCount, layout.proximityFrameCount,
+                            layout.largeProximityFrameCount, layout.faceCount,
+                            layout.frames.front().frameLayout};
+  };
+  EXPECT_EQ(counters(1), (std::vector<int>{1, 0, 0, 1, kFrameLayoutHeadSingle}));
+  EXPECT_EQ(counters(2), (std::vector<int>{0, 1, 0, 2, kFrameLayoutProximitySingleWide}));
+  EXPECT_EQ(counters(3), (std::vector<int>{0, 0, 1, 4, kFrameLayoutProximitySingleWide}));
+  for (const auto& layout : layouts) {
+    ASSERT_EQ(layout->frames.size(), 1U);
+    EXPECT_EQ(layout->frames.front().dest, (Rect{0, 0, 1280, 720}));
+    EXPECT_EQ(layout->isLogicalStream, layout->streamId == 0);
+  }
+}
+
+}  // namespace
+}  // namespace fyn::productionrules
