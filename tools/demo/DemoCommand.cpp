@@ -72,23 +72,30 @@ class Meeting {
     const int status = runPrb({"simulate", "--seed", arguments.seed, "--people", arguments.people,
                                "--minutes", arguments.minutes, "--noise", arguments.noise, "-o", "-"},
                               simulation);
-    if (status != 0) {
-      throw UsageError("the meeting cannot be simulated");
-    }
+    // What is wrong has been said already.
+    mIsThere = status == 0;
+    context.status = status;
   }
 
   std::istream& stream() { return mFile != nullptr ? mFile->stream() : mSimulated; }
   const std::string& name() const { return mName; }
 
+  /** False when it could not be made; the reason has been said. */
+  bool isThere() const { return mIsThere; }
+
  private:
   std::unique_ptr<InputFile> mFile;
   std::stringstream mSimulated;
   std::string mName;
+  bool mIsThere = true;
 };
 
 // Plays one round. False when somebody asked to end.
 bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream& scenes) {
   Meeting meeting(arguments, context);
+  if (!meeting.isThere()) {
+    return false;
+  }
   DemoObserver observer(context.out, scenes);
   ReplayOptions options;
   if (!arguments.config.empty()) {

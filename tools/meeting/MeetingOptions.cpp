@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/prb/UsageError.h"
+#include "tools/recording/KeyValueTexts.h"
 
 namespace fyn::productionrules {
 
@@ -17,20 +17,9 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options) {
       ->allow_extra_args(false);
 }
 
-std::pair<std::string, std::string> splitKeyValue(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0) {
-    throw UsageError("'" + text + "' must be KEY=VALUE");
-  }
-  return {text.substr(0, equals), text.substr(equals + 1)};
-}
-
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
                        const std::vector<MeetingCamera>& cameras) {
-  KeyValues properties;
-  for (const std::string& text : options.properties) {
-    properties.push_back(splitKeyValue(text));
-  }
+  const KeyValues properties = keyValues(options.properties);
   if (!properties.empty()) {
     writer.write({0, SetProperties{properties}});
   }

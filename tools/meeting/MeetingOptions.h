@@ -25,7 +25,4 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options);
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
                        const std::vector<MeetingCamera>& cameras);
 
-/** Splits "KEY=VALUE"; raises UsageError when the text is no such pair. */
-std::pair<std::string, std::string> splitKeyValue(const std::string& text);
-
 }  // namespace fyn::productionrules

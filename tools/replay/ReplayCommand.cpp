@@ -7,9 +7,11 @@
 
 #include "platform/TextFile.h"
 #include "platform/VisionSettings.h"
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
 #include "tools/replay/EffectWriter.h"
 #include "tools/replay/RecordingRun.h"
+#include "tools/terminal/ProgressBar.h"
 
 namespace fyn::productionrules {
 
@@ -57,23 +59,12 @@ void runReplay(const ReplayArguments& arguments, PrbContext& context) {
   Replay replay(options, effects);
   running = &replay;
   RecordingReader reader(input.stream(), input.name());
-  runRecording(reader, replay);
+  ProgressBar bar(context.err, context.errIsTerminal && arguments.output != "-", "replay", input.size());
+  runRecording(reader, replay, [&](const RecordingEvent&) { bar.update(reader.bytesRead()); });
   output.finish();
 }
 
 }  // namespace
-
-KeyValues keyValues(const std::vector<std::string>& texts) {
-  KeyValues values;
-  for (const std::string& text : texts) {
-    const std::size_t equals = text.find('=');
-    if (equals == std::string::npos || equals == 0) {
-      throw UsageError("a property is given as KEY=VALUE, not '" + text + "'");
-    }
-    values.emplace_back(text.substr(0, equals), text.substr(equals + 1));
-  }
-  return values;
-}
 
 void addReplayCommand(CLI::App& command, PrbContext& context) {
   const auto arguments = std::make_shared<ReplayArguments>();
