@@ -22,15 +22,27 @@ std::string serverProgram(const std::string& name) {
 Broker::Broker(const std::string& settings) {
   // Started by root it would give up its rights and could not read the files of this test any more.
   const std::string user = geteuid() == 0 ? "user root\n" : "";
-  mConfiguration = mFolder.write("mosquitto.conf", user + "listener " + std::to_string(mPort) +
-                                                       " 127.0.0.1\npersistence false\n" + settings + "\n");
-  start();
+  // Somebody else may take a free port before the broker does.
+  for (int attempt = 0; attempt < 5 && !mProcess; ++attempt) {
+    mPort = freePort();
+    mConfiguration = mFolder.write("mosquitto.conf", user + "listener " + std::to_string(mPort) +
+                                                         " 127.0.0.1\npersistence false\n" + settings + "\n");
+    start();
+    if (lostItsPort()) {
+      mProcess.reset();
+    }
+  }
+  EXPECT_TRUE(mProcess) << "no port for a broker";
+}
+
+bool Broker::lostItsPort() const {
+  return mProcess->errorText().find("Address already in use") != std::string::npos;
 }
 
 void Broker::start() {
   mProcess =
       std::make_unique<Process>(std::vector<std::string>{serverProgram("mosquitto"), "-c", mConfiguration});
-  ASSERT_TRUE(eventually([&] { return isListening(mPort); })) << mProcess->errorText();
+  ASSERT_TRUE(eventually([&] { return lostItsPort() || isListening(mPort); })) << mProcess->errorText();
 }
 
 std::string Broker::url(const std::string& room) const {

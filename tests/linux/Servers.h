@@ -20,8 +20,10 @@ class Broker {
   std::string url(const std::string& room = "") const;
 
  private:
+  bool lostItsPort() const;
+
   ScratchFolder mFolder;
-  const int mPort = freePort();
+  int mPort = 0;
   std::string mConfiguration;
   std::unique_ptr<Process> mProcess;
 };
