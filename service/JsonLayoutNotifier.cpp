@@ -30,7 +30,7 @@ void JsonLayoutNotifier::setPeopleCountCallbackFuncP(TextCallback callback) {
 
 void JsonLayoutNotifier::sendLayout(const Layout& layout, const FramingMode& mode, bool debug) {
   if (mJsonCallbackFunP) {
-    sendLayouts({layout}, mode, debug);
+    sendLayouts(std::vector<Layout>(1, layout), mode, debug);
   }
 }
 
