@@ -7,7 +7,6 @@
 // pixels
 //   until the group picture, which is pending then, replaces the view.
 #include <algorithm>
-#include <map>
 #include <optional>
 
 #include "layouts/GroupFramingTimerSetting.h"
@@ -17,6 +16,7 @@
 #include "tests/layouts/MultiStreamPictures.h"
 #include "tests/layouts/PictureFaults.h"
 #include "tests/layouts/RandomMeeting.h"
+#include "tests/layouts/StreamWatch.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -48,43 +48,6 @@ class MeetingRun {
 
  private:
   RandomMeeting mMeeting;
-};
-
-bool showsSomebody(const Layout& layout) {
-  return layout.layoutType == FramingType::HEAD || layout.layoutType == FramingType::PROXIMITY;
-}
-
-/** Follows on which stream everybody is, for as long as the person is in view. */
-class StreamWatch {
- public:
-  Faults look(const BaseLayout& engine) {
-    const PeopleMap& inView = engine.peopleMap();
-    for (auto place = mStreamOf.begin(); place != mStreamOf.end();) {
-      place = inView.count(place->first) == 0 ? mStreamOf.erase(place) : std::next(place);
-    }
-    Faults faults;
-    std::map<std::int64_t, int> shownBy;
-    for (const std::shared_ptr<Layout>& layout : engine.getFinalLayoutPtrs()) {
-      if (layout->streamId == 0 || !showsSomebody(*layout)) {
-        continue;
-      }
-      for (const std::int64_t id : layout->frames.front().fynHeads) {
-        if (!shownBy.emplace(id, layout->streamId).second) {
-          faults.push_back(std::to_string(id) + " is in two streams");
-        }
-        if (inView.count(id) != 0 &&
-            mStreamOf.emplace(id, layout->streamId).first->second != layout->streamId) {
-          faults.push_back(std::to_string(id) + " has changed to stream " + std::to_string(layout->streamId));
-        }
-      }
-    }
-    return faults;
-  }
-
-  std::size_t count() const { return mStreamOf.size(); }
-
- private:
-  std::map<std::int64_t, int> mStreamOf;
 };
 
 bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people) {
