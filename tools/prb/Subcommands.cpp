@@ -4,6 +4,7 @@
 #include "tools/prb/Completion.h"
 #include "tools/prb/Subcommand.h"
 #include "tools/replay/ReplayCommand.h"
+#include "tools/report/ReportCommand.h"
 #include "tools/settings/SettingsCommands.h"
 #include "tools/simulation/SimulateCommand.h"
 
@@ -13,6 +14,7 @@ const std::vector<Subcommand>& subcommands() {
   static const std::vector<Subcommand> table{
       {"demo", "Play a meeting through the service and say what it decides and why", addDemoCommand},
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
+      {"report", "Measure how good the framing of recordings is", addReportCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
       {"record", "Record the bus of a running service", addRecordCommand},

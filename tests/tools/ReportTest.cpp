@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "tests/testing/SceneBuilder.h"
+#include "tests/tools/RunPrb.h"
+#include "tests/tools/TemporaryFolder.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+using nlohmann::json;
+
+/** Builds a recording of a secondary device with camera 1 (1280 x 720): the test itself decides what the
+ * picture shows, as a primary device would. */
+class SecondaryRecording {
+ public:
+  SecondaryRecording() {
+    add({{"t", 0}, {"property", {{"vendor.fynpilot.fynOperatingMode", "2"}}}});
+    add({{"t", 0}, {"topic", "/camera"}, {"payload", {{"fynCamId", 1}}}});
+  }
+
+  /** Camera 1's part `source` (left, top, width, height) fills the whole output from `t` on. The frame names
+   * a person who is not in the room, so that the device leaves its view as it is. */
+  void show(int t, std::array<int, 4> source) {
+    const json frame{
+        {"cameraid", 1},
+        {"fynCamId", 1},
+        {"srcRef", {{"width", 1280}, {"height", 720}}},
+        {"source",
+         {{"xoffset", source[0]}, {"yoffset", source[1]}, {"width", source[2]}, {"height", source[3]}}},
+        {"dest", {{"xoffset", 0}, {"yoffset", 0}, {"width", 1280}, {"height", 720}}},
+        {"frameindex", 0},
+        {"frameType", "HEAD"},
+        {"heads", json::array({99})}};
+    const json stream{{"streamid", 0},
+                      {"layoutType", "HEAD"},
+                      {"isVirtualCamera", "false"},
+                      {"frameNumber", 0},
+                      {"animation", "cut"},
+                      {"duration", 0},
+                      {"facecount", 1},
+                      {"destRef", {{"width", 1280}, {"height", 720}}},
+                      {"scene", {frame}}};
+    add({{"t", t}, {"topic", "/PRBOutSecondary/1"}, {"payload", {{"streams", {stream}}}}});
+  }
+
+  void see(int t, const Scene& room) { add({{"t", t}, {"topic", "/ICDOut"}, {"payload", room.json()}}); }
+  void wait(int t) { add({{"t", t}}); }
+
+  const std::string& text() const { return mText; }
+
+ private:
+  void add(const json& line) { mText += line.dump() + "\n"; }
+
+  std::string mText;
+};
+
+/** A person with a head of 80 x 80 pixels in camera 1. */
+Scene& person(Scene& room, int id, int left, int top) {
+  return room.person(id).camera(1).box({left, top, left + 80, top + 80});
+}
+
+/**
+ * Twelve seconds between a wide picture A (the whole image) and a close one B (its middle, twice as large).
+ * Person 1 sits in the middle, 2 at the left, 3 on the right edge of the image, 4 on the left edge of B.
+ */
+std::string meeting() {
+  SecondaryRecording recording;
+  const auto wide = [&](int t) { recording.show(t, {0, 0, 1280, 720}); };
+  const auto close = [&](int t) { recording.show(t, {320, 180, 640, 360}); };
+  const auto see = [&](int t, std::initializer_list<int> ids, int speaker) {
+    static const std::map<int, std::array<int, 2>> kPlaces{
+        {1, {600, 300}}, {2, {100, 300}}, {3, {1240, 300}}, {4, {300, 200}}};
+    Scene room = scene();
+    for (const int id : ids) {
+      person(room, id, kPlaces.at(id)[0], kPlaces.at(id)[1]).speaking(id == speaker);
+    }
+    recording.see(t, room);
+  };
+  wide(0);
+  see(0, {1}, 0);
+  see(1000, {1}, 0);
+  see(2000, {1, 2}, 0);
+  close(3000);
+  see(3000, {1, 2}, 0);
+  see(4000, {1, 2}, 1);
+  wide(5000);
+  see(5000, {1, 2}, 0);
+  see(6000, {1, 2, 3}, 0);
+  close(7000);
+  see(7000, {1, 2, 3}, 0);
+  see(8000, {2, 3, 4}, 0);
+  see(9000, {2, 3, 4}, 4);
+  wide(10500);
+  see(11000, {2, 3, 4}, 4);
+  recording.wait(12500);
+  return recording.text();
+}
+
+json reportOn(const std::string& recording, std::vector<std::string> options = {}) {
+  options.insert(options.begin(), {"report", "-", "--json", "-"});
+  const PrbRun run = runPrbWith(options, recording);
+  EXPECT_EQ(run.status, 0) << run.err;
+  return json::parse(run.out);
+}
+
+struct Figure {
+  const char* name;
+  double value;
+};
+
+// Measured time: 0 to 10 s (the result of 9 s counts for one second) and 11 to 12 s, so 11 s.
+const Figure kByHand[] = {
+    // Changes at 3, 5, 7 and 10.5 s: 4 in 11 s. Each goes back, within 5 s, to what was there before it,
+    // from the second one on. Between them: 2, 2 and 3.5 s.
+    {"layout_changes_per_minute", 4 * 60 / 11.0},
+    {"reframes_per_minute", 0},
+    {"changes_per_minute", 4 * 60 / 11.0},
+    {"flickers_per_minute", 3 * 60 / 11.0},
+    {"between_changes_s", 2},
+    {"shortest_between_changes_s", 2},
+    // Person-seconds. A from 0: 1 + 1 + 2 in view. B from 3: 2 in view, 2 off. A from 5: 2 + 3 in view
+    // (person 3
+    // as far as the image shows it). B from 7: 1 in view, 2 off; twice 1 cut, 2 off. A from 11: 3 in view.
+    {"in_view_percent", 15 / 25.0 * 100},
+    {"cut_percent", 2 / 25.0 * 100},
+    {"off_screen_percent", 8 / 25.0 * 100},
+    // 80 of 720 pixels in A (12 s of shown heads), 160 of 720 in B (5 s).
+    {"head_size_percent", 11.1},
+    {"smallest_head_percent", 11.1},
+    // A: 300 / 720 for 5 s, then 200 / 720 for 1 s. B: 120 / 360 for 3 s, then 20 / 360 for 2 s.
+    // In order: 5.6 (2 s), 27.8 (1 s), 33.3 (3 s), 41.7 (5 s).
+    {"head_room_percent", 33.3},
+    // Eyes at 340 / 720 in A, at the last at the mean of 340, 340 and 240; at 160 / 360, then 60 / 360 in B.
+    // Less a
+    // third: 9.3 (1 s), 11.1 (3 s), 13.9 (5 s), 16.7 (2 s).
+    {"thirds_deviation_percent", 13.9},
+    // Person 4 joins, person 1 leaves and the subjects are off centre at 8 s, person 4 speaks at 9 s: all
+    // answered at 10.5 s. With person 2 the group is off centre from 2 s to the change at 3 s. Person 2 and 3
+    // come
+    // into view by themselves, person 1 speaks in view: no events.
+    {"join_latency_s", 2.5},
+    {"leave_latency_s", 2.5},
+    {"off_centre_latency_s", 1},
+    {"off_centre_latency_p95_s", 2.5},
+    {"speak_latency_s", 1.5},
+    {"latency_s", 2.5},
+    {"latency_p95_s", 2.5},
+    {"unanswered_percent", 0},
+    // Person 1 for 1 s in view, person 4 for 1 s cut and 1 s in view.
+    {"speaker_framed_percent", 2 / 3.0 * 100},
+};
+
+TEST(Report, ComputesWhatIsWorkedOutByHand) {
+  const json report = reportOn(meeting());
+  for (const json& part : {report.at("overall"), report.at("recordings").at(0)}) {
+    for (const Figure& figure : kByHand) {
+      const json& value = part.at("metrics").at(figure.name);
+      ASSERT_TRUE(value.is_number()) << figure.name << ": " << value;
+      EXPECT_NEAR(value.get<double>(), figure.value, 1e-9) << figure.name;
+    }
+  }
+}
+
+TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
+  const json metrics = reportOn("{\"t\":0}\n").at("overall").at("metrics");
+  EXPECT_EQ(metrics.size(), 25U);
+  for (const auto& [name, value] : metrics.items()) {
+    EXPECT_TRUE(value.is_null()) << name << ": " << value;
+  }
+}
+
+TEST(Report, IsTheSameEveryTimeButForTheTiming) {
+  const std::string recording = meeting();
+  EXPECT_EQ(reportOn(recording).dump(), reportOn(recording).dump());
+  const json timing = reportOn(recording, {"--timing"}).at("overall").at("timing");
+  EXPECT_GT(timing.at("decision_us").get<double>(), 0);
+  EXPECT_GE(timing.at("decision_p95_us"), timing.at("decision_us"));
+}
+
+TEST(Report, AddsUpTheRecordings) {
+  const TemporaryFolder folder;
+  const std::string once = folder.write("once.jsonl", meeting());
+  const std::string again = folder.write("again.jsonl", meeting());
+  const std::string silent = folder.write("silent.jsonl", "{\"t\":0}\n");
+  const PrbRun run = runPrbWith({"report", once, again, silent, "--json", "-"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  const json report = json::parse(run.out);
+  EXPECT_EQ(report.at("overall").at("layoutChanges"), 8);
+  EXPECT_EQ(report.at("overall").at("events").at("join"), (json{{"answered", 2}, {"unanswered", 0}}));
+  // Twice the same meeting has the same rates and shares.
+  EXPECT_EQ(report.at("overall").at("metrics"), report.at("recordings").at(0).at("metrics"));
+}
+
+TEST(Report, PageStandsAloneAndShowsHostileNamesAsText) {
+  const TemporaryFolder folder;
+  const std::string recording = folder.write("<script>alert(1)<.jsonl", meeting());
+  const PrbRun run = runPrbWith({"report", recording, "--html", folder.path("report.html")});
+  ASSERT_EQ(run.status, 0) << run.err;
+  const std::string page = folder.read("report.html");
+  EXPECT_EQ(page.find("<script"), std::string::npos);
+  EXPECT_EQ(page.find("http"), std::string::npos);
+  EXPECT_NE(page.find("&lt;script&gt;alert(1)&lt;"), std::string::npos);
+  EXPECT_NE(page.find("<h3>On screen</h3>"), std::string::npos);
+}
+
+TEST(Report, SaysWhatIsWrongInOneLine) {
+  const TemporaryFolder folder;
+  const std::string broken = folder.write("broken.jsonl", "{\"t\":0}\n{\"t\":-1}\n");
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string error;
+  };
+  const Row rows[] = {
+      {{"report"}, "prb report: recordings is required (see 'prb report --help')\n"},
+      {{"report", "-", "-"}, "prb report: standard input (-) can be measured only once\n"},
+      {{"report", "/nowhere.jsonl"},
+       "prb report: /nowhere.jsonl: cannot be opened for reading: No such file or directory\n"},
+      {{"report", "-", "--config", "/nowhere.conf"},
+       "prb report: cannot read the configuration file /nowhere.conf\n"},
+      {{"report", "-", "--property", "noequals"}, "prb report: 'noequals' must be KEY=VALUE\n"},
+      {{"report", "-", "--html", "/nowhere/x.html"},
+       "prb report: /nowhere/x.html: cannot be opened for writing: No such file or directory\n"},
+      {{"report", broken}, "prb report: " + broken + ":2: "},
+  };
+  for (const Row& row : rows) {
+    const PrbRun run = runPrbWith(row.arguments, "{\"t\":0}\n");
+    EXPECT_EQ(run.status, 2) << row.error;
+    EXPECT_EQ(run.err.substr(0, row.error.size()), row.error);
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+}
+
+TEST(Report, SurvivesDaysOfSilenceAndBoxesFromNowhere) {
+  SecondaryRecording recording;
+  recording.show(0, {0, 0, 1280, 720});
+  const std::int32_t most = std::numeric_limits<std::int32_t>::max();
+  Scene room = scene();
+  room.person(1).camera(1).box({-most - 1, -most - 1, most, most});
+  room.person(2).camera(1).box({most, most, -most, -most});
+  recording.see(0, room);
+  const json report = reportOn(recording.text() + "{\"t\":500000000}\n");
+  EXPECT_EQ(report.at("overall").at("minutes"), 1 / 60.0);
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <set>
+
+#include "layouts/LayoutDecision.h"
+#include "tools/replay/Replay.h"
+#include "tools/replay/ReplayObserver.h"
+#include "tools/report/ChangeMeter.h"
+#include "tools/report/CompositionMeter.h"
+#include "tools/report/EventMeter.h"
+#include "tools/report/Measurement.h"
+#include "tools/report/RoomState.h"
+
+namespace fyn::productionrules {
+
+/**
+ * Measures the framing of a replayed meeting, whatever engine decides it: after every event it compares what
+ * is on screen with who is in the room.
+ */
+class FramingMeter final : public ReplayObserver, public DecisionListener {
+ public:
+  /** A picture is measured for this long after a vision result at the most, in milliseconds: what the room
+   * looks like later is not known. */
+  static constexpr std::int64_t kLongestHoldMs = 1000;
+
+  FramingMeter();
+
+  /** Hands an event to the replay and measures what comes of it. `replay` reports to this meter. */
+  void handle(Replay& replay, const RecordingEvent& event);
+
+  /** The recording ends. */
+  void finish(Replay& replay);
+
+  const Measurement& measurement() const { return mMeasurement; }
+
+  void onDecision(const LayoutDecision& decision) override;
+
+ private:
+  void takePersons(ProductionRuleIPCService& service);
+  void placePersons(ProductionRuleIPCService& service);
+  std::set<int> takePictures(std::int64_t t, ProductionRuleIPCService& service);
+  void passTime(std::int64_t t);
+
+  Measurement mMeasurement;
+  ChangeMeter mChanges;
+  CompositionMeter mComposition;
+  EventMeter mEvents;
+  RoomState mRoom;
+  /** The persons of mRoom, in its order. */
+  std::vector<std::shared_ptr<FynHead>> mPeople;
+  /** Streams for which the event that is handled has brought a new layout. */
+  std::set<int> mDecided;
+  std::int64_t mMeasuredUntil = 0;
+  std::int64_t mHoldUntil = 0;
+};
+
+}  // namespace fyn::productionrules

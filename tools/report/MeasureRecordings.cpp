@@ -1,0 +1,87 @@
+#include "tools/report/MeasureRecordings.h"
+
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "platform/TextFile.h"
+#include "tools/prb/UsageError.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/recording/RecordingReader.h"
+#include "tools/report/FramingMeter.h"
+#include "tools/terminal/ProgressBar.h"
+#include "tools/workers/WorkerPool.h"
+
+namespace fyn::productionrules {
+
+Measurement measureRecording(const std::string& path, const MeasuredSetup& setup,
+                             std::istream& standardInput) {
+  InputFile input(path, standardInput);
+  FramingMeter meter;
+  ReplayOptions options;
+  options.configuration = setup.configuration;
+  options.properties = setup.properties;
+  options.dumpPath = "/dev/null";
+  options.standardOutput = &std::cerr;
+  options.decisions = &meter;
+  Replay replay(options, meter);
+  RecordingReader reader(input.stream(), input.name());
+  RecordingEvent event;
+  while (reader.next(event)) {
+    meter.handle(replay, event);
+  }
+  meter.finish(replay);
+  return meter.measurement();
+}
+
+std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,
+                                                              const std::vector<MeasuredSetup>& setups,
+                                                              PrbContext& context) {
+  std::vector<std::vector<MeasuredRecording>> results(setups.size());
+  for (std::vector<MeasuredRecording>& ofSetup : results) {
+    for (const std::string& path : paths) {
+      ofSetup.push_back({path == "-" ? "standard input" : path, {}});
+    }
+  }
+  ProgressBar progress(context.err, context.errIsTerminal, "measure", setups.size() * paths.size());
+  std::size_t finished = 0;
+  const auto task = [&](std::size_t index) {
+    const Measurement measured =
+        measureRecording(paths[index % paths.size()], setups[index / paths.size()], context.in);
+    return measurementAsJson(measured, MeasurementParts::FiguresAndTimeLine).dump();
+  };
+  const auto done = [&](std::size_t index, const std::string& text) {
+    results[index / paths.size()][index % paths.size()].measurement =
+        measurementOf(nlohmann::json::parse(text));
+    progress.update(++finished);
+  };
+  runInWorkers(setups.size() * paths.size(), task, done);
+  return results;
+}
+
+Measurement overall(const std::vector<MeasuredRecording>& recordings) {
+  Measurement sum;
+  for (const MeasuredRecording& recording : recordings) {
+    sum.merge(recording.measurement);
+  }
+  return sum;
+}
+
+std::optional<std::string> readConfiguration(const std::string& path) {
+  if (path.empty()) {
+    return std::nullopt;
+  }
+  std::optional<std::string> text = readTextFile(path);
+  if (!text) {
+    throw UsageError("cannot read the configuration file " + path);
+  }
+  return text;
+}
+
+void checkRecordingNames(const std::vector<std::string>& paths) {
+  if (std::count(paths.begin(), paths.end(), "-") > 1) {
+    throw UsageError("standard input (-) can be measured only once");
+  }
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/prb/Subcommand.h"
+#include "tools/recording/RecordingEvent.h"
+#include "tools/report/Measurement.h"
+
+namespace fyn::productionrules {
+
+/** What the service runs with while it is measured. */
+struct MeasuredSetup {
+  /** Content of the configuration file; nothing for no file. */
+  std::optional<std::string> configuration;
+  KeyValues properties;
+};
+
+/** A recording and what was measured on it. */
+struct MeasuredRecording {
+  std::string name;
+  Measurement measurement;
+};
+
+/** Replays one recording ("-" for `standardInput`) in this process. Raises UsageError for a bad one. */
+Measurement measureRecording(const std::string& path, const MeasuredSetup& setup,
+                             std::istream& standardInput);
+
+/**
+ * Replays every recording with every setup, in parallel processes: result [setup][recording]. A bar on the
+ * terminal shows how far it is.
+ */
+std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,
+                                                              const std::vector<MeasuredSetup>& setups,
+                                                              PrbContext& context);
+
+/** The figures of all recordings together: each counts by its length. */
+Measurement overall(const std::vector<MeasuredRecording>& recordings);
+
+/** Raises UsageError when the file cannot be read. "" gives nothing. */
+std::optional<std::string> readConfiguration(const std::string& path);
+
+/** Raises UsageError when standard input is named more than once. */
+void checkRecordingNames(const std::vector<std::string>& paths);
+
+}  // namespace fyn::productionrules

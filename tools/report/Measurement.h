@@ -1,0 +1,103 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "model/Enums.h"
+#include "tools/report/Distribution.h"
+
+namespace fyn::productionrules {
+
+/** What happens in the room and asks for another picture. */
+enum class RoomEvent { Join, Leave, OffCentre, Speak };
+
+inline constexpr std::array<const char*, 4> kRoomEventNames{"join", "leave", "off_centre", "speak"};
+inline constexpr std::array<const char*, 4> kRoomEventLabels{"join", "leave", "off centre", "speak"};
+
+/** How the events of one kind were answered. */
+struct Answers {
+  /** From the event to the picture that answers it, in milliseconds. */
+  Distribution latency;
+  /** Events that no picture answered in time. */
+  std::int64_t unanswered = 0;
+};
+
+/** Person-time by how much of the head is on screen, in milliseconds. */
+struct PersonTime {
+  std::int64_t inView = 0;
+  std::int64_t cut = 0;
+  std::int64_t off = 0;
+
+  std::int64_t total() const { return inView + cut + off; }
+};
+
+/** The course of one recording, for plots. Times in milliseconds. */
+struct TimeLine {
+  struct Change {
+    std::int64_t t = 0;
+    int stream = 0;
+    FramingType type = FramingType::NONE;
+    /** A change of layout; else a reframe. */
+    bool ofLayout = true;
+  };
+  struct Event {
+    std::int64_t t = 0;
+    RoomEvent kind = RoomEvent::Join;
+    /** -1 for one that was not answered in time. */
+    std::int64_t latency = -1;
+  };
+  static constexpr std::int64_t kBucketMs = 1000;
+
+  std::int64_t length = 0;
+  /** The first picture of each stream and every change. */
+  std::vector<Change> changes;
+  std::vector<Event> events;
+  /** One entry per kBucketMs. */
+  std::vector<PersonTime> buckets;
+};
+
+/** Everything that is counted while a recording is replayed; the metrics are computed from it. Sizes are in
+ * tenths of a per cent. */
+struct Measurement {
+  std::int64_t visionResults = 0;
+  /** Time with vision results, and the same summed over the output streams that showed a picture. */
+  std::int64_t observedMs = 0;
+  std::int64_t streamMs = 0;
+  std::int64_t layoutChanges = 0;
+  std::int64_t reframes = 0;
+  std::int64_t flickers = 0;
+  /** Milliseconds between two changes of a stream. */
+  Distribution betweenChanges;
+  PersonTime personTime;
+  /** Height of a head in the output, as a share of the output's height. */
+  Distribution headSize;
+  /** From the top of a frame to its highest head, as a share of the frame's height. */
+  Distribution headRoom;
+  /** From the eye line of a frame's heads to its upper third, as a share of the frame's height. */
+  Distribution thirds;
+  std::array<Answers, kRoomEventNames.size()> answers;
+  std::int64_t speakingMs = 0;
+  std::int64_t speakerFramedMs = 0;
+  /** Tenths of a microsecond per vision result. The one figure that differs from run to run. */
+  Distribution decisionTime;
+  TimeLine timeLine;
+
+  Answers& answersTo(RoomEvent event) { return answers[static_cast<std::size_t>(event)]; }
+  const Answers& answersTo(RoomEvent event) const { return answers[static_cast<std::size_t>(event)]; }
+
+  /** Adds another recording's figures; the time lines stay apart. */
+  void merge(const Measurement& other);
+};
+
+/** What is written of a measurement. */
+enum class MeasurementParts { Figures, FiguresAndTimeLine };
+
+nlohmann::json measurementAsJson(const Measurement& measurement, MeasurementParts parts);
+
+/** Raises the JSON library's errors. */
+Measurement measurementOf(const nlohmann::json& document);
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,115 @@
+#include "tools/report/Picture.h"
+
+#include <algorithm>
+
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr double kAlike = 0.9;
+
+double area(const Rect& rect) {
+  return std::max(0.0, static_cast<double>(rect.right) - rect.left) *
+         std::max(0.0, static_cast<double>(rect.bottom) - rect.top);
+}
+
+Rect intersection(const Rect& a, const Rect& b) {
+  return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+          std::min(a.bottom, b.bottom)};
+}
+
+bool isEmpty(const Rect& rect) {
+  return rect.right <= rect.left || rect.bottom <= rect.top;
+}
+
+std::int32_t scaled(std::int32_t value, std::int32_t to, std::int32_t from) {
+  return static_cast<std::int32_t>(std::int64_t{value} * to / from);
+}
+
+/** A frame may give its view in another size of the image than the one that heads are measured in. */
+Rect inCameraPixels(const Frame& frame, const Dimension& image) {
+  const Dimension& ref = frame.srcRef;
+  if (ref.width <= 0 || ref.height <= 0 || ref == image) {
+    return frame.source;
+  }
+  return {scaled(frame.source.left, image.width, ref.width),
+          scaled(frame.source.top, image.height, ref.height),
+          scaled(frame.source.right, image.width, ref.width),
+          scaled(frame.source.bottom, image.height, ref.height)};
+}
+
+double heightInOutput(const Rect& box, const FrameView& frame) {
+  return (static_cast<double>(box.bottom) - box.top) * (frame.dest.bottom - frame.dest.top) /
+         (static_cast<double>(frame.source.bottom) - frame.source.top);
+}
+
+}  // namespace
+
+std::vector<StreamPicture> picturesOf(const std::vector<std::shared_ptr<Layout>>& layouts) {
+  std::vector<StreamPicture> pictures;
+  for (const std::shared_ptr<Layout>& layout : layouts) {
+    if (layout == nullptr) {
+      continue;
+    }
+    StreamPicture picture{layout->streamId, layout->layoutType, {}};
+    for (const Frame& frame : layout->frames) {
+      const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+      const FrameView view{frame.frameType, frame.fynCamId, image, inCameraPixels(frame, image), frame.dest};
+      if (!isEmpty(view.source) && !isEmpty(view.dest)) {
+        picture.frames.push_back(view);
+      }
+    }
+    if (!picture.frames.empty()) {
+      pictures.push_back(std::move(picture));
+    }
+  }
+  return pictures;
+}
+
+bool haveSameArrangement(const StreamPicture& a, const StreamPicture& b) {
+  return a.type == b.type && std::equal(a.frames.begin(), a.frames.end(), b.frames.begin(), b.frames.end(),
+                                        [](const FrameView& first, const FrameView& second) {
+                                          return first.type == second.type && first.camera == second.camera &&
+                                                 first.dest == second.dest;
+                                        });
+}
+
+bool lookAlike(const StreamPicture& a, const StreamPicture& b) {
+  return std::equal(a.frames.begin(), a.frames.end(), b.frames.begin(), b.frames.end(),
+                    [](const FrameView& first, const FrameView& second) {
+                      const double common = area(intersection(first.source, second.source));
+                      const double all = area(first.source) + area(second.source) - common;
+                      return first.camera == second.camera && first.dest == second.dest &&
+                             common >= kAlike * all;
+                    });
+}
+
+Appearance appearanceIn(const StreamPicture& picture, const FynHead& person) {
+  Appearance best;
+  double bestShare = 0;
+  double bestHeight = 0;
+  for (std::size_t index = 0; index < picture.frames.size(); ++index) {
+    const FrameView& frame = picture.frames[index];
+    const Head* const head = person.findHead(frame.camera);
+    if (head == nullptr) {
+      continue;
+    }
+    const Rect box = intersection(head->bbox, {0, 0, frame.image.width, frame.image.height});
+    const Rect shown = intersection(box, frame.source);
+    if (isEmpty(box) || isEmpty(shown)) {
+      continue;
+    }
+    const double share = area(shown) / area(box);
+    const double height = heightInOutput(head->bbox, frame);
+    if (share > bestShare || (share == bestShare && height > bestHeight)) {
+      bestShare = share;
+      bestHeight = height;
+      best = {shown == box ? Visibility::InView : Visibility::Cut, static_cast<int>(index), head->bbox};
+    }
+  }
+  return best;
+}
+
+}  // namespace fyn::productionrules

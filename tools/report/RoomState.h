@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tools/report/Picture.h"
+
+namespace fyn::productionrules {
+
+/** A person of the latest vision result, and where the streams show the person. */
+struct PersonState {
+  std::int64_t id = 0;
+  bool speaks = false;
+  /** The best over all streams. */
+  Visibility visibility = Visibility::Off;
+  /** Framed as the mode frames a speaker, see docs/measuring.md. */
+  bool framedAsSpeaker = false;
+  /** One per stream, in the order of RoomState::pictures. */
+  std::vector<Appearance> appearances;
+};
+
+/** The room and what the viewers see of it. */
+struct RoomState {
+  std::vector<StreamPicture> pictures;
+  /** Ascending by id. Persons without a head box in any camera are left out. */
+  std::vector<PersonState> persons;
+};
+
+}  // namespace fyn::productionrules
