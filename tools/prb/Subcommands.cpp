@@ -1,3 +1,4 @@
+#include "tools/compare/CompareCommand.h"
 #include "tools/demo/DemoCommand.h"
 #include "tools/importing/ImportCommand.h"
 #include "tools/live/LiveCommands.h"
@@ -15,6 +16,7 @@ const std::vector<Subcommand>& subcommands() {
       {"demo", "Play a meeting through the service and say what it decides and why", addDemoCommand},
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"report", "Measure how good the framing of recordings is", addReportCommand},
+      {"compare", "Measure what a change of configuration does to recordings", addCompareCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
       {"record", "Record the bus of a running service", addRecordCommand},

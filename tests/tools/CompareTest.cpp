@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/testing/SceneBuilder.h"
+#include "tests/tools/RunPrb.h"
+#include "tests/tools/TemporaryFolder.h"
+#include "tools/compare/Bootstrap.h"
+#include "tools/compare/Comparison.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+TEST(Bootstrap, GeneratorGivesTheReferenceNumbers) {
+  // The first outputs of SplitMix64 for the seed 0.
+  SplitMix64 random(0);
+  EXPECT_EQ(random.next(), 0xE220A8397B1DCDAFU);
+  EXPECT_EQ(random.next(), 0x6E789E6AA1B965F4U);
+  EXPECT_EQ(random.next(), 0x06C45D188009454FU);
+}
+
+TEST(Bootstrap, IntervalOfTwoDifferencesSpansBoth) {
+  // Of the means of two draws a quarter is the smaller and a quarter the larger difference.
+  const auto interval = bootstrapInterval({1, 3});
+  ASSERT_TRUE(interval);
+  EXPECT_EQ(interval->mean, 2);
+  EXPECT_EQ(interval->low, 1);
+  EXPECT_EQ(interval->high, 3);
+  EXPECT_TRUE(interval->excludesZero());
+}
+
+TEST(Bootstrap, IntervalIsThatOfTheNormalDistributionForManyDifferences) {
+  std::vector<double> differences;
+  for (int index = 0; index < 400; ++index) {
+    differences.push_back(index % 2 == 0 ? -1 : 1);
+  }
+  // Standard error 1 / sqrt(400) = 0.05; 1.96 of them on each side.
+  const auto interval = bootstrapInterval(differences);
+  ASSERT_TRUE(interval);
+  EXPECT_NEAR(interval->low, -0.098, 0.006);
+  EXPECT_NEAR(interval->high, 0.098, 0.006);
+  EXPECT_FALSE(interval->excludesZero());
+  const auto again = bootstrapInterval(differences);
+  EXPECT_EQ(interval->low, again->low);
+  EXPECT_EQ(interval->high, again->high);
+}
+
+TEST(Bootstrap, NeedsTwoDifferences) {
+  EXPECT_FALSE(bootstrapInterval({}));
+  EXPECT_FALSE(bootstrapInterval({1}));
+}
+
+MeasuredRecording recordingWith(std::int64_t changes, std::int64_t inViewMs) {
+  Measurement measurement;
+  measurement.streamMs = 60000;
+  measurement.layoutChanges = changes;
+  measurement.personTime = {inViewMs, 10000 - inViewMs, 0};
+  return {"", measurement};
+}
+
+TEST(Comparison, JudgesByTheDirectionOfTheMetric) {
+  const std::vector<MeasuredRecording> a{recordingWith(10, 5000), recordingWith(20, 6000),
+                                         recordingWith(30, 5000)};
+  const std::vector<MeasuredRecording> b{recordingWith(8, 5000), recordingWith(17, 4000),
+                                         recordingWith(26, 7000)};
+  for (const MetricComparison& row : compareMeasurements(a, b)) {
+    const std::string name = row.metric->name;
+    if (name == "layout_changes_per_minute") {
+      EXPECT_EQ(row.difference->mean, -3);
+      EXPECT_EQ(row.verdict, Verdict::Better);
+    } else if (name == "in_view_percent") {
+      // Differences of 0, -20 and +20 per cent.
+      EXPECT_EQ(row.pairs, 3U);
+      EXPECT_EQ(row.verdict, Verdict::WithinSpread);
+    } else if (name == "join_latency_s") {
+      EXPECT_EQ(row.pairs, 0U);
+      EXPECT_EQ(row.verdict, Verdict::Unknown);
+    }
+  }
+}
+
+/** A person who sits off the centre of the image for a minute, seen five times a second. */
+std::string minute(int shift) {
+  std::string text;
+  for (int t = 0; t < 60000; t += 200) {
+    const Scene room = scene().person(1).at(t < 20000 ? 300 : 900 + shift, 300);
+    text += nlohmann::json{{"t", t}, {"topic", "/ICDOut"}, {"payload", room.json()}}.dump() + "\n";
+  }
+  return text;
+}
+
+TEST(Compare, ShowsWhatTheWaitsDo) {
+  const TemporaryFolder folder;
+  const std::string slow = folder.write("slow.conf", "");
+  const std::string quick = folder.write("quick.conf", "persist.fdtimers.headboundbox.outofframe=0\n");
+  const std::string one = folder.write("one.jsonl", minute(0));
+  const std::string two = folder.write("two.jsonl", minute(100));
+
+  const PrbRun both = runPrbWith({"compare", slow, quick, one, two, "--json", "-"});
+  ASSERT_EQ(both.status, 0) << both.err;
+  const nlohmann::json metrics = nlohmann::json::parse(both.out).at("metrics");
+  // Both meetings are answered as much sooner as the wait is shorter.
+  EXPECT_EQ(metrics.at("off_centre_latency_s").at("verdict"), "better");
+  EXPECT_LE(metrics.at("off_centre_latency_s").at("b"), 0.2);
+  EXPECT_GT(metrics.at("off_centre_latency_s").at("a"), 1.5);
+  EXPECT_EQ(both.out, runPrbWith({"compare", slow, quick, one, two, "--json", "-"}).out);
+
+  const PrbRun single = runPrbWith({"compare", slow, quick, one});
+  ASSERT_EQ(single.status, 0) << single.err;
+  EXPECT_NE(single.out.find("no interval is possible"), std::string::npos) << single.out;
+}
+
+TEST(Compare, SaysWhatIsWrongInOneLine) {
+  const PrbRun missing = runPrbWith({"compare", "/nowhere.conf", "/nowhere.conf", "x.jsonl"});
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_EQ(missing.err, "prb compare: cannot read the configuration file /nowhere.conf\n");
+  const PrbRun input = runPrbWith({"compare", "a.conf", "b.conf", "-"});
+  EXPECT_EQ(input.status, 2);
+  EXPECT_EQ(input.err,
+            "prb compare: every recording is replayed twice, so none can come from standard input\n");
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
