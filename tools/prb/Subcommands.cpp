@@ -8,6 +8,7 @@
 #include "tools/report/ReportCommand.h"
 #include "tools/settings/SettingsCommands.h"
 #include "tools/simulation/SimulateCommand.h"
+#include "tools/tune/TuneCommand.h"
 
 namespace fyn::productionrules {
 
@@ -17,6 +18,7 @@ const std::vector<Subcommand>& subcommands() {
       {"replay", "Run the service on a recording and write every effect", addReplayCommand},
       {"report", "Measure how good the framing of recordings is", addReportCommand},
       {"compare", "Measure what a change of configuration does to recordings", addCompareCommand},
+      {"tune", "Search for the configurations with the best trade-offs", addTuneCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
       {"record", "Record the bus of a running service", addRecordCommand},

@@ -1,0 +1,186 @@
+#include "tools/tune/TuneRun.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ostream>
+
+#include "tools/recording/NamedStream.h"
+#include "tools/replay/ReplayCommand.h"
+#include "tools/report/MetricTable.h"
+#include "tools/report/Metrics.h"
+#include "tools/terminal/ProgressBar.h"
+#include "tools/terminal/StopSignals.h"
+#include "tools/tune/TuneOutcome.h"
+#include "tools/tune/TuneResults.h"
+#include "tools/workers/WorkerPool.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// What a shell reports for a program that Ctrl-C has ended.
+constexpr int kInterrupted = 130;
+
+MeasuredSetup setupOf(const TuneArguments& arguments) {
+  return {readConfiguration(arguments.config), keyValues(arguments.properties)};
+}
+
+std::string measuredLine(const TuneJob& job, const MeasuredSetup& base, std::istream& standardInput) {
+  MeasuredSetup setup = base;
+  setup.configuration = configurationWith(base.configuration.value_or(""), job.candidate);
+  return tuneResultLine(job, setupFingerprint(base), measureRecording(job.recording, setup, standardInput));
+}
+
+std::string quoted(const std::string& text) {
+  std::string shell = "'";
+  for (const char c : text) {
+    shell += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  }
+  return shell + "'";
+}
+
+/** One command per job, for whatever runs commands on many machines. */
+void writeJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, PrbContext& context) {
+  OutputFile output(arguments.jobsOut, context.out);
+  for (const TuneJob& job : jobs) {
+    output.stream() << "prb tune " << quoted(job.recording) << " --job "
+                    << quoted(candidateText(job.candidate));
+    if (!arguments.config.empty()) {
+      output.stream() << " --config " << quoted(arguments.config);
+    }
+    for (const std::string& property : arguments.properties) {
+      output.stream() << " --property " << quoted(property);
+    }
+    output.stream() << '\n';
+  }
+  output.finish();
+}
+
+std::vector<Candidate> candidatesOf(const TuneArguments& arguments) {
+  if (arguments.keys.empty()) {
+    throw UsageError("--key is required: which keys to tune, and over which values");
+  }
+  std::vector<KeyRange> ranges;
+  for (const std::string& key : arguments.keys) {
+    ranges.push_back(parseKeyRange(key));
+  }
+  return arguments.random > 0 ? randomOf(ranges, arguments.random, arguments.seed) : gridOf(ranges);
+}
+
+std::vector<TuneJob> missingJobs(const TuneArguments& arguments, const std::vector<Candidate>& candidates,
+                                 const TuneResults& results) {
+  std::vector<TuneJob> jobs;
+  for (const Candidate& candidate : candidates) {
+    for (const std::string& recording : arguments.recordings) {
+      if (results.find({candidate, recording}) == nullptr) {
+        jobs.push_back({candidate, recording});
+      }
+    }
+  }
+  return jobs;
+}
+
+/** False when Ctrl-C has ended it early. */
+bool runJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, TuneResults& results,
+             PrbContext& context) {
+  const MeasuredSetup setup = setupOf(arguments);
+  StopSignals stop;
+  ProgressBar progress(context.err, context.errIsTerminal, "tune", jobs.size());
+  std::size_t done = 0;
+  WorkerOptions options;
+  options.workers = arguments.workers;
+  options.isInterrupted = [&stop] { return stop.waitFor(std::chrono::nanoseconds(0)); };
+  return runInWorkers(
+      jobs.size(), [&](std::size_t index) { return measuredLine(jobs[index], setup, context.in); },
+      [&](std::size_t /*index*/, const std::string& line) {
+        results.add(line);
+        progress.update(++done);
+      },
+      options);
+}
+
+TuneOutcome outcomeOf(const TuneArguments& arguments, const std::vector<Candidate>& candidates,
+                      const TuneResults& results, const std::optional<GoalExpression>& goal) {
+  std::vector<TunedCandidate> tuned;
+  for (const Candidate& candidate : candidates) {
+    Measurement sum;
+    for (const std::string& recording : arguments.recordings) {
+      sum.merge(*results.find({candidate, recording}));
+    }
+    if (const std::optional<TradeOff> tradeOff = tradeOffOf(sum)) {
+      tuned.push_back({candidate, sum, *tradeOff, goal ? goal->value(sum) : std::nullopt});
+    }
+  }
+  return TuneOutcome(std::move(tuned));
+}
+
+void writeOutcome(const TuneArguments& arguments, const TuneOutcome& outcome, PrbContext& context) {
+  writeTuneTable(context.out, outcome);
+  if (!arguments.html.empty()) {
+    OutputFile page(arguments.html, context.out);
+    writeTunePage(page.stream(), outcome, arguments.goal);
+    page.finish();
+  }
+  if (!arguments.configurations.empty()) {
+    writeConfigurations(arguments.configurations, readConfiguration(arguments.config).value_or(""), outcome);
+  }
+}
+
+void listMetrics(PrbContext& context) {
+  TextTable table({"Name", "Unit", "Meaning"});
+  for (const Metric& metric : metrics()) {
+    table.add({metric.name, metric.unit, metric.label});
+  }
+  table.write(context.out);
+}
+
+void runJob(const TuneArguments& arguments, PrbContext& context) {
+  const Candidate candidate = parseCandidate(arguments.job);
+  const MeasuredSetup setup = setupOf(arguments);
+  for (const std::string& recording : arguments.recordings) {
+    context.out << measuredLine({candidate, recording}, setup, context.in) << '\n';
+  }
+}
+
+void search(const TuneArguments& arguments, PrbContext& context) {
+  const std::vector<Candidate> candidates = candidatesOf(arguments);
+  std::optional<GoalExpression> goal;
+  if (!arguments.goal.empty()) {
+    goal.emplace(arguments.goal);
+  }
+  TuneResults results(arguments.results, setupFingerprint(setupOf(arguments)));
+  const std::vector<TuneJob> jobs = missingJobs(arguments, candidates, results);
+  if (!arguments.jobsOut.empty()) {
+    writeJobs(arguments, jobs, context);
+    return;
+  }
+  if (!runJobs(arguments, jobs, results, context)) {
+    context.err << "prb tune: interrupted; " << missingJobs(arguments, candidates, results).size()
+                << " replays are left, the same command goes on with them\n";
+    context.status = kInterrupted;
+    return;
+  }
+  writeOutcome(arguments, outcomeOf(arguments, candidates, results, goal), context);
+}
+
+}  // namespace
+
+void runTune(const TuneArguments& arguments, PrbContext& context) {
+  if (arguments.listMetrics) {
+    listMetrics(context);
+    return;
+  }
+  if (arguments.recordings.empty()) {
+    throw UsageError("RECORDING is required");
+  }
+  if (std::count(arguments.recordings.begin(), arguments.recordings.end(), "-") > 0) {
+    throw UsageError("every recording is replayed many times, so none can come from standard input");
+  }
+  if (!arguments.job.empty()) {
+    runJob(arguments, context);
+  } else {
+    search(arguments, context);
+  }
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/prb/Subcommand.h"
+
+namespace fyn::productionrules {
+
+/** What `prb tune` was asked for. */
+struct TuneArguments {
+  std::vector<std::string> recordings;
+  std::vector<std::string> keys;
+  std::string goal;
+  std::string config;
+  std::vector<std::string> properties;
+  std::size_t random = 0;
+  std::uint64_t seed = 1;
+  unsigned workers = 0;
+  std::string results = "tune.jsonl";
+  std::string html;
+  std::string configurations;
+  std::string jobsOut;
+  std::string job;
+  bool listMetrics = false;
+};
+
+/** Does it. Raises UsageError for wrong arguments. */
+void runTune(const TuneArguments& arguments, PrbContext& context);
+
+}  // namespace fyn::productionrules
