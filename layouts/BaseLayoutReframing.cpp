@@ -33,6 +33,13 @@ const char* reframeTimerName(HeadPosition position) {
   return index < kNames.size() ? kNames[index] : "";
 }
 
+HeadPosition edgePosition(const Rect& box, const Frame& frame) {
+  if (isOutsideEdge(box, frame.source)) {
+    return HeadPosition::HEAD_OUTSIDE;
+  }
+  return isOnFrameEdge(box, frame.source) ? HeadPosition::HEAD_ON_EDGE : HeadPosition::CENTER;
+}
+
 }  // namespace
 
 // ---- Views ----
@@ -187,25 +194,21 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
 // ---- Where a frame's subject stands ----
 
 HeadPosition BaseLayout::getHeadPosition(const Frame& frame) {
-  const HeadPosition position = getProximityHeadPosition(frame);
-  if (position != HeadPosition::CENTER) {
-    return position;
-  }
-  Rect box;
-  return constructBoundingBox(frame, box, false) && isOffCenter(box, frame.source, frame.frameLayout)
-             ? HeadPosition::HEAD_OFF_CENTER
-             : HeadPosition::CENTER;
-}
-
-HeadPosition BaseLayout::getProximityHeadPosition(const Frame& frame) {
   Rect box;
   if (!constructBoundingBox(frame, box, false)) {
     return HeadPosition::CENTER;
   }
-  if (isOutsideEdge(box, frame.source)) {
-    return HeadPosition::HEAD_OUTSIDE;
+  const HeadPosition position = edgePosition(box, frame);
+  if (position != HeadPosition::CENTER) {
+    return position;
   }
-  return isOnFrameEdge(box, frame.source) ? HeadPosition::HEAD_ON_EDGE : HeadPosition::CENTER;
+  return isOffCenter(box, frame.source, frame.frameLayout) ? HeadPosition::HEAD_OFF_CENTER
+                                                           : HeadPosition::CENTER;
+}
+
+HeadPosition BaseLayout::getProximityHeadPosition(const Frame& frame) {
+  Rect box;
+  return constructBoundingBox(frame, box, false) ? edgePosition(box, frame) : HeadPosition::CENTER;
 }
 
 HeadPosition BaseLayout::getGroupHeadPosition(const Frame& frame) {
