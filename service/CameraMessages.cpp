@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "model/FynCamerasConfig.h"
+#include "model/JsonNumber.h"
 #include "platform/MrJsonUtil.h"
 #include "platform/VisionSettings.h"
 #include "service/ProductionRuleIPCService.h"
@@ -25,11 +26,11 @@ void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topi
   const int camId = subTopics.size() > 1 ? std::stoi(subTopics.back()) : FynCamerasConfig::get().fynCamId;
   const nlohmann::json document = nlohmann::json::parse(msg);
   Dimension dimension;
-  dimension.width = document.at("imageWidth").get<std::int32_t>();
-  dimension.height = document.at("imageHeight").get<std::int32_t>();
-  if (const auto period = document.find("horizontalPeriod"); period != document.end()) {
+  dimension.width = json::toInt32(document.at("imageWidth"));
+  dimension.height = json::toInt32(document.at("imageHeight"));
+  if (const auto* const period = json::findMember(document, "horizontalPeriod")) {
     // The picture of a panorama camera repeats after this many pixels.
-    if (const auto width = period->get<std::int32_t>(); width != 0) {
+    if (const std::int32_t width = json::toInt32(*period); width != 0) {
       dimension.width = width;
     }
   }
@@ -40,14 +41,14 @@ void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const 
   PRB_LOGI(kTag, "%s: CAMERA: %s", "process", msg.c_str());
   const nlohmann::json document = nlohmann::json::parse(msg);
   int camId = 0;
-  if (const auto id = document.find("fynCamId"); id != document.end()) {
-    camId = id->get<std::int32_t>();
+  if (const auto* const id = json::findMember(document, "fynCamId")) {
+    camId = json::toInt32(*id);
     takeOwnCamera(camId);
   } else {
     PRB_LOGE(kTag, "%s fynCamId not found in message: %s", "process", msg.c_str());
   }
-  if (const auto type = document.find("cameraType"); type != document.end()) {
-    FynCamerasConfig::getMutable().cameraType = type->get<std::int32_t>();
+  if (const auto* const type = json::findMember(document, "cameraType")) {
+    FynCamerasConfig::getMutable().cameraType = json::toInt32(*type);
   }
   if (mOperatingMode == FynOperatingMode::Secondary) {
     // What the primary device sends to this camera.
@@ -123,9 +124,10 @@ void ProductionRuleIPCService::handleRemoteFynCameraMoved(const std::string& /*t
 
 void ProductionRuleIPCService::handleRemoteFynCameraMovedMsg(const std::string& msg) {
   const nlohmann::json document = nlohmann::json::parse(msg);
-  const auto found = document.find("fynCamId");
   // A missing id reads as null, which is no number: the base reports the error.
-  const int camId = (found != document.end() ? *found : nlohmann::json()).get<std::int32_t>();
+  const nlohmann::json absent;
+  const auto* const found = json::findMember(document, "fynCamId");
+  const int camId = json::toInt32(found != nullptr ? *found : absent);
   if (camId != FynCamerasConfig::get().fynCamId) {
     // Kept: only the line, no timer is touched.
     PRB_LOGI(kTag, "%s: Remote camera moved, changing layout timer to 0", "handleRemoteFynCameraMovedMsg");
