@@ -4,6 +4,7 @@
 
 #include "model/FynCamerasConfig.h"
 #include "model/JsonNumber.h"
+#include "model/JsonText.h"
 #include "model/OrderBy.h"
 #include "platform/VisionSettings.h"
 
@@ -33,7 +34,7 @@ void FynHead::from_json(const nlohmann::json& document) {
   if (const auto* const value = json::findMember(document, "fynId")) {
     id = json::toInt32(*value);
   } else {
-    PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", document.dump().c_str());
+    PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", json::logText(document).c_str());
   }
   if (const auto* const list = json::findMember(document, "associatedHeads")) {
     for (const nlohmann::json& element : *list) {

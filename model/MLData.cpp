@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/JsonNumber.h"
+#include "model/JsonText.h"
 #include "model/OrderBy.h"
 #include "platform/VisionSettings.h"
 
@@ -58,9 +59,9 @@ void MLData::from_json(const nlohmann::json& document) {
     auto person = std::make_shared<FynHead>();
     person->from_json(element);
     if (person->getHead(FynHead::kNoCamera) == nullptr) {
-      PRB_LOGE(kTag, "%s **Received EMPTY HEAD Head list %s", "from_json", element.dump().c_str());
+      PRB_LOGE(kTag, "%s **Received EMPTY HEAD Head list %s", "from_json", json::logText(element).c_str());
     } else if (person->id < 0) {
-      PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", element.dump().c_str());
+      PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", json::logText(element).c_str());
     } else {
       heads.push_back(std::move(person));
     }
