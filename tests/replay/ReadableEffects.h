@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "layouts/LayoutDecision.h"
+#include "tools/replay/ReplayObserver.h"
+
+namespace fyn::productionrules::testing {
+
+/**
+ * The effects of a replay as a person reads them: one short line per effect, times in seconds. Scenes show
+ * their number, layout, transition and, per frame, the part of the camera picture and its place in the
+ * output.
+ */
+class ReadableEffects final : public ReplayObserver, public DecisionListener {
+ public:
+  struct Source {
+    /** Milliseconds from the start of the recording. */
+    std::function<std::int64_t()> now;
+    /** How many people the engine knows. */
+    std::function<unsigned()> people;
+  };
+
+  explicit ReadableEffects(Source source) : mSource(std::move(source)) {}
+
+  void onPublish(const std::string& topic, const std::string& payload) override;
+  void onScene(const std::string& json, bool delivered) override;
+  void onSubscribe(const std::string& topic) override;
+  void onAdvertise(const std::string& topic) override;
+  void onLog(LogPriority priority, const char* tag, const char* text) override;
+  void onDecision(const LayoutDecision& decision) override;
+
+  const std::string& text() const { return mText; }
+
+ private:
+  void line(const std::string& text);
+  void call(const char* name, const std::string& topic);
+
+  Source mSource;
+  std::string mText;
+  /** The latest line of subscriptions or advertisements, and which of the two it holds. */
+  std::string mCalls;
+  std::string mCallName;
+};
+
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,146 @@
+// `prb replay` as a command: the same bytes every time, clear errors, real input.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "platform/TextFile.h"
+#include "tests/tools/RunPrb.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kCases = PR_SOURCE_DIR "/tests/replay/cases/";
+
+std::string outputOf(const std::string& command) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+  std::string text;
+  char buffer[4096];
+  while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, pipe.get())) {
+    text.append(buffer, size);
+  }
+  return text;
+}
+
+TEST(ReplayCommand, GivesTheSameBytesInOneProcessAndInAnother) {
+  // One that leaves much state behind (role, cameras, waits, log level) stands between two runs of each.
+  const std::string disturbing = kCases + "camera_360/recording.jsonl";
+  for (const char* const name : {"every_effect", "secondary_role", "debug_dump", "configuration_reload"}) {
+    const std::string recording = kCases + name + "/recording.jsonl";
+    const std::vector<std::string> command{"replay",      recording, "--log",    "I",
+                                           "--decisions", "--dump",  "/dev/null"};
+    const PrbRun first = runPrbWith(command);
+    runPrbWith({"replay", disturbing, "--log", "E"});
+    EXPECT_GT(std::count(first.out.begin(), first.out.end(), '\n'), 20) << name;
+    EXPECT_EQ(runPrbWith(command).out, first.out) << name;
+    EXPECT_EQ(outputOf(PR_PROGRAM_DIR "/prb replay " + recording + " --log I --decisions --dump /dev/null"),
+              first.out)
+        << name;
+  }
+}
+
+TEST(ReplayCommand, LogLevelAddsLinesAndNothingElse) {
+  const std::string recording = kCases + "every_effect/recording.jsonl";
+  const auto without = [](std::string text) {
+    std::string kept;
+    for (std::size_t end = 0; !text.empty(); text.erase(0, end)) {
+      end = text.find('\n') + 1;
+      if (text.find("\"log\":") >= end) {
+        kept += text.substr(0, end);
+      }
+    }
+    return kept;
+  };
+  const std::string quiet = runPrbWith({"replay", recording}).out;
+  EXPECT_EQ(without(quiet), quiet);
+  for (const char* const level : {"E", "W", "I", "D"}) {
+    EXPECT_EQ(without(runPrbWith({"replay", recording, "--log", level}).out), quiet) << level;
+  }
+}
+
+TEST(ReplayCommand, MalformedLineEndsTheReplayWithItsPlace) {
+  const std::string good =
+      "{\"t\":0,\"topic\":\"/camera\",\"payload\":{\"fynCamId\":3}}\n\n"
+      "{\"t\":5,\"topic\":\"/ctl\",\"payload\":\"nonsense\"}\n";
+  const std::string effects = runPrbWith({"replay", "-", "--log", "E"}, good).out;
+  EXPECT_NE(effects.find("unknown topic: /ctl"), std::string::npos);
+  for (const char* const line :
+       {"{\"t\":6", "[]", "{\"topic\":\"/ctl\",\"payload\":1}", "{\"t\":4}",
+        "{\"t\":6,\"provider\":\"sideways\"}", "{\"t\":6,\"provider\":\"up\",\"property\":{}}",
+        "{\"t\":6,\"surprise\":1}", "{\"t\":-1}", "{\"t\":6,\"topic\":\"/ctl\"}",
+        "{\"t\":6,\"property\":{\"a\":1}}", "{\"t\":1.5}"}) {
+    const PrbRun run = runPrbWith({"replay", "-", "--log", "E"},
+                                  good + line + "\n{\"t\":9,\"topic\":\"/ctl\",\"payload\":\"later\"}\n");
+    EXPECT_EQ(run.status, 2) << line;
+    EXPECT_EQ(run.out, effects) << line;
+    EXPECT_NE(run.err.find(":4: "), std::string::npos) << line << " said: " << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+}
+
+TEST(ReplayCommand, WrongUsageIsSaidInOneLine) {
+  const std::vector<std::vector<std::string>> cases{{"replay", "/no/such/recording"},
+                                                    {"replay", "-", "-o", "/no/such/folder/out"},
+                                                    {"replay", "-", "--property", "no-equals"},
+                                                    {"replay", "-", "--property", "=value"},
+                                                    {"replay", "-", "--config", "/no/such/config"},
+                                                    {"replay", "-", "--log", "X"}};
+  for (const auto& arguments : cases) {
+    const PrbRun run = runPrbWith(arguments);
+    EXPECT_EQ(run.status, 2) << arguments.back();
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+}
+
+TEST(ReplayCommand, CommandLineSettingsAreInForceAtTheStart) {
+  const std::string config = ::testing::TempDir() + "replay_command.conf";
+  FILE* const file = std::fopen(config.c_str(), "w");
+  ASSERT_NE(file, nullptr);
+  std::fputs("persist.tvpr.logs=1\n", file);
+  std::fclose(file);
+  const PrbRun run = runPrbWith(
+      {"replay", "-", "--log", "I", "--config", config, "--property", "vendor.fynpilot.fynOperatingMode=2"},
+      "{\"t\":0,\"topic\":\"/camera\",\"payload\":{\"fynCamId\":4}}\n");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("\"subscribe\":\"/PRBOutSecondary/4\""), std::string::npos) << run.out;
+  EXPECT_EQ(run.out.find("\"log\":\"I\",\"tag\":\"ProductionRulesIPCService\""), std::string::npos)
+      << run.out;
+  fs::remove(config);
+}
+
+TEST(ReplayCommand, PlaysRealTracks) {
+  const fs::path data = fs::path(PR_SOURCE_DIR) / ".." / "shared" / "data";
+  std::vector<std::string> tracks;
+  if (fs::exists(data)) {
+    for (const auto& entry : fs::recursive_directory_iterator(data)) {
+      const std::string name = entry.path().filename().string();
+      if (entry.path().extension() == ".csv" && name.find("tracks") != std::string::npos) {
+        tracks.push_back(entry.path().string());
+      }
+    }
+  }
+  const bool canImport = std::any_of(subcommands().begin(), subcommands().end(),
+                                     [](const Subcommand& row) { return std::string(row.name) == "import"; });
+  if (tracks.empty() || !canImport) {
+    GTEST_SKIP() << (tracks.empty() ? "no tracks in ../shared/data" : "prb has no import");
+  }
+  std::sort(tracks.begin(), tracks.end());
+  const PrbRun imported = runPrbWith({"import", tracks.front()});
+  ASSERT_EQ(imported.status, 0) << imported.err;
+  const std::vector<std::string> command{"replay", "-",          "--log",
+                                         "E",      "--property", "vendor.talkertracking.flag=1"};
+  const PrbRun run = runPrbWith(command, imported.out);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("\"topic\":\"/PRBOut\""), std::string::npos);
+  EXPECT_EQ(run.out.find("parsing error"), std::string::npos);
+  EXPECT_TRUE(run.out == runPrbWith(command, imported.out).out)
+      << "two replays of " << tracks.front() << " differ";
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
