@@ -1,0 +1,84 @@
+// The engine's state as text for the debug dump, byte for byte.
+#include <gtest/gtest.h>
+
+#include "tests/layouts/OpenEngine.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+class BaseDebugText : public ::testing::Test {
+ protected:
+  BaseDebugText() {
+    frame = frameOf(FramingType::GROUP, {-5, 6, 700, 800});
+    frame.dest = {1, 2, 3, 4};
+    engine.mCurLayout = layoutOf(FramingType::GROUP, {frame});
+    engine.setCurrentTimerTickFun([] { return 5000U; });
+  }
+
+  static constexpr const char* kFrame =
+      R"({"left":-5, "top":6, "right":700, "bottom":800, "frameType":"GROUP", "headPosition":"CENTER", )"
+      R"("positionLeft":1, "positionTop":2, "positionRight":3, "positionBottom":4})";
+
+  EngineEnvironment env;
+  OpenEngine<BaseLayout> engine;
+  Frame frame;
+};
+
+TEST_F(BaseDebugText, NothingButTheLayout) {
+  EXPECT_EQ(engine.getDebugDataInJson(),
+            std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +
+                R"(]}"heads": [],"frameNumber":-1,"streamID":"0", "isLogicalStream":"1"})");
+  engine.mCurLayout = nullptr;
+  engine.mNextLayout = layoutOf(FramingType::HEAD);
+  EXPECT_EQ(engine.getDebugDataInJson(), "{}");
+}
+
+TEST_F(BaseDebugText, WaitingLayout) {
+  engine.mCurLayout = layoutOf(FramingType::ROOM);
+  engine.mNextLayout = layoutOf(FramingType::HEAD);
+  const std::string end = R"(, "frames": []})";
+  EXPECT_EQ(engine.getLayoutDataInJson(), R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD")" + end);
+  engine.mNextLayout->layoutTimer = getTimer(1500, 4000);
+  EXPECT_EQ(
+      engine.getLayoutDataInJson(),
+      R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":500)" +
+          end);
+  engine.mNextLayout->layoutTimer = getTimer(999, 4000);
+  EXPECT_EQ(
+      engine.getLayoutDataInJson(),
+      R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":4294967295)" +
+          end)
+      << "overdue: the remainder wraps";
+}
+
+TEST_F(BaseDebugText, FramesPersonsAndStream) {
+  Frame waiting = frame;
+  waiting.frameType = FramingType::PROXIMITY;
+  waiting.headPosition = HeadPosition::GROUP_MOVE_CLOSE;
+  waiting.headPositionTimer = getTimer(30, 4990);
+  engine.mCurLayout = layoutOf(FramingType::GROUP, {frame, waiting});
+  engine.mCurLayout->streamId = -3;
+  engine.mCurLayout->isLogicalStream = false;
+  const auto result =
+      scene().frameNumber(1234567890123).person(9).at(100, 200).speaking().ssb({1, 2, 3, 4}).mlData();
+  engine.updatePeopleMap(result);
+  engine.verifyIfLayoutChangeNeeded(result);
+  engine.mNextLayout = nullptr;
+  EXPECT_EQ(
+      engine.getDebugDataInJson(),
+      std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +
+          R"(,{"left":-5, "top":6, "right":700, "bottom":800, "frameType":"PROXIMITY", "headPosition":"GROUP_MOVE_CLOSE", )"
+          R"("positionLeft":1, "positionTop":2, "positionRight":3, "positionBottom":4, "waitMs":10, )"
+          R"("FrameTimeRemainingToSwitch":20}]}"heads": [)"
+          R"({"camId":0,"fynCamId":-1,"isSpeaker":true,"proximityGroup":[],"ssb":[1,2,3,4],"headBox":[50,140,150,260]})"
+          R"(],"frameNumber":1234567890123,"streamID":"-3", "isLogicalStream":"0"})");
+}
+
+TEST_F(BaseDebugText, PersonsAreSeparatedByCommaAndBlank) {
+  engine.updatePeopleMap(scene().person(1).at(1, 1).person(2).at(2, 2).mlData());
+  const std::string text = engine.getDebugDataInJson();
+  EXPECT_NE(text.find("]}, {\"camId\":"), std::string::npos) << text;
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,468 @@
+// When a new picture is decided: candidate, waiting layout, adopted layout.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "layouts/GroupFramingLayout.h"
+#include "layouts/GroupFramingTimerSetting.h"
+#include "layouts/PrimaryGroupLayout.h"
+#include "layouts/SecondaryGroupLayout.h"
+#include "platform/SystemEnvironment.h"
+#include "tests/layouts/OpenEngine.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+Scene people(int count) {
+  Scene scene;
+  for (int id = 1; id <= count; ++id) {
+    scene.person(id).at(300 + 200 * id, 300);
+  }
+  return scene;
+}
+
+/** One vision result as the owner of an engine passes it on. */
+bool feed(BaseLayout& engine, const Scene& scene) {
+  const auto result = scene.mlData();
+  engine.updatePeopleMap(result);
+  return engine.applyingLayout(result);
+}
+
+std::string typeOf(const std::shared_ptr<Layout>& layout) {
+  return layout != nullptr ? layoutToText(layout->layoutType) : "-";
+}
+
+struct Step {
+  std::uint64_t ms;
+  int people;
+  bool adopted;
+  const char* current;
+  const char* waiting;
+};
+
+struct Script {
+  const char* title;
+  std::vector<Step> steps;
+};
+
+class BaseDecision : public ::testing::Test {
+ protected:
+  BaseDecision() {
+    auto setting = std::make_shared<GroupFramingTimerSetting>();
+    setting->gfToOtherLayoutChangeTimer = 2000;
+    setting->roomToOtherLayoutChangeTimer = 1000;
+    engine.setTimerSetting(setting);
+  }
+
+  EngineEnvironment env;
+  OpenEngine<GroupFramingLayout> engine;
+};
+
+TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
+  const std::vector<Script> scripts{
+      {"the first layout is adopted at once", {{0, 0, true, "ROOM", "-"}}},
+      {"a steady scene waits once",
+       {{0, 1, true, "HEAD", "-"},
+        {100, 2, false, "HEAD", "GROUP"},
+        {1099, 2, false, "HEAD", "GROUP"},
+        {1100, 2, true, "GROUP", "-"}}},
+      {"more people in the waiting group do not restart the wait",
+       {{0, 1, true, "HEAD", "-"},
+        {100, 2, false, "HEAD", "GROUP"},
+        {600, 3, false, "HEAD", "GROUP"},
+        {1100, 4, true, "GROUP", "-"}}},
+      {"a change that reverts is dropped",
+       {{0, 1, true, "HEAD", "-"},
+        {100, 2, false, "HEAD", "GROUP"},
+        {900, 1, false, "HEAD", "-"},
+        {1100, 2, false, "HEAD", "GROUP"},
+        {2099, 2, false, "HEAD", "GROUP"},
+        {2100, 2, true, "GROUP", "-"}}},
+      {"a third scene restarts the wait",
+       {{0, 1, true, "HEAD", "-"},
+        {100, 2, false, "HEAD", "GROUP"},
+        {900, 0, false, "HEAD", "ROOM"},
+        {1100, 0, false, "HEAD", "ROOM"},
+        {1900, 0, true, "ROOM", "-"}}},
+      {"from a group to a group nothing waits and nothing changes",
+       {{0, 2, true, "GROUP", "-"}, {100, 5, false, "GROUP", "-"}}},
+      {"away from a group takes the group's wait",
+       {{0, 2, true, "GROUP", "-"},
+        {100, 1, false, "GROUP", "HEAD"},
+        {2099, 1, false, "GROUP", "HEAD"},
+        {2100, 1, true, "HEAD", "-"}}},
+  };
+  for (const Script& script : scripts) {
+    engine.resetLayouts();
+    const std::uint64_t start = env.environment.time.now();
+    for (const Step& step : script.steps) {
+      env.at(start + step.ms);
+      EXPECT_EQ(feed(engine, people(step.people)), step.adopted) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mCurLayout), step.current) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mNextLayout), step.waiting) << script.title << " at " << step.ms;
+    }
+  }
+}
+
+TEST_F(BaseDecision, FirstLayoutIsLoggedStepByStep) {
+  ASSERT_TRUE(feed(engine, people(1).frameNumber(7)));
+  Lines lines = env.environment.log.take();
+  for (std::string& line : lines) {
+    // Two addresses stand in this one.
+    if (const auto at = line.find("nextLayout: "); at != std::string::npos) {
+      line = line.substr(0, at) + line.substr(line.find(" setting"));
+    }
+  }
+  EXPECT_EQ(
+      lines,
+      (Lines{"I|BaseLayout|updatePeopleMap: KORVALDEBUG PEOPLE COUNT CHANGED  current: 0 new: 1",
+             "D|BaseLayout|verifyIfLayoutChangeNeeded Enter, with head size: 1 ",
+             "D|FramingUtil|isDifferentLayout a not NULL, b is null  --> return true",
+             "D|FramingUtil|isDifferentLayout a not NULL, b is null  --> return true",
+             "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 0, isLogical: 1",
+             "I|BaseLayout|KORVALDEBUG new layout is different than any previous layout waitTime: 0",
+             "I|BaseLayout|KORVALDEBUG Timer expired, need to change layout",
+             "I|BaseLayout|applyingLayout KORVALDEBUG  verifyIfLayoutChangeNeeded returned true, calling "
+             "applyNewLayout()",
+             "D|BaseLayout|BaseLayout::applyNewLayout currentLayout: 0  setting and calling "
+             "updateLayoutViews()",
+             "D|BaseLayout|updateLayoutViews() layoutType: HEAD frame size: 1 heads: 1 mlSize: 1",
+             "I|BaseLayout|updateLayoutViews() frametype: HEAD  Need to update the view of frame[0], are we "
+             "creating new layout --> yes, else frame timer has expired for head position HEAD_ON_EDGE",
+             "I|BaseLayout|printLayoutToLog, New-People-Layout:   LayoutType: HEAD headCount: 1 streamID: 0 "
+             "isLogicalStream: 1 animation: cut duration: 0 headFrameCount: 0 proximityFrameCount: 0 Frames "
+             "(1) { Frametype: HEAD #heads: 1 faces:{ fynhead: 1 , head: 1 [450,240,550,360],}, "
+             "view:[268,207,732,468] pos:[0,0,1280,720],}"}));
+}
+
+TEST_F(BaseDecision, AdoptedLayoutHasCutDurationStreamAndFrame) {
+  env.config.cutAnimationDuration = 33;
+  PrConfig::set(env.config);
+  ASSERT_TRUE(feed(engine, people(2).frameNumber(41)));
+  const Layout& layout = *engine.getLayoutPtr();
+  EXPECT_EQ(layout.animation, "cut");
+  EXPECT_EQ(layout.duration, 33);
+  EXPECT_EQ(layout.frameNumber, 41);
+  EXPECT_EQ(layout.faceCount, 2);
+  EXPECT_EQ(layout.streamId, 0);
+  EXPECT_TRUE(layout.isLogicalStream);
+  EXPECT_FALSE(layout.layoutTimer.isStarted());
+  ASSERT_EQ(engine.getSceneRects().size(), 1U);
+  // Boundary (425,202)-(775,398), then 20 % at the sides, 10 % above and 30 % below.
+  EXPECT_EQ(engine.getSceneRects().front(), (Rect{355, 183, 859, 462}));
+  EXPECT_EQ(layout.frames.front().detectionBoundary, (Rect{425, 202, 775, 398}));
+}
+
+TEST_F(BaseDecision, WithoutAWaitingLayoutNothingIsAdopted) {
+  engine.mCurLayout = layoutOf(FramingType::ROOM);
+  env.environment.log.take();
+  engine.applyNewLayout();
+  EXPECT_EQ(typeOf(engine.mCurLayout), "ROOM");
+  EXPECT_EQ(env.environment.log.take(), (Lines{"E|BaseLayout|applyNewLayout() mNextLayout is nullptr"}));
+}
+
+/** Refuses every switch. */
+struct StubbornEngine : OpenEngine<GroupFramingLayout> {
+  bool checkIfLayoutSwitchNeeded(const std::shared_ptr<Layout>& /*candidate*/) override { return false; }
+};
+
+TEST_F(BaseDecision, RefusedSwitchDropsTheWaitingLayout) {
+  StubbornEngine stubborn;
+  stubborn.mNextLayout = layoutOf(FramingType::GROUP);
+  env.environment.log.take();
+  EXPECT_FALSE(feed(stubborn, people(1)));
+  EXPECT_EQ(stubborn.mNextLayout, nullptr);
+  EXPECT_EQ(env.environment.log.take().back(),
+            "D|GroupFramingLayout|verifyIfLayoutChangeNeeded Layout switch is not needed");
+}
+
+struct ViewCase {
+  FramingType type;
+  const char* log;
+  Rect source;
+};
+
+TEST_F(BaseDecision, EveryKindOfFrameHasItsView) {
+  const Rect former{1, 2, 3, 4};
+  const Rect group{355, 183, 859, 462};
+  // Heads (450,240)-(750,360), buffered (375,210)-(825,390), 30 % below and 1 % above: 261 high, 464 wide.
+  const Rect thirds{368, 207, 832, 468};
+  const std::vector<ViewCase> cases{
+      {FramingType::HEAD, "", thirds},
+      {FramingType::PROXIMITY, "", thirds},
+      {FramingType::LARGE_PROXIMITY, "E|BaseLayout|Unable to handle Frame Type: 2", former},
+      {FramingType::GROUP, "", group},
+      {FramingType::PARTIAL_GROUP, "", group},
+      {FramingType::SUBSET_SPEAKER, "", group},
+      {FramingType::ROOM, "", {0, 0, 1280, 720}},
+      {FramingType::NONE, "E|BaseLayout|Unable to handle Frame Type: 7", former}};
+  engine.updatePeopleMap(people(2).mlData());
+  for (const ViewCase& kind : cases) {
+    Frame frame = frameOf(kind.type, former, {1, 2});
+    frame.frameLayout = kFrameLayoutHeadSingle;
+    frame.dest = {0, 0, 1280, 720};
+    frame.headPosition = HeadPosition::HEAD_OUTSIDE;
+    engine.mCurLayout = layoutOf(kind.type, {frame});
+    env.environment.log.take();
+    engine.updateLayoutViews(false);
+    const Frame& seen = engine.mCurLayout->frames.front();
+    EXPECT_EQ(seen.source, kind.source) << layoutToText(kind.type);
+    EXPECT_EQ(seen.headPosition, HeadPosition::CENTER);
+    Lines errors;
+    for (const std::string& line : env.environment.log.take()) {
+      if (line[0] == 'E') {
+        errors.push_back(line);
+      }
+    }
+    EXPECT_EQ(errors, *kind.log != '\0' ? Lines{kind.log} : Lines{});
+  }
+}
+
+TEST_F(BaseDecision, OnlyDueFramesAreFramedAnew) {
+  env.at(5000);
+  const Rect former{1, 2, 3, 4};
+  std::vector<Frame> frames(4, frameOf(FramingType::ROOM, former));
+  const std::uint32_t now = 1005000;
+  frames[0].headPositionTimer = getTimer(1000, now - 1000);
+  frames[1].headPositionTimer = getTimer(1000, now - 999);
+  frames[2].feedPriorityTimer = getTimer(10, now - 10);
+  engine.mCurLayout = layoutOf(FramingType::ROOM, frames);
+  engine.updateLayoutViews(true);
+  const std::vector<bool> due{true, false, true, false};
+  for (std::size_t i = 0; i < due.size(); ++i) {
+    EXPECT_EQ(engine.mCurLayout->frames[i].source != former, due[i]) << i;
+  }
+  EXPECT_TRUE(engine.mCurLayout->frames[1].headPositionTimer.isStarted());
+  const Lines lines = env.environment.log.take();
+  EXPECT_EQ(lines.back(),
+            "D|BaseLayout|updateLayoutViews() timer didn't expire for frameType: ROOM , skipping the frame");
+  // A layout without frames and no layout at all only log, if that.
+  engine.mCurLayout = layoutOf(FramingType::GROUP);
+  engine.updateLayoutViews(false);
+  EXPECT_EQ(env.environment.log.take(),
+            (Lines{"D|BaseLayout|updateLayoutViews() layoutType: GROUP frame size: 0 heads: -1 mlSize: 0"}));
+  engine.mCurLayout = nullptr;
+  engine.updateLayoutViews(false);
+  EXPECT_EQ(env.environment.log.take(), Lines{});
+}
+
+struct SecondaryCase {
+  bool beta;
+  std::shared_ptr<Layout> layout;
+  bool accepted;
+};
+
+TEST_F(BaseDecision, LayoutsOfAPrimaryDevice) {
+  const auto shows =
+      layoutOf(FramingType::ROOM, {frameOf(FramingType::ROOM, {}), frameOf(FramingType::ROOM, {0, 0, 9, 9})});
+  const auto zeros = [] { return layoutOf(FramingType::ROOM, {frameOf(FramingType::ROOM, {})}); };
+  const std::vector<SecondaryCase> cases{{false, nullptr, false},
+                                         {true, nullptr, false},
+                                         {false, zeros(), true},
+                                         {true, zeros(), false},
+                                         {true, shows, true},
+                                         {true, layoutOf(FramingType::GROUP), false},
+                                         {false, layoutOf(FramingType::GROUP), true}};
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    env.config.fpBeta1Enabled = cases[i].beta;
+    PrConfig::set(env.config);
+    OpenEngine<SecondaryGroupLayout> secondary;
+    secondary.mNextLayout = layoutOf(FramingType::HEAD);
+    if (cases[i].layout != nullptr) {
+      cases[i].layout->layoutTimer = getTimer(1, 1);
+    }
+    env.environment.log.take();
+    EXPECT_EQ(secondary.applySecondaryLayout(cases[i].layout), cases[i].accepted) << i;
+    EXPECT_EQ(secondary.mCurLayout, cases[i].accepted ? cases[i].layout : nullptr) << i;
+    EXPECT_EQ(typeOf(secondary.mNextLayout), "HEAD") << "the waiting layout stays";
+    const Lines lines = env.environment.log.take();
+    if (cases[i].accepted) {
+      EXPECT_FALSE(cases[i].layout->layoutTimer.isStarted());
+      EXPECT_EQ(
+          lines.back().rfind("I|BaseLayout|printLayoutToLog, New-Secondary-People-Layout:   LayoutType: ", 0),
+          0U);
+    } else {
+      EXPECT_EQ(lines.back(), "E|BaseLayout|applySecondaryLayout layout is nullptr or the LAYOUT WAS Zeros ");
+    }
+  }
+}
+
+TEST_F(BaseDecision, NoneLayoutIsOneThatShowsNothing) {
+  const auto check = [this](const std::vector<Frame>& frames) {
+    env.environment.log.take();
+    const bool none = engine.isNoneLayout(layoutOf(FramingType::GROUP, frames));
+    EXPECT_EQ(env.environment.log.take(),
+              (Lines{"I|BaseLayout|isNoneLayout KORVALDEBUG isNoneLayout: " + std::to_string(int{none})}));
+    return none;
+  };
+  const Frame blank = frameOf(FramingType::GROUP, {});
+  EXPECT_TRUE(check({}));
+  EXPECT_TRUE(check({blank, blank}));
+  EXPECT_FALSE(check({blank, frameOf(FramingType::GROUP, {0, 0, 0, 1})}));
+}
+
+TEST_F(BaseDecision, SecondaryEngineDecidesNothing) {
+  OpenEngine<SecondaryGroupLayout> secondary;
+  EXPECT_FALSE(feed(secondary, people(2)));
+  EXPECT_EQ(secondary.getLayoutPtr(), nullptr);
+  Frame frame = frameOf(FramingType::ROOM, {});
+  frame.srcRef = {11, 12};
+  frame.fynCamId = 3;
+  EXPECT_EQ(secondary.getImageSize(frame), (Dimension{11, 12}));
+  FynCamerasConfig::getMutable().setCameraLensModelDimension(3, {21, 22});
+  EXPECT_EQ(engine.getImageSize(frame), (Dimension{21, 22}));
+  frame.fynCamId = FynHead::kNoCamera;
+  EXPECT_EQ(engine.getImageSize(frame), (Dimension{1280, 720}));
+
+  // Frames of a secondary layout are framed anew only while the switch is on.
+  for (const bool enabled : {false, true}) {
+    env.config.pfReframeOnSecondaryEnabled = enabled;
+    PrConfig::set(env.config);
+    Frame group = frameOf(FramingType::GROUP, {0, 0, 100, 100}, {1, 2});
+    secondary.mCurLayout = layoutOf(FramingType::GROUP, {group});
+    EXPECT_FALSE(secondary.updateLayoutFraming());
+    EXPECT_EQ(secondary.updateLayoutFraming(), enabled) << "the wait of a fresh setting is 0";
+  }
+}
+
+TEST_F(BaseDecision, PrimaryReportsEveryCandidate) {
+  OpenEngine<PrimaryGroupLayout> primary;
+  env.environment.log.take();
+  feed(primary, people(1));
+  feed(primary, people(1));
+  const Lines lines = env.environment.log.take();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "E|BaseLayout|createLayout *******Enter"), 2);
+  EXPECT_EQ(primary.getLayoutPtr()->animation, "dissolve");
+  EXPECT_EQ(primary.getLayoutPtr()->duration, 90);
+}
+
+TEST_F(BaseDecision, StreamsOfAnEngineWithOne) {
+  auto layout = layoutOf(FramingType::GROUP);
+  env.environment.log.take();
+  for (const unsigned id : {0U, 1U, 4294967295U}) {
+    engine.updateLayoutWithStreamInfo(layout, id);
+    EXPECT_EQ(layout->streamId, static_cast<std::int32_t>(id));
+    EXPECT_EQ(layout->isLogicalStream, id != 1U);
+  }
+  engine.setDisplayLayoutStreamIDS({});
+  engine.setDisplayLayoutStreamIDS({4, 5, 6});
+  engine.setMaxLayouts(4);
+  EXPECT_FALSE(engine.process(people(1).mlData()));
+  EXPECT_EQ(env.environment.log.take(),
+            (Lines{"D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 0, isLogical: 1",
+                   "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 1, isLogical: 0",
+                   "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: -1, isLogical: 1",
+                   "D|BaseLayout|setDisplayLayoutStreamIDS Layout's Total Layout Count 3",
+                   "E|BaseLayout|process() Should not have been invoked !!"}));
+  EXPECT_EQ(engine.getFinalLayoutPtrs(), std::vector<std::shared_ptr<Layout>>{nullptr});
+  EXPECT_EQ(engine.getNextLayoutPtrs(), std::vector<std::shared_ptr<Layout>>{nullptr});
+}
+
+TEST_F(BaseDecision, PeopleCountIsPublishedOnChangeAndEvery5000Ms) {
+  const auto asks = [this](std::uint64_t ms, int count) {
+    env.at(ms);
+    const auto result = people(count).mlData();
+    const bool publishes = engine.shouldPublishUpdatedPeopleCount(result);
+    engine.updatePeopleMap(result);
+    return publishes;
+  };
+  EXPECT_TRUE(asks(0, 0)) << "nothing was ever published";
+  EXPECT_FALSE(asks(4999, 0));
+  EXPECT_TRUE(asks(4999, 2)) << "a change";
+  EXPECT_TRUE(asks(5000, 2)) << "the change has not moved the period";
+  OpenEngine<GroupFramingLayout> other;
+  EXPECT_FALSE(other.shouldPublishUpdatedPeopleCount(people(0).mlData())) << "one period for all engines";
+  EXPECT_FALSE(asks(9999, 2));
+  EXPECT_TRUE(asks(10000, 2));
+  // The clock of 32 bits begins again: 4293967296 ms after the start of the test it reads 0.
+  processTimes().lastPeopleCountSend = 4294967295U;
+  EXPECT_TRUE(asks(4293967296, 2));
+  EXPECT_EQ(processTimes().lastPeopleCountSend, 0U);
+  EXPECT_FALSE(asks(4293967296 + 4999, 2));
+}
+
+struct BoxCase {
+  const char* title;
+  std::set<std::int64_t> persons;
+  FramingType type;
+  bool buffered;
+  bool found;
+  Rect box;
+  const char* log;
+};
+
+TEST_F(BaseDecision, BoxAroundTheHeadsOfAFrame) {
+  engine.updatePeopleMap(scene()
+                             .person(1)
+                             .at(500, 300)
+                             .person(2)
+                             .at(700, 300)
+                             .person(3)
+                             .camera(5)
+                             .at(9, 9)
+                             .person(4)
+                             .headId(44)
+                             .box({})
+                             .mlData());
+  env.environment.log.take();
+  const Rect kept{-1, -2, -3, -4};
+  const std::vector<BoxCase> cases{
+      {"two heads", {1, 2}, FramingType::HEAD, true, true, {450, 240, 750, 360}, ""},
+      {"with buffers, a proximity frame",
+       {1, 2},
+       FramingType::PROXIMITY,
+       true,
+       true,
+       {425, 210, 775, 390},
+       ""},
+      {"without buffers", {1, 2}, FramingType::PROXIMITY, false, true, {450, 240, 750, 360}, ""},
+      {"nobody",
+       {},
+       FramingType::HEAD,
+       false,
+       true,
+       kept,
+       "W|TVPR_COMMON|getBoundaries heads are empty, returning false"},
+      {"somebody who has left", {1, 9}, FramingType::HEAD, false, false, kept, ""},
+      {"seen by another camera",
+       {1, 3},
+       FramingType::HEAD,
+       false,
+       false,
+       kept,
+       "E|BaseLayout|constructBoundingBox: HEAD  3 NOT IN CAMERA 0, why did this not get caught by layout "
+       "change?"},
+      {"a head without a box",
+       {4},
+       FramingType::HEAD,
+       false,
+       false,
+       kept,
+       "E|BaseLayout|constructBoundingBox: FynHead:4, associatec camID: 0 's headID 44 BOUND [0,0,0,0]"}};
+  for (const BoxCase& one : cases) {
+    Rect box = kept;
+    EXPECT_EQ(engine.constructBoundingBox(frameOf(one.type, {}, one.persons), box, one.buffered), one.found)
+        << one.title;
+    EXPECT_EQ(box, one.box) << one.title;
+    EXPECT_EQ(env.environment.log.take(), *one.log != '\0' ? Lines{one.log} : Lines{}) << one.title;
+  }
+  // Looking where such a subject stands reports it once.
+  EXPECT_EQ(engine.getHeadPosition(frameOf(FramingType::HEAD, {}, {3})), HeadPosition::CENTER);
+  EXPECT_EQ(env.environment.log.take().size(), 1U);
+}
+
+TEST_F(BaseDecision, Reports) {
+  engine.updatePeopleMap(people(1).mlData());
+  env.environment.log.take();
+  engine.printLayoutToLog(nullptr, "Some-Prefix: ");
+  engine.printFrameViews({frameOf(FramingType::HEAD, {1, 2, 3, 4})});
+  engine.printFrameHeads(layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, {}, {1, 8})}));
+  EXPECT_EQ(env.environment.log.take(), (Lines{"W|BaseLayout|printLayoutToLog Some-Prefix:  layout is null",
+                                               "I|BaseLayout|printFrameViews FrameView [1, 2, 3, 4] ",
+                                               "I|BaseLayout|printFrameHeads() DUMP layoutType 3",
+                                               "I|BaseLayout|printFrameHeads FrameHead [450, 240, 550, 360] ",
+                                               "I|BaseLayout|printFrameHeads(): People left"}));
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

@@ -1,0 +1,376 @@
+// How long a change waits and how it is shown: layout changes, reframes, transitions.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "layouts/GroupFramingLayout.h"
+#include "layouts/GroupFramingTimerSetting.h"
+#include "layouts/MultiStreamGroupFramingLayout.h"
+#include "layouts/PeopleFrameTimerSetting.h"
+#include "layouts/PrimaryGroupLayout.h"
+#include "layouts/SecondaryGroupLayout.h"
+#include "tests/layouts/OpenEngine.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+constexpr Rect kThirds{408, 207, 872,
+                       468};  // of a head at (640,300); its off-centre bound is (500,207)-(779,441)
+constexpr Rect kGroup{355, 183, 859, 462};  // of heads at (500,300) and (700,300)
+constexpr Rect kGroupBoundary{425, 202, 775, 398};
+
+std::shared_ptr<GroupFramingTimerSetting> distinctWaits() {
+  auto setting = std::make_shared<GroupFramingTimerSetting>();
+  setting->gfMoveCloseTimer = 104;
+  setting->gfHeadLeft = 105;
+  setting->gfHeadOnEdge = 106;
+  setting->gfHeadOutside = 107;
+  setting->onFrameEdgeTimer = 100;
+  setting->offCenterTimer = 101;
+  setting->outsideFrameTimer = 102;
+  setting->gfToOtherLayoutChangeTimer = 200;
+  setting->roomToOtherLayoutChangeTimer = 300;
+  return setting;
+}
+
+class BaseTimers : public ::testing::Test {
+ protected:
+  EngineEnvironment env;
+};
+
+TEST_F(BaseTimers, LayoutChangeWaits) {
+  using T = FramingType;
+  OpenEngine<GroupFramingLayout> group;
+  OpenEngine<PrimaryGroupLayout> primary;
+  const std::vector<T> types{T::HEAD,  T::PROXIMITY,     T::LARGE_PROXIMITY,
+                             T::GROUP, T::PARTIAL_GROUP, T::SUBSET_SPEAKER,
+                             T::ROOM,  T::NONE};
+  const auto check = [&](auto& engine) {
+    engine.setTimerSetting(distinctWaits());
+    EXPECT_EQ(engine.getLayoutChangeTimer(T::GROUP, true), 0U) << "without a layout";
+    EXPECT_EQ(engine.getWaitTime(layoutOf(T::GROUP), true), 0U) << "without a layout";
+    for (const T current : types) {
+      engine.mCurLayout = layoutOf(current);
+      for (const T next : types) {
+        const unsigned wait = current == next ? 0 : current == T::GROUP ? 200 : 300;
+        for (const bool countChanged : {false, true}) {
+          EXPECT_EQ(engine.getWaitTime(layoutOf(next), countChanged), wait)
+              << layoutToText(current) << " to " << layoutToText(next);
+        }
+      }
+    }
+  };
+  check(group);
+  check(primary);
+}
+
+TEST_F(BaseTimers, WithoutASettingNothingWaits) {
+  OpenEngine<GroupFramingLayout> engine;
+  engine.mCurLayout = layoutOf(FramingType::HEAD);
+  EXPECT_EQ(engine.getWaitTime(layoutOf(FramingType::GROUP), true), 0U);
+  for (int position = 0; position <= 8; ++position) {
+    EXPECT_EQ(engine.getWaitTimeFor(static_cast<HeadPosition>(position)), 0U);
+  }
+}
+
+struct EngineCase {
+  const char* tag;
+  std::shared_ptr<BaseLayout> engine;
+  bool singleHeads;  // has waits of its own for single heads
+  bool alwaysCuts;
+  unsigned zoomLimit;   // with the limit at 3
+  unsigned zoomLimit5;  // on a camera of type 5
+};
+
+std::vector<EngineCase> engines() {
+  return {
+      {"BaseLayout", std::make_shared<BaseLayout>(), false, false, 0, 0},
+      {"GroupFramingLayout", std::make_shared<GroupFramingLayout>(), true, true, 3, 0},
+      {"MultiStreamGroupFramingLayout", std::make_shared<MultiStreamGroupFramingLayout>(), true, true, 3, 0},
+      {"PrimaryGroupLayout", std::make_shared<PrimaryGroupLayout>(), true, false, 3, 3},
+      {"BaseSecondaryLayout", std::make_shared<BaseSecondaryLayout>(), false, false, 0, 0},
+      {"SecondaryGroupLayout", std::make_shared<SecondaryGroupLayout>(), false, false, 3, 3}};
+}
+
+TEST_F(BaseTimers, EnginesDifferInTheseRows) {
+  const std::vector<unsigned> waits{100, 101, 102, 0, 104, 105, 106, 107, 0};
+  for (const EngineCase& row : engines()) {
+    SCOPED_TRACE(row.tag);
+    BaseLayout& engine = *row.engine;
+    EXPECT_STREQ(engine.getTag(), row.tag);
+    engine.setTimerSetting(distinctWaits());
+    for (int position = 0; position <= 8; ++position) {
+      const auto where = static_cast<HeadPosition>(position);
+      const bool single = position <= 3;
+      env.environment.log.take();
+      EXPECT_EQ(engine.getWaitTimeFor(where), single && !row.singleHeads ? 0 : waits[position]) << position;
+      EXPECT_EQ(env.environment.log.take(),
+                single && !row.singleHeads
+                    ? Lines{"I|BaseLayout|getWaitTimeForOtherCase() KORVALDEBUG head position " +
+                            headPositionInString(where) + " WE SHUDNT COME HERE! "}
+                    : Lines{});
+      EXPECT_EQ(engine.getReframeAnimation(where), "cut");
+    }
+    for (const bool cutOnly : {false, true}) {
+      env.config.animationCutOnly = cutOnly;
+      PrConfig::set(env.config);
+      EXPECT_EQ(engine.getLayoutChangeAnimation(), cutOnly || row.alwaysCuts ? "cut" : "dissolve");
+    }
+    env.config.zoomInLimit = 3;
+    for (const bool limited : {false, true}) {
+      env.config.gfZoomLimitEnabled = limited;
+      PrConfig::set(env.config);
+      for (const int cameraType : {-1, 4, 5}) {
+        FynCamerasConfig::getMutable().cameraType.reset();
+        if (cameraType >= 0) {
+          FynCamerasConfig::getMutable().cameraType = cameraType;
+        }
+        EXPECT_EQ(engine.getMaxScaleFactor(), !limited          ? 0
+                                              : cameraType == 5 ? row.zoomLimit5
+                                                                : row.zoomLimit)
+            << cameraType;
+      }
+    }
+  }
+}
+
+TEST_F(BaseTimers, TransitionsLastAsConfigured) {
+  env.config.cutAnimationDuration = 1;
+  env.config.dissolveAnimationDuration = 2;
+  env.config.easeAnimationDuration = 3;
+  PrConfig::set(env.config);
+  BaseLayout engine;
+  const std::vector<std::pair<const char*, unsigned>> rows{
+      {"cut", 1}, {"dissolve", 2}, {"ease", 3}, {"", 0}, {"Cut", 0}};
+  for (const auto& [name, duration] : rows) {
+    EXPECT_EQ(engine.getLayoutChangeDuration(name), duration) << name;
+  }
+  EXPECT_EQ(engine.getReframeAnimationDuration(HeadPosition::HEAD_OUTSIDE), 1U);
+}
+
+struct PositionCase {
+  const char* title;
+  Scene scene;
+  HeadPosition position;
+};
+
+TEST_F(BaseTimers, WhereASingleHeadStands) {
+  using P = HeadPosition;
+  const auto at = [](int x, int y) { return scene().person(1).at(x, y); };
+  const std::vector<PositionCase> cases{{"in the centre", at(640, 300), P::CENTER},
+                                        {"one pixel inside the bound", at(551, 300), P::CENTER},
+                                        {"touches the bound from inside", at(550, 300), P::HEAD_OFF_CENTER},
+                                        {"across the bound's side", at(540, 300), P::HEAD_OFF_CENTER},
+                                        {"across the bound's bottom", at(640, 400), P::HEAD_OFF_CENTER},
+                                        {"across the frame's side", at(430, 300), P::HEAD_ON_EDGE},
+                                        {"across the frame's bottom", at(640, 430), P::HEAD_ON_EDGE},
+                                        {"touches the frame from outside", at(358, 300), P::HEAD_OFF_CENTER},
+                                        {"outside", at(357, 300), P::HEAD_OUTSIDE},
+                                        {"gone", scene().person(2).at(640, 300), P::CENTER}};
+  Frame frame = frameOf(FramingType::HEAD, kThirds, {1});
+  frame.frameLayout = kFrameLayoutHeadSingle;
+  Frame together = frameOf(FramingType::PROXIMITY, kThirds, {1});
+  OpenEngine<GroupFramingLayout> engine;
+  for (const PositionCase& one : cases) {
+    engine.updatePeopleMap(one.scene.mlData());
+    EXPECT_EQ(engine.getCurrentHeadPosition(frame), one.position) << one.title;
+    // A frame of a cluster has no off-centre bound.
+    const P clustered = one.position == P::HEAD_OFF_CENTER ? P::CENTER : one.position;
+    EXPECT_EQ(engine.getCurrentHeadPosition(together), clustered) << one.title;
+    // Nothing moves in a room, and a cluster that has come apart waits for another layout.
+    EXPECT_EQ(engine.getCurrentHeadPosition(frameOf(FramingType::ROOM, kThirds, {1})), P::CENTER);
+    EXPECT_EQ(engine.getCurrentHeadPosition(frameOf(FramingType::PROXIMITY, kThirds, {1, 2})), P::CENTER);
+  }
+}
+
+TEST_F(BaseTimers, WhereAGroupStands) {
+  using P = HeadPosition;
+  const auto two = [](int x1, int x2) { return scene().person(1).at(x1, 300).person(2).at(x2, 300); };
+  const std::vector<PositionCase> cases{
+      {"as framed", two(500, 700), P::CENTER},
+      {"one outside", two(250, 700), P::GROUP_HEAD_OUTSIDE},
+      {"one on the edge", two(400, 700), P::GROUP_HEAD_ON_EDGE},
+      {"one outside, one on the edge", two(1000, 400), P::GROUP_HEAD_OUTSIDE},
+      {"one has left", scene().person(1).at(500, 300), P::GROUP_HEAD_LEFT},
+      {"one has left, the other is on the edge", scene().person(1).at(400, 300), P::GROUP_HEAD_ON_EDGE},
+      {"one has gone to another camera", scene().person(1).at(500, 300).person(2).camera(1).at(700, 300),
+       P::GROUP_HEAD_LEFT},
+      {"a third has come", two(500, 700).person(3).at(600, 300), P::CENTER},
+      // Boundary 320 x 180 = 57600 against 80 % of 350 x 196 = 54880: not close enough.
+      {"a little closer", two(580, 620), P::CENTER},
+      {"closer", scene().person(1).at(580, 300).sized(60, 80).person(2).at(620, 300).sized(60, 80),
+       P::GROUP_MOVE_CLOSE},
+      {"all have left", scene(), P::GROUP_HEAD_LEFT}};
+  OpenEngine<GroupFramingLayout> engine;
+  Frame frame = frameOf(FramingType::GROUP, kGroup, {1, 2});
+  frame.detectionBoundary = kGroupBoundary;
+  for (const PositionCase& one : cases) {
+    for (const FramingType type : {FramingType::GROUP, FramingType::SUBSET_SPEAKER}) {
+      frame.frameType = type;
+      engine.updatePeopleMap(one.scene.mlData());
+      EXPECT_EQ(engine.getCurrentHeadPosition(frame), one.position) << one.title;
+    }
+  }
+  env.environment.log.take();
+  EXPECT_EQ(engine.getCurrentHeadPosition(frameOf(FramingType::GROUP, kGroup)), P::CENTER);
+  EXPECT_EQ(env.environment.log.take(),
+            (Lines{"W|BaseLayout|getGroupHeadPosition heads are empty, returning head position CENTER"}));
+}
+
+struct ReframeStep {
+  std::uint64_t ms;
+  int x;
+  bool reframe;
+  HeadPosition position;
+  std::int64_t waitEnds;  // ms; -1 when none runs
+};
+
+TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
+  using P = HeadPosition;
+  OpenEngine<GroupFramingLayout> engine;
+  engine.setTimerSetting(distinctWaits());
+  Frame frame = frameOf(FramingType::HEAD, kThirds, {1});
+  frame.frameLayout = kFrameLayoutHeadSingle;
+  frame.dest = {0, 0, 1280, 720};
+  engine.mCurLayout = layoutOf(FramingType::HEAD, {frame});
+  const std::vector<ReframeStep> steps{
+      {0, 640, false, P::CENTER, -1},
+      {10, 430, false, P::HEAD_ON_EDGE, 110},
+      {60, 540, false, P::HEAD_OFF_CENTER, 161},  // another class: its own wait, from now
+      {161 - 1, 540, false, P::HEAD_OFF_CENTER, 161},
+      {160, 640, false, P::CENTER, -1},  // back in time
+      {170, 300, false, P::HEAD_OUTSIDE, 272},
+      {271, 310, false, P::HEAD_OUTSIDE, 272},  // moving within a class changes nothing
+      {272, 310, true, P::CENTER, -1},          // over: framed anew
+      {280, 310, false, P::CENTER, -1}};
+  for (const ReframeStep& step : steps) {
+    env.at(step.ms);
+    const auto result =
+        scene().person(1).at(step.x, 300).frameNumber(static_cast<std::int64_t>(step.ms)).mlData();
+    engine.updatePeopleMap(result);
+    engine.applyingLayout(result);
+    EXPECT_EQ(engine.updateLayoutFraming(), step.reframe) << step.ms;
+    const Frame& seen = engine.mCurLayout->frames.front();
+    EXPECT_EQ(seen.headPosition, step.position) << step.ms;
+    EXPECT_EQ(seen.headPositionTimer.isStarted(), step.waitEnds >= 0) << step.ms;
+    EXPECT_EQ(engine.isThereATimerRunning(), step.waitEnds >= 0) << step.ms;
+    if (step.waitEnds >= 0) {
+      EXPECT_EQ(seen.headPositionTimer.startTicks + seen.headPositionTimer.duration, 1000000U + step.waitEnds)
+          << step.ms;
+    }
+  }
+  EXPECT_EQ(engine.mCurLayout->reframeFrameNumber, 170) << "the vision frame that started the last wait";
+  EXPECT_EQ(engine.mCurLayout->frames.front().source, (Rect{78, 207, 542, 468}));
+}
+
+TEST_F(BaseTimers, ReframeIsLogged) {
+  OpenEngine<GroupFramingLayout> engine;
+  auto waits = distinctWaits();
+  engine.setTimerSetting(waits);
+  const auto lookAt = [&](int x) {
+    engine.updatePeopleMap(scene().person(1).at(x, 300).mlData());
+    env.environment.log.take();
+    engine.updateLayoutFraming();
+    Lines kept;
+    for (const std::string& line : env.environment.log.take()) {
+      if (line.find("|BaseLayout|") == 1 && line[0] != 'D') {
+        kept.push_back(line);
+      }
+    }
+    return kept;
+  };
+  engine.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
+  EXPECT_EQ(
+      lookAt(250),
+      (Lines{
+          "I|BaseLayout|updateCurrentTimer() KORVALDEBUG setting timer for frameType: GROUP, head position "
+          "GROUP_HEAD_OUTSIDE current head position GROUP_HEAD_OUTSIDE, waitTime: 107"}));
+  env.at(107);
+  const Lines reframed = lookAt(250);
+  ASSERT_EQ(reframed.size(), 3U);
+  EXPECT_EQ(reframed[0],
+            "I|BaseLayout|updateLayoutFraming KORVALDEBUG updateCurrentTimer returned true, calling "
+            "updateLayoutViews() "
+            "from GroupFramingLayout");
+  EXPECT_EQ(reframed[1],
+            "I|BaseLayout|updateLayoutViews() frametype: GROUP  Need to update the view of frame[0], are we "
+            "creating new "
+            "layout --> no, else frame timer has expired for head position GROUP_HEAD_OUTSIDE");
+  EXPECT_EQ(reframed[2].rfind(
+                "I|BaseLayout|printLayoutToLog, KORVALDEBUG New-Centering-Layout:   LayoutType: GROUP ", 0),
+            0U);
+
+  // A wait of -1 is never started: the frame keeps its class and is never framed anew for it.
+  waits->gfHeadOnEdge = kInvalidTimer;
+  engine.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
+  EXPECT_EQ(lookAt(400),
+            (Lines{"W|BaseLayout|updateCurrentTimer() KORVALDEBUG INVALID TIMER resetting timer frameType: "
+                   "GROUP, head "
+                   "position GROUP_HEAD_ON_EDGE current head position GROUP_HEAD_ON_EDGE, waitTime: -1"}));
+  env.at(100000);
+  EXPECT_EQ(lookAt(400), Lines{});
+  EXPECT_FALSE(engine.mCurLayout->frames.front().headPositionTimer.isStarted());
+}
+
+TEST_F(BaseTimers, SomethingRunsWhenOneTimerOfTheLayoutsIsStarted) {
+  const Timer started{5, 1, true};
+  const auto running = [](const std::function<void(OpenEngine<BaseLayout>&)>& change) {
+    OpenEngine<BaseLayout> engine;
+    engine.mCurLayout = layoutOf(FramingType::GROUP, {Frame{}, Frame{}});
+    engine.mNextLayout = layoutOf(FramingType::GROUP, {Frame{}});
+    change(engine);
+    return engine.isThereATimerRunning();
+  };
+  EXPECT_FALSE(running([](auto&) {}));
+  EXPECT_FALSE(running([](auto& engine) { engine.mCurLayout = engine.mNextLayout = nullptr; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->layoutTimer = started; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->frames[1].headPositionTimer = started; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->frames[1].feedPriorityTimer = started; }));
+  EXPECT_TRUE(running([&](auto& engine) {
+    engine.mCurLayout = nullptr;
+    engine.mNextLayout->layoutTimer = started;
+  }));
+  EXPECT_FALSE(running([&](auto& engine) { engine.mNextLayout->frames[0].headPositionTimer = started; }));
+}
+
+TEST_F(BaseTimers, ClockIsReplaceable) {
+  OpenEngine<GroupFramingLayout> engine;
+  std::uint32_t ticks = 4294967290U;
+  engine.setCurrentTimerTickFun([&ticks] { return ticks; });
+  engine.setTimerSetting(distinctWaits());
+  engine.mCurLayout = layoutOf(FramingType::ROOM);
+  const auto result = scene().person(1).at(640, 300).mlData();
+  engine.updatePeopleMap(result);
+  EXPECT_FALSE(engine.applyingLayout(result));
+  ticks = 293;
+  EXPECT_FALSE(engine.applyingLayout(result)) << "299 ms over the wrap of the clock";
+  ticks = 294;
+  EXPECT_TRUE(engine.applyingLayout(result));
+  engine.setCurrentTimerTickFun({});
+  EXPECT_THROW(engine.applyingLayout(scene().mlData()), std::bad_function_call);
+}
+
+TEST_F(BaseTimers, SettingsPrintTheirWaits) {
+  PeopleFrameTimerSetting setting;
+  setting.gfHeadLeft = kInvalidTimer;
+  setting.offCenterTimer = 7;
+  distinctWaits()->printCurrentTimerValues("Tag1");
+  setting.printCurrentTimerValues("Tag2");
+  EXPECT_EQ(
+      env.environment.log.take(),
+      (Lines{"D|Tag1| printCurrentTimerValues ,gfHeadLeft: 105, gfHeadOnEdge: 106, gfHeadOutside: 107, "
+             "gfMoveCloseTimer: 104, "
+             "gfToOtherLayoutChangeTimer: 200, roomToOtherLayoutChangeTimer: 300",
+             "I|Tag2|printCurrentTimerValues outsideFrameTimer: 0, onFrameEdgeTimer: 0, offCenterTimer: "
+             "7,gfMoveCloseTimer: 0,  "
+             "proxToHeadLayoutChangeTimer: 0,proxToProxLayoutChangeTimer: 0, proxToGFLayoutChangeTimer: 0, "
+             "gfToOtherLayoutChangeTimer: 0, feedPriorityChangedTimer: 0, headToOtherLayoutChangeTimer: "
+             "0,headCountLayoutChangeTimer: 0, headPosLayoutChangeTimer: 0,roomToOtherLayoutChangeTimer: 0, "
+             "roomToHeadLayoutChangeTimer: 0",
+             "D|Tag2| printCurrentTimerValues ,gfHeadLeft: 4294967295, gfHeadOnEdge: 0, gfHeadOutside: 0, "
+             "gfMoveCloseTimer: 0, "
+             "gfToOtherLayoutChangeTimer: 0, roomToOtherLayoutChangeTimer: 0"}));
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
