@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/compare/Comparison.h"
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
-#include "tools/replay/ReplayCommand.h"
 #include "tools/report/MetricTable.h"
 
 namespace fyn::productionrules {

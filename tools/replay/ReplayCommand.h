@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tools/prb/Subcommand.h"
-#include "tools/recording/KeyValueTexts.h"
 
 namespace fyn::productionrules {
 

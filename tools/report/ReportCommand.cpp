@@ -4,8 +4,8 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
-#include "tools/replay/ReplayCommand.h"
 #include "tools/report/MeasureRecordings.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <ostream>
 
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
-#include "tools/replay/ReplayCommand.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
 #include "tools/terminal/ProgressBar.h"
