@@ -247,6 +247,8 @@ class BaseLayout {
   unsigned mLayoutCount = 1;
   /** The stream that new layouts are for. */
   unsigned mStreamId = 0;
+  /** Name of the wait that holds the waiting layout back. */
+  const char* mChosenTimer = "";
 
  private:
   void dropPending(LayoutDifference why);
@@ -258,7 +260,6 @@ class BaseLayout {
   void reportFrame(DecisionKind kind, std::size_t index, const Frame& frame, std::uint32_t waitedMs) const;
 
   DecisionListener* mDecisionListener = nullptr;
-  const char* mChosenTimer = "";
   const char* mReason = "";
 };
 

@@ -58,6 +58,7 @@ class MultiStreamPeopleFramingLayout::Selection {
   void exchange() {
     std::swap(mEngine.mCurLayout, mStream.current);
     std::swap(mEngine.mNextLayout, mStream.next);
+    std::swap(mEngine.mChosenTimer, mStream.chosenTimer);
     std::swap(mEngine.mPeopleMap, mStream.people);
   }
 

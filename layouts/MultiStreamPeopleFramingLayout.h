@@ -57,6 +57,8 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
     unsigned id = 0;
     std::shared_ptr<Layout> current;
     std::shared_ptr<Layout> next;
+    /** Name of the wait of `next`. */
+    const char* chosenTimer = "";
     /** The people of the stream in the latest vision result. */
     PeopleMap people;
   };

@@ -168,6 +168,26 @@ TEST(MultiStreamCount, TheConfigurationGivesTheNumber) {
   }
 }
 
+// ---- Reasons ----
+
+TEST(MultiStreamReasons, EveryStreamNamesTheWaitThatHeldItBack) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>().watch(peopleAt("1@200"), 1000);
+  // Stream 1 waits for its room; meanwhile stream 2 begins another wait.
+  run.watch(peopleAt(""), 500);
+  run.watch(peopleAt("2@700 3@1100"), 200);
+  run.decisions.clear();
+  run.watch(peopleAt("2@700 3@1100"), kSettled);
+  std::vector<std::string> reasons;
+  for (const LayoutDecision& decision : run.decisions) {
+    if (decision.kind == DecisionKind::Adopted && decision.streamId > 0) {
+      reasons.push_back(std::to_string(decision.streamId) + " " + decision.timer);
+    }
+  }
+  const std::vector<std::string> expected = {"2 roomToHeadLayoutChangeTimer", "1 headPosLayoutChangeTimer"};
+  EXPECT_EQ(reasons, expected);
+}
+
 // ---- Candidates ----
 
 TEST(MultiStreamCandidates, EverybodyAloneWhileNeighboursAreOff) {
