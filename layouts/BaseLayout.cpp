@@ -315,7 +315,7 @@ PeopleMap& BaseLayout::getHeadMapForGroup(const Frame& /*frame*/) {
 
 // ---- Reports ----
 
-void BaseLayout::printLayoutToLog(const std::shared_ptr<Layout>& layout, std::string prefix) {
+void BaseLayout::printLayoutToLog(const std::shared_ptr<Layout>& layout, const std::string& prefix) {
   if (layout == nullptr) {
     PRB_LOGW(kTag, "%s %s layout is null", "printLayoutToLog", prefix.c_str());
     return;

@@ -58,7 +58,7 @@ class BaseLayout {
   /** The core decision: whether the waiting layout is to be adopted now. */
   virtual bool verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlData);
 
-  virtual void printLayoutToLog(const std::shared_ptr<Layout>& layout, std::string prefix);
+  virtual void printLayoutToLog(const std::shared_ptr<Layout>& layout, const std::string& prefix);
 
   /** ROOM for nobody, HEAD for one, GROUP for more. */
   virtual FramingType getLayoutTypeForGroupFrame(int headCount);
@@ -129,7 +129,7 @@ class BaseLayout {
   virtual std::string getLayoutChangeAnimation();
 
   /** Duration of a transition in milliseconds; 0 for an unknown name. */
-  virtual std::uint32_t getLayoutChangeDuration(std::string animation);
+  virtual std::uint32_t getLayoutChangeDuration(const std::string& animation);
 
   /** Gives the frames of a candidate their places in the output picture. */
   virtual void fillPositionRect(std::shared_ptr<Layout>& layout);

@@ -384,7 +384,7 @@ std::string BaseLayout::getLayoutChangeAnimation() {
   return PrConfig::get().animationCutOnly ? "cut" : "dissolve";
 }
 
-std::uint32_t BaseLayout::getLayoutChangeDuration(std::string animation) {
+std::uint32_t BaseLayout::getLayoutChangeDuration(const std::string& animation) {
   const PrConfig& config = PrConfig::get();
   std::int32_t duration = 0;
   if (animation == "cut") {

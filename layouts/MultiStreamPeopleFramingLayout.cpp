@@ -226,7 +226,7 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
 
 void MultiStreamPeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
   // No tiles: every stream is a picture of its own.
-  BaseLayout::fillPositionRect(layout);
+  BaseLayout::fillPositionRect(layout);  // NOLINT(bugprone-parent-virtual-call)
 }
 
 bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {

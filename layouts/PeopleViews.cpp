@@ -25,7 +25,7 @@ bool showsWholeHeads(const Frame& frame, const PeopleMap& people, const Dimensio
   return std::all_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
     const auto person = people.find(id);
     const Head* const head = person != people.end() ? person->second->findHead(frame.fynCamId) : nullptr;
-    if (!isShowable(head, image)) {
+    if (head == nullptr || !isShowable(head, image)) {
       return false;
     }
     const Rect& box = head->bbox;

@@ -89,7 +89,7 @@ std::unique_ptr<PropertyStore> makeProperties(const std::string& path) {
   return std::make_unique<MemoryPropertyStore>();
 }
 
-std::shared_ptr<ICameraProviders> makeProviders(const std::string& provider) {
+std::shared_ptr<ICameraProviders> makeProviders([[maybe_unused]] const std::string& provider) {
 #if PR_HAVE_DBUS
   if (provider != "none") {
     DBusOptions options;
