@@ -1,0 +1,114 @@
+/** What the lines of protocol.md say, as the page keeps it. */
+
+/** Pixels of one camera image, or of the output picture. */
+export interface Box {
+  left: number;
+  top: number;
+  right: number;
+  bottom: number;
+}
+
+export interface Size {
+  width: number;
+  height: number;
+}
+
+/** One view: `source` of camera `camera` (of size `srcRef`) goes to `dest` of the output picture. */
+export interface Frame {
+  index: number;
+  camera: number;
+  srcRef: Size;
+  source: Box;
+  dest: Box;
+  /** The detection boundary; only documents with debug bounds carry it. */
+  boundary: Box | null;
+}
+
+/** What one output stream shows. */
+export interface Layout {
+  stream: number;
+  type: string;
+  mode: string;
+  animation: string;
+  /** Of the transition into this layout, milliseconds. */
+  duration: number;
+  frameNumber: number;
+  sceneNumber: number;
+  faceCount: number;
+  /** Id of the person who speaks, -1 when there is none. */
+  speaker: number;
+  size: Size;
+  frames: Frame[];
+}
+
+export interface TimedFrame {
+  index: number;
+  type: string;
+  headPosition: string;
+  /** Milliseconds that remain, 0 when nothing waits. */
+  remaining: number;
+}
+
+export interface TimedLayout {
+  stream: number;
+  type: string;
+  remaining: number;
+  frames: TimedFrame[];
+}
+
+/** A frame's further state, for drawing. */
+export interface FrameExtra {
+  stream: number;
+  index: number;
+  boundary: Box | null;
+  offCenterBound: Box | null;
+  headPosition: string | null;
+  heads: number[];
+}
+
+/** Why something happened or did not. */
+export interface Decision {
+  stream: number;
+  kind: string;
+  from: string;
+  to: string;
+  differs: string;
+  timer: string;
+  /** The whole wait and what of it has passed, milliseconds; null when the line does not say. */
+  waitMs: number | null;
+  waitedMs: number | null;
+  frame: number | null;
+  headPosition: string;
+}
+
+/** Columns of a row of `VisionEvent.heads`. */
+export const HEAD = { person: 0, camera: 1, left: 2, top: 3, right: 4, bottom: 5, flags: 6, stride: 7 } as const;
+export const HEAD_SPEAKS = 1;
+export const HEAD_BEST = 2;
+
+/** Heads are packed, seven numbers each: ten minutes of thirty results a second stay in memory. */
+export interface VisionEvent {
+  kind: 'vision';
+  t: number;
+  frameNumber: number;
+  people: number;
+  heads: Int32Array;
+}
+
+export type Event =
+  | VisionEvent
+  | { kind: 'scene'; t: number; key: string; debug: boolean; layouts: Layout[] }
+  | { kind: 'timers'; t: number; current: TimedLayout[]; next: TimedLayout[] }
+  | { kind: 'people'; t: number; count: number; smallest: number }
+  | { kind: 'mode'; t: number; mode: string }
+  | { kind: 'control'; t: number; topic: string; text: string }
+  | { kind: 'camera'; t: number; id: number; size: Size }
+  | { kind: 'identity'; t: number; id: number }
+  | { kind: 'settings'; t: number; what: 'property' | 'config'; values: [string, string][] }
+  | { kind: 'provider'; t: number; state: 'up' | 'down' | 'fail' }
+  | { kind: 'decision'; t: number; decision: Decision }
+  | { kind: 'frames'; t: number; frames: FrameExtra[] }
+  | { kind: 'log'; t: number; level: string; text: string }
+  | { kind: 'notice'; t: number; text: string }
+  | { kind: 'time'; t: number };
+

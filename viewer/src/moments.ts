@@ -1,0 +1,106 @@
+/** The moments worth a mark on the time line, found while events come in. */
+
+import type { Event, Layout } from './events';
+import type { State } from './state';
+import { decisionWords, sceneWords } from './words';
+
+export type Lane = 'layout' | 'wait' | 'reframe' | 'people' | 'control';
+
+export interface Moment {
+  t: number;
+  lane: Lane;
+  stream: number;
+  title: string;
+  reason: string;
+  /** Layout type or people count: what colours or sizes the mark. */
+  value: string;
+  /** Decisions explain; what is only inferred from documents stands back when there are decisions. */
+  inferred: boolean;
+}
+
+const DECISION_LANES: Record<string, Lane> = {
+  pending: 'wait',
+  dropped: 'wait',
+  adopted: 'wait',
+  reframeWait: 'reframe',
+  reframeCancelled: 'reframe',
+  reframed: 'reframe',
+  feedPriority: 'reframe',
+  secondary: 'wait',
+  reset: 'control',
+};
+
+function samePicture(a: Layout | undefined, b: Layout): boolean {
+  return a !== undefined && a.type === b.type && a.frames.length === b.frames.length;
+}
+
+function sceneMoments(event: Extract<Event, { kind: 'scene' }>, before: State): Moment[] {
+  if (event.debug || event.key !== '') return [];
+  return event.layouts.map((layout) => {
+    const old = before.decided.get(layout.stream);
+    return {
+      t: event.t,
+      stream: layout.stream,
+      lane: samePicture(old, layout) ? ('reframe' as const) : ('layout' as const),
+      ...sceneWords(old, layout),
+      value: layout.type,
+      inferred: true,
+    };
+  }).filter((m) => m.title !== 'sent again');
+}
+
+function timerMoments(event: Extract<Event, { kind: 'timers' }>, before: State, after: State): Moment[] {
+  return after.waits.flatMap((now) => {
+    const was = before.waits.find((w) => w.stream === now.stream)?.pending ?? null;
+    const base = { t: event.t, stream: now.stream, lane: 'wait' as const, inferred: true };
+    if (now.pending && now.pending.type !== was?.type) {
+      const reason = `A change from ${now.type} to ${now.pending.type} is waiting.`;
+      return [{ ...base, title: `${now.pending.type} pending`, reason, value: now.pending.type }];
+    }
+    if (was && !now.pending && now.type !== was.type) {
+      return [{ ...base, title: `${was.type} dropped`, reason: `The pending ${was.type} was dropped; ${now.type} stays.`, value: now.type }];
+    }
+    return [];
+  });
+}
+
+/** The marks that `event` makes, with the states before and after it. */
+export function momentsOf(event: Event, before: State, after: State): Moment[] {
+  const control = (title: string, reason: string): Moment[] => [
+    { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false },
+  ];
+  switch (event.kind) {
+    case 'scene':
+      return sceneMoments(event, before);
+    case 'timers':
+      return timerMoments(event, before, after);
+    case 'decision': {
+      const { decision } = event;
+      const lane = DECISION_LANES[decision.kind] ?? 'wait';
+      return [{ t: event.t, lane, stream: decision.stream, ...decisionWords(decision), value: decision.to, inferred: false }];
+    }
+    case 'people':
+      if (event.count === before.people?.count) return [];
+      return [{
+        t: event.t,
+        lane: 'people',
+        stream: 0,
+        title: `${event.count} ${event.count === 1 ? 'person' : 'people'}`,
+        reason: `The people count is ${event.count}; the smallest head is ${event.smallest} pixels high.`,
+        value: String(event.count),
+        inferred: false,
+      }];
+    case 'mode':
+      return control(event.mode, `The framing mode is ${event.mode}.`);
+    case 'control':
+      return control(event.text || event.topic, `Message on ${event.topic}${event.text ? `: ${event.text}` : ''}.`);
+    case 'settings':
+      return control(`${event.what} set`, event.values.map(([k, v]) => `${k} = ${v}`).join(', '));
+    case 'provider':
+      return control(`provider ${event.state}`, `The camera provider: ${event.state}.`);
+    case 'notice':
+      return control('notice', event.text);
+    default:
+      return [];
+  }
+}

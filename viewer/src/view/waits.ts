@@ -1,0 +1,61 @@
+/** The waits: each stream's pending layout and each frame's head position, with what remains of them. */
+
+import { COLOURS } from '../geometry';
+import { remainingAt, type FrameWait, type State, type StreamWaits, type Wait } from '../state';
+import { layoutWords, positionWords, seconds } from '../words';
+import { each, html, say, set, variable } from './dom';
+
+function drawBar(bar: HTMLElement, wait: Wait | null, t: number): number {
+  const remaining = wait ? remainingAt(wait, t) : 0;
+  const part = wait && wait.total > 0 ? 1 - remaining / wait.total : 0;
+  variable(bar, '--part', Math.min(1, Math.max(0, part)).toFixed(3));
+  set(bar, { hidden: remaining <= 0, role: 'progressbar', 'aria-valuemin': 0, 'aria-valuemax': 100, 'aria-valuenow': Math.round(part * 100), 'aria-label': 'part of the wait that has passed' });
+  return remaining;
+}
+
+function makeFrameRow(): HTMLElement {
+  return html('li', {}, html('span', { class: 'badge' }), html('span', { class: 'what' }), html('span', { class: 'bar' }), html('span', { class: 'left' }));
+}
+
+function makeStream(): HTMLElement {
+  const pending = html('div', { class: 'pending' }, html('span', { class: 'what' }), html('span', { class: 'bar' }), html('span', { class: 'left' }));
+  return html('section', { class: 'waits-stream' }, html('h3'), pending, html('ul'));
+}
+
+function drawPending(node: HTMLElement, waits: StreamWaits, t: number): void {
+  const [what, bar, left] = node.children as unknown as [HTMLElement, HTMLElement, HTMLElement];
+  const { pending } = waits;
+  set(node, { 'data-pending': pending ? pending.type : null });
+  const remaining = drawBar(bar, pending, t);
+  say(what, pending ? `${pending.type} pending: ${layoutWords(pending.type)}` : 'no other layout pending');
+  say(left, pending ? (remaining > 0 ? seconds(remaining) : 'due') : '');
+  set(left, { 'data-remaining': Math.round(remaining) });
+}
+
+export function makeWaits(root: HTMLElement): (state: State, t: number) => void {
+  const list = html('div');
+  const empty = html('p', { class: 'empty' }, 'No timers reported yet.');
+  root.append(list, empty);
+  return (state, t) => {
+    empty.hidden = state.waits.length > 0;
+    let colour = 0;
+    each(list, state.waits, makeStream, (node, waits) => {
+      const [title, pending, rows] = node.children as unknown as [HTMLElement, HTMLElement, HTMLElement];
+      set(node, { 'data-stream': waits.stream });
+      say(title, `Stream ${waits.stream} shows ${waits.type}`);
+      drawPending(pending, waits, t);
+      const first = colour;
+      colour += waits.frames.length;
+      each(rows, waits.frames, makeFrameRow, (row, frame: FrameWait, i) => {
+        const [badge, what, bar, left] = row.children as unknown as [HTMLElement, HTMLElement, HTMLElement, HTMLElement];
+        set(row, { class: `colour-${(first + i) % COLOURS}`, 'data-frame': frame.index, 'data-position': frame.headPosition });
+        say(badge, state.waits.length > 1 ? `${waits.stream}·${frame.index}` : String(frame.index));
+        say(what, positionWords(frame.headPosition));
+        set(what, { title: frame.headPosition });
+        const remaining = drawBar(bar, frame, t);
+        say(left, remaining > 0 ? seconds(remaining) : '');
+        set(left, { 'data-remaining': Math.round(remaining) });
+      });
+    });
+  };
+}
