@@ -39,7 +39,7 @@ const char* isVirtualCameraText(const Layout& layout) {
   return layout.isLogicalStream ? "false" : "true";
 }
 
-void updateLayoutTimers(std::vector<std::shared_ptr<Layout>> layouts, ordered_json& target,
+void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, ordered_json& target,
                         std::uint32_t tick, const char* key) {
   const bool isCurrent = key == kCurrentLayoutKey;
   ordered_json::array_t entries;

@@ -22,7 +22,7 @@ const char* isVirtualCameraText(const Layout& layout);
  * pointers are left out. The frame timers are written only when `key` is kCurrentLayoutKey itself, an equal
  * text will not do; else they are 0, because a pending layout is not reframed.
  */
-void updateLayoutTimers(std::vector<std::shared_ptr<Layout>> layouts, nlohmann::ordered_json& target,
+void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, nlohmann::ordered_json& target,
                         std::uint32_t tick, const char* key);
 
 }  // namespace fyn::productionrules
