@@ -204,11 +204,9 @@ void MqttPubSubClient::Session::wake() {
 
 void MqttPubSubClient::Session::run() {
   milliseconds pause = mOptions.firstRetry;
-  int (*connect)(mosquitto*, const char*, int, int) = mosquitto_connect_async;
   while (!mClosing) {
     mConnectStart = steady_clock::now();
-    int result =
-        connect(mHandle.get(), mOptions.address.host.c_str(), mOptions.address.port, kKeepAliveSeconds);
+    int result = connect();
     if (result == MOSQ_ERR_SUCCESS) {
       result = serveConnection();
     }
@@ -220,6 +218,17 @@ void MqttPubSubClient::Session::run() {
     pauseFor(pause);
     pause = std::min(2 * pause, mOptions.lastRetry);
   }
+}
+
+int MqttPubSubClient::Session::connect() {
+  // The MQTT library sets up TLS for the whole process within the first connect, without a lock of its own.
+  static std::mutex tlsMutex;
+  std::unique_lock<std::mutex> tlsLock(tlsMutex, std::defer_lock);
+  if (mOptions.address.tls) {
+    tlsLock.lock();
+  }
+  return mosquitto_connect_async(mHandle.get(), mOptions.address.host.c_str(), mOptions.address.port,
+                                 kKeepAliveSeconds);
 }
 
 int MqttPubSubClient::Session::serveConnection() {

@@ -53,6 +53,7 @@ class MqttPubSubClient::Session {
 
   // The network thread.
   void run();
+  int connect();
   int serveConnection();
   int pollOnce(std::chrono::milliseconds limit);
   int sendQueued();
