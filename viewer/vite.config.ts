@@ -4,6 +4,7 @@ import { defineConfig } from 'vitest/config';
 export default defineConfig({
   base: './',
   build: {
+    outDir: 'page',
     target: 'es2022',
     modulePreload: false,
     rollupOptions: {

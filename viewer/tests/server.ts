@@ -5,7 +5,7 @@ import { createServer, type ServerResponse } from 'node:http';
 import type { AddressInfo } from 'node:net';
 
 const TYPES: Record<string, string> = { html: 'text/html', js: 'text/javascript', css: 'text/css', svg: 'image/svg+xml' };
-const dist = new URL('../dist/', import.meta.url);
+const page = new URL('../page/', import.meta.url);
 
 export interface Served {
   url: string;
@@ -29,7 +29,7 @@ export async function serve(content: { recording: string } | { live: string }): 
       response.on('close', () => listeners.delete(response));
     } else {
       const name = path === '/' ? 'index.html' : path.slice(1);
-      readFile(new URL(name, dist)).then(
+      readFile(new URL(name, page)).then(
         (body) => response.writeHead(200, { 'content-type': TYPES[name.split('.').pop() ?? ''] ?? 'text/plain' }).end(body),
         () => response.writeHead(404).end(),
       );
