@@ -99,7 +99,7 @@ TEST_F(BaseTimers, EnginesDifferInTheseRows) {
     BaseLayout& engine = *row.engine;
     EXPECT_STREQ(engine.getTag(), row.tag);
     engine.setTimerSetting(distinctWaits());
-    for (int position = 0; position <= 8; ++position) {
+    for (std::size_t position = 0; position < waits.size(); ++position) {
       const auto where = static_cast<HeadPosition>(position);
       const bool single = position <= 3;
       env.environment.log.take();

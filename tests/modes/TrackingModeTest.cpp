@@ -254,7 +254,7 @@ TEST_F(TrackingMode, EngineOfEveryRole) {
     EXPECT_EQ(one.mode->getName(), one.name);
     EXPECT_EQ(static_cast<int>(one.mode->getTrackingMode()), one.framingMode);
     EXPECT_STREQ(one.mode->getFramingLayout()->getTag(), one.tags[0]) << "from the start";
-    for (int role = 0; role <= 2; ++role) {
+    for (std::size_t role = 0; role < one.tags.size(); ++role) {
       const auto former = one.mode->getFramingLayout();
       environment.log.take();
       one.mode->updateTrackingModeLayout(static_cast<FynOperatingMode>(role), nullptr);
