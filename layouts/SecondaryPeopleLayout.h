@@ -1,6 +1,7 @@
 #pragma once
 
 #include "layouts/BaseSecondaryLayout.h"
+#include "layouts/PeopleHeadFaults.h"
 
 namespace fyn::productionrules {
 
@@ -10,7 +11,17 @@ class SecondaryPeopleLayout : public BaseSecondaryLayout {
   SecondaryPeopleLayout();
 
   const char* getTag() const override;
+
+  /** False as well for a layout that has people and shows none of them: the picture before it stays. */
+  bool applySecondaryLayout(const std::shared_ptr<Layout>& layout) override;
+
+  /** False as well for a frame of nobody and for heads outside the image: the view stays as it was sent. */
+  bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
+
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
+
+ private:
+  PeopleHeadFaults mHeadFaults;
 };
 
 }  // namespace fyn::productionrules
