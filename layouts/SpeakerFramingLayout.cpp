@@ -92,6 +92,15 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
     return std::find(tagged.begin(), tagged.end(), person) != tagged.end();
   });
   mSpeech.update(mInView, std::move(speakers), mCamId, showsSpeaker(), mTick);
+  if (showsSpeaker() && isAnySpeakerIn(mCurLayout->frames.front())) {
+    mSpeakersPicture = mCurLayout;
+  }
+}
+
+bool SpeakerFramingLayout::isAnySpeakerIn(const Frame& frame) const {
+  const std::vector<std::shared_ptr<FynHead>>& speakers = mSpeech.speakers();
+  return std::any_of(speakers.begin(), speakers.end(),
+                     [&](const auto& speaker) { return frame.fynHeads.count(speaker->id) != 0; });
 }
 
 bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlData) {
@@ -101,6 +110,9 @@ bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLDa
     Frame& frame = mNextLayout->frames.front();
     frame.frameType = mNextLayout->layoutType;
     keepMembersWhole(frame);
+    if (isAnySpeakerIn(frame)) {
+      mSpeakersPicture = mNextLayout;
+    }
   }
   noteSpeech(mCurLayout, mNextLayout != nullptr ? mNextLayout->layoutType : FramingType::NONE);
   noteSpeech(mNextLayout, FramingType::NONE);
@@ -145,9 +157,10 @@ bool SpeakerFramingLayout::showsSpeaker() const {
           mCurLayout->layoutType == FramingType::SUBSET_SPEAKER);
 }
 
+// Holding anything else too would go on showing who came in first while the room fills.
 bool SpeakerFramingLayout::isHeld() const {
   return PrConfig::get().sfLayoutHold && !mSpeech.isRecovering() && mSpeech.speakers().empty() &&
-         showsSpeaker() && isEverybodyOnScreenPresent();
+         showsSpeaker() && mSpeakersPicture == mCurLayout && isEverybodyOnScreenPresent();
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {

@@ -49,6 +49,7 @@ class SpeakerFramingLayout : public BaseLayout {
  private:
   std::shared_ptr<Layout> createCandidate();
   bool showsSpeaker() const;
+  bool isAnySpeakerIn(const Frame& frame) const;
   bool isEverybodyOnScreenPresent() const;
   bool isHeld() const;
   bool hasUnusableMember(const Frame& frame) const;
@@ -57,6 +58,8 @@ class SpeakerFramingLayout : public BaseLayout {
   void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
 
   SpeakerFramingData mSpeech;
+  /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
+  std::shared_ptr<const Layout> mSpeakersPicture;
   /** The device's own camera, as of the latest vision result. */
   std::uint32_t mCamId;
   std::vector<std::shared_ptr<FynHead>> mInView;

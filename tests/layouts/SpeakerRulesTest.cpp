@@ -221,6 +221,22 @@ TEST(Silence, DoesNotHoldAnEmptyRoom) {
   EXPECT_EQ(run.takePictures(), Pictures{"4500 GROUP 1 2 3"});
 }
 
+// Who was shown alone only because nobody else was there yet is not held against those who come in.
+TEST(Silence, HoldsOnlyAPictureOfSomebodyWhoHasSpoken) {
+  SpeakerRun run;
+  run.watch(scene().person(1).at(200, 300), 500);
+  run.watch(three(false, false, false), 5000);
+  EXPECT_EQ(run.takePictures(), (Pictures{"0 HEAD 1", "4500 GROUP 1 2 3"}));
+
+  run.engine<SpeakerFramingLayout>();
+  run.see(scene().person(1).at(200, 300));
+  run.see(scene().person(1).at(200, 300).speaking());
+  run.takePictures();
+  run.watch(three(false, false, false), 5000);
+  EXPECT_EQ(run.takePictures(), Pictures{});
+  EXPECT_EQ(run.picture(), "HEAD 1");
+}
+
 // ---- Switches ----
 
 TEST(Switch, IsNotMadeToASpeakerWhoIsFramedAlready) {
