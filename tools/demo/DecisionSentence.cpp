@@ -47,7 +47,12 @@ std::string peopleText(unsigned persons) {
   return persons == 1 ? "1 person" : std::to_string(persons) + " people";
 }
 
-std::string whyText(const LayoutDecision& decision) {
+// The engine's own rule, where it named one.
+std::string ruleText(const LayoutDecision& decision) {
+  return *decision.reason != '\0' ? std::string(" (") + decision.reason + ")" : "";
+}
+
+std::string differenceText(const LayoutDecision& decision) {
   switch (decision.difference) {
     case LayoutDifference::None:
     case LayoutDifference::FirstPicture:
@@ -56,6 +61,10 @@ std::string whyText(const LayoutDecision& decision) {
     default:
       return std::string("the difference is ") + layoutDifferenceText(decision.difference);
   }
+}
+
+std::string whyText(const LayoutDecision& decision) {
+  return differenceText(decision) + ruleText(decision);
 }
 
 }  // namespace
@@ -89,7 +98,10 @@ std::string decisionSentence(const LayoutDecision& decision, unsigned persons) {
       return stream + typesText(decision) + " waits " + secondsText(decision.waitMs) + ", " +
              whyText(decision);
     case DecisionKind::Dropped:
-      return stream + layoutToText(decision.to) + " dropped " + waitText(decision) + ", the scene went back";
+      return stream + layoutToText(decision.to) + " dropped " + waitText(decision) + ", " +
+             (decision.difference == LayoutDifference::NoSwitchNeeded ? differenceText(decision)
+                                                                      : "the scene went back") +
+             ruleText(decision);
     case DecisionKind::Adopted:
       return stream + "new picture " + typesText(decision) + " for " + peopleText(persons) + ", " +
              whyText(decision) + ", " + waitText(decision);
