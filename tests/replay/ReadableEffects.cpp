@@ -64,6 +64,9 @@ std::string timersText(const ordered_json& document) {
   for (const auto& [half, value] : document.items()) {
     text += " " + half + ":";
     for (const ordered_json& layout : value["layouts"]) {
+      if (const ordered_json& frames = layout["frames"]; !frames.empty() && frames[0]["stream"] != 0) {
+        text += " | stream " + number(frames[0]["stream"]);
+      }
       text += word(layout, "layoutType") + " " + number(layout["layoutTimer"]) + " ms";
       for (const ordered_json& frame : layout["frames"]) {
         text += " f" + number(frame["frameindex"]) + word(frame, "headPosition") + " " +
