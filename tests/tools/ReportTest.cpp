@@ -167,9 +167,68 @@ TEST(Report, ComputesWhatIsWorkedOutByHand) {
   }
 }
 
+/** What a device of its own sees: a result a second, two persons far apart. */
+class StandaloneRecording {
+ public:
+  void see(const Scene& room) {
+    mText += json{{"t", mTime}, {"topic", "/ICDOut"}, {"payload", room.json()}}.dump() + "\n";
+    mTime += 1000;
+  }
+  std::string text() const { return mText + json{{"t", mTime}}.dump() + "\n"; }
+
+ private:
+  int mTime = 0;
+  std::string mText;
+};
+
+// Stream 0 shows both persons, streams 1 and 2 one each. Person 2 steps half out of stream 2 for the second
+// of two seconds: 7 of 8 person-seconds in own frames, 1 of 2 on stream 2.
+TEST(Report, TellsTheStreamsApart) {
+  StandaloneRecording recording;
+  recording.see(scene().person(1).at(200, 300).person(2).at(1000, 300));
+  recording.see(scene().person(1).at(200, 300).person(2).at(1220, 300));
+  struct Row {
+    std::vector<std::string> options;
+    double ownFrame;
+    double inView;
+  };
+  const Row rows[] = {{{}, 87.5, 100},
+                      {{"--stream", "0"}, 100, 100},
+                      {{"--stream", "1"}, 100, 50},
+                      {{"--stream", "2"}, 50, 25}};
+  for (const Row& row : rows) {
+    std::vector<std::string> options = row.options;
+    options.insert(options.end(), {"--property", "vendor.talkertracking.flag=5"});
+    const json metrics = reportOn(recording.text(), options).at("overall").at("metrics");
+    EXPECT_EQ(metrics.at("subject_in_view_percent"), row.ownFrame);
+    EXPECT_EQ(metrics.at("in_view_percent"), row.inView);
+  }
+  const PrbRun run = runPrbWith({"report", "-", "--stream", "7"}, recording.text());
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "prb report: no recording shows anything on stream 7\n");
+}
+
+// Somebody comes in silently while person 1 speaks; only the group has to show the newcomer.
+TEST(Report, ExpectsNoPictureOfASilentNewcomerFromSpeakerFraming) {
+  StandaloneRecording recording;
+  for (int second = 0; second < 40; ++second) {
+    Scene room = scene().person(1).at(200, 300).speaking().person(2).at(640, 300);
+    if (second >= 3) {
+      room.person(3).at(1200, 600);
+    }
+    recording.see(room);
+  }
+  const auto joins = [&](const char* mode) {
+    const std::string property = std::string("vendor.talkertracking.flag=") + mode;
+    return reportOn(recording.text(), {"--property", property}).at("overall").at("events").at("join");
+  };
+  EXPECT_EQ(joins("2"), (json{{"answered", 0}, {"unanswered", 0}}));
+  EXPECT_EQ(joins("1"), (json{{"answered", 1}, {"unanswered", 0}}));
+}
+
 TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
   const json metrics = reportOn("{\"t\":0}\n").at("overall").at("metrics");
-  EXPECT_EQ(metrics.size(), 25U);
+  EXPECT_EQ(metrics.size(), 26U);
   for (const auto& [name, value] : metrics.items()) {
     EXPECT_TRUE(value.is_null()) << name << ": " << value;
   }

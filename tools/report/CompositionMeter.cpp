@@ -49,8 +49,12 @@ void CompositionMeter::take(const RoomState& room) {
   mPersons = {};
   mSpeaking = 0;
   mSpeakersFramed = 0;
+  mSubjects = 0;
+  mSubjectsWhole = 0;
   for (const PersonState& person : room.persons) {
     ++countOf(mPersons, person.visibility);
+    mSubjects += person.frames;
+    mSubjectsWhole += person.framesWhole;
     if (person.speaks) {
       ++mSpeaking;
       mSpeakersFramed += person.framedAsSpeaker ? 1 : 0;
@@ -107,6 +111,8 @@ void CompositionMeter::last(std::int64_t from, std::int64_t to) {
   sums.streamMs += mStreams * time;
   sums.speakingMs += mSpeaking * time;
   sums.speakerFramedMs += mSpeakersFramed * time;
+  sums.subjectMs += mSubjects * time;
+  sums.subjectWholeMs += mSubjectsWhole * time;
   addPersons(sums.personTime, time);
   const std::int64_t bucket = from / TimeLine::kBucketMs;
   if (bucket < kMostBuckets) {

@@ -29,6 +29,8 @@ class CompositionMeter {
   PersonTime mPersons;
   std::int64_t mSpeaking = 0;
   std::int64_t mSpeakersFramed = 0;
+  std::int64_t mSubjects = 0;
+  std::int64_t mSubjectsWhole = 0;
   std::vector<std::int64_t> mHeadSizes;
   std::vector<std::int64_t> mHeadRooms;
   std::vector<std::int64_t> mThirds;

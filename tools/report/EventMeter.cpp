@@ -143,6 +143,9 @@ void EventMeter::takeAll(std::int64_t t, const RoomState& room, const std::set<i
 
 void EventMeter::takePresent(std::int64_t t, const RoomState& room, const PersonState& person, bool changed) {
   Known& known = mPeople[person.id];
+  if (!room.owesNewcomers) {
+    known.join.reset();
+  }
   settle(t, RoomEvent::Join, known.join, person.visibility == Visibility::InView, changed);
   settle(t, RoomEvent::Speak, known.speak, person.framedAsSpeaker, changed);
   known.shownBy.clear();

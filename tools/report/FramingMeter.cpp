@@ -43,7 +43,8 @@ bool speaks(const FynHead& person) {
 
 }  // namespace
 
-FramingMeter::FramingMeter() : mChanges(mMeasurement), mComposition(mMeasurement), mEvents(mMeasurement) {}
+FramingMeter::FramingMeter(std::optional<int> stream)
+    : mStream(stream), mChanges(mMeasurement), mComposition(mMeasurement), mEvents(mMeasurement) {}
 
 void FramingMeter::onDecision(const LayoutDecision& decision) {
   if (bringsLayout(decision.kind)) {
@@ -115,8 +116,10 @@ void FramingMeter::takePersons(ProductionRuleIPCService& service) {
 
 void FramingMeter::placePersons(ProductionRuleIPCService& service) {
   const bool singlesOutSpeakers = service.framingMode() == FramingMode::SpeakerFraming;
+  mRoom.owesNewcomers = !singlesOutSpeakers && mStream.value_or(0) == 0;
   for (std::size_t index = 0; index < mPeople.size(); ++index) {
     PersonState& state = mRoom.persons[index];
+    countOwnFrames(*mPeople[index], state);
     state.visibility = Visibility::Off;
     state.framedAsSpeaker = false;
     state.appearances.clear();
@@ -132,6 +135,19 @@ void FramingMeter::placePersons(ProductionRuleIPCService& service) {
   }
 }
 
+void FramingMeter::countOwnFrames(const FynHead& person, PersonState& state) const {
+  state.frames = 0;
+  state.framesWhole = 0;
+  for (const StreamPicture& picture : mRoom.pictures) {
+    for (const FrameView& frame : picture.frames) {
+      if (frame.people.count(person.id) != 0) {
+        ++state.frames;
+        state.framesWhole += visibilityIn(frame, person) == Visibility::InView ? 1 : 0;
+      }
+    }
+  }
+}
+
 std::set<int> FramingMeter::takePictures(std::int64_t t, ProductionRuleIPCService& service) {
   std::set<int> changed;
   const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
@@ -139,6 +155,11 @@ std::set<int> FramingMeter::takePictures(std::int64_t t, ProductionRuleIPCServic
     return changed;
   }
   std::vector<StreamPicture> pictures = picturesOf(engine->getFinalLayoutPtrs());
+  if (mStream) {
+    pictures.erase(std::remove_if(pictures.begin(), pictures.end(),
+                                  [this](const auto& picture) { return picture.stream != *mStream; }),
+                   pictures.end());
+  }
   // An engine that has just forgotten its layouts leaves its last picture on screen.
   if (pictures.empty() || pictures == mRoom.pictures) {
     return changed;

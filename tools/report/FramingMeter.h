@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <set>
 
 #include "layouts/LayoutDecision.h"
@@ -25,7 +26,8 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
    * looks like later is not known. */
   static constexpr std::int64_t kLongestHoldMs = 1000;
 
-  FramingMeter();
+  /** Measures only the stream `stream`, when one is given. */
+  explicit FramingMeter(std::optional<int> stream = std::nullopt);
 
   /** Hands an event to the replay and measures what comes of it. `replay` reports to this meter. */
   void handle(Replay& replay, const RecordingEvent& event);
@@ -40,9 +42,11 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
  private:
   void takePersons(ProductionRuleIPCService& service);
   void placePersons(ProductionRuleIPCService& service);
+  void countOwnFrames(const FynHead& person, PersonState& state) const;
   std::set<int> takePictures(std::int64_t t, ProductionRuleIPCService& service);
   void passTime(std::int64_t t);
 
+  std::optional<int> mStream;
   Measurement mMeasurement;
   ChangeMeter mChanges;
   CompositionMeter mComposition;

@@ -17,7 +17,7 @@ namespace fyn::productionrules {
 Measurement measureRecording(const std::string& path, const MeasuredSetup& setup,
                              std::istream& standardInput) {
   InputFile input(path, standardInput);
-  FramingMeter meter;
+  FramingMeter meter(setup.stream);
   ReplayOptions options;
   options.configuration = setup.configuration;
   options.properties = setup.properties;

@@ -16,6 +16,8 @@ struct MeasuredSetup {
   /** Content of the configuration file; nothing for no file. */
   std::optional<std::string> configuration;
   KeyValues properties;
+  /** Only this output stream counts; nothing for all of them. */
+  std::optional<int> stream = std::nullopt;
 };
 
 /** A recording and what was measured on it. */

@@ -72,6 +72,9 @@ struct Measurement {
   /** Milliseconds between two changes of a stream. */
   Distribution betweenChanges;
   PersonTime personTime;
+  /** Time of the persons whom a frame was made for, and how much of it that frame showed them whole. */
+  std::int64_t subjectMs = 0;
+  std::int64_t subjectWholeMs = 0;
   /** Height of a head in the output, as a share of the output's height. */
   Distribution headSize;
   /** From the top of a frame to its highest head, as a share of the frame's height. */

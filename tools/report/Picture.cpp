@@ -56,7 +56,8 @@ std::vector<StreamPicture> picturesOf(const std::vector<std::shared_ptr<Layout>>
     StreamPicture picture{layout->streamId, layout->layoutType, {}};
     for (const Frame& frame : layout->frames) {
       const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-      const FrameView view{frame.frameType, frame.fynCamId, image, inCameraPixels(frame, image), frame.dest};
+      const FrameView view{frame.frameType, frame.fynCamId, image, inCameraPixels(frame, image),
+                           frame.dest,      frame.fynHeads};
       if (!isEmpty(view.source) && !isEmpty(view.dest)) {
         picture.frames.push_back(view);
       }
@@ -84,6 +85,12 @@ bool lookAlike(const StreamPicture& a, const StreamPicture& b) {
                       return first.camera == second.camera && first.dest == second.dest &&
                              common >= kAlike * all;
                     });
+}
+
+Visibility visibilityIn(const FrameView& frame, const FynHead& person) {
+  StreamPicture alone;
+  alone.frames.push_back(frame);
+  return appearanceIn(alone, person).visibility;
 }
 
 Appearance appearanceIn(const StreamPicture& picture, const FynHead& person) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "model/FynHead.h"
@@ -19,6 +20,8 @@ struct FrameView {
   Rect source;
   /** Where, in pixels of the output (kOutputSize). */
   Rect dest;
+  /** Ids of the persons whom the frame was made for; not part of what a viewer sees. */
+  std::set<std::int64_t> people;
 
   friend bool operator==(const FrameView& a, const FrameView& b) {
     return a.type == b.type && a.camera == b.camera && a.source == b.source && a.dest == b.dest;
@@ -58,6 +61,9 @@ struct Appearance {
   /** The head in that frame's camera, in its pixels. */
   Rect box;
 };
+
+/** How much of the person's head the frame shows, of what lies inside the camera's image. */
+Visibility visibilityIn(const FrameView& frame, const FynHead& person);
 
 /** The person's best appearance: most of the head in view, then the largest head. A head counts as far as it
  * lies inside the camera's image. */

@@ -1,9 +1,12 @@
 #include "tools/report/ReportCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
+#include "tools/prb/UsageError.h"
 #include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
 #include "tools/report/MeasureRecordings.h"
@@ -21,6 +24,7 @@ struct ReportArguments {
   std::vector<std::string> properties;
   std::string json;
   std::string html;
+  std::optional<int> stream;
   bool timing = false;
 };
 
@@ -59,11 +63,22 @@ void writeJson(const ReportArguments& arguments, const std::vector<MeasuredRecor
   output.finish();
 }
 
+void checkStream(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings) {
+  const bool isShown = std::any_of(recordings.begin(), recordings.end(), [](const auto& recording) {
+    return !recording.measurement.timeLine.changes.empty();
+  });
+  if (arguments.stream && !isShown) {
+    throw UsageError("no recording shows anything on stream " + std::to_string(*arguments.stream));
+  }
+}
+
 void runReport(const ReportArguments& arguments, PrbContext& context) {
   checkRecordingNames(arguments.recordings);
-  const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties)};
+  const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties),
+                            arguments.stream};
   const std::vector<MeasuredRecording> recordings =
       measureRecordings(arguments.recordings, {setup}, context).front();
+  checkStream(arguments, recordings);
   if (arguments.json != "-") {
     writeMetricTable(context.out, metrics(), recordings);
     if (arguments.timing) {
@@ -99,6 +114,8 @@ void addReportCommand(CLI::App& command, PrbContext& context) {
                   "Write the figures as JSON; - for standard output, without the table")
       ->type_name("FILE");
   command.add_option("--html", arguments->html, "Write a page with plots")->type_name("FILE");
+  command.add_option("--stream", arguments->stream, "Measure only this output stream; 0 shows everybody")
+      ->type_name("ID");
   command.add_flag("--timing", arguments->timing,
                    "Report the time that a decision takes too; it differs from run to run");
   command.footer(

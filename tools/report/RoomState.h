@@ -15,6 +15,9 @@ struct PersonState {
   Visibility visibility = Visibility::Off;
   /** Framed as the mode frames a speaker, see docs/measuring.md. */
   bool framedAsSpeaker = false;
+  /** In how many frames that were made for the person the person can be seen whole, and of how many. */
+  int framesWhole = 0;
+  int frames = 0;
   /** One per stream, in the order of RoomState::pictures. */
   std::vector<Appearance> appearances;
 };
@@ -24,6 +27,8 @@ struct RoomState {
   std::vector<StreamPicture> pictures;
   /** Ascending by id. Persons without a head box in any camera are left out. */
   std::vector<PersonState> persons;
+  /** The pictures are to show whoever comes in. */
+  bool owesNewcomers = true;
 };
 
 }  // namespace fyn::productionrules
