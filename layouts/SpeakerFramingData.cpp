@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "config/PrConfig.h"
@@ -12,6 +13,19 @@ namespace {
 
 // More samples than this are not kept, whatever the configuration says: half a minute at 30 results a second.
 constexpr std::int32_t kMostSamples = 1000;
+
+// One speaker follows another, or somebody throws in a word: the word passes on as often as this within the
+// samples. A tag that moves more often wanders.
+constexpr int kMostHandovers = 3;
+
+template <typename Samples>
+int handoversIn(const Samples& samples) {
+  int handovers = 0;
+  for (std::size_t i = 1; i < samples.size(); ++i) {
+    handovers += samples[i].person != samples[i - 1].person ? 1 : 0;
+  }
+  return handovers;
+}
 
 }  // namespace
 
@@ -64,7 +78,8 @@ void SpeakerFramingData::checkPosition(std::uint32_t camId, std::uint32_t now) {
     return;
   }
   const Rect& box = (*speaker)->findHead(camId)->bbox;
-  mCentres.push_back({(double{1} * box.left + box.right) / 2, (double{1} * box.top + box.bottom) / 2});
+  mCentres.push_back(
+      {mActiveSpeaker, (double{1} * box.left + box.right) / 2, (double{1} * box.top + box.bottom) / 2});
   const auto size = static_cast<std::size_t>(std::min(config.stdDeviationDequeSize, kMostSamples));
   while (mCentres.size() > size) {
     mCentres.pop_front();
@@ -105,19 +120,31 @@ void SpeakerFramingData::startAfresh() {
   mRecoveryReason = "";
 }
 
-// Root of the mean squared distance from the mean point, in pixels.
-double SpeakerFramingData::deviationOf(const std::deque<Point>& points) {
-  const auto count = static_cast<double>(points.size());
-  Point mean{0, 0};
-  for (const Point& point : points) {
-    mean.x += point.x / count;
-    mean.y += point.y / count;
+// Root of the mean squared distance from the mean point, in pixels. The word passes from one head to another,
+// which moves the samples as well; unless it wanders, each head's steadiness counts for itself.
+double SpeakerFramingData::deviationOf(const std::deque<Sample>& samples) {
+  const bool isPerHead = handoversIn(samples) <= kMostHandovers;
+  struct Sum {
+    double count = 0;
+    double x = 0;
+    double y = 0;
+  };
+  std::map<std::int64_t, Sum> sums;
+  const auto sumOf = [&](const Sample& sample) -> Sum& { return sums[isPerHead ? sample.person : kNobody]; };
+  for (const Sample& sample : samples) {
+    Sum& sum = sumOf(sample);
+    ++sum.count;
+    sum.x += sample.x;
+    sum.y += sample.y;
   }
   double squares = 0;
-  for (const Point& point : points) {
-    squares += (point.x - mean.x) * (point.x - mean.x) + (point.y - mean.y) * (point.y - mean.y);
+  for (const Sample& sample : samples) {
+    const Sum& sum = sumOf(sample);
+    const double dx = sample.x - sum.x / sum.count;
+    const double dy = sample.y - sum.y / sum.count;
+    squares += dx * dx + dy * dy;
   }
-  return std::sqrt(squares / count);
+  return std::sqrt(squares / static_cast<double>(samples.size()));
 }
 
 }  // namespace fyn::productionrules

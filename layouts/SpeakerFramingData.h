@@ -53,16 +53,18 @@ class SpeakerFramingData {
   void startRecovery(const char* reason, std::uint32_t now);
   void startAfresh();
 
-  struct Point {
+  /** Where a speaker's head was, in camera pixels. */
+  struct Sample {
+    std::int64_t person;
     double x;
     double y;
   };
-  static double deviationOf(const std::deque<Point>& points);
+  static double deviationOf(const std::deque<Sample>& samples);
 
   std::vector<std::shared_ptr<FynHead>> mSpeakers;
   std::int64_t mActiveSpeaker = kNobody;
-  /** The latest centres of the speaker's head, in camera pixels. */
-  std::deque<Point> mCentres;
+  /** The latest centres of the speaker's head. */
+  std::deque<Sample> mCentres;
   /** Ticks of the latest vision results with an unsteady position. */
   std::deque<std::uint32_t> mUnsteadyTicks;
   /** Vision results in a row with people of whom none was tagged. */

@@ -136,7 +136,7 @@ constexpr MeetingCase kMeetings[] = {
     {"neighbours", [](PrConfig& config) { config.sfUseSsb = false; }, 58, 12},
     {"noHold", [](PrConfig& config) { config.sfLayoutHold = false; }, 78, 10},
     {"calm", [](PrConfig& config) { config.timersLayoutChangeSfFrameSpeaker = 2000; }, 66, 6},
-    {"recovery", [](PrConfig& config) { config.sfRecoveryMode = true; }, 38, 8},
+    {"recovery", [](PrConfig& config) { config.sfRecoveryMode = true; }, 78, 10},
 };
 
 class SpeakerRealMeeting : public ::testing::TestWithParam<MeetingCase> {};

@@ -103,6 +103,38 @@ TEST_F(SpeakerRecovery, StartsAfreshAfterwards) {
   EXPECT_TRUE(isRecovering());
 }
 
+// Persons 1 and 2 sit 700 pixels apart and steadily; each of the ten samples is of the person in `turns`.
+struct HandoverCase {
+  const char* name;
+  std::string turns;
+  const char* reason;
+};
+
+TEST_F(SpeakerRecovery, TellsAWordThatPassesOnFromATagThatWanders) {
+  const HandoverCase kCases[] = {
+      {"one after the other", "1111111122222222222222222222222", "no group"},
+      {"a word thrown in", "1111111111122111111111111111111", "no group"},
+      {"question and answer", "1111122221111222211112222111122", "no group"},
+      {"a wandering tag", "1212121212121212121212121212121", "recovery: unsteady speaker position"},
+  };
+  for (const HandoverCase& row : kCases) {
+    run.engine<SpeakerFramingLayout>();
+    for (const char speaker : row.turns) {
+      run.see(scene()
+                  .person(1)
+                  .at(200, 300)
+                  .speaking(speaker == '1')
+                  .person(2)
+                  .at(900, 300)
+                  .speaking(speaker == '2')
+                  .person(3)
+                  .at(1150, 600));
+    }
+    run.watch(speakerAt(200, false), 600);
+    EXPECT_EQ(reasonOfGroup(), row.reason) << row.name;
+  }
+}
+
 struct UntaggedCase {
   const char* name;
   int results;
