@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 
-#include "platform/TextFile.h"
 #include "platform/VisionSettings.h"
 #include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
@@ -36,12 +35,7 @@ int logLevelOf(const std::string& letter) {
 
 ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& context) {
   ReplayOptions options;
-  if (!arguments.config.empty()) {
-    options.configuration = readTextFile(arguments.config);
-    if (!options.configuration) {
-      throw UsageError("cannot read the configuration file " + arguments.config);
-    }
-  }
+  options.configuration = readConfiguration(arguments.config);
   options.properties = keyValues(arguments.properties);
   options.logLevel = logLevelOf(arguments.log);
   options.dumpPath = arguments.dump;

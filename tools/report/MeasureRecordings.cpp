@@ -4,7 +4,6 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "platform/TextFile.h"
 #include "tools/prb/UsageError.h"
 #include "tools/recording/NamedStream.h"
 #include "tools/recording/RecordingReader.h"
@@ -65,17 +64,6 @@ Measurement overall(const std::vector<MeasuredRecording>& recordings) {
     sum.merge(recording.measurement);
   }
   return sum;
-}
-
-std::optional<std::string> readConfiguration(const std::string& path) {
-  if (path.empty()) {
-    return std::nullopt;
-  }
-  std::optional<std::string> text = readTextFile(path);
-  if (!text) {
-    throw UsageError("cannot read the configuration file " + path);
-  }
-  return text;
 }
 
 void checkRecordingNames(const std::vector<std::string>& paths) {

@@ -41,9 +41,6 @@ std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<
 /** The figures of all recordings together: each counts by its length. */
 Measurement overall(const std::vector<MeasuredRecording>& recordings);
 
-/** Raises UsageError when the file cannot be read. "" gives nothing. */
-std::optional<std::string> readConfiguration(const std::string& path);
-
 /** Raises UsageError when standard input is named more than once. */
 void checkRecordingNames(const std::vector<std::string>& paths);
 
