@@ -67,6 +67,9 @@ std::string decisionJson(const LayoutDecision& decision) {
   if (decision.difference != LayoutDifference::None) {
     json["differs"] = layoutDifferenceText(decision.difference);
   }
+  if (*decision.reason != '\0') {
+    json["reason"] = decision.reason;
+  }
   if (*decision.timer != '\0') {
     json["timer"] = decision.timer;
   }
