@@ -9,6 +9,7 @@
 #include "tools/settings/SettingsCommands.h"
 #include "tools/simulation/SimulateCommand.h"
 #include "tools/tune/TuneCommand.h"
+#include "tools/view/ViewCommand.h"
 
 namespace fyn::productionrules {
 
@@ -21,6 +22,7 @@ const std::vector<Subcommand>& subcommands() {
       {"tune", "Search for the configurations with the best trade-offs", addTuneCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
+      {"view", "Serve a page that shows a recording or a running service", addViewCommand},
       {"record", "Record the bus of a running service", addRecordCommand},
       {"play", "Play a recording to the bus of a running service", addPlayCommand},
       {"watch", "Show what a running service does", addWatchCommand},

@@ -1,0 +1,27 @@
+#include "tools/view/LiveRoom.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+/** Bytes of a message that a page is not given: no real one comes near. */
+constexpr std::size_t kTooLong = 1'000'000;
+
+}  // namespace
+
+LiveRoom::LiveRoom(LineSink& sink, std::function<std::int64_t()> clock, ShadowSettings settings)
+    : mSink(sink), mClock(std::move(clock)), mStart(mClock()), mShadow(sink, std::move(settings)) {}
+
+void LiveRoom::onMessage(const std::string& topic, const std::string& message) {
+  const std::lock_guard lock(mMutex);
+  const std::int64_t t = mClock() - mStart;
+  if (message.size() > kTooLong) {
+    mSink.put(noticeLine(
+        t, "a message of " + std::to_string(message.size()) + " bytes on " + topic + " was left out"));
+  } else {
+    mSink.put(messageLine(t, topic, message));
+  }
+  mShadow.take(t, topic, message);
+}
+
+}  // namespace fyn::productionrules

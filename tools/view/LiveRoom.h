@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "platform/PubSub.h"
+#include "service/Topics.h"
+#include "tools/view/ShadowService.h"
+
+namespace fyn::productionrules {
+
+/** Turns the messages of a live bus into lines, and gives them to a shadow that tells why. */
+class LiveRoom final : public com::quil::pubsub::IPubSubListener {
+ public:
+  /** What it wants to be subscribed to. */
+  static constexpr std::array kTopics{
+      topics::kVisionResult, topics::kCameraParameters, topics::kCamera,     topics::kCameras,
+      topics::kCameraMoved,  topics::kControl,          topics::kDebugLog,   topics::kScene,
+      topics::kDebugScene,   topics::kSecondaryScene,   topics::kTimerDebug, topics::kPeopleCount};
+
+  /** `clock` gives milliseconds that do not decrease; the first call is time 0. `sink` must outlive this. */
+  LiveRoom(LineSink& sink, std::function<std::int64_t()> clock, ShadowSettings settings);
+
+  /** Called on any thread. */
+  void onMessage(const std::string& topic, const std::string& message) override;
+
+ private:
+  LineSink& mSink;
+  const std::function<std::int64_t()> mClock;
+  const std::int64_t mStart;
+  std::mutex mMutex;
+  ShadowService mShadow;
+};
+
+}  // namespace fyn::productionrules

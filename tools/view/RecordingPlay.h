@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+
+#include "tools/prb/Subcommand.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/replay/Replay.h"
+#include "tools/view/LineSpool.h"
+
+namespace fyn::productionrules {
+
+/**
+ * Replays a recording into `spool`, as fast as it can. A malformed line becomes a notice and is left out.
+ * False when `isStopped`, asked often, ended it.
+ */
+bool playRecording(InputFile& input, ReplayOptions options, LineSpool& spool, PrbContext& context,
+                   const std::function<bool()>& isStopped);
+
+}  // namespace fyn::productionrules

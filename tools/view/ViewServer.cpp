@@ -1,0 +1,245 @@
+#include "tools/view/ViewServer.h"
+
+#include <httplib.h>
+
+#include <array>
+#include <atomic>
+#include <nlohmann/json.hpp>
+#include <thread>
+#include <utility>
+
+#include "tools/view/PageFiles.h"
+#include "tools/view/ViewAccess.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+using std::chrono::seconds;
+
+constexpr std::size_t kThreads = ViewServer::kMostStreams + 8;
+constexpr seconds kHeartbeat{10};
+/** How long one attempt to write may take, which is also how long the end waits for a page that reads
+ * nothing. */
+constexpr seconds kWriteLimit{1};
+/** A page that has read nothing for this long is gone. */
+constexpr int kUnreadAttempts = 30;
+/** Bytes that the kernel holds for one page, so that a slow one is noticed. */
+constexpr int kSendBuffer = 128 * 1024;
+
+constexpr const char* kText = "text/plain; charset=utf-8";
+
+constexpr std::array<std::pair<std::string_view, const char*>, 4> kTypes{{
+    {".html", "text/html; charset=utf-8"},
+    {".js", "text/javascript; charset=utf-8"},
+    {".css", "text/css; charset=utf-8"},
+    {".svg", "image/svg+xml"},
+}};
+
+const char* typeOf(std::string_view name) {
+  for (const auto& [end, type] : kTypes) {
+    if (name.size() > end.size() && name.substr(name.size() - end.size()) == end) {
+      return type;
+    }
+  }
+  return "application/octet-stream";
+}
+
+// Its own options instead of the library's, which let two servers share a port without a word.
+void setSocketOptions(socket_t socket) {
+  constexpr int kYes = 1;
+  setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &kYes, sizeof kYes);
+  setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
+}
+
+void answer(httplib::Response& response, int status, const std::string& words) {
+  response.status = status;
+  response.set_content(words + '\n', kText);
+}
+
+}  // namespace
+
+/** The HTTP side. */
+class ViewServer::Pages {
+ public:
+  Pages(ViewFeed feed, const ViewServerOptions& options);
+  ~Pages();
+
+  int port() const { return mPort; }
+  std::string url() const;
+
+ private:
+  using Next = httplib::Server::HandlerResponse;
+
+  void setUp();
+  Next guard(const httplib::Request& request, httplib::Response& response);
+  void get(const httplib::Request& request, httplib::Response& response);
+  void sendLines(const httplib::Request& request, httplib::Response& response);
+  bool sendPiece(LineStream& lines, int& unread, httplib::DataSink& sink) const;
+
+  const ViewFeed mFeed;
+  const std::string mAddress;
+  int mPort = 0;
+  std::unique_ptr<ViewAccess> mAccess;
+  std::atomic<int> mStreams{0};
+  std::atomic<bool> mEnding{false};
+  std::atomic<bool> mEnded{false};
+  httplib::Server mServer;
+  std::thread mThread;
+};
+
+ViewServer::Pages::Pages(ViewFeed feed, const ViewServerOptions& options)
+    : mFeed(std::move(feed)), mAddress(options.address) {
+  if (options.token.empty() && !isLoopback(options.address)) {
+    throw std::invalid_argument("an address that others reach needs a token");
+  }
+  setUp();
+  mServer.set_socket_options(setSocketOptions);
+  mPort = options.port == 0 ? mServer.bind_to_any_port(options.address) : options.port;
+  if (mPort <= 0 || (options.port != 0 && !mServer.bind_to_port(options.address, options.port))) {
+    throw std::runtime_error("port " + std::to_string(options.port) + " of " + options.address +
+                             " cannot be had");
+  }
+  // A cookie belongs to a host whatever the port.
+  mAccess = std::make_unique<ViewAccess>(options.token, "prb-view-" + std::to_string(mPort));
+  mThread = std::thread([this] {
+    mServer.listen_after_bind();
+    mEnded = true;
+  });
+  // What is not running yet cannot be stopped.
+  while (!mServer.is_running() && !mEnded) {
+    std::this_thread::yield();
+  }
+}
+
+ViewServer::Pages::~Pages() {
+  mEnding = true;
+  mFeed.close();
+  mServer.stop();
+  mThread.join();
+}
+
+std::string ViewServer::Pages::url() const {
+  const bool isSix = mAddress.find(':') != std::string::npos;
+  return "http://" + (isSix ? '[' + mAddress + ']' : mAddress) + ':' + std::to_string(mPort) + '/';
+}
+
+void ViewServer::Pages::setUp() {
+  mServer.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+  mServer.set_keep_alive_timeout(1);
+  mServer.set_read_timeout(kWriteLimit);
+  mServer.set_write_timeout(kWriteLimit);
+  mServer.set_payload_max_length(0);
+  mServer.set_tcp_nodelay(true);
+  mServer.set_default_headers({
+      {"Content-Security-Policy",
+       "default-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+      {"X-Content-Type-Options", "nosniff"},
+      {"Referrer-Policy", "no-referrer"},
+      {"Cross-Origin-Resource-Policy", "same-origin"},
+      {"Cache-Control", "no-store"},
+  });
+  mServer.set_pre_routing_handler(
+      [this](const auto& request, auto& response) { return guard(request, response); });
+  mServer.Get(".*", [this](const auto& request, auto& response) { get(request, response); });
+}
+
+ViewServer::Pages::Next ViewServer::Pages::guard(const httplib::Request& request,
+                                                 httplib::Response& response) {
+  if (request.method != "GET" && request.method != "HEAD") {
+    response.set_header("Allow", "GET, HEAD");
+    answer(response, 405, "only GET and HEAD");
+    return Next::Handled;
+  }
+  switch (mAccess->judge(request.get_header_value("Host"), request.get_header_value("Cookie"),
+                         request.get_param_value("token"))) {
+    case ViewAccess::Verdict::Allowed:
+      return Next::Unhandled;
+    case ViewAccess::Verdict::TokenGiven:
+      response.set_header("Set-Cookie", mAccess->cookie());
+      response.set_redirect("/", 303);
+      return Next::Handled;
+    case ViewAccess::Verdict::NoToken:
+      answer(response, 401, "a token is needed: open the address that prb printed");
+      return Next::Handled;
+    case ViewAccess::Verdict::ForeignHost:
+      answer(response, 403, "this page is for this machine only: open it as localhost");
+      return Next::Handled;
+  }
+  return Next::Handled;
+}
+
+void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& response) {
+  if (request.path == mFeed.path) {
+    sendLines(request, response);
+    return;
+  }
+  if (request.path == "/api/info") {
+    response.set_content(nlohmann::ordered_json{{"source", mFeed.source}, {"name", mFeed.name}}.dump(
+                             -1, ' ', false, nlohmann::json::error_handler_t::replace),
+                         "application/json");
+    return;
+  }
+  const std::string_view name =
+      request.path == "/" ? std::string_view("index.html") : std::string_view(request.path).substr(1);
+  for (const PageFile& file : pageFiles()) {
+    if (file.name == name) {
+      response.set_content(file.content.data(), file.content.size(), typeOf(name));
+      return;
+    }
+  }
+  answer(response, 404, "there is nothing here");
+}
+
+void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Response& response) {
+  if (request.method == "HEAD") {
+    response.set_header("Content-Type", mFeed.contentType);
+    return;
+  }
+  if (++mStreams > kMostStreams) {
+    --mStreams;
+    answer(response, 503, "too many pages are open: close one and load this one again");
+    return;
+  }
+  const std::shared_ptr<LineStream> lines = mFeed.open(request.get_header_value("Last-Event-ID"));
+  const auto unread = std::make_shared<int>(0);
+  response.set_chunked_content_provider(
+      mFeed.contentType,
+      [this, lines, unread](std::size_t /*offset*/, httplib::DataSink& sink) {
+        return sendPiece(*lines, *unread, sink);
+      },
+      [this](bool /*success*/) { --mStreams; });
+}
+
+// A piece is taken only when it can be sent, so that what a slow page leaves unread stays where it is
+// counted.
+bool ViewServer::Pages::sendPiece(LineStream& lines, int& unread, httplib::DataSink& sink) const {
+  if (!sink.is_writable()) {
+    return !mEnding && ++unread < kUnreadAttempts;
+  }
+  unread = 0;
+  const std::optional<std::string> piece = lines.next(kHeartbeat);
+  if (!piece) {
+    sink.done();
+    return true;
+  }
+  const std::string& text = piece->empty() ? mFeed.heartbeat : *piece;
+  return text.empty() || sink.write(text.data(), text.size());
+}
+
+// ---- ViewServer ----
+
+ViewServer::ViewServer(ViewFeed feed, const ViewServerOptions& options)
+    : mPages(std::make_unique<Pages>(std::move(feed), options)) {}
+
+ViewServer::~ViewServer() = default;
+
+int ViewServer::port() const {
+  return mPages->port();
+}
+
+std::string ViewServer::url() const {
+  return mPages->url();
+}
+
+}  // namespace fyn::productionrules

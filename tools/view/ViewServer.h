@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "tools/view/LineStream.h"
+
+namespace fyn::productionrules {
+
+struct ViewServerOptions {
+  /** A numeric address. */
+  std::string address = "127.0.0.1";
+  /** 0 for any that is free. */
+  int port = 0;
+  /** What a page must know; "" for nothing, as long as only this machine is reached. */
+  std::string token;
+};
+
+/**
+ * Serves the viewer page and its lines (viewer/protocol.md) from threads of its own. An address that others
+ * reach always needs a token.
+ */
+class ViewServer {
+ public:
+  /** Pages that read lines at one time; one more is turned away. */
+  static constexpr int kMostStreams = 24;
+
+  /** Listens when it returns. Raises std::runtime_error when the port cannot be had, and
+   * std::invalid_argument when others could read without a token. */
+  ViewServer(ViewFeed feed, const ViewServerOptions& options);
+
+  /** Ends all answers, also those that nobody reads, and all threads. */
+  ~ViewServer();
+  ViewServer(const ViewServer&) = delete;
+  ViewServer& operator=(const ViewServer&) = delete;
+
+  int port() const;
+
+  /** Where a browser finds the page, without the token. */
+  std::string url() const;
+
+ private:
+  class Pages;
+  std::unique_ptr<Pages> mPages;
+};
+
+}  // namespace fyn::productionrules
