@@ -6,12 +6,16 @@
 #include <memory>
 #include <sstream>
 
-#include "platform/TextFile.h"
 #include "tools/demo/DemoObserver.h"
 #include "tools/demo/RealTimePace.h"
 #include "tools/prb/Prb.h"
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
+#include "tools/replay/ObserverList.h"
 #include "tools/replay/RecordingRun.h"
+#include "tools/view/LineHub.h"
+#include "tools/view/ReplayLines.h"
+#include "tools/view/ViewPage.h"
 
 namespace fyn::productionrules {
 
@@ -29,6 +33,8 @@ struct DemoArguments {
   std::string minutes = "3";
   // What a detector behind a tracker leaves; the noise of a bare one hides what the service does.
   std::string noise = "low";
+  bool view = false;
+  ViewPageOptions page;
 };
 
 struct Mode {
@@ -90,24 +96,69 @@ class Meeting {
   bool mIsThere = true;
 };
 
+/** The viewer page beside the demo: each round goes on where the one before has ended. */
+class DemoPage {
+ public:
+  // The page is an addition: without a port the demo goes on.
+  DemoPage(const DemoArguments& arguments, PrbContext& context) {
+    if (!arguments.view) {
+      return;
+    }
+    const std::string what = arguments.recording.empty() ? "simulated meeting" : arguments.recording;
+    try {
+      mPage = showViewPage(mHub.feed(what + ", " + arguments.mode + " framing"), arguments.page);
+      context.out << "The viewer page is at " << mPage.address << std::endl;
+    } catch (const UsageError&) {
+      throw;
+    } catch (const std::runtime_error& error) {
+      context.err << "prb demo: no viewer page: " << error.what() << std::endl;
+    }
+  }
+
+  /** Observes the next round, if there is a page. */
+  void beginRound(ObserverList& observers) {
+    if (mPage.server != nullptr) {
+      mLines.emplace(mHub, mStart);
+      observers.add(*mLines, mLines->decisions());
+    }
+  }
+
+  /** Plays an event of the round. */
+  void handle(Replay& replay, const RecordingEvent& event) {
+    if (mLines) {
+      mLines->watch(replay);
+      mLines->handle(event);
+    } else {
+      replay.handle(event);
+    }
+  }
+
+  /** Call it while the round's replay is still there. */
+  void endRound() { mStart = mLines ? mLines->now() : 0; }
+
+ private:
+  LineHub mHub;
+  ViewPage mPage;
+  std::int64_t mStart = 0;
+  std::optional<ReplayLines> mLines;
+};
+
 // Plays one round. False when somebody asked to end.
-bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream& scenes) {
+bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream& scenes, DemoPage& page) {
   Meeting meeting(arguments, context);
   if (!meeting.isThere()) {
     return false;
   }
   DemoObserver observer(context.out, scenes);
   ReplayOptions options;
-  if (!arguments.config.empty()) {
-    options.configuration = readTextFile(arguments.config);
-    if (!options.configuration) {
-      throw UsageError("cannot read the configuration file " + arguments.config);
-    }
-  }
+  options.configuration = readConfiguration(arguments.config);
   options.properties = {{"vendor.talkertracking.flag", propertyOf(arguments.mode)}};
   options.standardOutput = &context.err;
-  options.decisions = &observer;
-  Replay replay(options, observer);
+  ObserverList observers;
+  observers.add(observer, observer);
+  page.beginRound(observers);
+  options.decisions = &observers;
+  Replay replay(options, observers);
   observer.watch(replay);
   const RealTimePace pace(arguments.fast ? 0.0 : 1.0);
   RecordingReader reader(meeting.stream(), meeting.name());
@@ -116,10 +167,11 @@ bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream
   while (goOn && reader.next(event)) {
     goOn = pace.waitUntil(event.t);
     if (goOn) {
-      replay.handle(event);
+      page.handle(replay, event);
     }
   }
   replay.finish();
+  page.endRound();
   scenes.flush();
   context.out << observer.summary() << std::endl;
   return goOn;
@@ -137,7 +189,8 @@ void runDemo(const DemoArguments& arguments, PrbContext& context) {
               << (arguments.fast ? ", as fast as it can" : ", in real time")
               << ". One line per change of the picture; scene documents go to " << arguments.scenes
               << (arguments.once ? "." : ". Ctrl-C ends it.") << std::endl;
-  while (playRound(arguments, context, scenes.stream()) && !arguments.once) {
+  DemoPage page(arguments, context);
+  while (playRound(arguments, context, scenes.stream(), page) && !arguments.once) {
   }
   scenes.finish();
 }
@@ -165,12 +218,14 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_option("--noise", arguments->noise, "Noise of the simulated detector: none, low, real or high")
       ->type_name("LEVEL")
       ->capture_default_str();
+  command.add_flag("--view", arguments->view, "Show it on the viewer page too, and print the page's address");
+  addViewPageOptions(command, arguments->page);
   command.footer(
       "Plays a meeting through the service on the embedded bus and says what it decides and why.\n"
       "\n"
       "Examples:\n"
       "  prb demo --once --fast\n"
-      "  prb demo --mode people --people 6\n"
+      "  prb demo --mode people --people 6 --view\n"
       "  prb demo meeting.jsonl --scenes scenes.jsonl");
   command.callback([arguments, &context] { runDemo(*arguments, context); });
 }
