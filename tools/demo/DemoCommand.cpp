@@ -29,7 +29,8 @@ struct DemoArguments {
   std::string scenes = "out/scenes.jsonl";
   std::string config;
   std::string seed = "1";
-  std::string people = "5";
+  // Without a number: as many as the mode is made for.
+  std::string people;
   std::string minutes = "3";
   // What a detector behind a tracker leaves; the noise of a bare one hides what the service does.
   std::string noise = "low";
@@ -40,12 +41,13 @@ struct DemoArguments {
 struct Mode {
   const char* name;
   FramingMode mode;
+  const char* people;
 };
 
-constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming},
-                                      {"people", FramingMode::PeopleFraming},
-                                      {"speaker", FramingMode::SpeakerFraming},
-                                      {"multistream", FramingMode::MultiStream}}};
+constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming, "5"},
+                                      {"people", FramingMode::PeopleFraming, "6"},
+                                      {"speaker", FramingMode::SpeakerFraming, "5"},
+                                      {"multistream", FramingMode::MultiStream, "5"}}};
 
 std::vector<std::string> modeNames() {
   std::vector<std::string> names;
@@ -55,10 +57,10 @@ std::vector<std::string> modeNames() {
   return names;
 }
 
-std::string propertyOf(const std::string& name) {
+const Mode& findMode(const std::string& name) {
   for (const Mode& mode : kModes) {
     if (name == mode.name) {
-      return std::to_string(static_cast<int>(mode.mode));
+      return mode;
     }
   }
   throw UsageError("unknown mode " + name);
@@ -75,8 +77,9 @@ class Meeting {
     }
     mName = "simulated meeting";
     PrbContext simulation{context.in, mSimulated, context.err};
-    const int status = runPrb({"simulate", "--seed", arguments.seed, "--people", arguments.people,
-                               "--minutes", arguments.minutes, "--noise", arguments.noise, "-o", "-"},
+    const std::string people = arguments.people.empty() ? findMode(arguments.mode).people : arguments.people;
+    const int status = runPrb({"simulate", "--seed", arguments.seed, "--people", people, "--minutes",
+                               arguments.minutes, "--noise", arguments.noise, "-o", "-"},
                               simulation);
     // What is wrong has been said already.
     mIsThere = status == 0;
@@ -152,7 +155,12 @@ bool playRound(const DemoArguments& arguments, PrbContext& context, std::ostream
   DemoObserver observer(context.out, scenes);
   ReplayOptions options;
   options.configuration = readConfiguration(arguments.config);
-  options.properties = {{"vendor.talkertracking.flag", propertyOf(arguments.mode)}};
+  const int mode = static_cast<int>(findMode(arguments.mode).mode);
+  options.properties = {{"vendor.talkertracking.flag", std::to_string(mode)}};
+  if (arguments.recording.empty()) {
+    // The simulated detector reports each frame by itself.
+    options.properties.emplace_back("vendor.feature.pfSteadyPresence", "1");
+  }
   options.standardOutput = &context.err;
   ObserverList observers;
   observers.add(observer, observer);
@@ -212,7 +220,10 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE");
   command.add_option("--seed", arguments->seed, "Seed of the simulated meeting")->capture_default_str();
-  command.add_option("--people", arguments->people, "People in the simulated meeting")->capture_default_str();
+  command
+      .add_option("--people", arguments->people,
+                  "People in the simulated meeting; without it 6 in people framing, else 5")
+      ->type_name("N");
   command.add_option("--minutes", arguments->minutes, "Length of the simulated meeting")
       ->capture_default_str();
   command.add_option("--noise", arguments->noise, "Noise of the simulated detector: none, low, real or high")
@@ -221,7 +232,10 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_flag("--view", arguments->view, "Show it on the viewer page too, and print the page's address");
   addViewPageOptions(command, arguments->page);
   command.footer(
-      "Plays a meeting through the service on the embedded bus and says what it decides and why.\n"
+      "Plays a meeting through the service on the embedded bus and says what it decides and why. With a "
+      "simulated\n"
+      "meeting the property vendor.feature.pfSteadyPresence is on, as its detector reports each frame by "
+      "itself.\n"
       "\n"
       "Examples:\n"
       "  prb demo --once --fast\n"
