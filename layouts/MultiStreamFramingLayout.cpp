@@ -105,6 +105,11 @@ bool MultiStreamFramingLayout::applySecondaryLayout(const std::shared_ptr<Layout
   const auto named = layout == nullptr ? mStreamIds.end()
                                        : std::find(mStreamIds.begin(), mStreamIds.end(),
                                                    static_cast<unsigned>(layout->streamId));
+  if (layout != nullptr && named == mStreamIds.end()) {
+    // It takes the place of stream 0 under its id: nobody knows the other one.
+    layout->streamId = 0;
+    layout->isLogicalStream = true;
+  }
   const bool applied = named == mStreamIds.end()
                            ? mGroup.applySecondaryLayout(layout)
                            : mPeople.applySecondaryLayoutToStream(

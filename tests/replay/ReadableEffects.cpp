@@ -44,7 +44,10 @@ std::string sceneText(const ordered_json& scene) {
   std::string text;
   for (const ordered_json& stream : scene["streams"]) {
     if (!text.empty()) {
-      text += " | stream " + number(stream["streamid"]);
+      text += "\n     ";
+    }
+    if (stream["streamid"] != 0) {
+      text += " stream " + number(stream["streamid"]);
     }
     text += " scene " + number(stream["sceneNumber"]) + word(stream, "TrackingMode") +
             word(stream, "layoutType") + word(stream, "animation") + " " + number(stream["duration"]) +
@@ -60,12 +63,13 @@ std::string sceneText(const ordered_json& scene) {
 }
 
 std::string timersText(const ordered_json& document) {
+  const bool ofSeveralStreams = document["currentLayout"]["layouts"].size() > 1;
   std::string text;
   for (const auto& [half, value] : document.items()) {
-    text += " " + half + ":";
+    text += (ofSeveralStreams ? "\n      " : " ") + half + ":";
     for (const ordered_json& layout : value["layouts"]) {
       if (const ordered_json& frames = layout["frames"]; !frames.empty() && frames[0]["stream"] != 0) {
-        text += " | stream " + number(frames[0]["stream"]);
+        text += "\n      stream " + number(frames[0]["stream"]);
       }
       text += word(layout, "layoutType") + " " + number(layout["layoutTimer"]) + " ms";
       for (const ordered_json& frame : layout["frames"]) {
