@@ -8,8 +8,7 @@ namespace fyn::productionrules::testing {
 namespace {
 
 bool showsSomebody(const Layout& layout) {
-  return layout.streamId != 0 &&
-         (layout.layoutType == FramingType::HEAD || layout.layoutType == FramingType::PROXIMITY);
+  return layout.streamId != 0 && layout.layoutType != FramingType::ROOM;
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 
 namespace fyn::productionrules::testing {
 
-/** Follows on which stream everybody is shown, for as long as the person is in view. Group frames, which name
- * heads and not persons, do not count. */
+/** Follows on which stream everybody is shown, for as long as the person is in view. Head ids must be person
+ * ids, because group frames name heads. */
 class StreamWatch {
  public:
   /** Persons who are in two streams beside stream 0, or who have changed stream while in view. */
