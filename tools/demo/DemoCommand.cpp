@@ -51,6 +51,7 @@ constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming, "5"},
 
 std::vector<std::string> modeNames() {
   std::vector<std::string> names;
+  names.reserve(kModes.size());
   for (const Mode& mode : kModes) {
     names.emplace_back(mode.name);
   }

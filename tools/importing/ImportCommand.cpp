@@ -50,6 +50,7 @@ void runImport(const ImportOptions& options, PrbContext& context) {
     speech = Speech(readTurns(turns.stream(), turns.name()), tracks);
   }
   std::vector<MeetingCamera> cameras;
+  cameras.reserve(tracks.size());
   for (const CameraTracks& camera : tracks) {
     cameras.push_back({camera.image});
   }

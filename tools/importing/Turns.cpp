@@ -18,6 +18,7 @@ std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cam
     }
   }
   std::vector<std::int32_t> persons;
+  persons.reserve(frames.size());
   for (const auto& [person, count] : frames) {
     persons.push_back(person);
   }
