@@ -28,6 +28,8 @@ void printScene(const std::string& json) {
 
 }  // namespace
 
+// Without memory for the options there is nothing left to end well.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   CLI::App app("Prints every scene document that the production-rules service hands to its camera provider.");
   std::string bus = "session";

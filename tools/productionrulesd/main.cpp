@@ -56,6 +56,8 @@ void passOn(const HostOptions& options) {
 
 }  // namespace
 
+// Without memory for the options there is nothing left to end well.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   CLI::App app("Runs the production-rules service, the automatic camera director of a meeting room.");
   HostOptions options;

@@ -10,7 +10,7 @@ namespace {
 constexpr double kUpperThird = 1.0 / 3.0;
 
 // The time line ends after four days: times are the recording's, and it may say anything.
-constexpr std::int64_t kMostBuckets = 4 * 86400;
+constexpr std::int64_t kMostBuckets = std::int64_t{4} * 86400;
 
 /** A share in tenths of a per cent. Hostile boxes may lie anywhere; ten pictures away is far enough. */
 std::int64_t tenthsOfPercent(double share) {
