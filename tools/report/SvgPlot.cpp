@@ -38,6 +38,17 @@ double stepFor(double span, double count, bool isTime) {
   return 10 * power;
 }
 
+/** The multiples of `step` within `axis`. */
+std::vector<double> marksOf(const PlotAxis& axis, double step) {
+  const double first = std::ceil(axis.low / step);
+  const auto count = static_cast<std::size_t>(std::max(0.0, std::floor(axis.high / step + 1e-6) - first + 1));
+  std::vector<double> marks(count);
+  for (std::size_t index = 0; index < count; ++index) {
+    marks[index] = (first + static_cast<double>(index)) * step;
+  }
+  return marks;
+}
+
 std::string textAt(double x, double y, const char* anchor, const std::string& text) {
   return "<text x=\"" + plainNumber(x) + "\" y=\"" + plainNumber(y) + "\" text-anchor=\"" + anchor + "\">" +
          escaped(text) + "</text>\n";
@@ -100,14 +111,13 @@ double SvgPlot::toY(double value) const {
 
 void SvgPlot::axes() {
   const double stepX = stepFor(mX.high - mX.low, (mWidth - kLeft) / kPixelsPerMarkX, mX.isTime);
-  for (double value = std::ceil(mX.low / stepX) * stepX; value <= mX.high + stepX / 1e6; value += stepX) {
+  for (const double value : marksOf(mX, stepX)) {
     mBody += stroke(toX(value), mHeight - kBottom, toX(value), mHeight - kBottom + 4);
     mBody +=
         textAt(toX(value), mHeight - kBottom + 16, "middle", mX.isTime ? clockOf(value) : plainNumber(value));
   }
   const double stepY = stepFor(mY.high - mY.low, (mHeight - kBottom) / kPixelsPerMarkY, mY.isTime);
-  for (double value = std::ceil(mY.low / stepY) * stepY; mY.hasMarks && value <= mY.high + stepY / 1e6;
-       value += stepY) {
+  for (const double value : mY.hasMarks ? marksOf(mY, stepY) : std::vector<double>()) {
     mBody += stroke(kLeft, toY(value), mWidth - kRight, toY(value));
     mBody += textAt(kLeft - 6, toY(value) + 4, "end", plainNumber(value));
   }

@@ -149,6 +149,7 @@ std::vector<Candidate> randomOf(const std::vector<KeyRange>& ranges, std::size_t
   std::vector<Candidate> candidates;
   for (std::size_t tries = 0; candidates.size() < count && tries < count * kTriesPerCandidate; ++tries) {
     std::vector<std::size_t> places;
+    places.reserve(ranges.size());
     for (const KeyRange& range : ranges) {
       places.push_back(random.below(range.count()));
     }

@@ -28,7 +28,7 @@ std::uint64_t hashOf(const std::string& text) {
 std::string setupFingerprint(const MeasuredSetup& setup) {
   std::string text = setup.configuration.value_or("");
   for (const auto& [key, value] : setup.properties) {
-    text += '\0' + key + '\0' + value;
+    text.append(1, '\0').append(key).append(1, '\0').append(value);
   }
   std::array<char, 17> digits{};
   std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hashOf(text)));

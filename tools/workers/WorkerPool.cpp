@@ -141,7 +141,7 @@ class Children {
 
 std::string resultOf(const std::string& text) {
   const char kind = text.empty() ? '\0' : text.front();
-  const std::string rest = text.empty() ? "" : text.substr(1);
+  std::string rest = text.empty() ? "" : text.substr(1);
   switch (kind) {
     case kResult:
       return rest;
