@@ -1,0 +1,179 @@
+// prb view and prb demo --view as programs, with a real browser's requests and a real broker.
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <csignal>
+#include <set>
+
+#include "tests/linux/Servers.h"
+#include "tests/tools/RunPrb.h"
+#include "tests/view/NotedLines.h"
+#include "tests/view/OpenPage.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+using nlohmann::json;
+
+const std::string kPrb = PR_PROGRAM_DIR "/prb";
+
+/** A viewer program that has said where its page is. */
+class Viewer {
+ public:
+  explicit Viewer(std::vector<std::string> command,
+                  const std::map<std::string, std::string>& environment = {})
+      : process(std::move(command), environment) {
+    EXPECT_TRUE(eventually([this] { return !address().empty(); })) << process.errorText();
+  }
+
+  std::string address() const {
+    for (const std::string& line : process.outputLines()) {
+      if (const std::size_t at = line.find("http://"); at != std::string::npos) {
+        return line.substr(at);
+      }
+    }
+    return {};
+  }
+
+  int port() const { return std::stoi(address().substr(address().rfind(':') + 1)); }
+
+  httplib::Client client() const {
+    httplib::Client made("127.0.0.1", port());
+    made.set_read_timeout(60);
+    return made;
+  }
+
+  /** Reads whole live lines until `isEnough` of the text so far. */
+  std::string linesUntil(const std::function<bool(const std::string& text)>& isEnough) const {
+    std::string text;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    client().Get("/api/events", [&](const char* data, std::size_t length) {
+      text.append(data, length);
+      return !isEnough(text) && std::chrono::steady_clock::now() < end;
+    });
+    // Pieces end anywhere, events end with a blank line.
+    return text.substr(0, text.rfind("\n\n") + 1);
+  }
+
+  void endsWith(int signal) {
+    process.signal(signal);
+    EXPECT_EQ(process.wait(), 0) << process.errorText();
+  }
+
+  Process process;
+};
+
+std::function<bool(const std::string&)> holds(std::string part) {
+  return [part = std::move(part)](const std::string& text) { return text.find(part) != std::string::npos; };
+}
+
+TEST(ViewCommand, ShowsARecordingUntilASignalComes) {
+  const ScratchFolder folder;
+  const std::string meeting = folder.file("meeting.jsonl");
+  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
+  Viewer viewer({kPrb, "view", meeting, "--property", "vendor.talkertracking.flag=4"});
+  EXPECT_EQ(viewer.process.outputLines().size(), 1U);
+  const httplib::Result lines = viewer.client().Get("/api/recording");
+  ASSERT_TRUE(lines);
+  EXPECT_EQ(linesOf(lines->body).size() > 1800, true);
+  EXPECT_NE(lines->body.find("\"TrackingMode\":\"PeopleFraming\""), std::string::npos);
+  EXPECT_NE(lines->body.find("\"decision\""), std::string::npos);
+  viewer.endsWith(SIGTERM);
+}
+
+TEST(ViewCommand, WrongUsageIsSaidInOneLine) {
+  const ScratchFolder folder;
+  const std::string meeting = folder.write("meeting.jsonl", "");
+  for (const auto& [arguments, words] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{"view", "nowhere.jsonl"}, "nowhere.jsonl: cannot be opened for reading"},
+           {{"view"}, "name the bus of the service"},
+           {{"view", meeting, "--listen", "everywhere"}, "--listen takes a numeric address"},
+           {{"view", meeting, "--port", "70000"}, "--port"},
+           {{"view", meeting, "--config", "nowhere.conf"}, "cannot read the configuration file nowhere.conf"},
+           {{"demo", "--view", "--listen", "everywhere"}, "--listen takes a numeric address"},
+       }) {
+    const PrbRun run = runPrbWith(arguments);
+    EXPECT_EQ(run.status, 2) << run.err;
+    EXPECT_NE(run.err.find(words), std::string::npos) << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+  Process shortToken({kPrb, "view", meeting}, {{"PRB_VIEW_TOKEN", "secret"}});
+  EXPECT_EQ(shortToken.wait(), 2);
+  EXPECT_EQ(shortToken.errorText().find("secret"), std::string::npos) << shortToken.errorText();
+}
+
+TEST(ViewCommand, OthersNeedTheTokenThatIsPrinted) {
+  const ScratchFolder folder;
+  const std::string meeting = folder.write("meeting.jsonl", "");
+  Viewer viewer({kPrb, "view", meeting, "--listen", "0.0.0.0"});
+  const std::string address = viewer.address();
+  ASSERT_NE(address.find("/?token="), std::string::npos) << address;
+  EXPECT_EQ(viewer.client().Get("/")->status, 401);
+  EXPECT_EQ(viewer.client().Get(address.substr(address.find("/?")))->status, 303);
+  viewer.endsWith(SIGINT);
+
+  const std::string token = "of-the-environment";
+  Viewer known({kPrb, "view", meeting}, {{"PRB_VIEW_TOKEN", token}});
+  EXPECT_EQ(known.address().find(token), std::string::npos) << known.address();
+  EXPECT_EQ(known.client().Get("/")->status, 401);
+  EXPECT_EQ(known.client().Get("/?token=" + token)->status, 303);
+}
+
+TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
+  const ScratchFolder folder;
+  const std::string meeting =
+      folder.write("meeting.jsonl", R"({"t":0,"topic":"/ICDOut","payload":{"heads":[]}})"
+                                    "\n");
+  const std::vector<std::string> demo{kPrb,     "demo",     meeting,
+                                      "--view", "--scenes", folder.file("scenes.jsonl")};
+  Viewer first(demo);
+  const std::string lines = first.linesUntil(holds("\"topic\":\"/PRBOut\""));
+  EXPECT_NE(lines.find("\"kind\":\"adopted\""), std::string::npos) << lines;
+  std::vector<std::string> second = demo;
+  second.insert(second.end(), {"--once", "--port", std::to_string(first.port())});
+  Process other(second);
+  EXPECT_EQ(other.wait(), 0);
+  EXPECT_NE(other.errorText().find("no viewer page: port"), std::string::npos) << other.errorText();
+}
+
+#if PR_HAVE_MQTT
+TEST(ViewCommand, ShowsALiveBusWithScenesOfTheServiceAndReasonsOfTheShadow) {
+  Broker broker;
+  broker.start();
+  const ScratchFolder folder;
+  const std::string store = folder.file("properties.db");
+  runTool({kPrb, "prop", "set", "vendor.talkertracking.flag", "4", "--properties", store});
+  Process service(
+      {PR_PROGRAM_DIR "/productionrulesd", "--bus", broker.url(), "--properties", store, "--log", "stderr"});
+  // The viewer has a store of its own: it learns the mode from the scenes.
+  Viewer viewer({kPrb, "view", "--bus", broker.url(), "--properties", "memory"});
+  const std::string meeting = folder.file("meeting.jsonl");
+  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--noise", "none", "-o", meeting});
+  Process player({kPrb, "play", meeting, "--bus", broker.url(), "--loop", "--speed", "20"});
+  // A meeting of a minute has tiles sooner or later; each page begins with what is current.
+  const std::string lines = viewer.linesUntil([](const std::string& text) {
+    return text.find("\"topic\":\"/PRBOut\"") != std::string::npos &&
+           text.find("\"decision\"") != std::string::npos && text.find("\"frames\"") != std::string::npos &&
+           text.find("/ICDOut") != std::string::npos;
+  });
+  EXPECT_NE(lines.find("\"TrackingMode\":\"PeopleFraming\""), std::string::npos) << lines.substr(0, 3000);
+  std::set<std::string> ids;
+  for (const std::string& line : linesOf(lines)) {
+    if (line.compare(0, 6, "data: ") == 0) {
+      EXPECT_TRUE(json::accept(line.substr(6))) << line;
+    } else if (line.compare(0, 4, "id: ") == 0) {
+      EXPECT_TRUE(ids.insert(line).second) << line;
+    }
+  }
+  player.signal(SIGTERM);
+  EXPECT_EQ(player.wait(), 0);
+  const OpenPage page(viewer.port());
+  EXPECT_TRUE(page.has("data: "));
+  broker.kill();
+  EXPECT_TRUE(page.has("lost the connection"));
+  viewer.endsWith(SIGTERM);
+}
+#endif
+
+}  // namespace
+}  // namespace fyn::productionrules::testing

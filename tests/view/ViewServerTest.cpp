@@ -1,0 +1,205 @@
+// The server, asked as a browser asks, and as others might.
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <future>
+
+#include "platform/TextFile.h"
+#include "tests/linux/Processes.h"
+#include "tests/view/OpenPage.h"
+#include "tools/view/LineHub.h"
+#include "tools/view/LineSpool.h"
+#include "tools/view/ViewServer.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+const std::string kPage = PR_SOURCE_DIR "/viewer/page/";
+const std::string kToken = "a-token-of-the-tests";
+
+/** A server that shows a live hub, and its client. */
+class LiveViewer : public ::testing::Test {
+ protected:
+  explicit LiveViewer(const std::string& token = "")
+      : server(hub.feed("the room"), {"127.0.0.1", 0, token}), client("127.0.0.1", server.port()) {}
+
+  LineHub hub{"run1"};
+  ViewServer server;
+  httplib::Client client;
+};
+
+TEST_F(LiveViewer, ServesThePageAndSaysWhatItShows) {
+  const httplib::Result page = client.Get("/");
+  ASSERT_TRUE(page);
+  EXPECT_EQ(page->status, 200);
+  EXPECT_EQ(page->body, readTextFile(kPage + "index.html"));
+  for (const auto& [name, type] : {std::pair("index.html", "text/html"),
+                                   {"viewer.js", "text/javascript"},
+                                   {"viewer.css", "text/css"},
+                                   {"viewer.svg", "image/svg+xml"}}) {
+    const httplib::Result file = client.Get(std::string("/") + name);
+    ASSERT_TRUE(file) << name;
+    EXPECT_EQ(file->body, readTextFile(kPage + name)) << name;
+    EXPECT_EQ(file->get_header_value("Content-Type").compare(0, std::string(type).size(), type), 0) << name;
+    EXPECT_EQ(file->get_header_value("X-Content-Type-Options"), "nosniff");
+    EXPECT_EQ(file->get_header_value("Content-Security-Policy").substr(0, 18), "default-src 'self'");
+    EXPECT_EQ(file->get_header_value("Cache-Control"), "no-store");
+    EXPECT_FALSE(file->has_header("Access-Control-Allow-Origin"));
+  }
+  EXPECT_EQ(client.Get("/api/info")->body, R"({"source":"live","name":"the room"})");
+}
+
+TEST_F(LiveViewer, HasNothingElse) {
+  for (const char* const path : {"/no", "/api", "/api/", "/api/recording", "/index.html/", "//index.html",
+                                 "/../page/index.html", "/%2e%2e/%2e%2e/etc/passwd", "/..%2f..%2fetc/passwd",
+                                 "/etc/passwd", "/viewer.js%00.html", "/built-from"}) {
+    const httplib::Result result = client.Get(path);
+    ASSERT_TRUE(result) << path;
+    EXPECT_EQ(result->status, 404) << path;
+  }
+}
+
+TEST_F(LiveViewer, AnswersOnlyReadersOfThisMachine) {
+  EXPECT_EQ(client.Get("/", {{"Host", "evil.example"}})->status, 403);
+  EXPECT_EQ(client.Get("/api/events", {{"Host", "evil.example:80"}})->status, 403);
+  EXPECT_EQ(client.Get("/", {{"Host", "localhost:1"}})->status, 200);
+  EXPECT_EQ(client.Post("/", "a=1", "application/x-www-form-urlencoded")->status, 405);
+  EXPECT_EQ(client.Delete("/")->status, 405);
+  EXPECT_EQ(client.Options("/")->status, 405);
+  const httplib::Result head = client.Head("/api/events");
+  EXPECT_EQ(head->status, 200);
+  EXPECT_EQ(head->get_header_value("Content-Type"), "text/event-stream");
+}
+
+TEST_F(LiveViewer, PagesGetWhatIsCurrentAndThenEveryLine) {
+  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1,"camera":1})"});
+  hub.put({2, LineWorth::Kept, "", R"({"t":2,"gone":1})"});
+  const OpenPage first(server.port());
+  const OpenPage second(server.port(), {{"Last-Event-ID", "run1-1"}});
+  EXPECT_TRUE(first.has("id: run1-1\ndata: {\"t\":1,\"camera\":1}\n\n"));
+  EXPECT_TRUE(second.isAnswered());
+  // Subscribed or not yet: a page sees a state line either way.
+  hub.put({3, LineWorth::Kept, "/PRBOut", R"({"t":3,"scene":1})"});
+  EXPECT_TRUE(first.has("data: {\"t\":3,\"scene\":1}\n\n"));
+  EXPECT_TRUE(second.has("data: {\"t\":3,\"scene\":1}\n\n"));
+  EXPECT_EQ(second.text().find("camera"), std::string::npos);
+  EXPECT_EQ(first.text().find("gone"), std::string::npos);
+  hub.close();
+}
+
+TEST_F(LiveViewer, TwentyOpenPagesLeaveRoomForOthersAndTheNextIsTurnedAway) {
+  std::vector<std::unique_ptr<OpenPage>> pages;
+  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
+  for (int i = 0; i < ViewServer::kMostStreams; ++i) {
+    pages.push_back(std::make_unique<OpenPage>(server.port()));
+  }
+  for (const std::unique_ptr<OpenPage>& page : pages) {
+    EXPECT_TRUE(page->has("data: "));
+  }
+  EXPECT_EQ(client.Get("/api/info")->status, 200);
+  EXPECT_EQ(client.Get("/api/events")->status, 503);
+  hub.close();
+  pages.clear();
+  EXPECT_TRUE(eventually([this] { return client.Get("/api/events")->status == 200; }));
+}
+
+TEST(ViewServer, EndsWithPagesOpen) {
+  LineHub hub;
+  auto server = std::make_unique<ViewServer>(hub.feed("room"), ViewServerOptions{});
+  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
+  const OpenPage reading(server->port());
+  EXPECT_TRUE(reading.has("data: "));
+  const int port = server->port();
+  const auto start = std::chrono::steady_clock::now();
+  server.reset();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+  EXPECT_TRUE(eventually([&] { return reading.hasEnded(); }));
+  EXPECT_FALSE(isListening(port));
+}
+
+TEST(ViewServer, EndsWithAPageThatReadsNothing) {
+  LineHub hub;
+  auto server = std::make_unique<ViewServer>(hub.feed("room"), ViewServerOptions{});
+  httplib::Client client("127.0.0.1", server->port());
+  std::promise<void> stalled;
+  std::promise<void> goOn;
+  std::thread page([&] {
+    bool isFirst = true;
+    client.Get("/api/events", [&](const char* /*data*/, std::size_t /*length*/) {
+      if (std::exchange(isFirst, false)) {
+        stalled.set_value();
+        goOn.get_future().wait();
+      }
+      return true;
+    });
+  });
+  hub.put({0, LineWorth::Kept, "/camera", R"({"t":0})"});
+  stalled.get_future().wait();
+  // More than the connection holds.
+  const std::string text(100'000, 'x');
+  for (int t = 1; t < 100; ++t) {
+    hub.put({t, LineWorth::Kept, "", text});
+  }
+  server.reset();
+  goOn.set_value();
+  page.join();
+}
+
+TEST(ViewServer, TwoDoNotShareAPort) {
+  LineHub hub;
+  const ViewServer first(hub.feed("room"), {});
+  LineHub other;
+  EXPECT_THROW(ViewServer(other.feed("room"), {"127.0.0.1", first.port(), ""}), std::runtime_error);
+  EXPECT_EQ(first.url(), "http://127.0.0.1:" + std::to_string(first.port()) + "/");
+}
+
+TEST(ViewServer, OthersNeedAToken) {
+  LineHub hub;
+  EXPECT_THROW(ViewServer(hub.feed("room"), {"0.0.0.0", 0, ""}), std::invalid_argument);
+}
+
+class ViewerWithToken : public LiveViewer {
+ protected:
+  ViewerWithToken() : LiveViewer(kToken) {}
+};
+
+TEST_F(ViewerWithToken, HandsOutACookieForTheTokenAndNothingWithout) {
+  for (const char* const path :
+       {"/", "/viewer.js", "/api/info", "/api/events", "/no", "/?token=", "/?token=wrong"}) {
+    const httplib::Result refused = client.Get(path);
+    ASSERT_TRUE(refused) << path;
+    EXPECT_EQ(refused->status, 401) << path;
+    EXPECT_EQ(refused->body.find(kToken), std::string::npos);
+    EXPECT_FALSE(refused->has_header("Set-Cookie")) << path;
+  }
+  const httplib::Result given = client.Get("/?token=" + kToken);
+  EXPECT_EQ(given->status, 303);
+  EXPECT_EQ(given->get_header_value("Location"), "/");
+  const std::string cookie = given->get_header_value("Set-Cookie");
+  EXPECT_NE(cookie.find("; HttpOnly; SameSite=Strict"), std::string::npos) << cookie;
+  const httplib::Headers with{{"Cookie", cookie.substr(0, cookie.find(';'))}};
+  EXPECT_EQ(client.Get("/", with)->status, 200);
+  EXPECT_EQ(client.Get("/api/info", with)->status, 200);
+}
+
+TEST(ViewServer, ServesARecordingWhole) {
+  LineSpool spool;
+  const ViewServer server(spool.feed("meeting.jsonl"), {});
+  httplib::Client client("127.0.0.1", server.port());
+  EXPECT_EQ(client.Get("/api/info")->body, R"({"source":"recording","name":"meeting.jsonl"})");
+  EXPECT_EQ(client.Get("/api/events")->status, 404);
+  std::string all;
+  for (int t = 0; t < 30000; ++t) {
+    const ViewLine line = messageLine(t, "/ICDOut", R"({"heads":[]})");
+    all += line.text + '\n';
+    spool.put(line);
+  }
+  spool.finish();
+  const httplib::Result lines = client.Get("/api/recording");
+  ASSERT_TRUE(lines);
+  EXPECT_EQ(lines->get_header_value("Content-Type"), "application/x-ndjson");
+  EXPECT_TRUE(lines->body == all);
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
