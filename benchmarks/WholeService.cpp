@@ -52,12 +52,26 @@ void parseFloor(const std::string& text) {
   benchmark::DoNotOptimize(nlohmann::json::parse(text));
 }
 
+// The persons of the row, or sixteen for the rows of several streams, whose number the row gives.
+constexpr int kPersonsOfStreams = 16;
+
+std::string showFirstPicture(benchmark::State& state, BenchService& bench, FramingMode mode) {
+  const auto argument = static_cast<int>(state.range(0));
+  const bool ofStreams = mode == FramingMode::MultiStream;
+  std::string text = visionResult(ofStreams ? kPersonsOfStreams : argument, 1);
+  bench.service().process("/ICDOut", text);
+  if (ofStreams) {
+    bench.service().trackingMode().getFramingLayout()->setMaxLayouts(static_cast<unsigned>(argument));
+    bench.service().process("/ICDOut", text);
+  }
+  return text;
+}
+
 // Nothing changes: parse and decide. The usual case, 29 of 30 results a second.
-void steadyCycle(benchmark::State& state, bool withLog) {
-  BenchService bench(FramingMode::GroupFraming, withLog);
-  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+void steadyCycle(benchmark::State& state, bool withLog, FramingMode mode = FramingMode::GroupFraming) {
+  BenchService bench(mode, withLog);
+  const std::string text = showFirstPicture(state, bench, mode);
   const std::string topic = "/ICDOut";
-  bench.service().process(topic, text);
   measure(
       state,
       [&] {
@@ -68,11 +82,10 @@ void steadyCycle(benchmark::State& state, bool withLog) {
 }
 
 // Every result gives a new picture: parse, decide, build, publish and call the provider.
-void pictureCycle(benchmark::State& state, bool withLog) {
-  BenchService bench(FramingMode::GroupFraming, withLog);
-  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+void pictureCycle(benchmark::State& state, bool withLog, FramingMode mode = FramingMode::GroupFraming) {
+  BenchService bench(mode, withLog);
+  const std::string text = showFirstPicture(state, bench, mode);
   const std::string topic = "/ICDOut";
-  bench.service().process(topic, text);
   const auto scene = nlohmann::ordered_json::parse(bench.lastScene());
   measure(
       state,
@@ -98,6 +111,12 @@ void newPicture(benchmark::State& state) {
 }
 void newPictureWithLog(benchmark::State& state) {
   pictureCycle(state, true);
+}
+void steadyIn(benchmark::State& state, FramingMode mode) {
+  steadyCycle(state, false, mode);
+}
+void newPictureIn(benchmark::State& state, FramingMode mode) {
+  pictureCycle(state, false, mode);
 }
 
 // The parts.
@@ -148,8 +167,16 @@ void persons(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("persons")->Arg(1)->Arg(4)->Arg(8)->Arg(16)->Arg(64)->UseManualTime();
 }
 
+void streams(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("streams")->Arg(0)->Arg(1)->Arg(4)->Arg(16)->UseManualTime();
+}
+
 BENCHMARK(steady)->Apply(persons);
 BENCHMARK(newPicture)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
+BENCHMARK_CAPTURE(newPictureIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, multiStream, FramingMode::MultiStream)->Apply(streams);
+BENCHMARK_CAPTURE(newPictureIn, multiStream, FramingMode::MultiStream)->Apply(streams);
 BENCHMARK(steadyWithLog)->Apply(persons);
 BENCHMARK(newPictureWithLog)->Apply(persons);
 BENCHMARK(partParse)->Apply(persons);

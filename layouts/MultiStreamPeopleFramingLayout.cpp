@@ -14,15 +14,20 @@ namespace fyn::productionrules {
 
 namespace {
 
-// Whether the frame can be cut from its camera without cutting its people.
-bool canShow(BaseLayout& engine, Frame frame) {
+// Whether the frame can be cut from its camera without cutting its people. Leaves it as it is.
+bool canShow(BaseLayout& engine, Frame& frame) {
+  const Rect source = frame.source;
+  const Rect boundary = frame.detectionBoundary;
   engine.calculateRuleOfThirdFor(frame);
-  return showsWholeHeads(frame, engine.peopleMap(), engine.getImageSize(frame));
+  const bool isWhole = showsWholeHeads(frame, engine.peopleMap(), engine.getImageSize(frame));
+  frame.source = source;
+  frame.detectionBoundary = boundary;
+  return isWhole;
 }
 
-std::set<std::int64_t> peopleOnScreen(const Layout* layout) {
-  return layout != nullptr && !layout->frames.empty() ? layout->frames.front().fynHeads
-                                                      : std::set<std::int64_t>();
+const std::set<std::int64_t>& peopleOnScreen(const Layout* layout) {
+  static const std::set<std::int64_t> kNobody;
+  return layout != nullptr && !layout->frames.empty() ? layout->frames.front().fynHeads : kNobody;
 }
 
 // More people than this in one frame count as a large proximity.

@@ -62,13 +62,15 @@ const std::vector<std::vector<Seat>>& StreamAssignment::assign(const std::vector
 }
 
 void StreamAssignment::findInView(const std::vector<Seat>& seats) {
-  std::set<std::int64_t> seen;
+  std::vector<std::int64_t> seen;
+  seen.reserve(seats.size());
   for (const Seat& each : seats) {
-    seen.insert(each.person->id);
+    seen.push_back(each.person->id);
   }
+  std::sort(seen.begin(), seen.end());
   std::set<std::size_t> returnedTo;
   for (auto& [id, place] : mPlaces) {
-    const bool wasInView = std::exchange(place.isInView, seen.count(id) != 0);
+    const bool wasInView = std::exchange(place.isInView, std::binary_search(seen.begin(), seen.end(), id));
     if (place.isInView && !wasInView) {
       returnedTo.insert(place.stream);
     }
