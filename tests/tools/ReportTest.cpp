@@ -130,6 +130,8 @@ const Figure kByHand[] = {
     {"in_view_percent", 15 / 25.0 * 100},
     {"cut_percent", 2 / 25.0 * 100},
     {"off_screen_percent", 8 / 25.0 * 100},
+    // A from 0 to 3, from 5 to 7 and from 11 to 12 s.
+    {"everybody_in_view_percent", 6 / 11.0 * 100},
     // 80 of 720 pixels in A (12 s of shown heads), 160 of 720 in B (5 s).
     {"head_size_percent", 11.1},
     {"smallest_head_percent", 11.1},
@@ -226,9 +228,22 @@ TEST(Report, ExpectsNoPictureOfASilentNewcomerFromSpeakerFraming) {
   EXPECT_EQ(joins("1"), (json{{"answered", 1}, {"unanswered", 0}}));
 }
 
+// People framing may doubt the newcomer, the figures do not.
+TEST(Report, CountsWhomTheVisionResultsShowAndNotWhomTheEngineBelieves) {
+  StandaloneRecording recording;
+  recording.see(scene().person(1).at(200, 300));
+  recording.see(scene().person(1).at(200, 300).person(2).at(1100, 300));
+  const json metrics = reportOn(recording.text(), {"--property", "vendor.talkertracking.flag=4", "--property",
+                                                   "vendor.feature.pfSteadyPresence=1"})
+                           .at("overall")
+                           .at("metrics");
+  EXPECT_NEAR(metrics.at("in_view_percent").get<double>(), 2 / 3.0 * 100, 1e-9);
+  EXPECT_EQ(metrics.at("everybody_in_view_percent"), 50);
+}
+
 TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
   const json metrics = reportOn("{\"t\":0}\n").at("overall").at("metrics");
-  EXPECT_EQ(metrics.size(), 26U);
+  EXPECT_EQ(metrics.size(), 27U);
   for (const auto& [name, value] : metrics.items()) {
     EXPECT_TRUE(value.is_null()) << name << ": " << value;
   }

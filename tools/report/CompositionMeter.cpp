@@ -114,6 +114,8 @@ void CompositionMeter::last(std::int64_t from, std::int64_t to) {
   sums.subjectMs += mSubjects * time;
   sums.subjectWholeMs += mSubjectsWhole * time;
   addPersons(sums.personTime, time);
+  sums.occupiedMs += mPersons.total() > 0 ? time : 0;
+  sums.everybodyMs += mPersons.total() > 0 && mPersons.inView == mPersons.total() ? time : 0;
   const std::int64_t bucket = from / TimeLine::kBucketMs;
   if (bucket < kMostBuckets) {
     std::vector<PersonTime>& buckets = sums.timeLine.buckets;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <utility>
 
+#include "config/PrConfig.h"
 #include "service/Topics.h"
 
 namespace fyn::productionrules {
@@ -26,6 +28,34 @@ bool bringsLayout(DecisionKind kind) {
 bool showsEverybody(FramingType type) {
   return type == FramingType::GROUP || type == FramingType::PARTIAL_GROUP || type == FramingType::ROOM ||
          type == FramingType::NONE;
+}
+
+/**
+ * The persons of a vision result. An engine's people map holds just them, unless people framing bridges the
+ * errors of the detector: then the result is read again. Nothing for a text that is no vision result.
+ */
+std::vector<std::shared_ptr<FynHead>> personsSeen(const RecordingEvent& event, BaseLayout& engine) {
+  std::vector<std::shared_ptr<FynHead>> persons;
+  if (PrConfig::get().pfSteadyPresenceEnabled) {
+    MLData data;
+    try {
+      data.from_json(nlohmann::json::parse(std::get<BusMessage>(event.what).payload));
+    } catch (const nlohmann::json::exception&) {
+      return persons;
+    }
+    persons = data.getHeads();
+  } else {
+    for (const auto& [id, person] : engine.peopleMap()) {
+      persons.push_back(person);
+    }
+  }
+  std::stable_sort(persons.begin(), persons.end(),
+                   [](const auto& a, const auto& b) { return a->id < b->id; });
+  // Of two with one id the first counts.
+  persons.erase(std::unique(persons.begin(), persons.end(),
+                            [](const auto& a, const auto& b) { return a->id == b->id; }),
+                persons.end());
+  return persons;
 }
 
 bool hasBox(const FynHead& person) {
@@ -68,7 +98,7 @@ void FramingMeter::handle(Replay& replay, const RecordingEvent& event) {
                                   kTenthsPerMicrosecond / 1000);
     mHoldUntil =
         std::min(event.t, std::numeric_limits<std::int64_t>::max() - kLongestHoldMs) + kLongestHoldMs;
-    takePersons(*replay.service());
+    takePersons(event, *replay.service());
     placePersons(*replay.service());
     mEvents.see(event.t, mRoom);
   }
@@ -93,19 +123,18 @@ void FramingMeter::passTime(std::int64_t t) {
   mMeasurement.timeLine.length = t;
 }
 
-void FramingMeter::takePersons(ProductionRuleIPCService& service) {
+void FramingMeter::takePersons(const RecordingEvent& event, ProductionRuleIPCService& service) {
   mPeople.clear();
   mRoom.persons.clear();
   const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
   if (engine == nullptr) {
     return;
   }
-  for (const auto& [id, person] : engine->peopleMap()) {
+  for (const std::shared_ptr<FynHead>& person : personsSeen(event, *engine)) {
     if (hasBox(*person)) {
       mPeople.push_back(person);
     }
   }
-  std::sort(mPeople.begin(), mPeople.end(), [](const auto& a, const auto& b) { return a->id < b->id; });
   for (const std::shared_ptr<FynHead>& person : mPeople) {
     PersonState state;
     state.id = person->id;

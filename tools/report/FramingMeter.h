@@ -40,7 +40,7 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
   void onDecision(const LayoutDecision& decision) override;
 
  private:
-  void takePersons(ProductionRuleIPCService& service);
+  void takePersons(const RecordingEvent& event, ProductionRuleIPCService& service);
   void placePersons(ProductionRuleIPCService& service);
   void countOwnFrames(const FynHead& person, PersonState& state) const;
   std::set<int> takePictures(std::int64_t t, ProductionRuleIPCService& service);

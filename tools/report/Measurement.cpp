@@ -21,6 +21,8 @@ void forEachFigure(Visitor&& visit, Measured&... measured) {
   visit("inViewMs", measured.personTime.inView...);
   visit("cutMs", measured.personTime.cut...);
   visit("offMs", measured.personTime.off...);
+  visit("occupiedMs", measured.occupiedMs...);
+  visit("everybodyMs", measured.everybodyMs...);
   visit("subjectMs", measured.subjectMs...);
   visit("subjectWholeMs", measured.subjectWholeMs...);
   visit("headSize", measured.headSize...);

@@ -72,6 +72,9 @@ struct Measurement {
   /** Milliseconds between two changes of a stream. */
   Distribution betweenChanges;
   PersonTime personTime;
+  /** Time with somebody in the room, and how much of it everybody was fully in view. */
+  std::int64_t occupiedMs = 0;
+  std::int64_t everybodyMs = 0;
   /** Time of the persons whom a frame was made for, and how much of it that frame showed them whole. */
   std::int64_t subjectMs = 0;
   std::int64_t subjectWholeMs = 0;

@@ -78,6 +78,8 @@ const std::vector<Metric>& metrics() {
        [](M m) { return ratio(m.personTime.cut, m.personTime.total(), 100); }},
       {"off_screen_percent", "Person-time off screen", "%", 1, Better::Lower,
        [](M m) { return ratio(m.personTime.off, m.personTime.total(), 100); }},
+      {"everybody_in_view_percent", "Time with everybody fully in view", "%", 1, Better::Higher,
+       [](M m) { return ratio(m.everybodyMs, m.occupiedMs, 100); }},
       {"subject_in_view_percent", "Fully in view of the own frame", "%", 1, Better::Higher,
        [](M m) { return ratio(m.subjectWholeMs, m.subjectMs, 100); }},
       {"head_size_percent", "Head size, median", "% of height", 1, Better::Higher,
