@@ -66,6 +66,11 @@ TEST(MultiDevice, ThreeDevicesOnOneBrokerShowWhatThePrimaryDecides) {
            second.shows(R"("fynCamId":2,)");
   };
   EXPECT_TRUE(eventually(everybodyIsShown)) << room.errorText();
+  Process another({std::string(PR_SOURCE_DIR) + "/tools/multi-device", "--port", std::to_string(port),
+                   "--programs", PR_PROGRAM_DIR},
+                  {});
+  EXPECT_EQ(another.wait(), 2);
+  EXPECT_NE(another.errorText().find("is in use; choose another with --port"), std::string::npos);
   room.signal(SIGTERM);
   EXPECT_EQ(room.wait(), 0);
   EXPECT_TRUE(eventually([&] { return !isListening(port); }));
