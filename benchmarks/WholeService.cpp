@@ -173,6 +173,8 @@ void streams(benchmark::internal::Benchmark* benchmark) {
 
 BENCHMARK(steady)->Apply(persons);
 BENCHMARK(newPicture)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, people, FramingMode::PeopleFraming)->Apply(persons);
+BENCHMARK_CAPTURE(newPictureIn, people, FramingMode::PeopleFraming)->Apply(persons);
 BENCHMARK_CAPTURE(steadyIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
 BENCHMARK_CAPTURE(newPictureIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
 BENCHMARK_CAPTURE(steadyIn, multiStream, FramingMode::MultiStream)->Apply(streams);
