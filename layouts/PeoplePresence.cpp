@@ -34,8 +34,11 @@ void PeoplePresence::forget() {
 void PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t now, std::uint32_t holdMs) {
   Sighting& sighting =
       mSightings.try_emplace(person->id, Sighting{person, now, now, !mStarted}).first->second;
-  sighting.person = person;
-  sighting.latest = now;
+  // Of two with one id the first counts.
+  if (sighting.latest != now) {
+    sighting.person = person;
+    sighting.latest = now;
+  }
   sighting.counts = sighting.counts || now - sighting.first >= holdMs;
 }
 

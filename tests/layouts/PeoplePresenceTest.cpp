@@ -65,7 +65,8 @@ TEST(PeoplePresence, BridgesWhatADetectorMissesAndPassesOverWhatFlashesUp) {
 TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
   PeoplePresence presence;
   presence.steady(*scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0, kHoldMs);
-  presence.steady(*scene().person(2).at(910, 360).person(1).at(310, 360).mlData(), 100, kHoldMs);
+  presence.steady(*scene().person(2).at(910, 360).person(1).at(310, 360).person(1).at(700, 360).mlData(), 100,
+                  kHoldMs);
   const auto steady = presence.steady(*scene().person(2).at(920, 360).mlData(), 200, kHoldMs);
   ASSERT_EQ(steady->getHeads().size(), 2U);
   EXPECT_EQ(steady->getHeads()[0]->findHead(0)->bbox.left, 870);
