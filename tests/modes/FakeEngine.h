@@ -62,11 +62,14 @@ class FakeNotifier final : public BaseLayoutNotifier {
   }
   void sendLayouts(const std::vector<Layout>& layouts, const FramingMode& mode, bool debug) override {
     note("layouts " + std::to_string(layouts.size()), mode, debug);
+    lastLayouts = layouts;
   }
   void sendDebugTimerInfo(const std::vector<std::shared_ptr<Layout>>& finalLayouts,
                           const std::vector<std::shared_ptr<Layout>>& nextLayouts) const override {
     sent.push_back("timers " + std::to_string(finalLayouts.size()) + " " +
                    std::to_string(nextLayouts.size()));
+    lastFinals = finalLayouts;
+    lastNexts = nextLayouts;
   }
   void sendPeopleCount(unsigned count, unsigned minHeadHeight) const override {
     sent.push_back("people " + std::to_string(count) + " " + std::to_string(minHeadHeight));
@@ -75,6 +78,10 @@ class FakeNotifier final : public BaseLayoutNotifier {
   std::vector<std::string> take() { return std::exchange(sent, {}); }
 
   mutable std::vector<std::string> sent;
+  /** What the latest call of its kind was given. */
+  std::vector<Layout> lastLayouts;
+  mutable std::vector<std::shared_ptr<Layout>> lastFinals;
+  mutable std::vector<std::shared_ptr<Layout>> lastNexts;
 
  private:
   void note(const std::string& what, FramingMode mode, bool debug) {
