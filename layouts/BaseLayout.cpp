@@ -1,5 +1,6 @@
 #include "layouts/BaseLayout.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -366,6 +367,10 @@ void BaseLayout::reportLayout(DecisionKind kind, const Layout* from, const Layou
   }
   decision.waitMs = wait.duration;
   decision.waitedMs = waitedMs;
+  for (const Frame& frame : to.frames) {
+    decision.people.insert(decision.people.end(), frame.fynHeads.begin(), frame.fynHeads.end());
+  }
+  std::sort(decision.people.begin(), decision.people.end());
   mDecisionListener->onDecision(decision);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "model/Layout.h"
 
@@ -56,6 +57,8 @@ struct LayoutDecision {
   const char* timer = "";
   std::uint32_t waitMs = 0;
   std::uint32_t waitedMs = 0;
+  /** Whom the layout was made for, ascending; empty for the reframe kinds. */
+  std::vector<std::int64_t> people;
   /** Index of the frame for the reframe kinds, else -1. */
   std::int32_t frameIndex = -1;
   /** Where the frame's subject stands, for the reframe kinds. */

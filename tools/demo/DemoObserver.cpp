@@ -7,6 +7,23 @@
 
 namespace fyn::productionrules {
 
+namespace {
+
+// Who is in a picture that does not show everybody.
+std::string shownText(const LayoutDecision& decision) {
+  const bool isOfSome = decision.to != FramingType::GROUP && decision.to != FramingType::ROOM;
+  if (decision.people.empty() || !isOfSome) {
+    return {};
+  }
+  std::string text;
+  for (const std::int64_t person : decision.people) {
+    text += (text.empty() ? ", shows " : ", ") + std::to_string(person);
+  }
+  return text;
+}
+
+}  // namespace
+
 void DemoObserver::onPublish(const std::string& topic, const std::string& payload) {
   if (topic == topics::kScene) {
     mScenes << payload << '\n';
@@ -23,7 +40,8 @@ void DemoObserver::onDecision(const LayoutDecision& decision) {
   ++(decision.kind == DecisionKind::Reframed ? mReframes : mLayoutChanges);
   const std::shared_ptr<BaseLayout> engine = mReplay->service()->trackingMode().getFramingLayout();
   const unsigned persons = engine != nullptr ? engine->getPeopleCount() : 0;
-  mLines << clockText(mReplay->now()) << "  " << decisionSentence(decision, persons) << std::endl;
+  mLines << clockText(mReplay->now()) << "  " << decisionSentence(decision, persons) << shownText(decision)
+         << std::endl;
 }
 
 std::string DemoObserver::summary() {
