@@ -51,7 +51,7 @@ bool LineQueue::leaveOutOne() {
   return false;
 }
 
-void LineQueue::leaveOut(std::deque<std::shared_ptr<const SentLine>>::iterator line) {
+void LineQueue::leaveOut(const std::deque<std::shared_ptr<const SentLine>>::iterator& line) {
   mLeftOutTime = (*line)->line.t;
   mBytes -= (*line)->event.size();
   mLines.erase(line);

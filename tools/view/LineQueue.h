@@ -33,7 +33,6 @@ class LineQueue final : public LineStream {
     std::size_t giveUpAbove = 16'000'000;
   };
 
-  LineQueue() = default;
   explicit LineQueue(const Limits& limits) : mLimits(limits) {}
 
   void put(std::shared_ptr<const SentLine> line);
@@ -43,7 +42,7 @@ class LineQueue final : public LineStream {
 
  private:
   bool leaveOutOne();
-  void leaveOut(std::deque<std::shared_ptr<const SentLine>>::iterator line);
+  void leaveOut(const std::deque<std::shared_ptr<const SentLine>>::iterator& line);
   std::string takeNotice();
 
   const Limits mLimits;

@@ -47,7 +47,6 @@ class ShadowService final : private ReplayObserver {
   Replay mReplay;
   /** The framing mode that the live service was seen in last; "" for not yet. */
   std::string mMode;
-  bool mHasLiveWaits = false;
 };
 
 }  // namespace fyn::productionrules
