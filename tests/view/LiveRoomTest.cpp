@@ -15,7 +15,7 @@ using nlohmann::json;
 
 std::string meeting() {
   return runPrbWith(
-             {"simulate", "--seed", "5", "--minutes", "2", "--people", "4", "--noise", "none", "-o", "-"})
+             {"simulate", "--seed", "5", "--minutes", "1", "--people", "3", "--noise", "none", "-o", "-"})
       .out;
 }
 
@@ -68,7 +68,7 @@ TEST(LiveRoom, TheShadowDecidesAsAReplayOfTheSameMessagesDoes) {
   // What the shadow publishes goes nowhere.
   EXPECT_TRUE(room.noted.with("/PRBOut").empty());
   EXPECT_TRUE(room.noted.with("/PeopleCount").empty());
-  EXPECT_EQ(room.noted.with("/ICDOut").size(), 3600U);
+  EXPECT_EQ(room.noted.with("/ICDOut").size(), 1800U);
 }
 
 TEST(LiveRoom, TheShadowFollowsTheModeOfTheLiveScenes) {
@@ -79,9 +79,9 @@ TEST(LiveRoom, TheShadowFollowsTheModeOfTheLiveScenes) {
   // Group framing never has a second frame.
   const std::size_t tiled = room.noted.with("\"frameindex\":1").size();
   EXPECT_GT(tiled, 0U);
-  room.send(130000, "/ctl/tracking-mode", "GroupFraming");
+  room.send(70000, "/ctl/tracking-mode", "GroupFraming");
   const std::size_t adopted = room.noted.with("\"kind\":\"adopted\"").size();
-  room.play(meeting(), 140000);
+  room.play(meeting(), 80000);
   EXPECT_GT(room.noted.with("\"kind\":\"adopted\"").size(), adopted);
   EXPECT_EQ(room.noted.with("\"frameindex\":1").size(), tiled);
 }
@@ -94,8 +94,8 @@ TEST(LiveRoom, PropertiesOfTheMachineAreReadAgainWhenTheServiceReloads) {
   room.play(recording);
   EXPECT_TRUE(room.noted.with("\"frameindex\":1").empty());
   machine.set("vendor.talkertracking.flag", "4");
-  room.send(130000, "/ctl", "config-change");
-  room.play(recording, 140000);
+  room.send(70000, "/ctl", "config-change");
+  room.play(recording, 80000);
   EXPECT_FALSE(room.noted.with("\"frameindex\":1").empty());
   // The shadow's own settings never reach the machine.
   EXPECT_EQ(machine.get("vendor.talkertracking.flag"), "4");
@@ -106,10 +106,10 @@ TEST(LiveRoom, LiveWaitsTakeThePlaceOfTheShadows) {
   const std::string recording = meeting();
   room.play(recording);
   EXPECT_GT(room.noted.with("/TimerDebug").size(), 2U);
-  room.send(130000, "/TimerDebug", R"({"currentLayout":{"layouts":[]},"nextLayout":{"layouts":[]}})");
+  room.send(70000, "/TimerDebug", R"({"currentLayout":{"layouts":[]},"nextLayout":{"layouts":[]}})");
   const std::size_t before = room.noted.with("/TimerDebug").size();
-  room.send(131000, "/ctl", "reset-layouts");
-  room.play(recording, 140000);
+  room.send(71000, "/ctl", "reset-layouts");
+  room.play(recording, 80000);
   EXPECT_EQ(room.noted.with("/TimerDebug").size(), before);
 }
 
