@@ -31,7 +31,6 @@ std::vector<std::string> withoutTimes(std::vector<std::string> lines) {
 class LiveTools : public ::testing::Test {
  protected:
   LiveTools() {
-    mBroker.start();
     mRecorder = std::make_unique<Process>(
         std::vector<std::string>{kPrb, "record", "--bus", mBroker.url("room"), "-o", recording()});
     EXPECT_TRUE(

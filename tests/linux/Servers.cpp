@@ -40,6 +40,8 @@ bool Broker::lostItsPort() const {
 }
 
 void Broker::start() {
+  // Before the next one, which else finds its port taken.
+  kill();
   mProcess =
       std::make_unique<Process>(std::vector<std::string>{serverProgram("mosquitto"), "-c", mConfiguration});
   ASSERT_TRUE(eventually([&] { return lostItsPort() || isListening(mPort); })) << mProcess->errorText();
@@ -59,6 +61,7 @@ MessageBus::MessageBus() {
 }
 
 void MessageBus::start() {
+  kill();
   unlink(mFolder.file("socket").c_str());
   mProcess = std::make_unique<Process>(std::vector<std::string>{
       serverProgram("dbus-daemon"), "--nofork", "--nopidfile", "--config-file=" + mConfiguration});
