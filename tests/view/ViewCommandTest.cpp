@@ -88,6 +88,7 @@ TEST(ViewCommand, WrongUsageIsSaidInOneLine) {
            {{"view", "nowhere.jsonl"}, "nowhere.jsonl: cannot be opened for reading"},
            {{"view"}, "name the bus of the service"},
            {{"view", meeting, "--listen", "everywhere"}, "--listen takes a numeric address"},
+           {{"view", meeting, "--bus", "mqtt://127.0.0.1"}, "--bus"},
            {{"view", meeting, "--port", "70000"}, "--port"},
            {{"view", meeting, "--config", "nowhere.conf"}, "cannot read the configuration file nowhere.conf"},
            {{"demo", "--view", "--listen", "everywhere"}, "--listen takes a numeric address"},
@@ -139,7 +140,6 @@ TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
 #if PR_HAVE_MQTT
 TEST(ViewCommand, ShowsALiveBusWithScenesOfTheServiceAndReasonsOfTheShadow) {
   Broker broker;
-  broker.start();
   const ScratchFolder folder;
   const std::string store = folder.file("properties.db");
   runTool({kPrb, "prop", "set", "vendor.talkertracking.flag", "4", "--properties", store});

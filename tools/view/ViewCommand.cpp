@@ -96,11 +96,12 @@ void viewBus(const ViewArguments& arguments, PrbContext& context) {
 
 void addViewCommand(CLI::App& command, PrbContext& context) {
   const auto arguments = std::make_shared<ViewArguments>();
-  command
-      .add_option(
-          "recording", arguments->recording,
-          "Replay this recording and show it; '-' is standard input. Without one: what happens on --bus")
-      ->type_name("RECORDING");
+  CLI::Option* const recording =
+      command
+          .add_option(
+              "recording", arguments->recording,
+              "Replay this recording and show it; '-' is standard input. Without one: what happens on --bus")
+          ->type_name("RECORDING");
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE");
   command
@@ -108,6 +109,7 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       ->type_name("KEY=VALUE");
   addViewPageOptions(command, arguments->page);
   addPlatformOptions(command, arguments->platform, true);
+  recording->excludes(command.get_option("--bus"));
   command.footer(
       "Serves a page that shows the room, the picture, the waits and why the picture changed, and prints its "
       "address.\n"

@@ -52,6 +52,15 @@ void setSocketOptions(socket_t socket) {
   setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
 }
 
+// All addresses of the machine are none that a browser could open: its name is.
+std::string hostOf(const std::string& address) {
+  std::array<char, 256> name{};
+  if ((address == "0.0.0.0" || address == "::") && gethostname(name.data(), name.size() - 1) == 0) {
+    return name.data();
+  }
+  return address.find(':') != std::string::npos ? '[' + address + ']' : address;
+}
+
 void answer(httplib::Response& response, int status, const std::string& words) {
   response.status = status;
   response.set_content(words + '\n', kText);
@@ -120,8 +129,7 @@ ViewServer::Pages::~Pages() {
 }
 
 std::string ViewServer::Pages::url() const {
-  const bool isSix = mAddress.find(':') != std::string::npos;
-  return "http://" + (isSix ? '[' + mAddress + ']' : mAddress) + ':' + std::to_string(mPort) + '/';
+  return "http://" + hostOf(mAddress) + ':' + std::to_string(mPort) + '/';
 }
 
 void ViewServer::Pages::setUp() {
