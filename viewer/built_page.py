@@ -66,7 +66,7 @@ def main(arguments):
         write_note(root)
     elif arguments == ["--check"]:
         if not is_current(root):
-            print("viewer/page is not what viewer/src makes: run `npm install && npm run build` in viewer/", file=sys.stderr)
+            print("viewer/page is not what viewer/src makes: run `npm ci && npm run build` in viewer/", file=sys.stderr)
             return 1
     elif arguments == ["--self-test"]:
         for fault in (faults := self_test(root)):

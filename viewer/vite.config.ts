@@ -20,7 +20,6 @@ export default defineConfig({
           include: ['tests/browser/*.test.ts'],
           testTimeout: 60_000,
           hookTimeout: 60_000,
-          fileParallelism: false,
         },
       },
     ],
