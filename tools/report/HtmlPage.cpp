@@ -26,7 +26,7 @@ p.lead{color:var(--soft);margin:0 0 18px}
 .wide{margin-bottom:12px}
 svg{display:block;width:100%;height:auto}
 svg rect{shape-rendering:crispEdges}
-svg text{fill:var(--soft);font-size:11px;font-family:inherit}
+svg text{fill:var(--soft);font-size:11px;font-family:inherit;paint-order:stroke;stroke:var(--card);stroke-width:3px}
 svg text.strong{fill:var(--ink)}
 .axis{stroke:var(--line);stroke-width:1}
 .legend{color:var(--soft);font-size:12.5px;margin:6px 0 0}

@@ -39,8 +39,10 @@ std::string keyFigures(const Measurement& all) {
   return html + "</div>\n";
 }
 
-/** Shares of the weight over the values, which are divided by `unit`; the median is marked. */
-std::string histogram(const Distribution& distribution, double unit, const std::string& axis) {
+/** Shares of the weight over the values, which are divided by `unit`; `share` says of what. The median is
+ * marked. */
+std::string histogram(const Distribution& distribution, double unit, const std::string& axis,
+                      const std::string& share = "% of the time") {
   const double low = static_cast<double>(*distribution.smallest()) / unit;
   // The longest tail would squeeze everything else together.
   const double high = static_cast<double>(*distribution.percentile(99)) / unit;
@@ -52,7 +54,7 @@ std::string histogram(const Distribution& distribution, double unit, const std::
         100.0 * static_cast<double>(weight) / static_cast<double>(distribution.total());
   }
   SvgPlot plot(kPlotWidth, kPlotHeight, {low, low + step * static_cast<double>(shares.size()), axis},
-               {0, *std::max_element(shares.begin(), shares.end()) * 1.1, "% of the time"});
+               {0, *std::max_element(shares.begin(), shares.end()) * 1.1, share});
   for (std::size_t bar = 0; bar < shares.size(); ++bar) {
     const double left = low + step * static_cast<double>(bar);
     plot.box(left, 0, left + step * 0.92, shares[bar], "c1",
@@ -83,7 +85,7 @@ std::string cumulative(const Distribution& distribution, const std::string& axis
   return plot.text();
 }
 
-std::string distributions(const Measurement& all) {
+std::string distributions(const Measurement& all, bool timing) {
   std::string html;
   const auto add = [&html](const char* heading, const Distribution& distribution, const auto& plot) {
     if (!distribution.empty()) {
@@ -102,6 +104,10 @@ std::string distributions(const Measurement& all) {
   for (std::size_t kind = 0; kind < kRoomEventNames.size(); ++kind) {
     const std::string heading = std::string("Answers to ") + kRoomEventLabels[kind] + ", % faster";
     add(heading.c_str(), all.answers[kind].latency, [](const Distribution& d) { return cumulative(d, "s"); });
+  }
+  if (timing) {
+    add("Decision time", all.decisionTime,
+        [](const Distribution& d) { return histogram(d, kTenths, "us", "% of the vision results"); });
   }
   return "<div class=\"plots\">\n" + html + "</div>\n";
 }
@@ -151,7 +157,7 @@ void writeReportPage(std::ostream& out, const std::vector<MeasuredRecording>& re
     body += "<div class=\"card wide\"><h2 style=\"margin-top:0\">" + escaped(shortName(recording.name)) +
             "</h2>\n" + timeLinePlots(recording.measurement) + "</div>\n";
   }
-  body += "<h2>Distributions</h2>\n" + distributions(all);
+  body += "<h2>Distributions</h2>\n" + distributions(all, timing);
   body += "<h2>All figures</h2>\n" + metricTable(recordings, all, timing);
   out << htmlPage("Framing report", body);
 }

@@ -157,7 +157,8 @@ void SvgPlot::mark(double x, const std::string& colour, const std::string& label
            place + "\" x2=\"" + place + "\" y1=\"" + plainNumber(kTop) + "\" y2=\"" +
            plainNumber(mHeight - kBottom) + "\"/>\n";
   const bool atEnd = toX(x) > mWidth * 0.7;
-  mBody += textAt(toX(x) + (atEnd ? -5 : 5), kTop + 10, atEnd ? "end" : "start", label);
+  // Below the axis's own label.
+  mBody += textAt(toX(x) + (atEnd ? -5 : 5), kTop + 24, atEnd ? "end" : "start", label);
 }
 
 std::string SvgPlot::text() const {
