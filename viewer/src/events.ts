@@ -73,6 +73,8 @@ export interface Decision {
   from: string;
   to: string;
   differs: string;
+  /** The engine's own rule, in words; empty when it had none. */
+  reason: string;
   timer: string;
   /** The whole wait and what of it has passed, milliseconds; null when the line does not say. */
   waitMs: number | null;
@@ -86,13 +88,15 @@ export const HEAD = { person: 0, camera: 1, left: 2, top: 3, right: 4, bottom: 5
 export const HEAD_SPEAKS = 1;
 export const HEAD_BEST = 2;
 
-/** Heads are packed, seven numbers each: ten minutes of thirty results a second stay in memory. */
+/** Rows of `HEAD.stride` numbers, small ones when they fit: minutes of thirty results a second stay in memory. */
+export type HeadRows = Int16Array | Int32Array;
+
 export interface VisionEvent {
   kind: 'vision';
   t: number;
   frameNumber: number;
   people: number;
-  heads: Int32Array;
+  heads: HeadRows;
 }
 
 export type Event =

@@ -1,4 +1,4 @@
-/** Rectangles, the heads of a moment, and which colour belongs to which frame. */
+/** Rectangles, the heads of a moment, and the cameras that are known. */
 
 import { HEAD, HEAD_BEST, HEAD_SPEAKS, type Box, type Frame, type Layout, type Size, type VisionEvent } from './events';
 import type { State } from './state';
@@ -11,7 +11,7 @@ export interface HeadBox extends Box {
 }
 
 export function headsOf(vision: VisionEvent | null): HeadBox[] {
-  const rows = vision?.heads ?? new Int32Array();
+  const rows = vision?.heads ?? new Int16Array();
   const found: HeadBox[] = [];
   for (let i = 0; i + HEAD.stride <= rows.length; i += HEAD.stride) {
     const at = (column: number) => rows[i + column] as number;
@@ -35,6 +35,10 @@ export const isEmpty = (b: Box): boolean => widthOf(b) <= 0 || heightOf(b) <= 0;
 
 export function overlaps(a: Box, b: Box): boolean {
   return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+export function scaled(b: Box, x: number, y: number): Box {
+  return { left: b.left * x, top: b.top * y, right: b.right * x, bottom: b.bottom * y };
 }
 
 /** Where `box` of a camera lands when `source` is drawn to fill `dest`. */
@@ -99,25 +103,8 @@ export function resolve(camera: number, known: readonly number[]): number {
   return camera >= 0 || known.length === 0 ? camera : Math.min(...known);
 }
 
-export interface NumberedFrame {
-  frame: Frame;
-  layout: Layout;
-  /** Counts over all streams: the frame's colour. */
-  colour: number;
-  label: string;
-}
-
-/** Number of colours in the style sheet; later frames take them again, with another dash. */
-export const COLOURS = 7;
-
-export function numbered(layouts: Iterable<Layout>): NumberedFrame[] {
-  const all = [...layouts].sort((a, b) => a.stream - b.stream);
-  return all
-    .flatMap((layout) => layout.frames.map((frame) => ({ frame, layout })))
-    .map(({ frame, layout }, i) => ({
-      frame,
-      layout,
-      colour: i % COLOURS,
-      label: all.length > 1 ? `${layout.stream}·${frame.index}` : String(frame.index),
-    }));
+/** A frame's cut in pixels of the camera's image as it is drawn, which `srcRef` may state in another size. */
+export function sourceIn(frame: Frame, size: Size): Box {
+  const { width, height } = frame.srcRef;
+  return width > 0 && height > 0 ? scaled(frame.source, size.width / width, size.height / height) : frame.source;
 }

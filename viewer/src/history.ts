@@ -26,13 +26,13 @@ export const KEEP_ALL: Limits = { keepMs: Number.POSITIVE_INFINITY, keepEvents: 
 export class History {
   private chunks: Chunk[] = [];
   private last: State = EMPTY;
-  private count = 0;
+  private kept = 0;
   private cached: { chunk: Chunk; used: number; state: State } | null = null;
 
   constructor(private readonly limits: Limits = KEEP_ALL) {}
 
   get length(): number {
-    return this.count;
+    return this.kept;
   }
 
   get start(): number {
@@ -57,7 +57,7 @@ export class History {
       this.chunks.push(chunk);
     }
     chunk.events.push(event);
-    this.count += 1;
+    this.kept += 1;
     this.last = reduce(before, event);
     this.forget();
     return { before, after: this.last };
@@ -97,6 +97,17 @@ export class History {
     return null;
   }
 
+  /** How many events between `from` (not included) and `to` (included) are `wanted`. */
+  count(from: number, to: number, wanted: (event: Event) => boolean): number {
+    let found = 0;
+    for (let c = Math.max(0, this.chunkBefore(from)); c < this.chunks.length; c += 1) {
+      const { events } = this.chunks[c] as Chunk;
+      if ((events[0] as Event).t > to) break;
+      for (const event of events) if (event.t > from && event.t <= to && wanted(event)) found += 1;
+    }
+    return found;
+  }
+
   /** The last chunk whose first event is not after `t`, -1 when there is none. */
   private chunkBefore(t: number): number {
     let low = 0;
@@ -113,9 +124,9 @@ export class History {
     let first = this.chunks[0];
     while (first && this.chunks.length > 1) {
       const newest = (first.events[first.events.length - 1] as Event).t;
-      if (newest >= this.end - this.limits.keepMs && this.count <= this.limits.keepEvents) return;
+      if (newest >= this.end - this.limits.keepMs && this.kept <= this.limits.keepEvents) return;
       this.chunks.shift();
-      this.count -= first.events.length;
+      this.kept -= first.events.length;
       first = this.chunks[0];
     }
   }

@@ -16,6 +16,9 @@ export interface Moment {
   value: string;
   /** Decisions explain; what is only inferred from documents stands back when there are decisions. */
   inferred: boolean;
+  /** It changed the picture, or a wait. */
+  changes: boolean;
+  waits: boolean;
 }
 
 const DECISION_LANES: Record<string, Lane> = {
@@ -29,6 +32,9 @@ const DECISION_LANES: Record<string, Lane> = {
   secondary: 'wait',
   reset: 'control',
 };
+
+/** Decisions by which another picture is shown. */
+const CHANGES: ReadonlySet<string> = new Set(['adopted', 'reframed', 'feedPriority', 'secondary', 'reset']);
 
 function samePicture(a: Layout | undefined, b: Layout): boolean {
   return a !== undefined && a.type === b.type && a.frames.length === b.frames.length;
@@ -45,6 +51,8 @@ function sceneMoments(event: Extract<Event, { kind: 'scene' }>, before: State): 
       ...sceneWords(old, layout),
       value: layout.type,
       inferred: true,
+      changes: true,
+      waits: false,
     };
   }).filter((m) => m.title !== 'sent again');
 }
@@ -52,7 +60,7 @@ function sceneMoments(event: Extract<Event, { kind: 'scene' }>, before: State): 
 function timerMoments(event: Extract<Event, { kind: 'timers' }>, before: State, after: State): Moment[] {
   return after.waits.flatMap((now) => {
     const was = before.waits.find((w) => w.stream === now.stream)?.pending ?? null;
-    const base = { t: event.t, stream: now.stream, lane: 'wait' as const, inferred: true };
+    const base = { t: event.t, stream: now.stream, lane: 'wait' as const, inferred: true, changes: false, waits: true };
     if (now.pending && now.pending.type !== was?.type) {
       const reason = `A change from ${now.type} to ${now.pending.type} is waiting.`;
       return [{ ...base, title: `${now.pending.type} pending`, reason, value: now.pending.type }];
@@ -67,7 +75,7 @@ function timerMoments(event: Extract<Event, { kind: 'timers' }>, before: State, 
 /** The marks that `event` makes, with the states before and after it. */
 export function momentsOf(event: Event, before: State, after: State): Moment[] {
   const control = (title: string, reason: string): Moment[] => [
-    { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false },
+    { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false, changes: false, waits: false },
   ];
   switch (event.kind) {
     case 'scene':
@@ -77,7 +85,8 @@ export function momentsOf(event: Event, before: State, after: State): Moment[] {
     case 'decision': {
       const { decision } = event;
       const lane = DECISION_LANES[decision.kind] ?? 'wait';
-      return [{ t: event.t, lane, stream: decision.stream, ...decisionWords(decision), value: decision.to, inferred: false }];
+      const changes = CHANGES.has(decision.kind);
+      return [{ t: event.t, lane, stream: decision.stream, ...decisionWords(decision), value: decision.to, inferred: false, changes, waits: !changes }];
     }
     case 'people':
       if (event.count === before.people?.count) return [];
@@ -89,6 +98,8 @@ export function momentsOf(event: Event, before: State, after: State): Moment[] {
         reason: `The people count is ${event.count}; the smallest head is ${event.smallest} pixels high.`,
         value: String(event.count),
         inferred: false,
+        changes: false,
+        waits: false,
       }];
     case 'mode':
       return control(event.mode, `The framing mode is ${event.mode}.`);

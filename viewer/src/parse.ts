@@ -82,6 +82,9 @@ function bestOf(heads: Obj[], own: number): Obj | undefined {
   )[0];
 }
 
+const isSmall = (n: number) => n >= -32768 && n <= 32767;
+const packed = (rows: number[]) => (rows.every(isSmall) ? Int16Array.from(rows) : Int32Array.from(rows));
+
 function vision(t: number, payload: Obj, own: number): VisionEvent {
   const rows: number[] = [];
   let people = 0;
@@ -102,7 +105,7 @@ function vision(t: number, payload: Obj, own: number): VisionEvent {
       rows.push(id, num(head, 'camId', where, -1), b.left, b.top, b.right, b.bottom, flags);
     });
   });
-  return { kind: 'vision', t, frameNumber: num(payload, 'frameNumber', 'vision result', 0), people, heads: Int32Array.from(rows) };
+  return { kind: 'vision', t, frameNumber: num(payload, 'frameNumber', 'vision result', 0), people, heads: packed(rows) };
 }
 
 function frames(scene: unknown, where: string): Frame[] {
@@ -175,6 +178,7 @@ function decision(value: unknown): Decision {
     from: text(o, 'from', ''),
     to: text(o, 'to', ''),
     differs: text(o, 'differs', ''),
+    reason: text(o, 'reason', ''),
     timer: text(o, 'timer', ''),
     waitMs: optional(o, 'waitMs'),
     waitedMs: optional(o, 'waitedMs'),

@@ -67,17 +67,20 @@ function wait(d: Decision): string {
 
 const frameName = (d: Decision) => (d.frame === null ? 'A frame' : `Frame ${d.frame}`);
 const differs = (d: Decision) => (d.differs ? `What differs: ${stop(d.differs)}` : '');
+const rule = (d: Decision) => (d.reason ? `Rule: ${stop(d.reason)}` : '');
+/** What ended a wait: the engine says it when it is anything but a scene that went back. */
+const cancelled = (d: Decision) => (d.differs ? stop(d.differs) : `The room fits ${d.from || 'what is shown'} again, or calls for something else.`);
 const place = (d: Decision) => positionWords(d.headPosition || 'CENTER');
 
 /** One row per kind of decision. */
 const KINDS: Record<string, (d: Decision) => { title: string; parts: string[] }> = {
   pending: (d) => ({
     title: `${d.to} pending`,
-    parts: [`A change from ${d.from || 'nothing'} to ${d.to} (${layoutWords(d.to)}) is waiting.`, differs(d), wait(d)],
+    parts: [`A change from ${d.from || 'nothing'} to ${d.to} (${layoutWords(d.to)}) is waiting.`, differs(d), rule(d), wait(d)],
   }),
   dropped: (d) => ({
     title: `${d.to} dropped`,
-    parts: [`The pending ${d.to} was dropped; ${d.from || 'the picture'} stays.`, d.differs ? stop(d.differs) : '', wait(d)],
+    parts: [`The pending ${d.to} was dropped; ${d.from || 'the picture'} stays.`, cancelled(d), rule(d), wait(d)],
   }),
   adopted: (d) => ({
     title: d.from && d.from !== d.to ? `${d.from} → ${d.to}` : `${d.to} adopted`,
@@ -86,6 +89,7 @@ const KINDS: Record<string, (d: Decision) => { title: string; parts: string[] }>
         ? `The picture changed from ${d.from} (${layoutWords(d.from)}) to ${d.to} (${layoutWords(d.to)}).`
         : `A new ${d.to} layout (${layoutWords(d.to)}) was adopted.`,
       differs(d),
+      rule(d),
       wait(d),
     ],
   }),
@@ -114,7 +118,7 @@ const KINDS: Record<string, (d: Decision) => { title: string; parts: string[] }>
 
 export function decisionWords(d: Decision): Sentence {
   const known = KINDS[d.kind];
-  if (!known) return { title: d.kind, reason: [`Decision "${d.kind}".`, differs(d), wait(d)].filter(Boolean).join(' ') };
+  if (!known) return { title: d.kind, reason: [`Decision "${d.kind}".`, differs(d), rule(d), wait(d)].filter(Boolean).join(' ') };
   const { title, parts } = known(d);
   return { title, reason: parts.filter(Boolean).join(' ') };
 }

@@ -2,7 +2,7 @@
 
 import { SPEEDS, type Player } from '../player';
 import { clock } from '../words';
-import { html, say, set } from './dom';
+import { html, icon, say, set } from './dom';
 
 export interface Actions {
   readonly player: Player;
@@ -13,6 +13,9 @@ export interface Actions {
   zoom(span: number | null): void;
   redraw(): void;
 }
+
+/** Keys that belong to what has the focus. */
+const TYPING = 'select, input, textarea';
 
 const SPANS: [string, number | null][] = [
   ['all', null],
@@ -25,8 +28,20 @@ const SPANS: [string, number | null][] = [
 /** What a live session begins with. */
 const LIVE_SPAN = '2 min';
 
-function button(label: string, title: string, act: () => void): HTMLButtonElement {
-  const node = html('button', { type: 'button', title, 'aria-label': title }, label);
+const ICONS = {
+  play: 'M7 4v16l13-8z',
+  pause: 'M6 4h4v16H6zM14 4h4v16h-4z',
+  back: 'M16 4v16L5 12z',
+  on: 'M8 4v16l11-8z',
+  last: 'M5 4h3v16H5zM20 4v16L9 12z',
+  next: 'M16 4h3v16h-3zM4 4v16l11-8z',
+} as const;
+
+type Icon = keyof typeof ICONS;
+
+function button(label: string | Icon, title: string, act: () => void): HTMLButtonElement {
+  const sign = label in ICONS ? icon(ICONS[label as Icon]) : label;
+  const node = html('button', { type: 'button', title, 'aria-label': title }, sign);
   node.addEventListener('click', act);
   return node;
 }
@@ -47,7 +62,7 @@ export class Controls {
 
   constructor(root: HTMLElement, private readonly actions: Actions) {
     const { player } = actions;
-    this.play = button('▶', 'Play (space)', () => this.toggle());
+    this.play = button('play', 'Play (space)', () => this.toggle());
     this.speed = choice('Speed', SPEEDS.map((s) => `${s}×`), '1×', (value) => {
       player.speed = Number.parseFloat(value);
     });
@@ -58,11 +73,11 @@ export class Controls {
     );
     if (player.live) actions.zoom(SPANS.find(([name]) => name === LIVE_SPAN)?.[1] ?? null);
     root.append(
-      button('⏮', 'Last moment (shift and left)', () => actions.stepMoment(-1)),
-      button('◀', 'One vision result back (left)', () => actions.step(-1)),
+      button('last', 'Last moment (shift and left)', () => actions.stepMoment(-1)),
+      button('back', 'One vision result back (left)', () => actions.step(-1)),
       this.play,
-      button('▶|', 'One vision result on (right)', () => actions.step(1)),
-      button('⏭', 'Next moment (shift and right)', () => actions.stepMoment(1)),
+      button('on', 'One vision result on (right)', () => actions.step(1)),
+      button('next', 'Next moment (shift and right)', () => actions.stepMoment(1)),
       this.live,
       this.time,
       html('label', {}, 'speed ', this.speed),
@@ -75,7 +90,7 @@ export class Controls {
 
   draw(player: Player, t: number): void {
     const moving = player.following || player.playing;
-    say(this.play, moving ? '⏸' : '▶');
+    set(this.play.querySelector('path') as Element, { d: moving ? ICONS.pause : ICONS.play });
     set(this.play, { 'aria-label': moving ? 'Pause (space)' : 'Play (space)', title: moving ? 'Pause (space)' : 'Play (space)' });
     set(this.live, { 'aria-pressed': String(player.following) });
     say(this.time, `${clock(t)} / ${clock(this.actions.range.end)}`);
@@ -112,7 +127,7 @@ export class Controls {
 
   private key(event: KeyboardEvent): void {
     const target = event.target as HTMLElement;
-    if (event.ctrlKey || event.altKey || event.metaKey || target.closest('select, input, textarea, summary')) return;
+    if (event.ctrlKey || event.altKey || event.metaKey || target.closest(TYPING)) return;
     const press = (act: () => void) => {
       event.preventDefault();
       act();
@@ -120,8 +135,8 @@ export class Controls {
     const { actions } = this;
     switch (event.key) {
       case ' ':
-        // On a button, space presses it.
-        return target.closest('button') ? undefined : press(() => this.toggle());
+        // What can be pressed, space presses.
+        return target.closest('button, summary') ? undefined : press(() => this.toggle());
       case 'ArrowRight':
         return press(() => (event.shiftKey ? actions.stepMoment(1) : actions.step(1)));
       case 'ArrowLeft':

@@ -14,11 +14,17 @@ export function set(node: Element, attributes: Attributes): void {
   }
 }
 
+/** The one text node is kept and changed, so that nothing is thrown away at ten changes a second. */
 export function say(node: Element, text: string): void {
-  if (node.textContent !== text) node.textContent = text;
+  const first = node.firstChild;
+  if (first instanceof Text && node.childNodes.length === 1) {
+    if (first.data !== text) first.data = text;
+  } else if (node.textContent !== text) {
+    node.textContent = text;
+  }
 }
 
-export function variable(node: HTMLElement | SVGElement, name: string, value: string | number): void {
+export function variable(node: HTMLElement, name: string, value: string | number): void {
   const text = String(value);
   if (node.style.getPropertyValue(name) !== text) node.style.setProperty(name, text);
 }
@@ -36,18 +42,19 @@ export function html<K extends keyof HTMLElementTagNameMap>(
   return node;
 }
 
-export function svg<K extends keyof SVGElementTagNameMap>(
-  tag: K,
-  attributes: Attributes = {},
-  ...children: Child[]
-): SVGElementTagNameMap[K] {
-  const node = document.createElementNS('http://www.w3.org/2000/svg', tag);
-  set(node, attributes);
-  node.append(...children);
+/** A drawn sign of 24 x 24: fonts lack the usual ones. */
+export function icon(path: string): SVGSVGElement {
+  const make = (tag: string, attributes: Attributes) => {
+    const node = document.createElementNS('http://www.w3.org/2000/svg', tag);
+    set(node, attributes);
+    return node;
+  };
+  const node = make('svg', { viewBox: '0 0 24 24', class: 'icon', 'aria-hidden': 'true' }) as SVGSVGElement;
+  node.append(make('path', { d: path }));
   return node;
 }
 
-/** One child of `parent` per item, reused in order: at 30 pictures a second nothing is thrown away. */
+/** One child of `parent` per item, reused in order: at ten changes a second nothing is thrown away. */
 export function each<T, N extends Element>(
   parent: Element,
   items: readonly T[],
@@ -64,14 +71,4 @@ export function each<T, N extends Element>(
     update(node as N, item, index);
     node = node.nextElementSibling;
   });
-}
-
-/** Keeps --u of `node` at image units per screen pixel, so that texts keep their size on every screen. */
-export function keepUnit(node: SVGSVGElement): void {
-  const measure = () => {
-    const width = node.clientWidth || 1;
-    variable(node, '--u', ((node.viewBox.baseVal?.width || 1280) / width).toFixed(3));
-  };
-  new ResizeObserver(measure).observe(node);
-  new MutationObserver(measure).observe(node, { attributes: true, attributeFilter: ['viewBox'] });
 }

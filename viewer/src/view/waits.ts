@@ -1,24 +1,32 @@
 /** The waits: each stream's pending layout and each frame's head position, with what remains of them. */
 
-import { COLOURS } from '../geometry';
+import { frameColour } from '../palette';
+import { frameNumbers, numberOf } from '../pictures';
 import { remainingAt, type FrameWait, type State, type StreamWaits, type Wait } from '../state';
 import { layoutWords, positionWords, seconds } from '../words';
 import { each, html, say, set, variable } from './dom';
 
 function drawBar(bar: HTMLElement, wait: Wait | null, t: number): number {
   const remaining = wait ? remainingAt(wait, t) : 0;
-  const part = wait && wait.total > 0 ? 1 - remaining / wait.total : 0;
-  variable(bar, '--part', Math.min(1, Math.max(0, part)).toFixed(3));
-  set(bar, { hidden: remaining <= 0, role: 'progressbar', 'aria-valuemin': 0, 'aria-valuemax': 100, 'aria-valuenow': Math.round(part * 100), 'aria-label': 'part of the wait that has passed' });
+  const part = wait && wait.total > 0 ? Math.min(1, Math.max(0, 1 - remaining / wait.total)) : 0;
+  const fill = bar.firstElementChild as HTMLElement;
+  const scale = `scaleX(${part.toFixed(3)})`;
+  if (fill.style.transform !== scale) fill.style.transform = scale;
+  set(bar, { hidden: remaining <= 0, 'aria-valuenow': Math.round(part * 100) });
   return remaining;
 }
 
+function makeBar(): HTMLElement {
+  const attributes = { class: 'bar', role: 'progressbar', 'aria-valuemin': 0, 'aria-valuemax': 100, 'aria-label': 'part of the wait that has passed' };
+  return html('span', attributes, html('span', { class: 'fill' }));
+}
+
 function makeFrameRow(): HTMLElement {
-  return html('li', {}, html('span', { class: 'badge' }), html('span', { class: 'what' }), html('span', { class: 'bar' }), html('span', { class: 'left' }));
+  return html('li', {}, html('span', { class: 'badge' }), html('span', { class: 'what' }), makeBar(), html('span', { class: 'left' }));
 }
 
 function makeStream(): HTMLElement {
-  const pending = html('div', { class: 'pending' }, html('span', { class: 'what' }), html('span', { class: 'bar' }), html('span', { class: 'left' }));
+  const pending = html('div', { class: 'pending' }, html('span', { class: 'what' }), makeBar(), html('span', { class: 'left' }));
   return html('section', { class: 'waits-stream' }, html('h3'), pending, html('ul'));
 }
 
@@ -38,17 +46,16 @@ export function makeWaits(root: HTMLElement): (state: State, t: number) => void 
   root.append(list, empty);
   return (state, t) => {
     empty.hidden = state.waits.length > 0;
-    let colour = 0;
+    const numbers = frameNumbers(state);
     each(list, state.waits, makeStream, (node, waits) => {
       const [title, pending, rows] = node.children as unknown as [HTMLElement, HTMLElement, HTMLElement];
       set(node, { 'data-stream': waits.stream });
       say(title, `Stream ${waits.stream} shows ${waits.type}`);
       drawPending(pending, waits, t);
-      const first = colour;
-      colour += waits.frames.length;
-      each(rows, waits.frames, makeFrameRow, (row, frame: FrameWait, i) => {
+      each(rows, waits.frames, makeFrameRow, (row, frame: FrameWait) => {
         const [badge, what, bar, left] = row.children as unknown as [HTMLElement, HTMLElement, HTMLElement, HTMLElement];
-        set(row, { class: `colour-${(first + i) % COLOURS}`, 'data-frame': frame.index, 'data-position': frame.headPosition });
+        set(row, { 'data-frame': frame.index, 'data-position': frame.headPosition });
+        variable(badge, '--c', frameColour(numberOf(numbers, waits.stream, frame.index)));
         say(badge, state.waits.length > 1 ? `${waits.stream}·${frame.index}` : String(frame.index));
         say(what, positionWords(frame.headPosition));
         set(what, { title: frame.headPosition });

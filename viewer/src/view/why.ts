@@ -1,57 +1,50 @@
-/** Why, in words: the newest reason at the chosen moment, and the moments around it as a list to jump by. */
+/** Why, in words: what made the picture of the chosen moment, what waits, and the moments around it as a list to jump by. */
 
 import type { Moment } from '../moments';
+import { countUpTo, reasonsAt } from '../why';
 import { clock } from '../words';
 import { each, html, say, set } from './dom';
 
 /** Moments shown before and after the chosen one. */
-const BEFORE = 7;
+const BEFORE = 6;
 const AFTER = 4;
 
-/** Number of moments not after `t`; they are in order of time. */
-export function countUpTo(moments: readonly Moment[], t: number): number {
-  let low = 0;
-  let high = moments.length;
-  while (low < high) {
-    const middle = (low + high) >> 1;
-    if ((moments[middle] as Moment).t <= t) low = middle + 1;
-    else high = middle;
-  }
-  return low;
-}
-
-/** Control messages and people counts are events, not reasons. */
-export function reasonAt(moments: readonly Moment[], t: number): Moment | null {
-  for (let i = countUpTo(moments, t) - 1; i >= 0; i -= 1) {
-    const moment = moments[i] as Moment;
-    if (moment.lane !== 'people' && moment.lane !== 'control') return moment;
-  }
-  return null;
+function makeReason(name: string, none: string): { node: HTMLElement; draw: (moment: Moment | null, t: number) => void } {
+  const when = html('span', { class: 'when' });
+  const title = html('p', { class: 'title' });
+  const reason = html('p', { class: 'reason' });
+  const node = html('div', { class: `why-${name.toLowerCase()}` }, html('h3', {}, name, ' ', when), title, reason);
+  const draw = (moment: Moment | null, t: number) => {
+    const ago = moment ? t - moment.t : 0;
+    set(node, { 'data-t': moment?.t ?? null });
+    say(when, moment ? `${clock(moment.t)}, ${ago < 40 ? 'now' : `${(ago / 1000).toFixed(1)} s ago`}` : '');
+    say(title, moment?.title ?? none);
+    say(reason, moment?.reason ?? '');
+  };
+  return { node, draw };
 }
 
 export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments: readonly Moment[], t: number) => void {
-  const when = html('p', { class: 'when' });
-  const title = html('p', { class: 'title' });
-  const reason = html('p', { class: 'reason' });
+  const picture = makeReason('Picture', 'Nothing has changed yet');
+  const wait = makeReason('Wait', 'Nothing has waited since then');
   const list = html('ol', { class: 'moments' });
   list.addEventListener('click', (event) => {
     const button = (event.target as Element).closest('button');
     if (button?.dataset.t) jump(Number(button.dataset.t));
   });
-  root.append(when, title, reason, html('h3', {}, 'Moments'), list);
+  root.append(html('div', { class: 'reasons' }, picture.node, wait.node), html('div', {}, html('h3', {}, 'Moments'), list));
   return (moments, t) => {
-    const chosen = reasonAt(moments, t);
-    set(root, { 'data-t': chosen?.t ?? null, 'data-lane': chosen?.lane ?? null });
-    say(when, chosen ? `${clock(chosen.t)} · ${chosen.t >= t - 40 ? 'now' : `${((t - chosen.t) / 1000).toFixed(1)} s ago`}` : '');
-    say(title, chosen?.title ?? 'Nothing has changed yet');
-    say(reason, chosen?.reason ?? 'The reason of a change or a wait appears here.');
+    const reasons = reasonsAt(moments, t);
+    picture.draw(reasons.picture, t);
+    wait.draw(reasons.wait, t);
     const past = countUpTo(moments, t);
     const near = moments.slice(Math.max(0, past - BEFORE), past + AFTER);
+    const current = moments[past - 1];
     const makeRow = () => html('li', {}, html('button', { type: 'button' }, html('time'), html('span')));
     each(list, near, makeRow, (row, moment) => {
       const button = row.firstElementChild as HTMLElement;
       const [time, name] = button.children as unknown as [HTMLElement, HTMLElement];
-      set(row, { class: `lane-${moment.lane}${moment.t > t ? ' later' : ''}`, 'aria-current': moment === chosen ? 'true' : null });
+      set(row, { class: moment.t > t ? 'later' : null, 'aria-current': moment === current ? 'true' : null });
       set(button, { 'data-t': moment.t, title: moment.reason });
       say(time, clock(moment.t));
       say(name, moment.title);

@@ -1,0 +1,38 @@
+/** Colours of what is drawn on canvas. Frame colours are told apart with any colour vision; each frame also carries its number. */
+
+export const FRAME_COLOURS = ['#e69f00', '#56b4e9', '#2fc79a', '#f0e442', '#e39ac6', '#ff7a33', '#e8edf4'] as const;
+
+/** Muted tones of people, head and body, that leave the frame colours alone. */
+export const TONES = [
+  ['#d9c3ae', '#6f7f95'],
+  ['#c9a88d', '#8a7a72'],
+  ['#e2cdb9', '#5e7d78'],
+  ['#a98467', '#77708f'],
+  ['#dcbf9f', '#8d8a6b'],
+  ['#8f6b53', '#586a84'],
+  ['#d0b196', '#8b6f7d'],
+  ['#bf9a7c', '#64745e'],
+] as const;
+
+export const ROOM = {
+  wallTop: '#3a4656',
+  wallLow: '#46546a',
+  floorFar: '#39414e',
+  floorNear: '#272d37',
+  lines: 'rgb(255 255 255 / 7%)',
+  outline: '#0b0f14',
+  text: '#ffffff',
+} as const;
+
+/** Time line: each kind of layout. */
+const LAYOUT_COLOURS: Record<string, string> = {
+  HEAD: '#8ecbf0',
+  PROXIMITY: '#7fd9bd',
+  GROUP: '#f2c25c',
+  PARTIAL_GROUP: '#f6dca3',
+  SUBSET_SPEAKER: '#e6b3d3',
+};
+
+export const layoutColour = (type: string): string => LAYOUT_COLOURS[type] ?? '#b8c2d0';
+
+export const frameColour = (number: number): string => FRAME_COLOURS[number % FRAME_COLOURS.length] as string;
