@@ -47,12 +47,7 @@ class UnitForming {
   /** Joins who is connected in a camera, among the seats for which `takesPart` is true. */
   template <typename Condition>
   void joinConnected(std::uint32_t camId, bool useTrigger, Condition takesPart) {
-    std::list<std::shared_ptr<FynHead>> pool;
-    for (const Seat& seat : mSeats) {
-      if (seat.camId == camId && takesPart(seat)) {
-        pool.push_back(seat.person);
-      }
-    }
+    Pool pool = poolOf(camId, takesPart);
     while (!pool.empty()) {
       const std::shared_ptr<FynHead> first = pool.front();
       pool.pop_front();
@@ -63,7 +58,8 @@ class UnitForming {
     }
   }
 
-  void keepTogether(const Layout& layout) {
+  /** Those who share a frame on screen stay together as far as they are still connected. */
+  void keepShown(const Layout& layout) {
     for (const Frame& frame : layout.frames) {
       // A group frame shows everybody whom its camera sees, whoever came since it was made.
       const bool everybody = frame.frameType == FramingType::GROUP;
@@ -72,6 +68,13 @@ class UnitForming {
           return everybody || frame.fynHeads.count(seat.person->id) != 0;
         });
       }
+    }
+  }
+
+  /** Those who wait for a frame stay together while all of them are present and connected. */
+  void keepPending(const Layout& layout) {
+    for (const Frame& frame : layout.frames) {
+      joinWhole(frame);
     }
   }
 
@@ -90,6 +93,37 @@ class UnitForming {
   }
 
  private:
+  using Pool = std::list<std::shared_ptr<FynHead>>;
+
+  template <typename Condition>
+  Pool poolOf(std::uint32_t camId, Condition takesPart) const {
+    Pool pool;
+    for (const Seat& seat : mSeats) {
+      if (seat.camId == camId && takesPart(seat)) {
+        pool.push_back(seat.person);
+      }
+    }
+    return pool;
+  }
+
+  // All or nobody: who only connected two others and has gone must leave them as they were.
+  void joinWhole(const Frame& frame) {
+    const auto isMember = [&](const Seat& seat) { return frame.fynHeads.count(seat.person->id) != 0; };
+    Pool pool = poolOf(frame.fynCamId, isMember);
+    if (pool.size() < 2 || pool.size() != frame.fynHeads.size()) {
+      return;
+    }
+    const std::shared_ptr<FynHead> first = pool.front();
+    pool.pop_front();
+    const auto group = findProximityGroup(first, pool, true, frame.fynCamId);
+    if (!pool.empty()) {
+      return;
+    }
+    for (const std::shared_ptr<FynHead>& person : group) {
+      mJoiner.join(indexOf(*first), indexOf(*person));
+    }
+  }
+
   std::size_t indexOf(const FynHead& person) const {
     const auto seat = std::find_if(mSeats.begin(), mSeats.end(),
                                    [&](const Seat& each) { return each.person.get() == &person; });
@@ -145,10 +179,11 @@ std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* 
       forming.joinConnected(seats[i].camId, false, [](const Seat&) { return true; });
     }
   }
-  for (const Layout* const layout : {current, pending}) {
-    if (layout != nullptr) {
-      forming.keepTogether(*layout);
-    }
+  if (current != nullptr) {
+    forming.keepShown(*current);
+  }
+  if (pending != nullptr) {
+    forming.keepPending(*pending);
   }
   return forming.units();
 }

@@ -36,9 +36,10 @@ void sortSeats(std::vector<Seat>& seats, std::int32_t ownCamId);
 
 /**
  * Forms the units of sorted seats, in the order of their first persons. Persons of one camera join when their
- * heads with their buffers overlap; those who share a frame of `current` or `pending` (either may be null)
- * stay together for as long as the wider trigger rectangles connect them, so that a pair at the limit does
- * not flicker.
+ * heads with their buffers overlap; those who share a frame of `current` stay together for as long as the
+ * wider trigger rectangles connect them, so that a pair at the limit does not flicker, and those who share
+ * a frame of `pending` while they connect all of its people, so that somebody who comes between two others
+ * and goes again joins nobody. Either layout may be null.
  */
 std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
                                   const Layout* pending);

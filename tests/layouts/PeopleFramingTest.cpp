@@ -54,6 +54,30 @@ TEST(PeopleFraming, APendingPairKeepsTogetherWhileItWaits) {
   EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "5000 adopted PROXIMITY"}));
 }
 
+struct VisitCase {
+  const char* what;
+  Scene before;
+  Scene during;
+};
+
+// Whoever sits between the two distances is neither joined nor parted by somebody who is gone again.
+TEST(PeopleFraming, AVisitorWhoGoesInTimeJoinsNobody) {
+  const VisitCase cases[] = {
+      {"one too many", rowOf(6, 70), rowOf(7, 70)},
+      {"between two", pairAt(190), pairAt(190).person(3).at(495, 360)},
+      {"beside two", pairAt(140), pairAt(140).person(3).at(680, 360)},
+      {"a crowd", pairAt(190), Scene(rowOf(6, 200)).person(7).at(600, 600).person(8).at(800, 600)},
+  };
+  for (const VisitCase& each : cases) {
+    PeopleRun run;
+    run.engine<PeopleFramingLayout>();
+    run.watch(each.before, 1000);
+    run.watch(each.during, 1000);
+    run.watch(each.before, 20000);
+    EXPECT_EQ(run.takeChanges().size(), 1U) << each.what << ": " << run.picture();
+  }
+}
+
 TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
   PeopleRun run;
   run.engine<PeopleFramingLayout>();
