@@ -27,10 +27,9 @@ std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& p
 }
 
 bool seesSomebody(const MLData& data, std::int32_t camId) {
-  const Dimension image = getCameraLensModelDimension(camId);
   const std::vector<std::shared_ptr<FynHead>>& persons = data.getHeads();
   return std::any_of(persons.begin(), persons.end(), [&](const std::shared_ptr<FynHead>& person) {
-    return isShowable(person->findHead(static_cast<std::uint32_t>(camId)), image);
+    return shows(static_cast<std::uint32_t>(camId), *person);
   });
 }
 

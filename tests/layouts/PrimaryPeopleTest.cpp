@@ -92,16 +92,17 @@ TEST(PrimaryPeople, APersonWhoseCameraLosesThePersonIsShownByAnother) {
 struct GroupCameraCase {
   const char* what;
   std::int32_t front;
-  std::int32_t cameraOfPeople;
+  std::vector<std::int32_t> camerasOfPeople;
   const char* expected;
 };
 
 TEST(PrimaryPeople, AGroupIsCutFromTheFrontOfTheRoom) {
   const GroupCameraCase cases[] = {
-      {"the front sees them", 1, 1, "1"},
-      {"the front sees nobody, the own camera does", 1, 0, "0"},
-      {"neither sees anybody", 1, 2, "2"},
-      {"the front is no camera of the list", 9, 0, "0"},
+      {"the front sees them", 1, {1}, "1"},
+      {"the front sees nobody, the own camera does", 1, {0}, "0"},
+      {"neither sees anybody", 1, {2}, "2"},
+      {"the front is no camera of the list", 9, {0}, "0"},
+      {"the front has left the list and heads of it still come", 9, {9, 0}, "0"},
   };
   for (const GroupCameraCase& each : cases) {
     PeopleRun run({0, 1, 2});
@@ -109,7 +110,10 @@ TEST(PrimaryPeople, AGroupIsCutFromTheFrontOfTheRoom) {
         .engine<PrimaryPeopleLayout>();
     Scene crowd;
     for (std::int32_t id = 1; id <= 9; ++id) {
-      crowd.person(id).camera(each.cameraOfPeople).sized(40, 50).at(130 * id, 360);
+      crowd.person(id);
+      for (const std::int32_t camera : each.camerasOfPeople) {
+        crowd.camera(camera).sized(40, 50).at(130 * id, 360);
+      }
     }
     run.see(crowd);
     EXPECT_EQ(run.picture(), "GROUP [1 2 3 4 5 6 7 8 9]") << each.what;
