@@ -1,10 +1,16 @@
 #include "layouts/PeopleHeadFaults.h"
 
+#include <iterator>
+
 #include "layouts/PeopleViews.h"
 
 namespace fyn::productionrules {
 
 bool PeopleHeadFaults::isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image) {
+  // Who has left takes the fault along: the next one is another change.
+  for (auto each = mReported.begin(); each != mReported.end();) {
+    each = people.count(each->first) == 0 ? mReported.erase(each) : std::next(each);
+  }
   for (const std::int64_t id : frame.fynHeads) {
     const auto person = people.find(id);
     if (person == people.end()) {

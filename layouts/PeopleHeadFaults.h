@@ -17,7 +17,7 @@ class PeopleHeadFaults {
  public:
   /**
    * Whether the box of the frame's heads is to be asked for: nobody has a fault that was reported before, and
-   * all heads lie in an image of that size in pixels. A person who is well again is forgotten.
+   * all heads lie in an image of that size in pixels. A person who is well again, or has left, is forgotten.
    */
   bool isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image);
 

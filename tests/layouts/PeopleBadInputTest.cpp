@@ -58,6 +58,13 @@ TEST(PeopleBadInput, WhoCannotBeShownHasNoTileAndSpoilsNone) {
   }
 }
 
+/** How many errors and warnings have been logged since the last look. */
+std::ptrdiff_t errorsOf(PeopleRun& run) {
+  const std::vector<std::string> lines = run.environment.log.take();
+  return std::count_if(lines.begin(), lines.end(),
+                       [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; });
+}
+
 /** Person 2 is in a tile and then something happens to the head; until the layout changes the tile stays. */
 struct FaultCase {
   const char* what;
@@ -83,16 +90,26 @@ TEST(PeopleBadInput, ATileWhoseHeadGoesWrongStaysAndIsReportedOnce) {
       run.environment.log.take();
       EXPECT_EQ(run.watch(each.after, 1100), 0) << each.what;
       EXPECT_EQ(run.current().frames[1].source, before) << each.what;
-      const std::vector<std::string> lines = run.environment.log.take();
-      EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
-                              [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; }),
-                each.errors)
-          << each.what;
+      EXPECT_EQ(errorsOf(run), each.errors) << each.what;
       // Well again: the next fault is another change.
       run.watch(twoAnd(), 1000);
     }
     run.watch(each.after, 4100);
     EXPECT_EQ(run.picture(), "HEAD [1]") << each.what;
+  }
+}
+
+TEST(PeopleBadInput, AFaultThatComesBackWithThePersonIsReportedAgain) {
+  const Scene faulty = scene().person(1).at(300, 360).person(2).camera(7).at(600, 360);
+  const Scene gone = scene().person(1).at(300, 360);
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.watch(twoAnd(), 1000);
+  for (int again = 0; again < 3; ++again) {
+    run.environment.log.take();
+    run.watch(faulty, 300);
+    EXPECT_EQ(errorsOf(run), 1) << again;
+    run.watch(gone, 100);
   }
 }
 
