@@ -3,6 +3,7 @@
 namespace fyn::productionrules {
 
 std::shared_ptr<MLData> PeoplePresence::steady(const MLData& data, std::uint32_t now, std::uint32_t holdMs) {
+  ++mResults;
   auto result = std::make_shared<MLData>(data);
   result->heads.clear();
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
@@ -17,27 +18,27 @@ std::shared_ptr<MLData> PeoplePresence::steady(const MLData& data, std::uint32_t
       each = mSightings.erase(each);
       continue;
     }
-    if (sighting.counts && sighting.latest != now) {
+    if (sighting.counts && sighting.result != mResults) {
       result->heads.push_back(sighting.person);
     }
     ++each;
   }
-  mStarted = true;
   return result;
 }
 
 void PeoplePresence::forget() {
   mSightings.clear();
-  mStarted = false;
+  mResults = 0;
 }
 
 void PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t now, std::uint32_t holdMs) {
   Sighting& sighting =
-      mSightings.try_emplace(person->id, Sighting{person, now, now, !mStarted}).first->second;
+      mSightings.try_emplace(person->id, Sighting{person, now, now, 0, mResults == 1}).first->second;
   // Of two with one id the first counts.
-  if (sighting.latest != now) {
+  if (sighting.result != mResults) {
     sighting.person = person;
     sighting.latest = now;
+    sighting.result = mResults;
   }
   sighting.counts = sighting.counts || now - sighting.first >= holdMs;
 }

@@ -30,13 +30,16 @@ class PeoplePresence {
     std::shared_ptr<FynHead> person;
     std::uint32_t first = 0;
     std::uint32_t latest = 0;
+    /** Number of the latest result with the person. */
+    std::uint64_t result = 0;
     bool counts = false;
   };
 
   void note(const std::shared_ptr<FynHead>& person, std::uint32_t now, std::uint32_t holdMs);
 
   std::map<std::int32_t, Sighting> mSightings;
-  bool mStarted = false;
+  /** Results so far. */
+  std::uint64_t mResults = 0;
 };
 
 }  // namespace fyn::productionrules
