@@ -1,6 +1,9 @@
 #include "layouts/BaseSecondaryLayout.h"
 
+#include <algorithm>
+
 #include "config/PrConfig.h"
+#include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
 
@@ -18,6 +21,36 @@ bool BaseSecondaryLayout::updateLayoutFraming() {
 
 Dimension BaseSecondaryLayout::getImageSize(const Frame& frame) {
   return frame.srcRef;
+}
+
+bool BaseSecondaryLayout::refusesEmptyPicture(const std::shared_ptr<Layout>& layout) {
+  if (layout == nullptr || PrConfig::get().fpBeta1Enabled || layout->frames.empty() ||
+      !std::all_of(layout->frames.begin(), layout->frames.end(),
+                   [this](const Frame& frame) { return showsNothing(frame); })) {
+    return false;
+  }
+  PRB_LOGE(getTag(), "%s the layout shows nothing here, the picture before it stays", "applySecondaryLayout");
+  return true;
+}
+
+// The view is made on this copy; the layout's own frames get theirs when it is put on screen.
+bool BaseSecondaryLayout::showsNothing(Frame frame) {
+  switch (frame.frameType) {
+    case FramingType::ROOM:
+    case FramingType::GROUP:
+    case FramingType::PARTIAL_GROUP:
+      return false;
+    case FramingType::NONE:
+      // The entry that a primary sends when it cuts nothing from this camera: no fault.
+      return false;
+    case FramingType::SUBSET_SPEAKER:
+      calculateGroupFraming(frame);
+      break;
+    default:
+      calculateRuleOfThirdFor(frame);
+      break;
+  }
+  return isZeroRect(frame.source);
 }
 
 bool BaseSecondaryLayout::applyLayout(const SecondaryLayout& /*layout*/) {

@@ -20,6 +20,17 @@ class BaseSecondaryLayout : public BaseLayout {
   Dimension getImageSize(const Frame& frame) override;
 
   virtual bool applyLayout(const SecondaryLayout& layout);
+
+ protected:
+  /**
+   * For engines that must not show nothing: whether the layout is to be refused because it has frames, none
+   * of them came with a view and this device can make none. Says so in the log. Layouts that the base refuses
+   * by itself are left to it.
+   */
+  bool refusesEmptyPicture(const std::shared_ptr<Layout>& layout);
+
+ private:
+  bool showsNothing(Frame frame);
 };
 
 }  // namespace fyn::productionrules

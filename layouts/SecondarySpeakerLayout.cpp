@@ -21,6 +21,15 @@ std::shared_ptr<BaseTimerSetting>& SecondarySpeakerLayout::getTimerSetting() {
   return mTimerSetting;
 }
 
+bool SecondarySpeakerLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {
+  return !refusesEmptyPicture(layout) && BaseSecondaryLayout::applySecondaryLayout(layout);
+}
+
+bool SecondarySpeakerLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+         BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
+}
+
 unsigned SecondarySpeakerLayout::getMaxScaleFactor() {
   return speakerZoomLimit();
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "layouts/SecondaryPeopleLayout.h"
@@ -79,6 +80,43 @@ TEST(SecondaryPeople, ADocumentForAnotherCameraKeepsTheViewThatWasSent) {
   EXPECT_EQ(run.current().frames[0].source, kSent);
   EXPECT_EQ(run.watch(scene().person(1).camera(1).at(200, 360), 20000), 0);
   EXPECT_EQ(run.current().frames[0].source, kSent);
+}
+
+struct NothingCase {
+  const char* what;
+  Rect source;
+  Scene seen;
+  bool shown;
+};
+
+// A device that sees nobody of a layout without views has nothing to show: the picture before it stays.
+TEST(SecondaryPeople, ALayoutThatShowsNothingLeavesThePictureAsItIs) {
+  const Scene nobody = scene();
+  const Scene person = scene().person(1).camera(1).at(640, 360);
+  const NothingCase cases[] = {
+      {"no view of an unknown person", Rect{}, nobody, false},
+      {"no view of a person without a head here", Rect{}, scene().person(1).camera(7).at(640, 360), false},
+      {"no view of a known person", Rect{}, person, true},
+      {"a view of an unknown person", Rect{7, 7, 327, 367}, nobody, true},
+  };
+  for (const NothingCase& each : cases) {
+    PeopleRun run({1});
+    run.with([](PrConfig& config) { config.pfReframeOnSecondaryEnabled = true; })
+        .engine<SecondaryPeopleLayout>();
+    ASSERT_TRUE(run.layouts().applySecondaryLayout(sentLayout(1, kSent)));
+    run.see(each.seen);
+    const std::shared_ptr<Layout> before = run.layouts().getLayoutPtr();
+    run.environment.log.take();
+    run.decisions.clear();
+    EXPECT_EQ(run.layouts().applySecondaryLayout(sentLayout(1, each.source)), each.shown) << each.what;
+    EXPECT_EQ(run.layouts().getLayoutPtr() != before, each.shown) << each.what;
+    EXPECT_EQ(run.decisions.empty(), !each.shown) << each.what;
+    const std::vector<std::string> lines = run.environment.log.take();
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const auto& line) { return line.find("shows nothing") != std::string::npos; }),
+              each.shown ? 0 : 1)
+        << each.what;
+  }
 }
 
 TEST(SecondaryPeople, ZeroRectanglesOfUnknownPeopleAreRefusedWithTheBetaFeature) {

@@ -426,6 +426,24 @@ TEST(SpeakerRoles, SecondaryShowsTheMembersThatWereSentAndDecidesNothing) {
   EXPECT_EQ(run.watch(three(true, true, true), 5000), 0);
 }
 
+TEST(SpeakerRoles, SecondaryDoesNotShowNothing) {
+  for (const FramingType type : {FramingType::HEAD, FramingType::SUBSET_SPEAKER}) {
+    SpeakerRun run;
+    run.engine<SecondarySpeakerLayout>();
+    run.see(three(true, false, false));
+    const auto sent = [&](std::int64_t member) {
+      const std::shared_ptr<Layout> layout = sentBySelection(member);
+      layout->frames.front().frameType = type;
+      layout->frames.front().source = {};
+      return layout;
+    };
+    ASSERT_TRUE(run.layouts().applySecondaryLayout(sent(3)));
+    const Rect before = run.current().frames.front().source;
+    EXPECT_FALSE(run.layouts().applySecondaryLayout(sent(42)));
+    EXPECT_EQ(run.current().frames.front().source, before);
+  }
+}
+
 TEST(SpeakerRoles, SecondaryKeepsTheViewOfMembersWhomItDoesNotSee) {
   SpeakerRun run;
   run.engine<SecondarySpeakerLayout>();
