@@ -200,6 +200,11 @@ unsigned SpeakerFramingLayout::getMaxScaleFactor() {
   return speakerZoomLimit();
 }
 
+bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+         BaseLayout::constructBoundingBox(frame, box, withHeadBuffer);
+}
+
 bool SpeakerFramingLayout::updateCurrentTimer() {
   if (mCurLayout == nullptr) {
     return false;
@@ -212,6 +217,11 @@ bool SpeakerFramingLayout::updateCurrentTimer() {
       return false;
     }
     keepMembersWhole(frame);
+    if (frame.frameType == FramingType::SUBSET_SPEAKER) {
+      // For its report alone: such a frame is placed around whoever is in view.
+      Rect box;
+      constructBoundingBox(frame, box, false);
+    }
   }
   return BaseLayout::updateCurrentTimer();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "layouts/BaseLayout.h"
+#include "layouts/PeopleHeadFaults.h"
 #include "layouts/SpeakerFramingData.h"
 #include "layouts/SpeakerFramingLayoutBuilder.h"
 
@@ -34,6 +35,10 @@ class SpeakerFramingLayout : public BaseLayout {
 
   std::uint32_t getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) override;
   unsigned getMaxScaleFactor() override;
+
+  /** A head that is missing or has no box is reported when that begins, not with every result. */
+  bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
+
   std::string getLayoutChangeAnimation() override;
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;
@@ -58,6 +63,7 @@ class SpeakerFramingLayout : public BaseLayout {
   void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
 
   SpeakerFramingData mSpeech;
+  PeopleHeadFaults mHeadFaults;
   /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
   std::shared_ptr<const Layout> mSpeakersPicture;
   /** The device's own camera, as of the latest vision result. */

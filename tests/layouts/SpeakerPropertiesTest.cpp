@@ -226,6 +226,37 @@ TEST(SpeakerHostileInput, KeepsTheRoomWhenTheSpeakerIsNotInTheCamera) {
   EXPECT_EQ(run.current().activeSpeaker, -1);
 }
 
+struct FaultCase {
+  const char* what;
+  Scene after;
+  int errors;
+};
+
+// A head that goes wrong under the picture is reported when it does and not with every result.
+TEST(SpeakerHostileInput, IsReportedOnce) {
+  const auto others = [] { return scene().person(2).at(900, 300).person(3).at(1150, 300); };
+  const FaultCase cases[] = {
+      {"lost by the camera", others().person(1).camera(7).at(300, 300), 1},
+      {"a zero box", others().person(1).box({}), 1},
+      {"an inverted box", others().person(1).box({400, 400, 300, 300}), 0},
+      {"gone", others(), 0},
+  };
+  for (const bool useSsb : {false, true}) {
+    for (const FaultCase& each : cases) {
+      SpeakerRun run;
+      run.with([&](PrConfig& config) { config.sfUseSsb = useSsb; });
+      run.watch(others().person(1).at(300, 300).speaking(), 1000);
+      run.environment.log.take();
+      run.watch(each.after, 1500);
+      const std::vector<std::string> lines = run.environment.log.take();
+      EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                              [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; }),
+                each.errors)
+          << each.what << ", selection boxes " << useSsb;
+    }
+  }
+}
+
 TEST(SpeakerHostileInput, TakesTheFirstOfTwoPersonsWithOneId) {
   SpeakerRun run;
   run.watch(scene().person(1).at(300, 300).person(1).at(900, 300).speaking().headId(2), 1000);
