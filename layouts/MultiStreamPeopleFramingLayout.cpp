@@ -25,11 +25,6 @@ bool canShow(BaseLayout& engine, Frame& frame) {
   return isWhole;
 }
 
-const std::set<std::int64_t>& peopleOnScreen(const Layout* layout) {
-  static const std::set<std::int64_t> kNobody;
-  return layout != nullptr && !layout->frames.empty() ? layout->frames.front().fynHeads : kNobody;
-}
-
 // More people than this in one frame count as a large proximity.
 constexpr std::int32_t kMaxNeighbours = 3;
 
@@ -118,9 +113,18 @@ bool MultiStreamPeopleFramingLayout::setStreamIds(const std::vector<unsigned>& i
   return changed;
 }
 
+const std::set<std::int64_t>& MultiStreamPeopleFramingLayout::peopleOnScreen(const Stream& stream) {
+  static const std::set<std::int64_t> kNobody;
+  if (stream.current == nullptr || stream.current->frames.empty()) {
+    return kNobody;
+  }
+  const Frame& frame = stream.current->frames.front();
+  return frame.frameType == FramingType::GROUP ? stream.group : frame.fynHeads;
+}
+
 void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    mAssignment.setShown(i, peopleOnScreen(mStreams[i].current.get()));
+    mAssignment.setShown(i, peopleOnScreen(mStreams[i]));
   }
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
   const std::vector<std::vector<Seat>>& people =
@@ -232,6 +236,16 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
 void MultiStreamPeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
   // No tiles: every stream is a picture of its own.
   BaseLayout::fillPositionRect(layout);  // NOLINT(bugprone-parent-virtual-call)
+}
+
+void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
+  PeopleFramingLayout::calculateGroupFraming(frame);
+  if (mSelected != nullptr) {
+    mSelected->group.clear();
+    for (const auto& [id, person] : mPeopleMap) {
+      mSelected->group.insert(id);
+    }
+  }
 }
 
 bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,6 +40,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override;
   std::vector<std::shared_ptr<Layout>> getNextLayoutPtrs() const override;
   void fillPositionRect(std::shared_ptr<Layout>& layout) override;
+  void calculateGroupFraming(Frame& frame) override;
 
   /** One stream for each id, in that order. True when a stream that had a picture has gone or has another id
    * now. */
@@ -61,6 +64,8 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
     const char* chosenTimer = "";
     /** The people of the stream in the latest vision result. */
     PeopleMap people;
+    /** Whom the group frame on screen was placed around; the frame itself names heads. */
+    std::set<std::int64_t> group;
   };
 
   class Selection;
@@ -68,6 +73,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   template <typename Operation>
   bool inEveryStream(Operation operation);
   HeadPosition positionOf(const Frame& frame);
+  static const std::set<std::int64_t>& peopleOnScreen(const Stream& stream);
 
   StreamAssignment mAssignment;
   std::vector<Stream> mStreams;

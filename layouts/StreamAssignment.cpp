@@ -68,15 +68,21 @@ void StreamAssignment::findInView(const std::vector<Seat>& seats) {
     seen.push_back(each.person->id);
   }
   std::sort(seen.begin(), seen.end());
-  std::set<std::size_t> returnedTo;
+  // Of each stream to which somebody has returned, the first newcomer since that person was seen last.
+  std::map<std::size_t, std::uint64_t> returnedTo;
   for (auto& [id, place] : mPlaces) {
     const bool wasInView = std::exchange(place.isInView, std::binary_search(seen.begin(), seen.end(), id));
-    if (place.isInView && !wasInView) {
-      returnedTo.insert(place.stream);
+    if (wasInView && !place.isInView) {
+      place.left = mArrivals;
+    } else if (place.isInView && !wasInView) {
+      std::uint64_t& since = returnedTo.emplace(place.stream, place.left).first->second;
+      since = std::min(since, place.left);
     }
   }
   for (auto place = mPlaces.begin(); place != mPlaces.end();) {
-    const bool makesRoom = returnedTo.count(place->second.stream) != 0 && !place->second.isShown;
+    const auto since = returnedTo.find(place->second.stream);
+    const bool makesRoom =
+        since != returnedTo.end() && !place->second.isShown && place->second.arrival >= since->second;
     place = makesRoom ? mPlaces.erase(place) : std::next(place);
   }
 }
@@ -102,7 +108,7 @@ void StreamAssignment::assignUnit(const PeopleUnit& unit) {
 
 void StreamAssignment::seat(const PeopleUnit& newcomers, std::size_t stream) {
   for (const Seat& each : newcomers) {
-    mPlaces[each.person->id] = {stream, true, false, mArrivals++};
+    mPlaces[each.person->id] = {stream, true, false, mArrivals++, 0};
   }
 }
 

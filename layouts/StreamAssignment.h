@@ -49,6 +49,8 @@ class StreamAssignment {
     bool isShown = false;
     /** Counts newcomers: who came first has the smallest number. */
     std::uint64_t arrival = 0;
+    /** How many newcomers there had been when the person went out of view. */
+    std::uint64_t left = 0;
   };
 
   Place* find(const Seat& seat);

@@ -93,6 +93,38 @@ INSTANTIATE_TEST_SUITE_P(
               {"1@200 2@700 3@1100", kSettled, "1 HEAD [3], 2 HEAD [2], 3 HEAD [1]"}}}),
     [](const ::testing::TestParamInfo<Rule>& rule) { return rule.param.name; });
 
+// A group frame names heads, and the stream must know its people all the same.
+TEST(MultiStreamRule, ADetectionMissedOnceMovesNobodyWhoIsShownAsAGroup) {
+  // No closer view can be made of a box as flat as this.
+  const auto flat = [](std::int64_t headId) {
+    return scene().person(1).headId(headId).box({500, 300, 1000, 310});
+  };
+  for (const std::int64_t headId : {std::int64_t{1}, std::int64_t{2}, std::int64_t{900000000000}}) {
+    PeopleRun run;
+    run.engine<MultiStreamFramingLayout>();
+    run.watch(flat(headId).person(2).at(200, 300), 1000);
+    run.watch(flat(headId), kSettled);
+    ASSERT_EQ(streamPictures(run.layouts()), "1 ROOM [], 2 GROUP, 3 ROOM []") << headId;
+    run.see(scene());
+    run.watch(flat(headId), kSettled);
+    EXPECT_EQ(streamPictures(run.layouts()), "1 ROOM [], 2 GROUP, 3 ROOM []") << headId;
+  }
+}
+
+TEST(MultiStreamRule, WhoComesBackMovesOnlyThoseWhoCameSince) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>();
+  run.layouts().setMaxLayouts(2);
+  run.watch(peopleAt("1@200 2@700"), 1000);
+  // Person 3 shares the last stream and waits to be shown there, while stream 1 becomes free.
+  run.watch(peopleAt("1@200 2@700 3@1100"), 500);
+  run.watch(peopleAt("2@700 3@1100"), 1400);
+  ASSERT_EQ(streamPictures(run.layouts()), "1 ROOM [], 2 HEAD [2]");
+  run.see(peopleAt("3@1100"));
+  run.watch(peopleAt("2@700 3@1100"), kSettled);
+  EXPECT_EQ(streamPictures(run.layouts()), "1 ROOM [], 2 PROXIMITY [2 3]");
+}
+
 // ---- The number of streams and their ids ----
 
 TEST(MultiStreamCount, FewerStreamsMoveTheirPeopleToTheLastOne) {
