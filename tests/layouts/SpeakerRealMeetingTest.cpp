@@ -130,6 +130,10 @@ struct MeetingCase {
   std::size_t changes;
 };
 
+void PrintTo(const MeetingCase& meeting, std::ostream* out) {
+  *out << meeting.name;
+}
+
 // A few per cent below and above what was measured.
 constexpr MeetingCase kMeetings[] = {
     {"default", [](PrConfig&) {}, 95, 16},
