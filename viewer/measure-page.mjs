@@ -2,14 +2,14 @@
  * Opens the page in a browser for some minutes and prints what it costs: heap and DOM nodes (after a garbage collection) and
  * the share of time in which its main thread was busy.
  *
- * usage: node measure-page.mjs ADDRESS MINUTES [SECONDS BETWEEN LINES]
+ * usage: node measure-page.mjs ADDRESS MINUTES [SECONDS BETWEEN TWO LINES]
  */
 
 import { chromium } from 'playwright-core';
 
 const [address, minutes, period = '30'] = process.argv.slice(2);
 if (!address || !(Number(minutes) > 0)) {
-  console.error('usage: node measure-page.mjs ADDRESS MINUTES [SECONDS BETWEEN LINES]');
+  console.error('usage: node measure-page.mjs ADDRESS MINUTES [SECONDS BETWEEN TWO LINES]');
   process.exit(2);
 }
 

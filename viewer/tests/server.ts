@@ -18,6 +18,7 @@ export async function serve(content: { recording: string } | { live: string }): 
   const listeners = new Set<ServerResponse>();
   const live = 'live' in content;
   const server = createServer((request, response) => {
+    response.setHeader('content-security-policy', "default-src 'self'");
     const path = (request.url ?? '/').split('?')[0] ?? '/';
     if (path === '/api/info') {
       response.end(JSON.stringify(live ? { source: 'live', name: content.live } : { source: 'recording', name: 'meeting.jsonl' }));

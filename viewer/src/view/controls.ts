@@ -82,7 +82,7 @@ export class Controls {
       this.time,
       html('label', {}, 'speed ', this.speed),
       html('label', {}, 'show ', span),
-      button('Copy link', 'Copy a link to this moment', () => void this.copy()),
+      button('Copy link', 'Copy link to this moment', () => void this.copy()),
       this.copied,
     );
     addEventListener('keydown', (event) => this.key(event));

@@ -1,0 +1,95 @@
+/** The page with a real broker, a real service and a meeting that is played to them. */
+
+import type { Browser, Page } from 'playwright-core';
+import { afterAll, beforeAll, expect, test } from 'vitest';
+import { launch } from '../chromium';
+import { rowsOf, timeOf, WAIT } from './look';
+import { Programs, simulate, type Line } from './prb';
+
+const programs = new Programs();
+let browser: Browser;
+let page: Page;
+let bus: string;
+const faults: string[] = [];
+
+/** A part of the meeting in which people get tiles of their own, with messages in between that nobody can read. */
+const FROM = 20_000;
+const LENGTH = 12_000;
+const BAD: Line[] = [
+  { t: 3000, topic: '/ICDOut', payload: 'gibberish' as never },
+  { t: 3100, topic: '/ICDOut', payload: { heads: [{ fynId: 1, associatedHeads: [{ bbox: 'here' }] }] } as never },
+  { t: 3200, topic: '/PeopleCount', payload: [] as never },
+];
+
+beforeAll(async () => {
+  simulate(programs, 'whole.jsonl');
+  const whole = programs.lines('whole.jsonl');
+  const begin = whole.filter((l) => l.t === 0 && l.topic !== '/ICDOut');
+  const part = whole.filter((l) => l.t >= FROM && l.t < FROM + LENGTH).map((l) => ({ ...l, t: l.t - FROM }));
+  const lines = [...begin, ...part, ...BAD].sort((a, b) => a.t - b.t);
+  programs.file('meeting.jsonl', lines.map((l) => JSON.stringify(l)).join('\n'));
+  bus = await programs.broker();
+  const properties = programs.file('properties.db');
+  programs.run('prb', 'prop', '--properties', properties, 'set', 'vendor.talkertracking.flag', '4');
+  programs.start('productionrulesd', '--bus', bus, '--properties', properties, '--log', 'stderr');
+  const recorder = programs.start('prb', 'record', '--bus', bus, '--outputs', '-o', programs.file('heard.jsonl'));
+  recorder.stdout?.resume();
+  browser = await launch();
+  page = await browser.newPage({ viewport: { width: 1400, height: 1000 } });
+  page.on('pageerror', (error) => faults.push(error.message));
+  await page.goto(await programs.view('--bus', bus, '--properties', properties));
+  await page.locator('#numbers summary').click();
+});
+
+afterAll(async () => {
+  await browser?.close();
+  await programs.end();
+});
+
+test('before anything comes the page says so', async () => {
+  expect(await page.locator('#room .empty').innerText()).toBe('No vision result yet.');
+  expect(await page.locator('#output .empty').innerText()).toBe('No scene document yet.');
+});
+
+test('the page follows the meeting', async () => {
+  const player = programs.start('prb', 'play', programs.file('meeting.jsonl'), '--bus', bus);
+  await expect.poll(() => page.locator('.camera').count(), WAIT).toBe(2);
+  await expect.poll(() => page.locator('.stream').getAttribute('data-type'), { ...WAIT, timeout: 40_000 }).toBe('HEAD');
+  expect(await page.locator('#figures').innerText()).toMatch(/PeopleFraming/);
+  expect(await page.locator('.why-picture').innerText()).toMatch(/roomToHeadLayoutChangeTimer|HEAD/);
+  if (player.exitCode === null) await new Promise((resolve) => player.on('exit', resolve));
+});
+
+test('what cannot be shown is said, and the rest goes on', async () => {
+  await expect.poll(() => page.locator('#problems summary').innerText(), WAIT).toContain(`${BAD.length} lines not shown`);
+  await page.locator('#problems summary').click();
+  const said = (await page.locator('#problems li').allInnerTexts()).join('\n');
+  for (const reason of ['/ICDOut: the payload is not JSON', '.bbox is not an object', '/PeopleCount: payload is not an object']) expect(said).toContain(reason);
+  await page.locator('#problems summary').click();
+});
+
+test('what is shown in the end is the last scene document that went over the bus', async () => {
+  const last = programs.lines('heard.jsonl').filter((l) => l.topic === '/PRBOut').pop();
+  const [stream] = (last?.payload as unknown as { streams: [{ layoutType: string; scene: { frameindex: number; source: Record<string, number> }[] }] }).streams;
+  await expect.poll(() => page.locator('.stream').getAttribute('data-type'), WAIT).toBe(stream.layoutType);
+  const expected = stream.scene.map(({ frameindex, source: { xoffset: x, yoffset: y, width: w, height: h } }) => [
+    String(frameindex), `${x}, ${y} to ${x! + w!}, ${y! + h!}`,
+  ]);
+  await expect.poll(async () => (await rowsOf(page, '#numbers tr[data-frame]')).map((r) => [r.frame, r.cell2]).sort(), WAIT).toEqual(expected.sort());
+});
+
+test('the past can be looked at while it goes on, and left again', async () => {
+  await page.getByRole('button', { name: /^Last moment/ }).click();
+  const t = await timeOf(page);
+  expect(await page.getByRole('button', { name: 'Follow live (L)' }).getAttribute('aria-pressed')).toBe('false');
+  await expect.poll(() => page.url(), WAIT).toContain('#t=');
+  await page.keyboard.press('l');
+  await expect.poll(() => timeOf(page), WAIT).toBeGreaterThan(t);
+  expect(await page.getByRole('button', { name: 'Follow live (L)' }).getAttribute('aria-pressed')).toBe('true');
+});
+
+test('a viewer that is gone is said, and nothing else breaks', async () => {
+  await programs.end();
+  await expect.poll(() => page.locator('#status').innerText(), WAIT).toContain('connection lost');
+  expect(faults).toEqual([]);
+});
