@@ -41,6 +41,8 @@ export class Player {
     if (this.following || this.playing) {
       this.following = false;
       this.playing = false;
+      // Whole milliseconds, so that a link to the moment names just this picture.
+      this.t = Math.round(this.t);
       return;
     }
     if (this.t >= range.end) this.t = range.start;

@@ -29,6 +29,14 @@ test('what does not play stands still', () => {
   expect(player.t).toBe(2000);
 });
 
+test('it stops at a whole millisecond, so that a link can name it', () => {
+  const player = recording(2000);
+  player.toggle(RANGE);
+  player.advance(16.7, RANGE, RANGE.end);
+  player.toggle(RANGE);
+  expect(player.t).toBe(2017);
+});
+
 test('playing begins again at the start when it stands at the end', () => {
   const player = recording(RANGE.end);
   player.toggle(RANGE);

@@ -25,13 +25,15 @@ export function coloursAt(canvas: Locator, size: { width: number; height: number
   );
 }
 
-/** All pixels of a canvas, row by row, as red, green and blue. */
-export function pixelsOf(canvas: Locator): Promise<number[]> {
-  return canvas.evaluate((node) => {
+/** All pixels of a canvas, row by row, as red, green, blue and opacity. */
+export async function pixelsOf(canvas: Locator): Promise<Uint8Array> {
+  // One text: a list of so many numbers takes seconds to hand over.
+  const coded = await canvas.evaluate((node) => {
     const { width, height } = node as HTMLCanvasElement;
     const g = (node as HTMLCanvasElement).getContext('2d') as CanvasRenderingContext2D;
-    return [...g.getImageData(0, 0, width, height).data].filter((_, i) => i % 4 !== 3);
+    return btoa(Array.from(g.getImageData(0, 0, width, height).data, (v) => String.fromCharCode(v)).join(''));
   });
+  return Buffer.from(coded, 'base64');
 }
 
 export const far = (a: Colour, b: Colour): number => Math.max(...a.map((v, i) => Math.abs(v - (b[i] as number))));

@@ -11,7 +11,7 @@ let browser: Browser;
 let page: Page;
 
 beforeAll(async () => {
-  simulate(programs, 'meeting.jsonl', { minutes: 2, people: 5, mode: 2 });
+  simulate(programs, 'meeting.jsonl', { people: 5, mode: 2 });
   browser = await launch();
   page = await browser.newPage({ viewport: { width: 420, height: 700 } });
 });
@@ -39,11 +39,11 @@ function transition(effects: string, animation: string, fit: (old: Stream, now: 
   throw new Error(`the meeting has no such ${animation}`);
 }
 
-const difference = (a: number[], b: number[]) => a.reduce((sum, v, i) => sum + Math.abs(v - (b[i] as number)), 0) / a.length;
+const difference = (a: Uint8Array, b: Uint8Array) => a.reduce((sum, v, i) => sum + Math.abs(v - (b[i] as number)), 0) / a.length;
 
 const played = () => page.locator('.stream').getAttribute('data-played');
 
-async function pictureAt(t: number): Promise<number[]> {
+async function pictureAt(t: number): Promise<Uint8Array> {
   await goTo(page, t);
   return pixelsOf(page.locator('.stream canvas'));
 }
