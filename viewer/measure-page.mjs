@@ -1,10 +1,11 @@
 /**
- * Opens the page in a browser for some minutes and prints what it costs: heap and DOM nodes (after a garbage collection) and
- * the share of time in which its main thread was busy.
+ * Opens the page in a browser for some minutes and prints what it costs: heap and DOM nodes (after a garbage collection), memory and
+ * processor time of the process that shows it, and the share of time in which its main thread was busy (or waited to be served).
  *
  * usage: node measure-page.mjs ADDRESS MINUTES [SECONDS BETWEEN TWO LINES]
  */
 
+import { readFileSync } from 'node:fs';
 import { chromium } from 'playwright-core';
 
 const [address, minutes, period = '30'] = process.argv.slice(2);
@@ -22,6 +23,16 @@ await page.goto(address);
 const session = await page.context().newCDPSession(page);
 await session.send('Performance.enable');
 
+const system = await browser.newBrowserCDPSession();
+
+/** The process that shows the page: the one that has worked most. */
+async function renderer() {
+  const { processInfo } = await system.send('SystemInfo.getProcessInfo');
+  const [process] = processInfo.filter((p) => p.type === 'renderer').sort((a, b) => b.cpuTime - a.cpuTime);
+  const resident = /^VmRSS:\s+(\d+)/m.exec(readFileSync(`/proc/${process.id}/status`, 'utf8'));
+  return { cpu: process.cpuTime, memory: Number(resident?.[1]) / 1000 };
+}
+
 async function sample() {
   await session.send('HeapProfiler.collectGarbage');
   const { metrics } = await session.send('Performance.getMetrics');
@@ -29,6 +40,7 @@ async function sample() {
   const shares = { task: 'TaskDuration', script: 'ScriptDuration', style: 'RecalcStyleDuration', layout: 'LayoutDuration' };
   return {
     at: performance.now(),
+    process: await renderer(),
     heap: of('JSHeapUsedSize'),
     nodes: of('Nodes'),
     listeners: of('JSEventListeners'),
@@ -41,7 +53,9 @@ let before = started;
 const line = (title, from, to) => {
   const passed = (to.at - from.at) / 1000;
   const shares = Object.keys(to.used).map((name) => `${name} ${((100 * (to.used[name] - from.used[name])) / passed).toFixed(1)} %`);
-  console.log(`${title} ${((to.at - started.at) / 1000).toFixed(0)} s: heap ${(to.heap / 1e6).toFixed(2)} MB, ${to.nodes} nodes, ${to.listeners} listeners; ${shares.join(', ')}`);
+  const cpu = ((100 * (to.process.cpu - from.process.cpu)) / passed).toFixed(1);
+  const process = `process ${to.process.memory.toFixed(0)} MB, ${cpu} % of a core`;
+  console.log(`${title} ${((to.at - started.at) / 1000).toFixed(0)} s: ${process}; heap ${(to.heap / 1e6).toFixed(2)} MB, ${to.nodes} nodes, ${to.listeners} listeners; ${shares.join(', ')}`);
 };
 while (before.at - started.at < Number(minutes) * 60_000) {
   await new Promise((resolve) => setTimeout(resolve, Number(period) * 1000));

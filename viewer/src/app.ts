@@ -152,6 +152,8 @@ export class App implements Feed {
   private addMoment(moment: Moment): void {
     if (moment.inferred && this.explained && EXPLAINED.includes(moment.lane)) return;
     this.lanes.add(moment);
+    // A noisy detector changes the count several times a second: it would hide all else in the list.
+    if (moment.lane === 'people') return;
     const { last } = this;
     // The decision says all that this document could.
     if (moment.inferred && last?.changes && last.stream === moment.stream && moment.t - last.t <= SAME_CHANGE) return;

@@ -72,8 +72,14 @@ function timerMoments(event: Extract<Event, { kind: 'timers' }>, before: State, 
   });
 }
 
-/** The marks that `event` makes, with the states before and after it. */
+/** The marks that `event` makes, with the states before and after it. Among several streams, each is named. */
 export function momentsOf(event: Event, before: State, after: State): Moment[] {
+  const moments = marksOf(event, before, after);
+  if (after.decided.size < 2 || event.kind === 'people') return moments;
+  return moments.map((m) => (m.lane === 'control' ? m : { ...m, title: `stream ${m.stream}: ${m.title}` }));
+}
+
+function marksOf(event: Event, before: State, after: State): Moment[] {
   const control = (title: string, reason: string): Moment[] => [
     { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false, changes: false, waits: false },
   ];

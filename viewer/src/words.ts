@@ -59,8 +59,9 @@ function stop(text: string): string {
 
 function wait(d: Decision): string {
   const timer = d.timer ? ` (${d.timer})` : '';
-  if (d.waitedMs !== null && d.waitMs !== null) return `It waited ${seconds(d.waitedMs)} of ${seconds(d.waitMs)}${timer}.`;
-  if (d.waitedMs !== null) return `It waited ${seconds(d.waitedMs)}${timer}.`;
+  const begins = d.waitedMs === 0 && (d.kind === 'pending' || d.kind === 'reframeWait');
+  if (d.waitedMs !== null && d.waitMs !== null && d.waitMs > 0 && !begins) return `It waited ${seconds(d.waitedMs)} of ${seconds(d.waitMs)}${timer}.`;
+  if (d.waitMs === null && d.waitedMs !== null) return `It waited ${seconds(d.waitedMs)}${timer}.`;
   if (d.waitMs !== null) return d.waitMs > 0 ? `The wait is ${seconds(d.waitMs)}${timer}.` : `There is no wait${timer}.`;
   return d.timer ? `Timer: ${d.timer}.` : '';
 }

@@ -2,7 +2,7 @@ import { describe, expect, test } from 'vitest';
 import { momentsIn } from './states';
 import { clock, seconds } from '../src/words';
 import { reasonsAt } from '../src/why';
-import { meeting } from './meeting';
+import { meeting, scene } from './meeting';
 
 test.each([
   [0, '0 ms'], [999, '999 ms'], [1000, '1 s'], [1500, '1.5 s'], [61_000, '61 s'],
@@ -17,9 +17,9 @@ const decision = (rest: object) => ({ t: 5, decision: { stream: 0, from: 'HEAD',
 describe('a decision in words says what differed, which timer, how long it waited and what ended it', () => {
   test.each([
     [{ kind: 'pending', differs: 'the kind of layout', timer: 'headTimer', waitMs: 2000, waitedMs: 0 },
-      'GROUP pending', ['from HEAD to GROUP (the whole group)', 'What differs: The kind of layout.', '(headTimer)', '2 s']],
+      'GROUP pending', ['from HEAD to GROUP (the whole group)', 'What differs: The kind of layout.', 'The wait is 2 s (headTimer).']],
     [{ kind: 'pending', reason: "the speakers' selection", timer: 'a', waitMs: 100, waitedMs: 0 },
-      'GROUP pending', ["Rule: The speakers' selection.", '100 ms']],
+      'GROUP pending', ["Rule: The speakers' selection.", 'The wait is 100 ms (a).']],
     [{ kind: 'dropped', waitMs: 4000, waitedMs: 133 },
       'GROUP dropped', ['HEAD stays', 'fits HEAD again', '133 ms of 4 s']],
     [{ kind: 'dropped', differs: 'no switch is needed', waitMs: 4000, waitedMs: 133 },
@@ -28,7 +28,7 @@ describe('a decision in words says what differed, which timer, how long it waite
       'GROUP dropped', ['Rule: Held in silence.']],
     [{ kind: 'adopted', differs: 'the kind of layout', timer: 'x', waitMs: 4000, waitedMs: 4033 },
       'HEAD → GROUP', ['changed from HEAD (one tile per person) to GROUP', 'It waited 4.0 s of 4 s (x).']],
-    [{ kind: 'adopted', to: 'HEAD', differs: 'the number of frames', waitMs: 0 },
+    [{ kind: 'adopted', to: 'HEAD', differs: 'the number of frames', waitMs: 0, waitedMs: 0 },
       'HEAD adopted', ['A new HEAD layout', 'The number of frames.', 'There is no wait']],
     [{ kind: 'reframeWait', frame: 1, headPosition: 'HEAD_ON_EDGE', timer: 'onFrameEdgeTimer', waitMs: 1500, waitedMs: 0 },
       'frame 1: on the edge of the frame', ['Frame 1', '(HEAD_ON_EDGE)', 'if this lasts', '1.5 s (onFrameEdgeTimer)']],
@@ -75,6 +75,12 @@ describe('why', () => {
     const moments = momentsIn(meeting({ seconds: 8 }));
     expect(reasonsAt(moments, 6500).picture?.reason).toContain('gfToOtherLayoutChangeTimer');
   });
+});
+
+test('among several streams each moment names its own', () => {
+  const layouts = { t: 1, topic: '/PRBOut', payload: scene('GROUP', 2, 0, { streams: 2 }) };
+  const moment = momentsIn([layouts, decision({ kind: 'adopted', stream: 1 })]).pop();
+  expect(moment?.title).toBe('stream 1: HEAD → GROUP');
 });
 
 describe('a recording without decisions', () => {
