@@ -1,12 +1,7 @@
 #if PR_HAVE_MQTT && PR_HAVE_DBUS
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <signal.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cstring>
 #include <memory>
@@ -19,37 +14,6 @@ namespace fyn::productionrules::testing {
 namespace {
 
 const std::string kProgram = std::string(PR_PROGRAM_DIR) + "/productionrulesd";
-
-/** What a service manager listens on. */
-class NotifySocket {
- public:
-  NotifySocket() {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path().c_str(), sizeof address.sun_path - 1);
-    EXPECT_EQ(bind(mSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  }
-  ~NotifySocket() { close(mSocket); }
-  NotifySocket(const NotifySocket&) = delete;
-  NotifySocket& operator=(const NotifySocket&) = delete;
-
-  std::string path() const { return mFolder.file("notify"); }
-
-  /** The next notice; empty when none comes. */
-  std::string next() const {
-    std::array<char, 512> text{};
-    pollfd watched{mSocket, POLLIN, 0};
-    if (poll(&watched, 1, 20000) != 1) {
-      return {};
-    }
-    const ssize_t length = recv(mSocket, text.data(), text.size(), 0);
-    return std::string(text.data(), static_cast<std::size_t>(length));
-  }
-
- private:
-  ScratchFolder mFolder;
-  const int mSocket = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-};
 
 std::size_t count(const std::string& text, const std::string& part) {
   std::size_t found = 0;

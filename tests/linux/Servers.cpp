@@ -1,7 +1,13 @@
 #include "tests/linux/Servers.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
+
+#include <array>
+#include <cstring>
 
 namespace fyn::productionrules::testing {
 
@@ -72,6 +78,27 @@ PrintingProvider::PrintingProvider(const MessageBus& bus)
     : mProcess({std::string(PR_PROGRAM_DIR) + "/printing-camera-provider", "--bus", bus.address()}) {
   const auto serves = [&] { return mProcess.errorText().find("serving") != std::string::npos; };
   EXPECT_TRUE(eventually(serves)) << mProcess.errorText();
+}
+
+NotifySocket::NotifySocket() : mSocket(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, path().c_str(), sizeof address.sun_path - 1);
+  EXPECT_EQ(bind(mSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+}
+
+NotifySocket::~NotifySocket() {
+  close(mSocket);
+}
+
+std::string NotifySocket::next() const {
+  std::array<char, 512> text{};
+  pollfd watched{mSocket, POLLIN, 0};
+  if (poll(&watched, 1, 20000) != 1) {
+    return {};
+  }
+  const ssize_t length = recv(mSocket, text.data(), text.size(), 0);
+  return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
 ThrowawayAuthority::ThrowawayAuthority() {

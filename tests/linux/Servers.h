@@ -56,6 +56,24 @@ class PrintingProvider {
   Process mProcess;
 };
 
+/** What a service manager listens on: a program's notices that it is ready or stops. */
+class NotifySocket {
+ public:
+  NotifySocket();
+  ~NotifySocket();
+  NotifySocket(const NotifySocket&) = delete;
+  NotifySocket& operator=(const NotifySocket&) = delete;
+
+  std::string path() const { return mFolder.file("notify"); }
+
+  /** The next notice; empty when none comes. */
+  std::string next() const;
+
+ private:
+  ScratchFolder mFolder;
+  const int mSocket;
+};
+
 /** A certificate authority for one test, with certificates for a broker on 127.0.0.1 and for a client. */
 class ThrowawayAuthority {
  public:

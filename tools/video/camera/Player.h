@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "tools/video/camera/Programme.h"
+#include "tools/video/camera/SideBySide.h"
+#include "tools/video/camera/Targets.h"
+#include "tools/video/source/CameraInputs.h"
+#include "tools/video/source/StageTimes.h"
+#include "tools/video/source/VideoInput.h"
+
+namespace fyn::productionrules::video {
+
+struct PlayerOptions {
+  /** Where the pictures of the streams go, as `targetOfStream` reads them. */
+  std::vector<std::string> outputs;
+  /** File of the side-by-side film; empty for none. */
+  std::string film;
+  /** Gets one JSON line per picture; may be null. */
+  std::ostream* journal = nullptr;
+  Programme::Complaint complain;
+};
+
+/** Reads the cameras' videos and writes what the programme makes of them. */
+class Player {
+ public:
+  /** Raises UsageError when an input or the first output cannot be opened. */
+  Player(const std::vector<CameraInput>& cameras, const PlayerOptions& options, const Clock& clock);
+
+  void addScene(const std::string& document, std::optional<std::int64_t> atMs = std::nullopt);
+
+  /** Tells that a frame was taken, before it is shown: what a later scene may have been decided on. */
+  void frameTaken(const FrameTime& frame);
+
+  /**
+   * Shows a frame: reads its pictures, composes and writes. False when the inputs do not have it. When the
+   * number is not after that of the frame before, the videos are read from their start again.
+   */
+  bool show(const VisionFrame& frame, std::optional<std::int64_t> nextMs);
+
+  /** Passes over the next picture of all cameras. */
+  void skip();
+
+  /** Pictures per second, and whether they come from a device: those of the first camera. */
+  double rate() const { return mInputs.front()->rate(); }
+  bool isLive() const { return mInputs.front()->isLive(); }
+
+  /** Whether a picture may be left out because its time is over. */
+  bool mayLeaveOut() const { return mMayLeaveOut; }
+
+  /** Completes all files. */
+  void finish();
+
+  std::int64_t pictures() const { return mPictures; }
+  void printTimes(std::ostream& out) const { mTimes.print(out); }
+
+ private:
+  bool readPictures(std::int64_t number);
+  void write(const ComposedPicture& composed, const std::vector<ShownHead>& heads);
+  PictureSink* sinkOf(std::int32_t stream);
+  void note(const ComposedPicture& composed);
+
+  const PlayerOptions mOptions;
+  const Clock& mClock;
+  std::vector<std::unique_ptr<VideoInput>> mInputs;
+  std::vector<cv::Mat> mRead;
+  Programme mProgramme;
+  bool mMayLeaveOut = true;
+  /** Null for a stream that has no place. */
+  std::map<std::int32_t, std::unique_ptr<PictureSink>> mSinks;
+  std::unique_ptr<PictureSink> mFilm;
+  SideBySide mSideBySide;
+  StageTimes mTimes;
+  std::int64_t mPictures = 0;
+  /** When the latest frames were taken. */
+  std::deque<std::int64_t> mTaken;
+};
+
+}  // namespace fyn::productionrules::video

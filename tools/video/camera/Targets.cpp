@@ -1,0 +1,80 @@
+#include "tools/video/camera/Targets.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <opencv2/highgui.hpp>
+
+#include "tools/prb/UsageError.h"
+
+namespace fyn::productionrules::video {
+
+namespace {
+
+constexpr const char* kWindow = "window";
+constexpr const char* kNone = "none";
+
+bool isDevice(const std::string& target) {
+  return target.rfind("/dev/", 0) == 0;
+}
+
+class NoSink final : public PictureSink {
+ public:
+  void write(const cv::Mat& /*picture*/) override {}
+  void finish() override {}
+};
+
+class WindowSink final : public PictureSink {
+ public:
+  explicit WindowSink(std::string title) : mTitle(std::move(title)) {
+    const auto isSet = [](const char* name) {
+      const char* const value = std::getenv(name);
+      return value != nullptr && *value != '\0';
+    };
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+      throw UsageError("a window needs a display; name a file with --output instead");
+    }
+    cv::namedWindow(mTitle, cv::WINDOW_NORMAL | cv::WINDOW_KEEPRATIO);
+  }
+
+  void write(const cv::Mat& picture) override {
+    cv::imshow(mTitle, picture);
+    cv::waitKey(1);
+  }
+  void finish() override { cv::destroyWindow(mTitle); }
+
+ private:
+  const std::string mTitle;
+};
+
+}  // namespace
+
+std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFormat& format) {
+  if (target == kNone) {
+    return std::make_unique<NoSink>();
+  }
+  if (target.rfind(kWindow, 0) == 0) {
+    return std::make_unique<WindowSink>("prb-camera" + target.substr(std::string(kWindow).size()));
+  }
+  return std::make_unique<FfmpegSink>(target, format);
+}
+
+std::string targetOfStream(const std::vector<std::string>& targets, std::size_t stream) {
+  if (stream < targets.size()) {
+    return targets[stream];
+  }
+  if (targets.empty() || isDevice(targets.back())) {
+    return {};
+  }
+  const std::filesystem::path last(targets.back());
+  if (last == kNone) {
+    return kNone;
+  }
+  const std::string name = last.stem().string() + "-" + std::to_string(stream) + last.extension().string();
+  return (last.parent_path() / name).string();
+}
+
+bool keepsEveryPicture(const std::string& target) {
+  return target.rfind(kWindow, 0) != 0 && !isDevice(target);
+}
+
+}  // namespace fyn::productionrules::video

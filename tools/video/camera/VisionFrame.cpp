@@ -1,0 +1,40 @@
+#include "tools/video/camera/VisionFrame.h"
+
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+namespace fyn::productionrules::video {
+
+namespace {
+
+using nlohmann::json;
+
+void addHeads(const json& person, std::vector<ShownHead>& heads) {
+  for (const json& entry : person.at("associatedHeads")) {
+    ShownHead head;
+    head.camera = entry.value("camId", 0);
+    head.person = person.at("fynId").get<std::int64_t>();
+    head.speaking = entry.value("isSpeaker", false);
+    head.box = entry.at("bbox").get<Rect>();
+    heads.push_back(head);
+  }
+}
+
+}  // namespace
+
+VisionFrame parseVisionFrame(const std::string& text) {
+  try {
+    const json document = json::parse(text);
+    VisionFrame frame;
+    frame.time.number = document.at("frameNumber").get<std::int64_t>();
+    frame.time.timestampMs = document.at("timestamp").get<std::int64_t>();
+    for (const json& person : document.at("heads")) {
+      addHeads(person, frame.heads);
+    }
+    return frame;
+  } catch (const json::exception& fault) {
+    throw std::invalid_argument(std::string("not a vision result: ") + fault.what());
+  }
+}
+
+}  // namespace fyn::productionrules::video

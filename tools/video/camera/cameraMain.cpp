@@ -1,0 +1,227 @@
+// prb-camera: a camera provider that composes the pictures which the service decides on.
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <exception>
+#include <iostream>
+
+#include "platform/StderrLog.h"
+#include "platform/SystemEnvironment.h"
+#include "platform/VisionSettings.h"
+#include "tools/live/LiveBus.h"
+#include "tools/prb/UsageError.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/terminal/StopSignals.h"
+#include "tools/video/camera/FollowedFrames.h"
+#include "tools/video/camera/Inbox.h"
+#include "tools/video/camera/OfflineRun.h"
+#include "tools/video/camera/Player.h"
+#include "tools/video/camera/SceneService.h"
+
+namespace fyn::productionrules::video {
+
+namespace {
+
+constexpr const char* kTag = "prb-camera";
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+/** How long a wish to end may take to be seen. */
+constexpr std::chrono::milliseconds kSlice{20};
+
+struct CameraArguments {
+  std::vector<std::string> inputs;
+  std::string calibration;
+  PlatformOptions platform;
+  std::string dbus = "session";
+  std::int64_t delay = 100;
+  std::string scenes;
+  std::string vision;
+  bool fast = false;
+  bool measure = false;
+  std::string journal;
+  PlayerOptions player;
+};
+
+/** Puts what comes on the bus into the inbox. */
+class BusListener final : public com::quil::pubsub::IPubSubListener {
+ public:
+  explicit BusListener(Inbox& inbox) : mInbox(inbox) {}
+
+  void onMessage(const std::string& topic, const std::string& message) override {
+    const auto kind = topic == "/ICDOut"   ? Arrival::Kind::visionResult
+                      : topic == "/PRBOut" ? Arrival::Kind::sceneFromBus
+                                           : Arrival::Kind::nothing;
+    if (kind != Arrival::Kind::nothing) {
+      mInbox.put({kind, message});
+    }
+  }
+
+ private:
+  Inbox& mInbox;
+};
+
+std::unique_ptr<SceneService> serve(const CameraArguments& arguments, Inbox& inbox) {
+  return std::make_unique<SceneService>(arguments.dbus, [&inbox](const std::string& document) {
+    inbox.put({Arrival::Kind::sceneFromService, document});
+  });
+}
+
+void sayReady() {
+  std::cout << "ready" << std::endl;
+}
+
+/** Shows each frame that a vision feed on the bus reports, until it is told to end. */
+void follow(const CameraArguments& arguments, Player& player, StopSignals& stop) {
+  Inbox inbox;
+  BusListener listener(inbox);
+  LiveBus bus(arguments.platform);
+  bus.client().subscribe("/ICDOut", listener);
+  bus.client().subscribe("/PRBOut", listener);
+  bus.waitUntilReady();
+  const std::unique_ptr<SceneService> service = serve(arguments, inbox);
+  sayReady();
+  FollowedFrames frames(player, arguments.delay);
+  while (!stop.waitFor(std::chrono::nanoseconds(0))) {
+    if (const std::optional<Arrival> arrival = inbox.take(kSlice)) {
+      frames.handle(*arrival);
+    }
+  }
+  while (const std::optional<Arrival> arrival = inbox.take(kSlice)) {
+    frames.handle(*arrival);
+  }
+  frames.finish();
+}
+
+/** Shows the inputs at their own pace, until they end or it is told to. */
+void playAlone(const CameraArguments& arguments, Player& player, StopSignals& stop) {
+  Inbox inbox;
+  const std::unique_ptr<SceneService> service = serve(arguments, inbox);
+  sayReady();
+  const auto start = std::chrono::steady_clock::now();
+  const double interval = arguments.fast || player.isLive() ? 0.0 : 1000.0 / player.rate();
+  for (std::int64_t number = 1;; ++number) {
+    const auto due =
+        start + std::chrono::duration_cast<std::chrono::nanoseconds>(
+                    std::chrono::duration<double, std::milli>(interval * static_cast<double>(number - 1)));
+    if (stop.waitFor(due - std::chrono::steady_clock::now())) {
+      return;
+    }
+    while (const std::optional<Arrival> arrival = inbox.take(std::chrono::milliseconds(0))) {
+      player.addScene(arrival->text);
+    }
+    VisionFrame frame;
+    frame.time = {number, SystemEnvironment::clock().wallMs()};
+    if (!player.show(frame, std::nullopt)) {
+      return;
+    }
+  }
+}
+
+void runCamera(CameraArguments& arguments) {
+  // Before the video library starts threads, which would take the signals.
+  StopSignals stop;
+  std::unique_ptr<OutputFile> journal;
+  if (!arguments.journal.empty()) {
+    journal = std::make_unique<OutputFile>(arguments.journal, std::cout);
+    arguments.player.journal = &journal->stream();
+  }
+  arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kTag, "%s", fault.c_str()); };
+  Player player(cameraInputs(arguments.inputs, arguments.calibration), arguments.player,
+                SystemEnvironment::clock());
+  const auto start = std::chrono::steady_clock::now();
+  if (!arguments.scenes.empty()) {
+    playOffline(arguments.scenes, arguments.vision, player);
+  } else if (arguments.platform.bus != "embedded") {
+    follow(arguments, player, stop);
+  } else {
+    playAlone(arguments, player, stop);
+  }
+  player.finish();
+  if (arguments.measure) {
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    std::cout << player.pictures() << " pictures in " << took.count() << " s, "
+              << static_cast<double>(player.pictures()) / took.count() << " per second\n";
+    player.printTimes(std::cout);
+  }
+  if (journal) {
+    journal->finish();
+  }
+}
+
+void declareOptions(CLI::App& app, CameraArguments& arguments) {
+  app.add_option("inputs", arguments.inputs,
+                 "Video file, device such as /dev/video0, or image sequence such as room-%04d.png; one per "
+                 "camera, camera 0 first")
+      ->type_name("INPUT");
+  app.add_option("--cameras", arguments.calibration, "Calibration file that names the inputs instead")
+      ->type_name("FILE");
+  app.add_option("-o,--output", arguments.player.outputs,
+                 "Where the pictures go: a .mp4, .webm or .mkv (lossless) file, a V4L2 loopback device, "
+                 "window or none. The first is for stream 0, the next for stream 1 ...; further streams go "
+                 "to files named after the last")
+      ->type_name("TARGET")
+      ->allow_extra_args(false);
+  app.add_option(
+         "--film", arguments.player.film,
+         "Side-by-side film: the cameras with all heads and views at the left, the output at the right")
+      ->type_name("FILE");
+  app.add_option("--dbus", arguments.dbus, "D-Bus to serve on: session, system or an address")
+      ->capture_default_str();
+  addPlatformOptions(app, arguments.platform, true);
+  app.add_option("--delay", arguments.delay,
+                 "Behind a vision feed on the bus: how long a frame waits for its scene")
+      ->type_name("MS")
+      ->check(CLI::Range(std::int64_t{0}, std::int64_t{10000}))
+      ->capture_default_str();
+  app.add_option("--scenes", arguments.scenes,
+                 "Offline: show what prb replay wrote, as fast as possible and the same every time")
+      ->type_name("EFFECTS");
+  app.add_option("--vision", arguments.vision,
+                 "Offline: the recording that was replayed, for the film's heads")
+      ->type_name("RECORDING");
+  app.add_flag("--fast", arguments.fast, "Alone: do not wait for the time of a picture");
+  app.add_option("--journal", arguments.journal, "One JSON line per picture: its frame, its scene, its times")
+      ->type_name("FILE");
+  app.add_flag("--measure", arguments.measure,
+               "Print at the end how many pictures there were and where the time went");
+  app.footer(
+      "With --bus it shows the frames that a vision feed reports, from its own copy of the videos, so that a "
+      "cut lands on\nthe frame that caused it; without, it shows its inputs at their own pace. Says "
+      "\"ready\" "
+      "when it can take scenes.\nUntil the first scene it shows the whole picture of camera 0. SIGINT and "
+      "SIGTERM end it.\n\nExamples:\n"
+      "  prb-camera /dev/video0 -o /dev/video10                       a camera for a conference program\n"
+      "  prb-camera room.mp4 --bus mqtt://127.0.0.1:1883 -o out.mp4   beside prb-vision on the same file\n"
+      "  prb-camera room.mp4 --scenes effects.jsonl -o out.webm       offline");
+}
+
+}  // namespace
+
+}  // namespace fyn::productionrules::video
+
+// Without memory for the options there is nothing left to end well.
+// NOLINTNEXTLINE(bugprone-exception-escape)
+int main(int argc, char** argv) {
+  namespace video = fyn::productionrules::video;
+  CLI::App app("Composes the output picture from real video, as the production-rules service decides.");
+  video::CameraArguments arguments;
+  try {
+    video::declareOptions(app, arguments);
+    app.parse(argc, argv);
+    if (arguments.player.outputs.empty()) {
+      arguments.player.outputs.emplace_back("none");
+    }
+    video::runCamera(arguments);
+    return 0;
+  } catch (const CLI::Success& wanted) {
+    return app.exit(wanted);
+  } catch (const CLI::ParseError& fault) {
+    std::cerr << "prb-camera: " << fault.what() << " (--help shows the options)\n";
+    return video::kWrongUsage;
+  } catch (const fyn::productionrules::UsageError& fault) {
+    std::cerr << "prb-camera: " << fault.what() << '\n';
+    return video::kWrongUsage;
+  } catch (const std::exception& fault) {
+    std::cerr << "prb-camera: " << fault.what() << '\n';
+    return video::kFailed;
+  }
+}

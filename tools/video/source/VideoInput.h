@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <opencv2/core.hpp>
+#include <opencv2/videoio.hpp>
+#include <string>
+
+namespace fyn::productionrules::video {
+
+/**
+ * The pictures of one camera. Its frame of reference for rectangles is 1280 x 720 whatever its resolution; a
+ * picture that is not 16:9 gets black bars.
+ */
+class VideoInput {
+ public:
+  /** Raises UsageError when `input`, as CameraInput describes it, cannot be opened. */
+  explicit VideoInput(const std::string& input);
+
+  /** The next picture: 8 bits per channel; blue, green, red. False at the end, `picture` then stays. */
+  bool next(cv::Mat& picture);
+
+  /** Passes over the next picture; cheaper than to read it. False at the end. */
+  bool skip();
+
+  /** The number of the picture read or passed over last, from 1; 0 before the first. */
+  std::int64_t position() const { return mPosition; }
+
+  /** Back to before the first picture. Not for a device. */
+  void rewind();
+
+  /** Pictures per second, as the input says; 30 when it does not. */
+  double rate() const { return mRate; }
+
+  /** A device: its pictures come when they come, and nothing of it can be seen twice. */
+  bool isLive() const { return mLive; }
+
+ private:
+  void open();
+
+  const std::string mInput;
+  const bool mLive;
+  cv::VideoCapture mCapture;
+  double mRate = 0;
+  std::int64_t mPosition = 0;
+  cv::Mat mRaw;
+};
+
+/** The picture with black bars at two sides, so that it is 16:9; the same picture when it is already. */
+cv::Mat widened(const cv::Mat& picture);
+
+}  // namespace fyn::productionrules::video

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tools/video/vision/RoomAxis.h"
+
+namespace fyn::productionrules::video {
+
+struct TrackerOptions {
+  /** Observations before a person counts. More: fewer ghosts, later entrances. */
+  int sightsToConfirm = 3;
+  /** How long a person stays without being seen. Longer: fewer drop-outs, later exits. */
+  std::int64_t forgetMs = 1500;
+  /** The same before it counts: an error of the detector seldom comes twice. */
+  std::int64_t forgetUnconfirmedMs = 500;
+  /** How far from where it was expected a person may be, in head sizes. More: fast walkers keep their
+   * number, but so may two who pass each other closely. */
+  double reachInSizes = 2.0;
+  /** Shares of the error that correct place, speed and size. More: quicker, but the boxes tremble more. */
+  double placeGain = 0.7;
+  double speedGain = 0.25;
+  double sizeGain = 0.3;
+  /** How long a speed lasts for somebody who is not seen. */
+  double coastMs = 300;
+};
+
+/** A person with a number of its own. */
+struct TrackedPerson {
+  std::int32_t id = 0;
+  /** The heads as the cameras saw them last, moved to where they are now. */
+  std::vector<Observation::View> views;
+};
+
+/**
+ * Gives persons stable numbers: pairs what is seen with what is known by overlap and distance from where each
+ * was to be expected, the cheapest pairing of all. Pure: the same observations give the same persons.
+ */
+class PersonTracker {
+ public:
+  /** `room` must outlive the tracker. */
+  explicit PersonTracker(const RoomAxis& room, const TrackerOptions& options = {})
+      : mRoom(room), mOptions(options) {}
+
+  /** All persons seen at `ms`, which is later than at the call before. */
+  void update(const std::vector<Observation>& seen, std::int64_t ms);
+
+  /** The persons at `ms`, no earlier than the latest update, in the order of their numbers. */
+  std::vector<TrackedPerson> at(std::int64_t ms) const;
+
+ private:
+  struct Track {
+    /** 0 until it counts. */
+    std::int32_t id = 0;
+    int sights = 0;
+    std::int64_t seenMs = 0;
+    /** In the room, smoothed, at `seenMs`. */
+    cv::Rect2d box;
+    /** Room pixels per millisecond. */
+    cv::Point2d speed;
+    /** What was seen last, as it was. */
+    Observation last;
+  };
+
+  cv::Rect2d expected(const Track& track, std::int64_t ms) const;
+  bool isForgotten(const Track& track, std::int64_t ms) const;
+  double cost(const cv::Rect2d& expected, const cv::Rect2d& seen) const;
+  void correct(Track& track, const Observation& seen, std::int64_t ms);
+
+  const RoomAxis& mRoom;
+  const TrackerOptions mOptions;
+  std::vector<Track> mTracks;
+  std::int32_t mLastId = 0;
+};
+
+}  // namespace fyn::productionrules::video

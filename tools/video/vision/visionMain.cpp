@@ -1,0 +1,241 @@
+// prb-vision: a vision pipeline that finds and tracks people in real video.
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <cmath>
+#include <exception>
+#include <fstream>
+#include <iostream>
+
+#include "platform/SystemEnvironment.h"
+#include "tools/live/LiveBus.h"
+#include "tools/meeting/MeetingOptions.h"
+#include "tools/prb/UsageError.h"
+#include "tools/recording/NamedStream.h"
+#include "tools/terminal/StopSignals.h"
+#include "tools/video/source/VideoInput.h"
+#include "tools/video/vision/CascadeDetector.h"
+#include "tools/video/vision/DetectionRunner.h"
+#include "tools/video/vision/HogDetector.h"
+#include "tools/video/vision/NetDetector.h"
+#include "tools/video/vision/ScriptedDetector.h"
+#include "tools/video/vision/SeenPersons.h"
+
+namespace fyn::productionrules::video {
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+// A service that starts later learns the cameras from this.
+constexpr std::int64_t kCamerasAgainMs = 5000;
+
+struct VisionArguments {
+  std::vector<std::string> inputs;
+  std::string calibration;
+  PlatformOptions platform;
+  MeetingOptions recording;
+  std::string detector = "bodies";
+  std::string cascades = "/usr/share/opencv4/haarcascades";
+  std::string model;
+  std::string script;
+  int every = 1;
+};
+
+std::unique_ptr<PersonDetector> makeDetector(const VisionArguments& arguments) {
+  if (!arguments.script.empty()) {
+    std::ifstream script(arguments.script);
+    if (!script) {
+      throw UsageError(arguments.script + ": cannot be read");
+    }
+    return std::make_unique<ScriptedDetector>(script, arguments.script);
+  }
+  if (!arguments.model.empty()) {
+    return std::make_unique<NetDetector>(readNetModel(arguments.model));
+  }
+  if (arguments.detector == "faces") {
+    return std::make_unique<CascadeDetector>(arguments.cascades);
+  }
+  return std::make_unique<HogDetector>();
+}
+
+/** Pictures of all cameras in, vision results out. */
+class Pipeline {
+ public:
+  Pipeline(const VisionArguments& arguments, bool isLive)
+      : mInputs(cameraInputs(arguments.inputs, arguments.calibration)),
+        mRoom(mInputs),
+        mTracker(mRoom),
+        mRunner(makeDetector(arguments), isLive),
+        mEvery(arguments.every) {
+    for (const CameraInput& camera : mInputs) {
+      mVideos.push_back(std::make_unique<VideoInput>(camera.input));
+    }
+    mPictures.resize(mVideos.size());
+    mCameras.assign(mVideos.size(), {kDefaultImageSize});
+  }
+
+  const std::vector<MeetingCamera>& cameras() const { return mCameras; }
+  bool isFromDevice() const { return mVideos.front()->isLive(); }
+
+  /** When frame `number` of a file was taken, counted from its first. */
+  std::int64_t timeOf(std::int64_t number) const {
+    return std::llround(static_cast<double>(number - 1) * 1000.0 / mVideos.front()->rate());
+  }
+
+  /** False at the end of the first video that ends. */
+  bool readPictures() {
+    for (std::size_t camera = 0; camera < mVideos.size(); ++camera) {
+      if (!mVideos[camera]->next(mPictures[camera])) {
+        return false;
+      }
+    }
+    ++mNumber;
+    return true;
+  }
+
+  /** The result of the pictures read last, which were taken at `ms`. */
+  VisionResult look(std::int64_t ms) {
+    if ((mNumber - 1) % mEvery == 0 && mRunner.isIdle()) {
+      mRunner.begin(mPictures, mNumber, ms);
+    }
+    if (const std::optional<DetectedFrame> found = mRunner.take()) {
+      mTracker.update(mRoom.merge(found->heads), found->ms);
+    }
+    return {ms, mNumber, seenPersons(mTracker.at(ms))};
+  }
+
+  std::int64_t number() const { return mNumber; }
+
+ private:
+  const std::vector<CameraInput> mInputs;
+  const RoomAxis mRoom;
+  PersonTracker mTracker;
+  DetectionRunner mRunner;
+  const int mEvery;
+  std::vector<std::unique_ptr<VideoInput>> mVideos;
+  std::vector<cv::Mat> mPictures;
+  std::vector<MeetingCamera> mCameras;
+  std::int64_t mNumber = 0;
+};
+
+/** Every frame as fast as possible into a recording; its times are those of the video. */
+void writeRecording(const VisionArguments& arguments) {
+  Pipeline pipeline(arguments, false);
+  if (pipeline.isFromDevice()) {
+    throw UsageError("a recording is made of files; record a device's results with prb record");
+  }
+  OutputFile output(arguments.recording.output, std::cout);
+  RecordingWriter writer(output.stream());
+  writeMeetingStart(writer, arguments.recording, pipeline.cameras());
+  while (pipeline.readPictures()) {
+    const std::int64_t ms = pipeline.timeOf(pipeline.number());
+    writer.write({ms, visionMessage(pipeline.look(ms), pipeline.cameras())});
+  }
+  output.finish();
+}
+
+/** Onto the bus, each frame at its time. The timestamps of a file are its own, counted from the start. */
+void publish(const VisionArguments& arguments) {
+  // Before the video library starts threads, which would take the signals.
+  StopSignals stop;
+  Pipeline pipeline(arguments, true);
+  LiveBus bus(arguments.platform);
+  bus.waitUntilReady();
+  const Clock& wall = SystemEnvironment::clock();
+  const std::int64_t startWall = wall.wallMs();
+  const auto start = std::chrono::steady_clock::now();
+  std::int64_t camerasDue = startWall;
+  while (pipeline.readPictures()) {
+    std::int64_t ms = wall.wallMs();
+    if (!pipeline.isFromDevice()) {
+      const std::int64_t fromStart = pipeline.timeOf(pipeline.number());
+      ms = startWall + fromStart;
+      if (stop.waitFor(start + std::chrono::milliseconds(fromStart) - std::chrono::steady_clock::now())) {
+        return;
+      }
+    } else if (stop.waitFor(std::chrono::nanoseconds(0))) {
+      return;
+    }
+    if (ms >= camerasDue) {
+      camerasDue = ms + kCamerasAgainMs;
+      for (const BusMessage& message : cameraMessages(pipeline.cameras())) {
+        bus.client().publish(message.topic, message.payload);
+      }
+    }
+    const BusMessage message = visionMessage(pipeline.look(ms), pipeline.cameras());
+    bus.client().publish(message.topic, message.payload);
+  }
+}
+
+void declareOptions(CLI::App& app, VisionArguments& arguments) {
+  app.add_option("inputs", arguments.inputs,
+                 "Video file, device such as /dev/video0, or image sequence such as room-%04d.png; one per "
+                 "camera, camera 0 first")
+      ->type_name("INPUT");
+  app.add_option("--cameras", arguments.calibration,
+                 "Calibration file that names the inputs instead, for cameras that see the same persons")
+      ->type_name("FILE");
+  addPlatformOptions(app, arguments.platform, true);
+  addMeetingOptions(app, arguments.recording);
+  app.add_option("--detector", arguments.detector,
+                 "bodies: whole persons, standing or walking; faces: from the front and the sides")
+      ->check(CLI::IsMember({"bodies", "faces"}))
+      ->capture_default_str();
+  app.add_option("--cascades", arguments.cascades, "Folder of OpenCV's cascades, for faces")
+      ->type_name("FOLDER")
+      ->capture_default_str();
+  app.add_option("--model", arguments.model, "Description of a neural network to use instead, JSON")
+      ->type_name("FILE");
+  app.add_option("--script", arguments.script, "See what this script says instead, JSON Lines")
+      ->type_name("FILE");
+  app.add_option("--detect-every", arguments.every,
+                 "Look at every Nth frame only; in between persons move on as they did")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000))
+      ->capture_default_str();
+  app.footer(
+      "With --bus it publishes each frame's result at its time and looks at a new frame whenever it is done "
+      "with the one\nbefore. Without, it writes a recording (-o) as fast as it can, looks at every frame, "
+      "and "
+      "writes the same every time.\n\nExamples:\n"
+      "  prb-vision /dev/video0 --bus mqtt://127.0.0.1:1883 --detector faces\n"
+      "  prb-vision room.mp4 --detect-every 3 -o room.jsonl\n"
+      "  prb-vision --cameras side-by-side.json -o room.jsonl");
+}
+
+void runVision(const VisionArguments& arguments) {
+  if (arguments.platform.bus == "embedded") {
+    writeRecording(arguments);
+  } else {
+    publish(arguments);
+  }
+}
+
+}  // namespace
+
+}  // namespace fyn::productionrules::video
+
+// Without memory for the options there is nothing left to end well.
+// NOLINTNEXTLINE(bugprone-exception-escape)
+int main(int argc, char** argv) {
+  namespace video = fyn::productionrules::video;
+  CLI::App app("Finds and tracks people in real video and reports them as vision results.");
+  video::VisionArguments arguments;
+  try {
+    video::declareOptions(app, arguments);
+    app.parse(argc, argv);
+    video::runVision(arguments);
+    return 0;
+  } catch (const CLI::Success& wanted) {
+    return app.exit(wanted);
+  } catch (const CLI::ParseError& fault) {
+    std::cerr << "prb-vision: " << fault.what() << " (--help shows the options)\n";
+    return video::kWrongUsage;
+  } catch (const fyn::productionrules::UsageError& fault) {
+    std::cerr << "prb-vision: " << fault.what() << '\n';
+    return video::kWrongUsage;
+  } catch (const std::exception& fault) {
+    std::cerr << "prb-vision: " << fault.what() << '\n';
+    return video::kFailed;
+  }
+}
