@@ -15,7 +15,8 @@ constexpr double kMarginY = 0.125;
 
 const cv::Size kStep(8, 8);
 const cv::Size kPadding(8, 8);
-constexpr double kScaleStep = 1.08;
+// Steps of 1.08 find a tenth more and take two thirds more time.
+constexpr double kScaleStep = 1.15;
 // The distance from the deciding plane below which too much is found that is none.
 constexpr double kLeastWeight = 0.2;
 

@@ -22,9 +22,6 @@ cv::Point2d centre(const cv::Rect2d& box) {
 }  // namespace
 
 void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms) {
-  mTracks.erase(std::remove_if(mTracks.begin(), mTracks.end(),
-                               [&](const Track& track) { return isForgotten(track, ms); }),
-                mTracks.end());
   std::vector<std::vector<double>> costs;
   for (const Observation& one : seen) {
     costs.emplace_back();
@@ -33,6 +30,9 @@ void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms
     }
   }
   const std::vector<int> paired = assign(costs);
+  for (Track& track : mTracks) {
+    ++track.missed;
+  }
   for (std::size_t index = 0; index < seen.size(); ++index) {
     if (paired[index] >= 0) {
       correct(mTracks[static_cast<std::size_t>(paired[index])], seen[index], ms);
@@ -45,6 +45,9 @@ void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms
       mTracks.push_back(track);
     }
   }
+  mTracks.erase(std::remove_if(mTracks.begin(), mTracks.end(),
+                               [&](const Track& track) { return isForgotten(track, ms); }),
+                mTracks.end());
   for (Track& track : mTracks) {
     if (track.id == 0 && track.sights >= mOptions.sightsToConfirm) {
       track.id = ++mLastId;
@@ -78,11 +81,22 @@ std::vector<TrackedPerson> PersonTracker::at(std::int64_t ms) const {
 cv::Rect2d PersonTracker::expected(const Track& track, std::int64_t ms) const {
   // A speed that fades with the time constant T carries T (1 - e^(-t/T)) far.
   const auto since = static_cast<double>(ms - track.seenMs);
-  return track.box + track.speed * (mOptions.coastMs * (1.0 - std::exp(-since / mOptions.coastMs)));
+  const double fading = std::max(since - mOptions.coastMs, 0.0);
+  const double way =
+      std::min(since, mOptions.coastMs) + mOptions.haltMs * (1.0 - std::exp(-fading / mOptions.haltMs));
+  return track.box + track.speed * way;
+}
+
+cv::Point2d PersonTracker::expectedSpeed(const Track& track, std::int64_t ms) const {
+  const double fading = std::max(static_cast<double>(ms - track.seenMs) - mOptions.coastMs, 0.0);
+  return track.speed * std::exp(-fading / mOptions.haltMs);
 }
 
 bool PersonTracker::isForgotten(const Track& track, std::int64_t ms) const {
-  return ms - track.seenMs > (track.id == 0 ? mOptions.forgetUnconfirmedMs : mOptions.forgetMs);
+  if (track.id == 0) {
+    return track.missed >= mOptions.looksToForgetUnconfirmed;
+  }
+  return ms - track.seenMs > mOptions.forgetMs && track.missed >= mOptions.looksToForget;
 }
 
 double PersonTracker::cost(const cv::Rect2d& expected, const cv::Rect2d& seen) const {
@@ -99,9 +113,10 @@ void PersonTracker::correct(Track& track, const Observation& seen, std::int64_t 
   const double height = guess.height + mOptions.sizeGain * (seen.box.height - guess.height);
   const cv::Point2d middle = centre(guess) + mOptions.placeGain * error;
   track.box = {middle.x - width / 2, middle.y - height / 2, width, height};
-  track.speed = track.speed * std::exp(-since / mOptions.coastMs) + error * (mOptions.speedGain / since);
+  track.speed = expectedSpeed(track, ms) + error * (mOptions.speedGain / since);
   track.seenMs = ms;
   track.last = seen;
+  track.missed = 0;
   ++track.sights;
 }
 

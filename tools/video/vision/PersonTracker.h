@@ -10,10 +10,13 @@ namespace fyn::productionrules::video {
 struct TrackerOptions {
   /** Observations before a person counts. More: fewer ghosts, later entrances. */
   int sightsToConfirm = 3;
-  /** How long a person stays without being seen. Longer: fewer drop-outs, later exits. */
+  /** How long a person stays without being seen, and the looks that must have missed it by then: a slow
+   * detector may look less often. More: fewer drop-outs, later exits. */
   std::int64_t forgetMs = 1500;
-  /** The same before it counts: an error of the detector seldom comes twice. */
-  std::int64_t forgetUnconfirmedMs = 500;
+  int looksToForget = 2;
+  /** The looks in a row that must miss somebody who does not count yet; an error of the detector seldom comes
+   * again. */
+  int looksToForgetUnconfirmed = 3;
   /** How far from where it was expected a person may be, in head sizes. More: fast walkers keep their
    * number, but so may two who pass each other closely. */
   double reachInSizes = 2.0;
@@ -21,8 +24,10 @@ struct TrackerOptions {
   double placeGain = 0.7;
   double speedGain = 0.25;
   double sizeGain = 0.3;
-  /** How long a speed lasts for somebody who is not seen. */
+  /** How long somebody who is not seen goes on at full speed, and then the time constant of coming to a
+   * stand. Longer: walkers survive longer drop-outs, but who stopped meanwhile is looked for farther away. */
   double coastMs = 300;
+  double haltMs = 300;
 };
 
 /** A person with a number of its own. */
@@ -53,6 +58,8 @@ class PersonTracker {
     /** 0 until it counts. */
     std::int32_t id = 0;
     int sights = 0;
+    /** Looks since the last sight. */
+    int missed = 0;
     std::int64_t seenMs = 0;
     /** In the room, smoothed, at `seenMs`. */
     cv::Rect2d box;
@@ -62,7 +69,9 @@ class PersonTracker {
     Observation last;
   };
 
+  /** Where a track is to be expected at `ms`, and its speed then. */
   cv::Rect2d expected(const Track& track, std::int64_t ms) const;
+  cv::Point2d expectedSpeed(const Track& track, std::int64_t ms) const;
   bool isForgotten(const Track& track, std::int64_t ms) const;
   double cost(const cv::Rect2d& expected, const cv::Rect2d& seen) const;
   void correct(Track& track, const Observation& seen, std::int64_t ms);

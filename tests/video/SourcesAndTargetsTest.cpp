@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <opencv2/imgcodecs.hpp>
+
+#include "tests/linux/Processes.h"
+#include "tests/video/MeasuringVideo.h"
+#include "tests/video/Pictures.h"
+#include "tools/prb/UsageError.h"
+#include "tools/video/camera/Targets.h"
+#include "tools/video/source/CameraInputs.h"
+#include "tools/video/source/StageTimes.h"
+#include "tools/video/source/VideoInput.h"
+
+namespace fyn::productionrules::video::testing {
+namespace {
+
+using productionrules::testing::ScratchFolder;
+
+TEST(VideoInput, ReadsEveryPictureOfAFileAndBeginsAgain) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("room.mkv");
+  writeMeasuringVideo(file, 6, 12.5);
+  VideoInput input(file);
+  EXPECT_FALSE(input.isLive());
+  EXPECT_DOUBLE_EQ(input.rate(), 12.5);
+  cv::Mat picture;
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(input.position(), 0);
+    ASSERT_TRUE(input.next(picture));
+    EXPECT_EQ(seenIn(picture).frame, 1);
+    ASSERT_TRUE(input.skip());
+    ASSERT_TRUE(input.next(picture));
+    EXPECT_EQ(seenIn(picture).frame, 3);
+    EXPECT_TRUE(shows(seenIn(picture), kWhole));
+    EXPECT_EQ(input.position(), 3);
+    while (input.next(picture)) {
+    }
+    // The last one stays.
+    EXPECT_EQ(seenIn(picture).frame, 6);
+    EXPECT_EQ(input.position(), 6);
+    input.rewind();
+  }
+}
+
+TEST(VideoInput, ReadsImageSequencesAndPutsBarsBesideWhatIsNotWide) {
+  const ScratchFolder folder;
+  const Colour grey{90, 90, 90};
+  for (int number = 1; number <= 3; ++number) {
+    cv::imwrite(folder.file("room-00" + std::to_string(number) + ".png"),
+                cv::Mat(480, 640, CV_8UC3, cv::Scalar(grey)));
+  }
+  VideoInput input(folder.file("room-%03d.png"));
+  cv::Mat picture;
+  int pictures = 0;
+  while (input.next(picture)) {
+    ++pictures;
+    EXPECT_EQ(picture.size(), cv::Size(853, 480));
+    EXPECT_EQ(at(picture, 105, 240), Colour(0, 0, 0));
+    EXPECT_EQ(at(picture, 106, 240), grey);
+    EXPECT_EQ(at(picture, 745, 240), grey);
+    EXPECT_EQ(at(picture, 746, 240), Colour(0, 0, 0));
+  }
+  EXPECT_EQ(pictures, 3);
+}
+
+TEST(VideoInput, PicturesBecomeSixteenToNine) {
+  struct Case {
+    cv::Size from;
+    cv::Size to;
+  };
+  for (const Case& one :
+       {Case{{1280, 720}, {1280, 720}}, Case{{1920, 1080}, {1920, 1080}}, Case{{1366, 768}, {1366, 768}},
+        Case{{768, 576}, {1024, 576}}, Case{{720, 1280}, {2276, 1280}}, Case{{1920, 800}, {1920, 1080}},
+        Case{{1, 1}, {2, 1}}}) {
+    EXPECT_EQ(widened(cv::Mat(one.from, CV_8UC3)).size(), one.to) << one.from;
+  }
+}
+
+TEST(VideoInput, SaysWhatCannotBeOpened) {
+  const ScratchFolder folder;
+  folder.write("text.mp4", "no video");
+  for (const std::string& input :
+       {folder.file("absent.mp4"), folder.file("text.mp4"), std::string("/dev/video-absent")}) {
+    try {
+      VideoInput opened(input);
+      ADD_FAILURE() << input;
+    } catch (const UsageError& fault) {
+      EXPECT_EQ(fault.what(), input + ": cannot be opened as a video");
+    }
+  }
+}
+
+TEST(Calibration, NamesInputsAndWhatTheyShow) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("cameras.json", R"({"cameras":[{"input":"a.mp4","from":0,"to":60},
+      {"input":"/b.mp4","from":40.5,"to":100}]})");
+  const std::vector<CameraInput> cameras = cameraInputs({}, file);
+  ASSERT_EQ(cameras.size(), 2U);
+  EXPECT_EQ(cameras[0].input, folder.file("a.mp4"));
+  EXPECT_EQ(cameras[1].input, "/b.mp4");
+  EXPECT_EQ(cameras[1].from, 40.5);
+  EXPECT_EQ(cameras[1].to, 100);
+  // Without calibration cameras share nothing.
+  const std::vector<CameraInput> plain = cameraInputs({"x", "y"}, "");
+  EXPECT_EQ(plain[0].to, plain[1].from);
+  EXPECT_THROW(cameraInputs({"x"}, file), UsageError);
+  EXPECT_THROW(cameraInputs({}, ""), UsageError);
+  EXPECT_THROW(readCalibration(folder.file("absent")), UsageError);
+  for (const char* text :
+       {"{", "{}", R"({"cameras":[]})", R"({"cameras":[{"input":"a","from":0}]})",
+        R"({"cameras":[{"input":"a","from":1,"to":1}]})", R"({"cameras":[{"input":"a","from":2,"to":1}]})"}) {
+    EXPECT_THROW(readCalibration(folder.write("bad.json", text)), UsageError) << text;
+  }
+}
+
+TEST(Targets, FollowTheStreams) {
+  struct Case {
+    std::vector<std::string> named;
+    std::size_t stream;
+    const char* target;
+  };
+  for (const Case& one :
+       {Case{{"out.mp4"}, 0, "out.mp4"}, Case{{"out.mp4"}, 2, "out-2.mp4"},
+        Case{{"a/out.webm"}, 1, "a/out-1.webm"}, Case{{"a.mp4", "b.mp4"}, 1, "b.mp4"},
+        Case{{"a.mp4", "b.mp4"}, 3, "b-3.mp4"}, Case{{"none"}, 4, "none"}, Case{{"window"}, 1, "window-1"},
+        Case{{"/dev/video7"}, 0, "/dev/video7"}, Case{{"/dev/video7"}, 1, ""},
+        Case{{"/dev/video7", "/dev/video8"}, 1, "/dev/video8"}, Case{{}, 0, ""}}) {
+    EXPECT_EQ(targetOfStream(one.named, one.stream), one.target);
+  }
+  EXPECT_TRUE(keepsEveryPicture("out.mp4"));
+  EXPECT_FALSE(keepsEveryPicture("window"));
+  EXPECT_FALSE(keepsEveryPicture("/dev/video7"));
+}
+
+TEST(Targets, AreWrittenAsTheirNameSays) {
+  const auto format = [](const std::string& target) {
+    const std::vector<std::string> command = ffmpegCommand(target, {{1280, 720}, 30});
+    return *std::prev(command.end(), 2) + " " + command.back();
+  };
+  EXPECT_EQ(format("/dev/video7"), "v4l2 /dev/video7");
+  EXPECT_EQ(format("out.webm"), "webm ./out.webm");
+  EXPECT_EQ(format("-out.mp4"), "mp4 ./-out.mp4");
+  for (const char* wrong : {"out", "out.txt", "", "mp4"}) {
+    EXPECT_THROW(ffmpegCommand(wrong, {{1280, 720}, 30}), UsageError) << wrong;
+  }
+}
+
+TEST(Targets, FilesHoldWhatWasWritten) {
+  const ScratchFolder folder;
+  const cv::Mat picture = chart({640, 360});
+  for (const char* name : {"out.mp4", "out.webm", "out.mkv"}) {
+    const std::string file = folder.file(name);
+    const std::unique_ptr<PictureSink> sink = openTarget(file, {picture.size(), 25});
+    for (int count = 0; count < 5; ++count) {
+      sink->write(picture);
+    }
+    sink->finish();
+    const std::vector<cv::Mat> pictures = picturesOf(file);
+    ASSERT_EQ(pictures.size(), 5U) << name;
+    EXPECT_LE(difference(at(pictures[4], 320, 180), at(picture, 320, 180)), 12) << name;
+  }
+}
+
+TEST(Targets, SayWhatCannotBeWritten) {
+  const ScratchFolder folder;
+  const std::string absent = folder.file("absent/out.mp4");
+  const std::unique_ptr<PictureSink> sink = openTarget(absent, {{640, 360}, 25});
+  const cv::Mat picture = chart({640, 360});
+  const auto writeAll = [&] {
+    for (int count = 0; count < 100; ++count) {
+      sink->write(picture);
+    }
+    sink->finish();
+  };
+  EXPECT_THROW(writeAll(), std::runtime_error);
+  ASSERT_EQ(unsetenv("DISPLAY"), 0);
+  ASSERT_EQ(unsetenv("WAYLAND_DISPLAY"), 0);
+  EXPECT_THROW(openTarget("window", {{640, 360}, 25}), UsageError);
+}
+
+TEST(StageTimes, QuantilesAreByNearestRank) {
+  EXPECT_EQ(quantile({}, 0.5), 0);
+  EXPECT_EQ(quantile({4}, 0.99), 4);
+  EXPECT_EQ(quantile({4, 1, 3, 2}, 0.5), 2);
+  EXPECT_EQ(quantile({4, 1, 3, 2}, 0.51), 3);
+  EXPECT_EQ(quantile({4, 1, 3, 2}, 0), 1);
+  EXPECT_EQ(quantile({4, 1, 3, 2}, 1), 4);
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::video::testing
