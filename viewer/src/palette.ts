@@ -1,6 +1,7 @@
-/** Colours of what is drawn on canvas. Frame colours are told apart with any colour vision; each frame also carries its number. */
+/** Colours of what is drawn on canvas. Frame colours were searched for so that they are told apart with any
+ * colour vision; each frame also carries its number. */
 
-export const FRAME_COLOURS = ['#e69f00', '#56b4e9', '#2fc79a', '#f0e442', '#e39ac6', '#ff7a33', '#e8edf4'] as const;
+export const FRAME_COLOURS = ['#cf9e00', '#6087ff', '#05ffb5', '#fffa00', '#9587bd', '#e06b55', '#c0ecff'] as const;
 
 /** Muted tones of people, head and body, that leave the frame colours alone. */
 export const TONES = [

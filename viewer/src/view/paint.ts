@@ -115,6 +115,8 @@ export function paintFrames(g: Context, frames: readonly RoomFrame[], unit: numb
     g.lineCap = 'round';
     if (frame.offCentre) rectangle(g, frame.offCentre, colour, 2 * unit, dashes(0.5, 5));
     g.lineCap = 'butt';
+    // A dark edge on both sides lets it stand out from whatever is behind.
+    rectangle(g, frame.source, ROOM.outline, 5 * unit);
     rectangle(g, frame.source, colour, 3 * unit, isDashed(frame.number) ? dashes(22, 4) : []);
   }
   for (const frame of frames) {
