@@ -127,6 +127,7 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
     mAssignment.setShown(i, peopleOnScreen(mStreams[i]));
   }
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+  mInputFaults.report(data, camId, getTag());
   const std::vector<std::vector<Seat>>& people =
       mAssignment.assign(findSeats(data, camId), PrConfig::get().newPfFeatureEnabled);
   for (std::size_t i = 0; i < mStreams.size(); ++i) {

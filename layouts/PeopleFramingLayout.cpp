@@ -42,6 +42,7 @@ const char* PeopleFramingLayout::getTag() const {
 
 std::shared_ptr<Layout> PeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+  mInputFaults.report(*mlData, camId, getTag());
   return makePeopleCandidate(
       *this, *mlData, {findSeats(*mlData, camId), PrConfig::get().compositeModeMaxPeople, camId, camId});
 }

@@ -2,6 +2,7 @@
 
 #include "layouts/BaseLayout.h"
 #include "layouts/PeopleHeadFaults.h"
+#include "layouts/PeopleInputFaults.h"
 
 namespace fyn::productionrules {
 
@@ -33,6 +34,9 @@ class PeopleFramingLayout : public BaseLayout {
   Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
 
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
+
+ protected:
+  PeopleInputFaults mInputFaults;
 
  private:
   PeopleHeadFaults mHeadFaults;

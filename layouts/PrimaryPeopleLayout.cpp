@@ -28,6 +28,7 @@ const char* PrimaryPeopleLayout::getTag() const {
 std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   const PrConfig& config = PrConfig::get();
   const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
+  mInputFaults.reportAllCameras(*mlData, getTag());
   PeopleChoice choice;
   choice.seats = chooseSeats(*mlData, mCurLayout.get(), mNextLayout.get(), ownCamId);
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;

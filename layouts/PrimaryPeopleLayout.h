@@ -2,6 +2,7 @@
 
 #include "layouts/BaseLayout.h"
 #include "layouts/PeopleHeadFaults.h"
+#include "layouts/PeopleInputFaults.h"
 
 namespace fyn::productionrules {
 
@@ -44,6 +45,7 @@ class PrimaryPeopleLayout : public BaseLayout {
   bool moveToCamera(std::size_t index, Frame& frame, const FynHead& person, std::uint32_t camId);
 
   PeopleHeadFaults mHeadFaults;
+  PeopleInputFaults mInputFaults;
 };
 
 }  // namespace fyn::productionrules

@@ -85,6 +85,9 @@ std::uint32_t SpeakerFramingLayout::getWaitTimeForOtherCase(HeadPosition positio
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
   BaseLayout::updatePeopleMap(mlData);
   mCamId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+  mInputFaults.report(*mlData, mCamId, getTag(), [](const Head* head, const Dimension& image) {
+    return isUsableBox(head->bbox, image);
+  });
   mInView = personsInView(mlData->getHeads(), mCamId);
   const std::vector<std::shared_ptr<FynHead>> tagged = getActiveSpeakers(mlData, mCamId);
   std::vector<std::shared_ptr<FynHead>> speakers;

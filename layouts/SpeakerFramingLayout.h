@@ -2,6 +2,7 @@
 
 #include "layouts/BaseLayout.h"
 #include "layouts/PeopleHeadFaults.h"
+#include "layouts/PeopleInputFaults.h"
 #include "layouts/SpeakerFramingData.h"
 #include "layouts/SpeakerFramingLayoutBuilder.h"
 
@@ -64,6 +65,7 @@ class SpeakerFramingLayout : public BaseLayout {
 
   SpeakerFramingData mSpeech;
   PeopleHeadFaults mHeadFaults;
+  PeopleInputFaults mInputFaults;
   /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
   std::shared_ptr<const Layout> mSpeakersPicture;
   /** The device's own camera, as of the latest vision result. */

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "layouts/MultiStreamFramingLayout.h"
 #include "layouts/PeopleFramingLayout.h"
 #include "layouts/PrimaryPeopleLayout.h"
+#include "layouts/SpeakerFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/layouts/PeopleRun.h"
 #include "tests/layouts/PictureFaults.h"
@@ -69,16 +71,17 @@ std::ptrdiff_t errorsOf(PeopleRun& run) {
 struct FaultCase {
   const char* what;
   Scene after;
-  int errors;
+  /** The warning of the input, and the error of the tile whose box was asked for. */
+  int reports;
 };
 
 TEST(PeopleBadInput, ATileWhoseHeadGoesWrongStaysAndIsReportedOnce) {
   const Scene one = scene().person(1).at(300, 360);
   const FaultCase cases[] = {
       {"lost by the camera", Scene(one).person(2).camera(7).at(600, 360), 1},
-      {"a zero box", Scene(one).person(2).box({0, 0, 0, 0}), 1},
-      {"an inverted box", Scene(one).person(2).box({1000, 400, 900, 300}), 0},
-      {"out of the image", Scene(one).person(2).box({600, -300, 700, -200}), 0},
+      {"a zero box", Scene(one).person(2).box({0, 0, 0, 0}), 2},
+      {"an inverted box", Scene(one).person(2).box({1000, 400, 900, 300}), 1},
+      {"out of the image", Scene(one).person(2).box({600, -300, 700, -200}), 1},
       {"gone", one, 0},
   };
   for (const FaultCase& each : cases) {
@@ -90,7 +93,7 @@ TEST(PeopleBadInput, ATileWhoseHeadGoesWrongStaysAndIsReportedOnce) {
       run.environment.log.take();
       EXPECT_EQ(run.watch(each.after, 1100), 0) << each.what;
       EXPECT_EQ(run.current().frames[1].source, before) << each.what;
-      EXPECT_EQ(errorsOf(run), each.errors) << each.what;
+      EXPECT_EQ(errorsOf(run), each.reports) << each.what;
       // Well again: the next fault is another change.
       run.watch(twoAnd(), 1000);
     }
@@ -111,6 +114,46 @@ TEST(PeopleBadInput, AFaultThatComesBackWithThePersonIsReportedAgain) {
     EXPECT_EQ(errorsOf(run), 1) << again;
     run.watch(gone, 100);
   }
+}
+
+struct ReportCase {
+  Scene scene;
+  const char* line;
+};
+
+// Each fault is said when it begins and when it comes back, never with every result.
+template <typename Engine>
+void expectReports(const char* tag, std::initializer_list<ReportCase> cases) {
+  for (const ReportCase& each : cases) {
+    PeopleRun run({0, 1});
+    run.engine<Engine>();
+    run.watch(twoAnd(), 500);
+    for (int again = 0; again < 2; ++again) {
+      run.environment.log.take();
+      run.watch(each.scene, 500);
+      const std::vector<std::string> lines = run.environment.log.take();
+      EXPECT_EQ(
+          std::count(lines.begin(), lines.end(), each.line[0] + ("|" + std::string(tag)) + (each.line + 1)),
+          1)
+          << each.line;
+      run.watch(twoAnd(), 500);
+      EXPECT_EQ(errorsOf(run), 0) << each.line;
+    }
+  }
+}
+
+TEST(PeopleBadInput, IsReportedWhenItBegins) {
+  const ReportCase notSeen{twoAnd().person(3).camera(7).at(600, 360), "I|person 3 is not seen by camera 0"};
+  const ReportCase repeated{twoAnd().person(2).at(600, 360), "W|two persons have the id 2: the first counts"};
+  const ReportCase inverted{twoAnd().person(3).box({700, 400, 600, 300}),
+                            "W|person 3 cannot be shown: the box in camera 0 is empty or outside the image"};
+  const ReportCase unlisted{
+      twoAnd().person(3).camera(7).at(600, 360).person(4).camera(7).at(800, 360),
+      "W|heads come from camera 7, which is not in the list of cameras: they are not shown"};
+  expectReports<PeopleFramingLayout>("PeopleFramingLayout", {notSeen, repeated, inverted});
+  expectReports<PrimaryPeopleLayout>("PrimaryPeopleLayout", {unlisted, repeated, inverted});
+  expectReports<SpeakerFramingLayout>("BaseLayout", {notSeen, repeated, inverted});
+  expectReports<MultiStreamFramingLayout>("MultiStreamPeopleFramingLayout", {notSeen, repeated, inverted});
 }
 
 TEST(PeopleBadInput, WithoutAnyCameraKnownPeopleStillHaveTiles) {

@@ -89,6 +89,23 @@ TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
   EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4]");
 }
 
+// A group frame names heads: who shares it must not depend on how heads are numbered, nor on who has come
+// since.
+TEST(PeopleFraming, AGroupKeepsTogetherWhomItShows) {
+  const auto row = [](std::int32_t people, std::int32_t distance) {
+    Scene scene;
+    for (std::int32_t i = 0; i < people; ++i) {
+      scene.person(i + 1).headId(100 + i).sized(40, 50).at(60 + i * distance, 360);
+    }
+    return scene;
+  };
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(row(4, 59));
+  run.watch(row(5, 70), 20000);
+  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+}
+
 TEST(PeopleFraming, MorePeopleThanTheLimitAreAGroup) {
   PeopleRun run;
   run.engine<PeopleFramingLayout>();

@@ -7,14 +7,15 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-/** A row of units across the picture: H one person, P two neighbours, L four of them. Ids count from 1. */
+/** A row of units across the picture: H one person, P two neighbours, T three and L four of them. Ids count
+ * from 1. */
 Scene unitsInARow(const std::string& units) {
   Scene scene;
   std::int32_t id = 0;
   const std::int32_t pitch = 1280 / static_cast<std::int32_t>(units.size());
   for (std::size_t i = 0; i < units.size(); ++i) {
     const std::int32_t centre = pitch * static_cast<std::int32_t>(i) + pitch / 2;
-    const std::int32_t people = units[i] == 'H' ? 1 : units[i] == 'P' ? 2 : 4;
+    const auto people = static_cast<std::int32_t>(std::string_view("HPTL").find(units[i])) + 1;
     for (std::int32_t k = 0; k < people; ++k) {
       scene.person(++id).sized(24, 30).at(centre + 28 * k - 14 * (people - 1), 360);
     }
@@ -122,12 +123,19 @@ TEST(PeopleTiles, AllSequencesOfUnitsCoverTheOutputExactly) {
 TEST(PeopleTiles, CountersTellHeadsNeighboursAndLargeGroupsApart) {
   PeopleRun run;
   run.with([](PrConfig& config) { config.compositeModeMaxPeople = 16; }).engine<PeopleFramingLayout>();
-  run.see(unitsInARow("HHPL"));
-  EXPECT_EQ(run.picture(), "PROXIMITY [1] [2] [3 4] [5 6 7 8]");
-  EXPECT_EQ(run.current().headFrameCount, 2);
-  EXPECT_EQ(run.current().proximityFrameCount, 1);
+  run.see(unitsInARow("HPTL"));
+  EXPECT_EQ(run.picture(), "PROXIMITY [1] [2 3] [4 5 6] [7 8 9 10]");
+  EXPECT_EQ(run.current().headFrameCount, 1);
+  EXPECT_EQ(run.current().proximityFrameCount, 2);
   EXPECT_EQ(run.current().largeProximityFrameCount, 1);
   EXPECT_EQ(run.current().frames.back().frameType, FramingType::PROXIMITY);
+}
+
+TEST(PeopleTiles, OfTwoOneAboveTheOtherTheLowerComesFirst) {
+  PeopleRun run;
+  run.engine<PeopleFramingLayout>();
+  run.see(scene().person(1).at(300, 150).person(2).at(300, 550).person(3).at(299, 350));
+  EXPECT_EQ(run.picture(), "HEAD [3] [2] [1]");
 }
 
 TEST(PeopleTiles, WithoutTheFeatureEverybodyIsAlone) {

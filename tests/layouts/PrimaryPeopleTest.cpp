@@ -50,6 +50,45 @@ TEST(PrimaryPeople, EverybodyIsTakenFromTheBestCameraTheOwnOneFirst) {
   EXPECT_EQ(run.current().animation, "cut");
 }
 
+TEST(PrimaryPeople, TheOwnCameraComesFirstWhateverItsId) {
+  PeopleRun run({2, 0, 1});
+  run.engine<PrimaryPeopleLayout>();
+  run.see(roomOfThreeCameras());
+  EXPECT_EQ(run.picture(), "HEAD [4] [1] [2] [3]");
+}
+
+// A group is cut from one camera; that is no reason to stay with it afterwards.
+TEST(PrimaryPeople, AfterAGroupEverybodyIsTakenFromTheBestCamera) {
+  const auto crowd = [](std::int32_t people) {
+    Scene scene;
+    for (std::int32_t id = 1; id <= people; ++id) {
+      scene.person(id).sized(40, 50).at(130 * id, 360).yaw(50);
+      scene.camera(1).sized(40, 50).at(130 * id, 360).yaw(1);
+    }
+    return scene;
+  };
+  PeopleRun run({0, 1});
+  run.engine<PrimaryPeopleLayout>();
+  run.see(crowd(9));
+  ASSERT_EQ(cameras(run.current()), "0");
+  run.watch(crowd(2), 8200);
+  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
+  EXPECT_EQ(cameras(run.current()), "1 1");
+}
+
+TEST(PrimaryPeople, AGroupThatNeitherTheFrontNorTheOwnCameraSeesIsCutWhereMostAre) {
+  for (const auto& [camera, other] : {std::pair{1, 2}, {2, 1}}) {
+    PeopleRun run({0, 1, 2});
+    run.engine<PrimaryPeopleLayout>();
+    Scene crowd;
+    for (std::int32_t id = 1; id <= 9; ++id) {
+      crowd.person(id).camera(id > 3 ? camera : other).sized(40, 50).at(130 * id, 360);
+    }
+    run.see(crowd);
+    EXPECT_EQ(cameras(run.current()), std::to_string(camera));
+  }
+}
+
 TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
   PeopleRun run({0, 1});
   run.engine<PrimaryPeopleLayout>();
