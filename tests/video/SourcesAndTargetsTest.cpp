@@ -137,7 +137,9 @@ TEST(Targets, FollowTheStreams) {
 TEST(Targets, AreWrittenAsTheirNameSays) {
   const auto format = [](const std::string& target) {
     const std::vector<std::string> command = ffmpegCommand(target, {{1280, 720}, 30});
-    return *std::prev(command.end(), 2) + " " + command.back();
+    // The last of the two formats is the output's.
+    const auto name = std::find(command.rbegin(), command.rend(), "-f");
+    return *std::prev(name) + " " + command.back();
   };
   EXPECT_EQ(format("/dev/video7"), "v4l2 /dev/video7");
   EXPECT_EQ(format("out.webm"), "webm ./out.webm");

@@ -95,6 +95,8 @@ std::vector<std::string> ffmpegCommand(const std::string& target, const VideoFor
                     "pipe:0"};
   const Arguments output = outputArguments(target);
   command.insert(command.end(), output.begin(), output.end());
+  // Else some files get random numbers: the same pictures are to give the same bytes.
+  command.insert(command.end(), {"-fflags", "+bitexact", "-flags:v", "+bitexact"});
   command.push_back(target.front() == '/' ? target : "./" + target);
   return command;
 }

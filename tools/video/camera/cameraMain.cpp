@@ -16,6 +16,7 @@
 #include "tools/video/camera/OfflineRun.h"
 #include "tools/video/camera/Player.h"
 #include "tools/video/camera/SceneService.h"
+#include "tools/video/source/VideoInput.h"
 
 namespace fyn::productionrules::video {
 
@@ -205,6 +206,7 @@ int main(int argc, char** argv) {
   CLI::App app("Composes the output picture from real video, as the production-rules service decides.");
   video::CameraArguments arguments;
   try {
+    video::silenceVideoLibraries();
     video::declareOptions(app, arguments);
     app.parse(argc, argv);
     if (arguments.player.outputs.empty()) {

@@ -1,6 +1,8 @@
 #include "tools/video/source/VideoInput.h"
 
 #include <cmath>
+#include <cstdlib>
+#include <opencv2/core/utils/logger.hpp>
 
 #include "tools/prb/UsageError.h"
 
@@ -66,6 +68,12 @@ bool VideoInput::skip() {
 void VideoInput::rewind() {
   mCapture.release();
   open();
+}
+
+void silenceVideoLibraries() {
+  cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+  // AV_LOG_QUIET, where nobody has asked for more.
+  setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
 }
 
 cv::Mat widened(const cv::Mat& picture) {

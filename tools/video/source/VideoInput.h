@@ -45,6 +45,12 @@ class VideoInput {
   cv::Mat mRaw;
 };
 
+/**
+ * Keeps the video libraries from writing to standard error: what matters of it becomes an error of ours. For
+ * a program's start, before any other thread.
+ */
+void silenceVideoLibraries();
+
 /** The picture with black bars at two sides, so that it is 16:9; the same picture when it is already. */
 cv::Mat widened(const cv::Mat& picture);
 

@@ -222,6 +222,7 @@ int main(int argc, char** argv) {
   CLI::App app("Finds and tracks people in real video and reports them as vision results.");
   video::VisionArguments arguments;
   try {
+    video::silenceVideoLibraries();
     video::declareOptions(app, arguments);
     app.parse(argc, argv);
     video::runVision(arguments);
