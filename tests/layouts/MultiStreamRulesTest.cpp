@@ -59,6 +59,9 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{"ANewcomerBesideSomebodyJoinsTheStream",
              {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
               {"1@200 2@700 3@810", kSettled, "1 HEAD [1], 2 PROXIMITY [2 3], 3 ROOM []"}}},
+        Rule{"ANewcomerBetweenTwoJoinsTheLowerStream",
+             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
+              {"1@400 2@620 3@510", kSettled, "1 PROXIMITY [1 3], 2 HEAD [2], 3 ROOM []"}}},
         Rule{"WhoeverStaysKeepsTheStreamOfTheUnit",
              {{"1@200 2@310 3@900", 100, "1 PROXIMITY [1 2], 2 HEAD [3], 3 ROOM []"},
               {"2@310 3@900", kSettled, "1 HEAD [2], 2 HEAD [3], 3 ROOM []"}}},
@@ -187,6 +190,10 @@ TEST(MultiStreamCount, OtherIdsRenameThePicturesOnScreen) {
   run.layouts().setDisplayLayoutStreamIDS({11, 12});
   EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")));
   EXPECT_EQ(streamPictures(run.layouts()), "11 HEAD [1], 12 HEAD [2]") << "two ids are two streams";
+  run.layouts().setDisplayLayoutStreamIDS({11, 13});
+  run.watch(peopleAt("1@200 2@600 3@1000"), kSettled);
+  run.layouts().setDisplayLayoutStreamIDS({11, 14});
+  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000"))) << "a new name alone has to go out as well";
 }
 
 TEST(MultiStreamCount, TheConfigurationGivesTheNumber) {
@@ -218,6 +225,37 @@ TEST(MultiStreamReasons, EveryStreamNamesTheWaitThatHeldItBack) {
   }
   const std::vector<std::string> expected = {"2 roomToHeadLayoutChangeTimer", "1 headPosLayoutChangeTimer"};
   EXPECT_EQ(reasons, expected);
+}
+
+// The mode asks no further once a stream has a new picture; the waits of the others begin all the same.
+TEST(MultiStreamReasons, WaitsBeginInTheResultInWhichAnotherStreamAdopts) {
+  PeopleRun run;
+  run.with([](PrConfig& config) { config.timersPFLayoutChangeRoom2Head = 0; })
+      .engine<MultiStreamFramingLayout>()
+      .watch(peopleAt("1@500 2@700"), 1000);
+  run.decisions.clear();
+  EXPECT_TRUE(run.see(peopleAt("1@100 2@700 3@1200")));
+  std::vector<std::string> seen;
+  for (const LayoutDecision& decision : run.decisions) {
+    if (decision.kind != DecisionKind::Pending) {
+      seen.push_back(std::to_string(decision.streamId) + " " + decisionKindText(decision.kind));
+    }
+  }
+  const std::vector<std::string> expected = {"3 adopted", "0 reframeWait", "1 reframeWait"};
+  EXPECT_EQ(seen, expected);
+}
+
+TEST(MultiStreamReasons, AFrameThatHasWidenedComesBackToItsPeople) {
+  PeopleRun run;
+  run.engine<MultiStreamFramingLayout>();
+  const auto view = [&] { return run.layouts().getFinalLayoutPtrs()[1]->frames.front().source; };
+  run.watch(peopleAt("1@300 2@410"), 1000);
+  const Rect close = view();
+  run.watch(peopleAt("1@300 2@900"), kSettled);
+  const Rect wide = view();
+  EXPECT_GT(wide.right - wide.left, close.right - close.left);
+  run.watch(peopleAt("1@300 2@410"), kSettled);
+  EXPECT_EQ(view(), close);
 }
 
 // ---- Candidates ----

@@ -104,9 +104,11 @@ TEST(PrimaryPeople, ABetterCameraWaitsForTheHold) {
   EXPECT_EQ(run.watch(seenByBoth(20, 5), 3900), 0) << "held";
   EXPECT_EQ(run.watch(seenByBoth(5, 20), 1000), 0) << "the top camera has returned";
   EXPECT_EQ(run.watch(seenByBoth(20, 5), 4000), 0) << "held again";
+  setLayoutAnimation(run.layouts().getLayoutPtr(), "dissolve", 90);
   EXPECT_EQ(cameras(run.current()), "0");
   EXPECT_TRUE(run.see(seenByBoth(20, 5)));
   EXPECT_EQ(cameras(run.current()), "1");
+  EXPECT_EQ(run.current().animation, "cut");
   EXPECT_EQ(run.current().frames[0].heads, (std::set<std::int64_t>{31}));
   EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "9900 feedPriority HEAD"}));
   const LayoutDecision& moved = run.decisions.back();
@@ -117,6 +119,38 @@ TEST(PrimaryPeople, ABetterCameraWaitsForTheHold) {
   const Rect& view = run.current().frames[0].source;
   EXPECT_TRUE(view.left <= 650 && view.right >= 750 && view.top <= 240 && view.bottom >= 360);
   EXPECT_EQ(run.watch(seenByBoth(20, 5), 10000), 0);
+}
+
+struct StayCase {
+  const char* what;
+  Scene scene;
+  std::int32_t maxPeople;
+  std::int32_t holdMs;
+  bool waits;
+};
+
+TEST(PrimaryPeople, AFrameStaysWhereABetterCameraCannotShowIt) {
+  const Scene flat =
+      scene().person(1).at(400, 360).yaw(20).camera(1).box({300, 300, 1000, 310}).headId(31).yaw(5);
+  const StayCase cases[] = {
+      {"it would cut the head", flat, 8, 4000, true},
+      {"a group is no frame of one person", seenByBoth(20, 5), 0, 4000, false},
+      {"the hold never ends", seenByBoth(20, 5), 8, -1, false},
+  };
+  for (const StayCase& each : cases) {
+    PeopleRun run({0, 1});
+    run.with([&](PrConfig& config) {
+         config.compositeModeMaxPeoplePrimary = each.maxPeople;
+         config.timersPFFeedPriorityChange = each.holdMs;
+       })
+        .engine<PrimaryPeopleLayout>();
+    run.watch(seenByBoth(5, 20), 1000);
+    const Rect before = run.current().frames[0].source;
+    EXPECT_EQ(run.watch(each.scene, 9000), 0) << each.what;
+    EXPECT_EQ(cameras(run.current()), "0") << each.what;
+    EXPECT_EQ(run.current().frames[0].source, before) << each.what;
+    EXPECT_EQ(run.layouts().isThereATimerRunning(), each.waits) << each.what;
+  }
 }
 
 TEST(PrimaryPeople, APersonWhoseCameraLosesThePersonIsShownByAnother) {

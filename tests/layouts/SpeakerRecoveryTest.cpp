@@ -78,6 +78,17 @@ TEST_F(SpeakerRecovery, ForgetsUnsteadyResultsAfterTheWindow) {
   EXPECT_EQ(reasonOfGroup(), "no group");
 }
 
+// Six unsteady results, one more than allowed, take five steps.
+TEST_F(SpeakerRecovery, CountsUnsteadyResultsUpToTheEndOfTheWindow) {
+  for (const auto& [windowMs, isRecovering] : {std::pair{5 * 40, true}, {5 * 40 - 1, false}}) {
+    run.with([windowMs = windowMs](PrConfig& config) { config.timersSfRecoveryDetectWindow = windowMs; });
+    run.engine<SpeakerFramingLayout>();
+    jump(60, 200);
+    EXPECT_EQ(run.layouts().getDebugDataInJson().find("unsteady") != std::string::npos, isRecovering)
+        << windowMs;
+  }
+}
+
 TEST_F(SpeakerRecovery, LastsItsTime) {
   run.with([](PrConfig& config) { config.timersSfRecoveryMode = 2000; });
   jump(15, 200);
@@ -162,6 +173,14 @@ TEST_F(SpeakerRecovery, CountsOnlyResultsInARow) {
     run.see(speakerAt(200, i % 15 == 14));
   }
   EXPECT_EQ(reasonOfGroup(), "no group");
+}
+
+TEST_F(SpeakerRecovery, DoesNotCountAnEmptyRoom) {
+  run.with([](PrConfig& config) { config.timersLayoutChangeSfAny2Gf = 60000; });
+  run.watch(speakerAt(200), 400);
+  run.watch(scene(), 4000);
+  ASSERT_EQ(run.picture(), "SUBSET_SPEAKER 1");
+  EXPECT_EQ(run.layouts().getDebugDataInJson().find("nobody tagged"), std::string::npos);
 }
 
 TEST_F(SpeakerRecovery, DoesNotCountWhileTheGroupIsShown) {

@@ -57,6 +57,17 @@ TEST(SpeakerPictures, ShowNeighboursWithTheSpeaker) {
   EXPECT_EQ(frame.dest, (Rect{0, 0, 1280, 720}));
 }
 
+// Heads of 100 x 120 pixels are neighbours below 150 pixels.
+TEST(SpeakerPictures, TakeAsNeighboursThoseWhoSitClose) {
+  for (const auto& [distance, picture] : {std::pair{149, "PROXIMITY 1 2"}, {150, "HEAD 1"}}) {
+    SpeakerRun run;
+    run.with(byNeighbours);
+    run.see(
+        scene().person(1).at(300, 300).speaking().person(2).at(300 + distance, 300).person(3).at(1000, 300));
+    EXPECT_EQ(run.picture(), picture) << distance;
+  }
+}
+
 TEST(SpeakerPictures, ShowTwoWhoSpeakAtOnceInOneFrame) {
   SpeakerRun run;
   run.with(byNeighbours);
@@ -81,6 +92,29 @@ TEST(SpeakerPictures, CutNobodyOfALongRow) {
     const auto left = static_cast<std::int32_t>(90 * id);
     EXPECT_TRUE(isInside(frame.source, Rect{left, 280, left + 80, 320})) << id;
   }
+}
+
+Scene speakerWith(const Rect& box) {
+  return scene().person(1).box(box).speaking().person(2).at(900, 100).person(3).at(1200, 100);
+}
+
+constexpr Rect kUsualBox{150, 440, 250, 560};
+constexpr Rect kFlatBox{100, 500, 700, 520};
+
+// How a frame is placed is decided when it is adopted and whenever it is framed anew, not by what waited.
+TEST(SpeakerPictures, FollowTheShapeOfTheHead) {
+  SpeakerRun run;
+  run.with(byNeighbours).see(speakerWith(kUsualBox));
+  ASSERT_EQ(run.picture(), "HEAD 1");
+  run.watch(speakerWith(kFlatBox), 8000);
+  EXPECT_EQ(run.picture(), "HEAD 1");
+  EXPECT_TRUE(isInside(run.current().frames.front().source, kFlatBox));
+
+  run.engine<SpeakerFramingLayout>().see(scene().person(2).at(900, 100).person(3).at(1200, 100));
+  run.see(speakerWith(kFlatBox));
+  run.watch(speakerWith(kUsualBox), 200);
+  ASSERT_EQ(run.picture(), "HEAD 1");
+  EXPECT_EQ(run.current().frames.front().frameType, FramingType::HEAD);
 }
 
 // ---- Selection boxes ----
@@ -124,6 +158,23 @@ TEST(SelectionBox, DecidesWhoIsShownWithTheSpeaker) {
   EXPECT_EQ(run.picture(), "SUBSET_SPEAKER 1 2");
 }
 
+// A head that touches the selection's edges lies inside it; one pixel less on any side, and it does not.
+TEST(SelectionBox, HoldsAHeadThatTouchesItsEdges) {
+  const Rect head{510, 240, 610, 360};
+  const std::pair<Rect, const char*> cases[] = {
+      {head, "SUBSET_SPEAKER 1 2"},
+      {{511, 240, 610, 360}, "SUBSET_SPEAKER 1"},
+      {{510, 241, 610, 360}, "SUBSET_SPEAKER 1"},
+      {{510, 240, 609, 360}, "SUBSET_SPEAKER 1"},
+      {{510, 240, 610, 359}, "SUBSET_SPEAKER 1"},
+  };
+  for (const auto& [ssb, picture] : cases) {
+    SpeakerRun run;
+    run.see(scene().person(1).at(200, 300).speaking().ssb(ssb).person(2).box(head).person(3).at(1080, 300));
+    EXPECT_EQ(run.picture(), picture) << RectToString(ssb);
+  }
+}
+
 struct CoverageCase {
   std::int32_t percent;
   const char* picture;
@@ -162,6 +213,42 @@ TEST(GroupFallback, BeginsAtExactlyTheShare) {
     run.with([percent = percent](PrConfig& config) { config.ss2GroupCoverage = percent; })
         .see(meeting(false));
     EXPECT_EQ(run.current().layoutType, type) << percent;
+  }
+}
+
+// Both frames are the whole image, so the selection covers exactly all of the group's.
+TEST(GroupFallback, CountsAnEqualFrameAsTheWholeGroup) {
+  const auto meeting = [] {
+    return scene()
+        .person(1)
+        .at(100, 300)
+        .speaking()
+        .ssb({50, 200, 150, 400})
+        .person(2)
+        .at(1180, 300)
+        .speaking()
+        .ssb({1130, 200, 1230, 400})
+        .person(3)
+        .at(640, 600);
+  };
+  for (const auto& [percent, picture] : {std::pair{100, "GROUP 1 2 3"}, {101, "SUBSET_SPEAKER 1 2"}}) {
+    SpeakerRun run;
+    run.with([percent = percent](PrConfig& config) { config.ss2GroupCoverage = percent; }).see(meeting());
+    EXPECT_EQ(run.picture(), picture) << percent;
+  }
+}
+
+// The frame that is compared is the one that would be shown, so the zoom limit counts: one head alone takes
+// an eighth of the group frame, and all of it where no zoom is allowed.
+TEST(GroupFallback, ComparesFramesUnderTheZoomLimit) {
+  for (const auto& [limit, type] : {std::pair{0, FramingType::SUBSET_SPEAKER}, {1, FramingType::GROUP}}) {
+    SpeakerRun run;
+    run.with([limit = limit](PrConfig& config) {
+      config.zoomInLimit = limit;
+      config.ss2GroupCoverage = 20;
+    });
+    run.see(three(true, false, false));
+    EXPECT_EQ(run.current().layoutType, type) << limit;
   }
 }
 
@@ -321,9 +408,13 @@ TEST(SpeakerNote, NamesWhoSpeaksAndWhatIsPending) {
   run.watch(three(true, false, false), 300);
   EXPECT_EQ(run.current().activeSpeaker, 1);
   EXPECT_EQ(run.current().nextLayoutType, FramingType::NONE);
-  // Of two the one who spoke first.
+  // Of two the one who spoke first, wherever the other one sits.
   run.see(three(true, true, false));
   EXPECT_EQ(run.current().activeSpeaker, 1);
+  run.see(three(false, true, false));
+  run.see(three(true, true, false));
+  EXPECT_EQ(run.current().activeSpeaker, 2);
+  run.see(three(true, false, false));
   run.with([](PrConfig& config) { config.timersLayoutChangeSfFrameSpeaker = 1000; });
   run.watch(three(false, false, true), 500);
   EXPECT_EQ(run.current().activeSpeaker, 3);
@@ -360,6 +451,23 @@ TEST(SpeakerNote, ChoosesTheTransition) {
     EXPECT_EQ(run.current().animation, row.animation);
     EXPECT_EQ(run.current().duration, row.duration) << row.animation;
   }
+}
+
+TEST(SpeakerNote, DissolvesFromAPictureOfSeveralFrames) {
+  SpeakerRun run;
+  run.with([](PrConfig& config) { config.animationEnableEase = true; });
+  const auto sent = std::make_shared<Layout>();
+  sent->layoutType = FramingType::ROOM;
+  sent->frames.resize(2);
+  for (Frame& frame : sent->frames) {
+    frame.fynCamId = 0;
+    frame.frameType = FramingType::ROOM;
+  }
+  run.see(scene());
+  ASSERT_TRUE(run.layouts().applySecondaryLayout(sent));
+  run.watch(scene().person(1).at(300, 300), 500);
+  ASSERT_EQ(run.picture(), "HEAD 1");
+  EXPECT_EQ(run.current().animation, "dissolve");
 }
 
 struct ZoomCase {
