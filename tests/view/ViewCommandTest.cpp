@@ -1,8 +1,10 @@
 // prb view and prb demo --view as programs, with a real browser's requests and a real broker.
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <sys/stat.h>
 
 #include <csignal>
+#include <fstream>
 #include <set>
 
 #include "tests/linux/Servers.h"
@@ -79,6 +81,26 @@ TEST(ViewCommand, ShowsARecordingUntilASignalComes) {
   EXPECT_NE(lines->body.find("\"TrackingMode\":\"PeopleFraming\""), std::string::npos);
   EXPECT_NE(lines->body.find("\"decision\""), std::string::npos);
   viewer.endsWith(SIGTERM);
+}
+
+TEST(ViewCommand, APipeFromWhichNothingMoreComesDoesNotKeepIt) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const ScratchFolder folder;
+    const std::string pipe = folder.file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    // Opened for both, the pipe never ends.
+    Viewer viewer({"/bin/sh", "-c", "exec \"$0\" view - <>\"$1\"", kPrb, pipe});
+    std::ofstream(pipe) << R"({"t":0,"topic":"/ctl","payload":"first"})"
+                        << "\n{\"t\":9}\n"
+                        << std::flush;
+    std::string text;
+    viewer.client().Get("/api/recording", [&](const char* data, std::size_t length) {
+      text.append(data, length);
+      return text.find("first") == std::string::npos;
+    });
+    EXPECT_NE(text.find("first"), std::string::npos);
+    viewer.endsWith(signal);
+  }
 }
 
 TEST(ViewCommand, WrongUsageIsSaidInOneLine) {

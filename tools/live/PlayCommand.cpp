@@ -8,12 +8,16 @@
 #include "tools/recording/RecordingReader.h"
 #include "tools/terminal/ProgressBar.h"
 #include "tools/terminal/StopSignals.h"
+#include "tools/terminal/StoppableInput.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
 using SteadyTime = std::chrono::steady_clock::time_point;
+
+/** No machine keeps up with it. */
+constexpr double kMostSpeed = 1000;
 
 struct PlayOptions {
   PlatformOptions platform;
@@ -71,15 +75,16 @@ void runPlay(const PlayOptions& options, PrbContext& context) {
   if (options.loop && options.input == "-") {
     throw UsageError("standard input cannot be played in a loop");
   }
-  InputFile check(options.input, context.in);
   StopSignals stop;
+  StoppableInput standardInput(context.in, stop);
+  InputFile check(options.input, standardInput.stream());
   LiveBus bus(options.platform);
   bus.waitUntilReady();
   Player player(bus, stop, options.speed);
   bool goesOn = true;
   do {
     const std::uint64_t before = player.messages();
-    InputFile input(options.input, context.in);
+    InputFile input(options.input, standardInput.stream());
     RecordingReader reader(input.stream(), input.name());
     ProgressBar bar(context.err, context.errIsTerminal, "play", input.size());
     goesOn = player.play(reader, bar) && player.messages() > before;
@@ -98,9 +103,10 @@ void addPlayCommand(CLI::App& command, PrbContext& context) {
   command.add_option("recording", options->input, "The recording to play; '-' is standard input")
       ->type_name("RECORDING")
       ->required();
-  command.add_option("--speed", options->speed, "Times real time")
+  command.add_option("--speed", options->speed, "Times real time, from 0.01 to 1000; max is 1000")
       ->type_name("X")
-      ->check(CLI::Range(0.01, 1000.0))
+      ->transform(CLI::Transformer(std::map<std::string, double>{{"max", kMostSpeed}}).description(""))
+      ->check(CLI::Range(0.01, kMostSpeed).description(""))
       ->capture_default_str();
   command.add_flag("--loop", options->loop, "Begin again at the end, until a signal comes");
   addPlatformOptions(command, options->platform, true);

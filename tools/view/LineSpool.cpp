@@ -16,6 +16,9 @@ namespace {
 
 constexpr std::size_t kPiece = 65'536;
 
+/** After so long a silence a part of a piece is handed on. */
+constexpr std::chrono::milliseconds kMostPatience{200};
+
 [[noreturn]] void failed(const char* what) {
   throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
 }
@@ -40,7 +43,15 @@ class LineSpool::Reader final : public LineStream {
   std::optional<std::string> next(std::chrono::milliseconds limit) override {
     std::unique_lock lock(mSpool.mMutex);
     const auto isAwaited = [this] { return mSpool.mClosed || mSpool.mFinished || mSpool.mSize > mOffset; };
-    mSpool.mMore.wait_for(lock, limit, isAwaited);
+    if (!mSpool.mMore.wait_for(lock, std::min(limit, kMostPatience), isAwaited) && !mSpool.mTail.empty()) {
+      // What feeds it has fallen silent: a page need not wait for a whole piece.
+      try {
+        mSpool.flush();
+      } catch (const std::runtime_error&) {
+        // Who puts the next line is told.
+        return std::nullopt;
+      }
+    }
     if (mSpool.mClosed || (mSpool.mFinished && mSpool.mSize == mOffset)) {
       return std::nullopt;
     }

@@ -10,6 +10,7 @@
 #include "tools/recording/KeyValueTexts.h"
 #include "tools/recording/NamedStream.h"
 #include "tools/terminal/StopSignals.h"
+#include "tools/terminal/StoppableInput.h"
 #include "tools/view/LineHub.h"
 #include "tools/view/LineSpool.h"
 #include "tools/view/LiveRoom.h"
@@ -46,7 +47,8 @@ void waitForTheEnd(StopSignals& stop) {
 
 void viewRecording(const ViewArguments& arguments, PrbContext& context) {
   StopSignals stop;
-  InputFile input(arguments.recording, context.in);
+  StoppableInput standardInput(context.in, stop);
+  InputFile input(arguments.recording, standardInput.stream());
   ReplayOptions options;
   options.configuration = readConfiguration(arguments.config);
   options.properties = keyValues(arguments.properties);
