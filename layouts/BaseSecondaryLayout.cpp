@@ -33,15 +33,14 @@ bool BaseSecondaryLayout::refusesEmptyPicture(const std::shared_ptr<Layout>& lay
   return true;
 }
 
-// The view is made on this copy; the layout's own frames get theirs when it is put on screen.
+// The view is made on this copy; the layout's own frames get theirs when it is put on screen. The type NONE
+// is that of the entry with which a primary says that it cuts nothing from this camera: no fault.
 bool BaseSecondaryLayout::showsNothing(Frame frame) {
   switch (frame.frameType) {
     case FramingType::ROOM:
     case FramingType::GROUP:
     case FramingType::PARTIAL_GROUP:
-      return false;
     case FramingType::NONE:
-      // The entry that a primary sends when it cuts nothing from this camera: no fault.
       return false;
     case FramingType::SUBSET_SPEAKER:
       calculateGroupFraming(frame);

@@ -534,6 +534,44 @@ TEST(SpeakerRoles, SecondaryShowsTheMembersThatWereSentAndDecidesNothing) {
   EXPECT_EQ(run.watch(three(true, true, true), 5000), 0);
 }
 
+struct SentCase {
+  const char* what;
+  FramingType type;
+  std::set<std::int64_t> members;
+  bool enabled;
+  int picturesInTheWait;
+  int picturesLater;
+};
+
+TEST(SpeakerRoles, SecondaryReframesItsMembersWhereItMay) {
+  const SentCase cases[] = {
+      {"a head that has gone out of the frame", FramingType::HEAD, {3}, true, 0, 1},
+      {"a selection", FramingType::SUBSET_SPEAKER, {3}, true, 0, 1},
+      {"not allowed", FramingType::HEAD, {3}, false, 0, 0},
+      {"a selection of people whom it does not see", FramingType::SUBSET_SPEAKER, {42}, true, 0, 0},
+      {"a head that it does not see", FramingType::HEAD, {42}, true, 0, 0},
+      {"a frame of nobody", FramingType::HEAD, {}, true, 0, 0},
+  };
+  for (const SentCase& each : cases) {
+    SpeakerRun run;
+    run.with([&](PrConfig& config) { config.pfReframeOnSecondaryEnabled = each.enabled; })
+        .engine<SecondarySpeakerLayout>();
+    run.see(three(false, false, true));
+    const std::shared_ptr<Layout> layout = sentBySelection(3);
+    Frame& frame = layout->frames.front();
+    frame.frameType = each.type;
+    frame.heads = each.members;
+    frame.fynHeads = each.members;
+    ASSERT_TRUE(run.layouts().applySecondaryLayout(layout)) << each.what;
+    if (each.members.count(3) == 0) {
+      EXPECT_EQ(frame.source, (Rect{10, 20, 650, 380})) << each.what;
+    }
+    const Scene moved = scene().person(1).at(200, 300).person(3).at(400, 600);
+    EXPECT_EQ(run.watch(moved, 2000), each.picturesInTheWait) << each.what;
+    EXPECT_EQ(run.watch(moved, 18000), each.picturesLater) << each.what;
+  }
+}
+
 TEST(SpeakerRoles, SecondaryDoesNotShowNothing) {
   for (const FramingType type : {FramingType::HEAD, FramingType::SUBSET_SPEAKER}) {
     SpeakerRun run;

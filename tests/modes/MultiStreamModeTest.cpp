@@ -80,6 +80,26 @@ TEST_F(MultiStreamMode, ListsStreamZeroFirst) {
   EXPECT_EQ(mode->getFramingLayout()->getPeopleCount(), 1U);
 }
 
+TEST_F(MultiStreamMode, TakesNewWaitsWithTheNextRefresh) {
+  mode->process(people({1, 2}).mlData());
+  PrConfig config = PrConfig::get();
+  config.timersPFLayoutChangeHead2Other = 5000;
+  config.timersLayoutChangeGf2Other = 7000;
+  PrConfig::set(config);
+  environment.time.advanceTo(environment.time.now() + 2001);
+  mode->process(people({1}).mlData());
+  const auto next = mode->getFramingLayout()->getNextLayoutPtrs();
+  ASSERT_EQ(textOf(next), "0 HEAD, -, 2 ROOM");
+  EXPECT_EQ(next[0]->layoutTimer.duration, 7000U);
+  EXPECT_EQ(next[2]->layoutTimer.duration, 5000U - 35 * 80) << "somebody has left";
+}
+
+TEST_F(MultiStreamMode, DumpsTheLatestFrameNumber) {
+  mode->process(people({1, 2}).frameNumber(41).mlData());
+  mode->process(people({1, 2}).frameNumber(42).mlData());
+  EXPECT_NE(mode->getDebugDataInJson().find(R"("frameNumber":42)"), std::string::npos);
+}
+
 TEST_F(MultiStreamMode, TakesTheNumberOfStreamsWithTheNextResult) {
   mode->process(people({1, 2}).mlData());
   struct Row {

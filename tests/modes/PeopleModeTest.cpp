@@ -1,0 +1,66 @@
+// The mode of people framing with its own engine: whom it passes on.
+#include <gtest/gtest.h>
+
+#include "config/PrConfig.h"
+#include "model/FynCamerasConfig.h"
+#include "modes/PeopleFramingMode.h"
+#include "platform/SystemEnvironment.h"
+#include "tests/modes/FakeEngine.h"
+#include "tests/testing/SceneBuilder.h"
+#include "tests/testing/TestEnvironment.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+struct PresenceCase {
+  const char* what;
+  bool steady;
+  std::int32_t counterMax;
+  /** Persons of two results 100 ms apart. */
+  std::vector<std::int32_t> before;
+  std::vector<std::int32_t> after;
+  bool reset;
+  unsigned known;
+};
+
+Scene people(const std::vector<std::int32_t>& ids) {
+  Scene room = scene();
+  for (const std::int32_t id : ids) {
+    room.person(id).at(300 * id, 300);
+  }
+  return room;
+}
+
+TEST(PeopleMode, BridgesWhatTheDetectorMissesWhereItIsAskedTo) {
+  const PresenceCase cases[] = {
+      {"somebody missed", false, 35, {1, 2}, {1}, false, 1},
+      {"somebody missed, bridged", true, 35, {1, 2}, {1}, false, 2},
+      {"bridged until a reset", true, 35, {1, 2}, {1}, true, 1},
+      {"a newcomer", false, 35, {1}, {1, 2}, false, 2},
+      {"a newcomer who has to wait", true, 35, {1}, {1, 2}, false, 1},
+      {"no time to bridge", true, 0, {1, 2}, {1}, false, 1},
+      {"a negative time is none", true, -5, {1}, {1, 2}, false, 2},
+  };
+  for (const PresenceCase& each : cases) {
+    TestEnvironment environment;
+    PrConfig config;
+    config.pfSteadyPresenceEnabled = each.steady;
+    config.realHeadCounterMax = each.counterMax;
+    PrConfig::set(config);
+    FynCamerasConfig::getMutable().fynCamId = 0;
+    FakeNotifier notifier;
+    PeopleFramingMode mode(notifier);
+    mode.process(people(each.before).mlData());
+    environment.time.advanceTo(environment.time.now() + 100);
+    if (each.reset) {
+      mode.resetLayouts();
+    }
+    mode.process(people(each.after).mlData());
+    EXPECT_EQ(mode.getFramingLayout()->getPeopleCount(), each.known) << each.what;
+  }
+  PrConfig::set(PrConfig::DEFAULT);
+  FynCamerasConfig::dispose();
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
