@@ -31,6 +31,8 @@ std::vector<std::string> withoutTimes(std::vector<std::string> lines) {
 class LiveTools : public ::testing::Test {
  protected:
   LiveTools() {
+    // Under nohup it would be ignored.
+    std::signal(SIGHUP, SIG_DFL);
     mRecorder = std::make_unique<Process>(
         std::vector<std::string>{kPrb, "record", "--bus", mBroker.url("room"), "-o", recording()});
     EXPECT_TRUE(
@@ -55,6 +57,12 @@ TEST_F(LiveTools, APlayedMeetingIsRecordedWhole) {
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
   runTool({kPrb, "play", meeting, "--bus", mBroker.url("room"), "--speed", "30"});
   EXPECT_EQ(withoutTimes(endRecording(SIGINT)), withoutTimes(linesOf(meeting)));
+}
+
+TEST_F(LiveTools, AClosedTerminalEndsARecordingWhole) {
+  const std::string message = "{\"t\":0,\"topic\":\"/PRBOutSecondary/1\",\"payload\":{\"streams\":[]}}\n";
+  runTool({kPrb, "play", mFolder.write("one.jsonl", message), "--bus", mBroker.url("room")});
+  EXPECT_EQ(endRecording(SIGHUP).size(), 1U);
 }
 
 TEST_F(LiveTools, ControlCommandsAreMessages) {

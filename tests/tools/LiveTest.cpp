@@ -52,6 +52,34 @@ TEST(Record, EachRotatedFileCanBeReplayedAlone) {
   }
 }
 
+TEST(Record, WithoutALimitOfFilesNothingIsDeleted) {
+  const TemporaryFolder folder;
+  Recorder recorder({folder.path("room.jsonl"), 1, 0}, [] { return std::int64_t{0}; });
+  constexpr int kMessages = 5;
+  for (int i = 0; i < kMessages; ++i) {
+    recorder.onMessage("/ctl", std::to_string(i));
+  }
+  recorder.finish();
+  for (int i = 0; i < kMessages; ++i) {
+    const std::string name =
+        "room.jsonl" + (i + 1 < kMessages ? "." + std::to_string(kMessages - 1 - i) : "");
+    EXPECT_EQ(folder.read(name), "{\"t\":0,\"topic\":\"/ctl\",\"payload\":\"" + std::to_string(i) + "\"}\n");
+  }
+}
+
+TEST(Record, AFileThatCannotBeMovedAwayIsNotOverwritten) {
+  const TemporaryFolder folder;
+  folder.write("room.jsonl.1", "older");
+  std::filesystem::create_directory(folder.path("room.jsonl.2"));
+  Recorder recorder({folder.path("room.jsonl"), 1, 3}, [] { return std::int64_t{0}; });
+  recorder.onMessage("/ctl", "first");
+  recorder.onMessage("/ctl", "second");
+  EXPECT_TRUE(recorder.hasFailed());
+  EXPECT_THROW(recorder.finish(), std::runtime_error);
+  EXPECT_EQ(folder.read("room.jsonl"), "{\"t\":0,\"topic\":\"/ctl\",\"payload\":\"first\"}\n");
+  EXPECT_EQ(folder.read("room.jsonl.1"), "older");
+}
+
 TEST(Record, AFullDiskIsNoSilentLoss) {
   if (!std::filesystem::exists("/dev/full")) {
     GTEST_SKIP() << "skipped: no /dev/full";

@@ -12,11 +12,12 @@ namespace fyn::productionrules {
 namespace {
 
 /** What a replay of the service needs. */
-constexpr std::array kInputTopics{topics::kVisionResult, topics::kCameraParameters, topics::kCamera,
-                                  topics::kCameras,      topics::kCameraMoved,      topics::kControl};
+constexpr std::array kInputTopics{topics::kVisionResult,  topics::kCameraParameters, topics::kCamera,
+                                  topics::kCameras,       topics::kCameraMoved,      topics::kControl,
+                                  topics::kSecondaryScene};
 /** What the service decides. */
-constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::kSecondaryScene,
-                                   topics::kTimerDebug, topics::kPeopleCount};
+constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::kTimerDebug,
+                                   topics::kPeopleCount};
 
 constexpr std::uint64_t kMegabyte = 1'000'000;
 
@@ -81,17 +82,20 @@ void addRecordCommand(CLI::App& command, PrbContext& context) {
   command.add_option("-o,--output", options->recorder.path, "The recording to write")
       ->type_name("RECORDING")
       ->required();
+  CLI::Option* const maxSize =
+      command
+          .add_option("--max-size", options->maxMegabytes,
+                      "Begin a new file when one has this many megabytes; 0 for no limit")
+          ->type_name("MB")
+          ->check(CLI::Range(0, 1'000'000))
+          ->capture_default_str();
   command
-      .add_option("--max-size", options->maxMegabytes,
-                  "Begin a new file when one has this many megabytes; 0 for no limit")
-      ->type_name("MB")
-      ->check(CLI::Range(0, 1'000'000))
-      ->capture_default_str();
-  command
-      .add_option("--files", options->recorder.maxFiles, "Files to keep: RECORDING, RECORDING.1 (older) ...")
+      .add_option("--files", options->recorder.maxFiles,
+                  "Files to keep: RECORDING, RECORDING.1 (older) ...; those before are deleted. 0 for all")
       ->type_name("N")
-      ->check(CLI::Range(1, 1000))
-      ->capture_default_str();
+      ->check(CLI::Range(0, 1000))
+      ->capture_default_str()
+      ->needs(maxSize);
   command.add_option("--seconds", options->seconds, "End after this time; 0 for until a signal comes")
       ->type_name("S")
       ->check(CLI::Range(0, 31'536'000))

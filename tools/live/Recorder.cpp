@@ -32,12 +32,28 @@ void Recorder::open() {
   mBytes = 0;
 }
 
+std::string Recorder::numbered(int number) const {
+  return number == 0 ? mOptions.path : mOptions.path + '.' + std::to_string(number);
+}
+
+/** What goes wrong leaves the file failed: nothing is overwritten that has not been moved away. */
 void Recorder::rotate() {
   mFile.close();
-  std::error_code ignored;
-  for (int number = mOptions.maxFiles - 1; number >= 1; --number) {
-    const std::string from = number == 1 ? mOptions.path : mOptions.path + '.' + std::to_string(number - 1);
-    std::filesystem::rename(from, mOptions.path + '.' + std::to_string(number), ignored);
+  if (!mFile) {
+    return;
+  }
+  int oldest = mOptions.maxFiles - 1;
+  if (mOptions.maxFiles == 0) {
+    for (oldest = 1; std::filesystem::exists(numbered(oldest)); ++oldest) {
+    }
+  }
+  for (int number = oldest; number >= 1; --number) {
+    std::error_code fault;
+    std::filesystem::rename(numbered(number - 1), numbered(number), fault);
+    if (fault && fault != std::errc::no_such_file_or_directory) {
+      mFile.setstate(std::ios::failbit);
+      return;
+    }
   }
   open();
 }

@@ -16,14 +16,14 @@ struct RecorderOptions {
   std::string path;
   /** Bytes after which the next file begins; 0 for one file without limit. */
   std::uint64_t maxBytes = 0;
-  /** Files that are kept, the current one included. */
-  int maxFiles = 1;
+  /** Files that are kept, the current one included; 0 for all. */
+  int maxFiles = 0;
 };
 
 /**
  * Writes every message that it receives to a recording. A full file PATH becomes PATH.1, PATH.1 becomes
- * PATH.2 and so on; the oldest is deleted. Each file begins with the latest camera messages, so each can be
- * replayed alone. Messages may come from any thread.
+ * PATH.2 and so on; the oldest is deleted when there are too many. Each file begins with the latest camera
+ * messages, so each can be replayed alone. Messages may come from any thread.
  */
 class Recorder final : public com::quil::pubsub::IPubSubListener {
  public:
@@ -42,6 +42,7 @@ class Recorder final : public com::quil::pubsub::IPubSubListener {
   bool hasFailed() const;
 
  private:
+  std::string numbered(int number) const;
   void open();
   void rotate();
   void write(std::int64_t t, const std::string& topic, const std::string& message);

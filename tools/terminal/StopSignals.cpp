@@ -9,6 +9,12 @@ StopSignals::StopSignals() {
   sigemptyset(&mSignals);
   sigaddset(&mSignals, SIGINT);
   sigaddset(&mSignals, SIGTERM);
+  // A terminal that is closed; not under nohup.
+  struct sigaction hangUp {};
+  sigaction(SIGHUP, nullptr, &hangUp);
+  if (hangUp.sa_handler != SIG_IGN) {
+    sigaddset(&mSignals, SIGHUP);
+  }
   pthread_sigmask(SIG_BLOCK, &mSignals, &mFormerMask);
 }
 

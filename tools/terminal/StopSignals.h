@@ -6,8 +6,8 @@
 namespace fyn::productionrules {
 
 /**
- * Takes SIGINT and SIGTERM as a wish to end, for as long as it lives. Make it before any thread starts:
- * threads inherit that the signals are held back.
+ * Takes SIGINT, SIGTERM and (unless it is ignored) SIGHUP as a wish to end, for as long as it lives. Make it
+ * before any thread starts: threads inherit that the signals are held back.
  */
 class StopSignals {
  public:
