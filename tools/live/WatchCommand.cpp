@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <chrono>
 
@@ -5,17 +7,18 @@
 #include "tools/live/LiveCommands.h"
 #include "tools/live/WatchState.h"
 #include "tools/terminal/StopSignals.h"
+#include "tools/terminal/Terminal.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
 constexpr std::chrono::milliseconds kScreenInterval{500};
-constexpr const char* kHomeAndWipe = "\033[H\033[2J";
 
 void show(WatchState& state, PrbContext& context) {
   if (context.outIsTerminal) {
-    context.out << kHomeAndWipe << state.screen(kScreenInterval.count()) << std::flush;
+    context.out << drawnScreen(state.screen(kScreenInterval.count()), terminalSize(STDOUT_FILENO))
+                << std::flush;
     return;
   }
   for (const std::string& line : state.takeLines()) {
@@ -35,6 +38,9 @@ void runWatch(const PlatformOptions& options, PrbContext& context) {
   bus.waitUntilReady();
   while (!stop.waitFor(kScreenInterval)) {
     show(state, context);
+  }
+  if (context.outIsTerminal) {
+    context.out << '\n';
   }
 }
 

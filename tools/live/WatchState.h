@@ -38,7 +38,7 @@ class WatchState final : public com::quil::pubsub::IPubSubListener {
   std::string mMode = "not known yet";
   std::string mPeople = "not known yet";
   std::vector<std::string> mFrames;
-  std::vector<std::string> mWaits;
+  std::vector<std::string> mWaits{"not known: told while the property vendor.fyndebug.enabled is 1"};
   std::vector<std::string> mLines;
   /** By topic, since the last screen. */
   std::map<std::string, std::uint64_t> mMessages;

@@ -1,13 +1,19 @@
 #include "tools/terminal/ProgressBar.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <ostream>
+
+#include "tools/terminal/Terminal.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
-constexpr int kWidth = 40;
+constexpr std::size_t kWidth = 40;
+constexpr std::size_t kShortest = 10;
+constexpr std::size_t kAround = sizeof(" [] 100 %");
 constexpr const char* kWipeLine = "\r\033[K";
 
 }  // namespace
@@ -31,9 +37,18 @@ void ProgressBar::update(std::uint64_t done) {
     return;
   }
   mPercent = percent;
-  const auto full = static_cast<std::size_t>(share * kWidth);
-  mTerminal << kWipeLine << mLabel << " [" << std::string(full, '#') << std::string(kWidth - full, '.')
-            << "] " << percent << " %" << std::flush;
+  mTerminal << kWipeLine << progressLine(mLabel, share, terminalSize(STDERR_FILENO).columns) << std::flush;
+}
+
+std::string progressLine(const std::string& label, double share, std::size_t columns) {
+  const std::size_t around = label.size() + kAround;
+  const std::size_t width = columns < around ? 0 : std::min(kWidth, columns - around);
+  const std::string percent = ' ' + std::to_string(static_cast<int>(share * 100)) + " %";
+  if (width < kShortest) {
+    return label + percent;
+  }
+  const auto full = static_cast<std::size_t>(share * static_cast<double>(width));
+  return label + " [" + std::string(full, '#') + std::string(width - full, '.') + ']' + percent;
 }
 
 }  // namespace fyn::productionrules

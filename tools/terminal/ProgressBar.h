@@ -27,4 +27,7 @@ class ProgressBar {
   int mPercent = -1;
 };
 
+/** The line of a bar that fits into `columns`: shorter, or without its bar, in a narrow terminal. */
+std::string progressLine(const std::string& label, double share, std::size_t columns);
+
 }  // namespace fyn::productionrules
