@@ -185,8 +185,9 @@ TEST(HostProcess, AWrongOptionIsOneLineAndStatusTwo) {
 TEST(HostProcess, RunsWithoutBrokerAndProviderAndEndsOnInterrupt) {
   ScratchFolder folder;
   Process host({kProgram, "--bus", "mqtt://127.0.0.1:" + std::to_string(freePort()), "--properties", "memory",
-                "--log", "stderr"});
+                "--log", "stderr", "--config", folder.file("none.conf")});
   EXPECT_TRUE(eventually([&] { return count(host.errorText(), "cannot connect to") == 1; }));
+  EXPECT_EQ(count(host.errorText(), "none.conf cannot be read; the defaults hold\n"), 1U);
   host.signal(SIGINT);
   EXPECT_EQ(host.wait(), 0) << host.errorText();
 }

@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -20,6 +21,14 @@ struct HostOptions {
   std::string name = "productionRules";
   std::string library = fyn::productionrules::defaultLibrary();
 };
+
+/** The service itself takes a missing file for an empty one. */
+void checkConfiguration(const CLI::App& app, const HostOptions& options) {
+  if (app.get_option("--config")->count() > 0 && !std::ifstream(options.configuration)) {
+    std::cerr << "productionrulesd: the configuration file " << options.configuration
+              << " cannot be read; the defaults hold\n";
+  }
+}
 
 void declareOptions(CLI::App& app, HostOptions& options) {
   app.set_version_flag("--version", "productionrulesd " PR_VERSION);
@@ -65,6 +74,7 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     options.platform.validate();
+    checkConfiguration(app, options);
     passOn(options);
     return fyn::productionrules::runHostProcess(options.library, options.name);
   } catch (const CLI::Success& wanted) {
