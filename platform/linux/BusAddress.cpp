@@ -75,7 +75,7 @@ BusAddress parseBusAddress(const std::string& url) {
   BusAddress address;
   address.tls = startsWith(url, kTlsScheme);
   if (!address.tls && !startsWith(url, kPlainScheme)) {
-    refuse(url, "expected \"embedded\", mqtt://HOST:PORT[/ROOM] or mqtts://HOST:PORT[/ROOM]");
+    refuse(url, "expected \"embedded\", mqtt://HOST[:PORT][/ROOM] or mqtts://HOST[:PORT][/ROOM]");
   }
   address.port = address.tls ? kTlsPort : kPlainPort;
   const std::string_view rest =

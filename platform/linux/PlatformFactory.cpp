@@ -1,7 +1,6 @@
 #include "platform/linux/PlatformFactory.h"
 
 #include <array>
-#include <fstream>
 #include <iostream>
 #include <mutex>
 #include <stdexcept>
@@ -101,21 +100,11 @@ std::shared_ptr<ICameraProviders> makeProviders([[maybe_unused]] const std::stri
 }
 
 #if PR_HAVE_MQTT
-std::string passwordOf(const PlatformOptions& options) {
-  if (options.mqttPasswordFile.empty()) {
-    return options.mqttPassword;
-  }
-  std::string firstLine;
-  std::ifstream file(options.mqttPasswordFile);
-  std::getline(file, firstLine);
-  return firstLine;
-}
-
 std::shared_ptr<MqttPubSubClient> makeMqttClient(const PlatformOptions& options) {
   MqttOptions mqtt;
   mqtt.address = parseBusAddress(options.bus);
   mqtt.user = options.mqttUser;
-  mqtt.password = passwordOf(options);
+  mqtt.password = options.password();
   mqtt.caFile = options.mqttCaFile;
   mqtt.certificateFile = options.mqttCertificateFile;
   mqtt.keyFile = options.mqttKeyFile;

@@ -12,7 +12,13 @@ namespace fyn::productionrules {
 namespace {
 
 void requireReadable(const std::string& path, const char* what) {
-  if (!path.empty() && !std::ifstream(path)) {
+  if (path.empty()) {
+    return;
+  }
+  // A folder can be opened, but not read.
+  std::ifstream file(path);
+  file.peek();
+  if (!file.is_open() || file.bad()) {
     throw std::invalid_argument(std::string(what) + " \"" + path + "\" cannot be read");
   }
 }
@@ -27,7 +33,8 @@ const std::array<PlatformOptions::Row, 10>& PlatformOptions::rows() {
   using Options = PlatformOptions;
   static constexpr std::array<Row, 10> kRows{{
       {&Options::bus, "PRB_BUS", "--bus",
-       "message bus: embedded, mqtt://HOST:PORT[/ROOM] or mqtts://HOST:PORT[/ROOM]"},
+       "message bus: mqtt://HOST[:PORT][/ROOM], mqtts://HOST[:PORT][/ROOM], or embedded for one in the "
+       "process"},
       {&Options::provider, "PRB_PROVIDER", "--provider",
        "camera provider: none, dbus:session, dbus:system or dbus:ADDRESS"},
       {&Options::properties, "PRB_PROPERTIES", "--properties",
@@ -36,7 +43,7 @@ const std::array<PlatformOptions::Row, 10>& PlatformOptions::rows() {
       {&Options::mqttUser, "PRB_MQTT_USER", "--mqtt-user", "user name at the broker"},
       {&Options::mqttPassword, "PRB_MQTT_PASSWORD", nullptr, "password at the broker"},
       {&Options::mqttPasswordFile, "PRB_MQTT_PASSWORD_FILE", "--mqtt-password-file",
-       "file whose first line is the password at the broker"},
+       "file whose first line is the password at the broker; PRB_MQTT_PASSWORD is the password itself"},
       {&Options::mqttCaFile, "PRB_MQTT_CA", "--mqtt-ca",
        "certificate authorities for mqtts, PEM; default: those of the machine"},
       {&Options::mqttCertificateFile, "PRB_MQTT_CERT", "--mqtt-cert", "certificate of this client, PEM"},
@@ -54,6 +61,19 @@ PlatformOptions PlatformOptions::fromEnvironment() {
     }
   }
   return options;
+}
+
+std::string PlatformOptions::password() const {
+  if (mqttPasswordFile.empty()) {
+    return mqttPassword;
+  }
+  std::string firstLine;
+  std::ifstream file(mqttPasswordFile);
+  std::getline(file, firstLine);
+  if (!firstLine.empty() && firstLine.back() == '\r') {
+    firstLine.pop_back();
+  }
+  return firstLine;
 }
 
 void PlatformOptions::validate() const {
@@ -79,6 +99,10 @@ void PlatformOptions::validate() const {
     requireBackend(PlatformBackend::sqlite);
   }
   requireReadable(mqttPasswordFile, "password file");
+  if (!mqttPasswordFile.empty() && password().empty()) {
+    throw std::invalid_argument("password file \"" + mqttPasswordFile +
+                                "\" has no password in its first line");
+  }
   requireReadable(mqttCaFile, "certificate authority file");
   requireReadable(mqttCertificateFile, "client certificate file");
   requireReadable(mqttKeyFile, "client key file");

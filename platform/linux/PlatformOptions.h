@@ -32,6 +32,9 @@ struct PlatformOptions {
   /** The defaults, and over them what the environment variables say; an empty variable counts as not set. */
   static PlatformOptions fromEnvironment();
 
+  /** The password at the broker: the first line of its file, without a carriage return, or what was given. */
+  std::string password() const;
+
   /** Throws std::invalid_argument with one clear line for the first field that cannot be used. */
   void validate() const;
 };

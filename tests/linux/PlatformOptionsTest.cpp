@@ -84,6 +84,8 @@ TEST(PlatformOptions, AreRefusedByName) {
       {&PlatformOptions::provider, "dbus:wrong", "camera provider \"dbus:wrong\""},
       {&PlatformOptions::log, "syslog", "log \"syslog\""},
       {&PlatformOptions::mqttPasswordFile, "/does/not/exist", "password file \"/does/not/exist\""},
+      {&PlatformOptions::mqttPasswordFile, "/tmp", "password file \"/tmp\" cannot be read"},
+      {&PlatformOptions::mqttPasswordFile, "/dev/null", "password file \"/dev/null\" has no password"},
       {&PlatformOptions::mqttCaFile, "/does/not/exist", "certificate authority file"},
       {&PlatformOptions::mqttKeyFile, "/dev/null", "a client certificate needs both"},
   };
@@ -91,6 +93,17 @@ TEST(PlatformOptions, AreRefusedByName) {
     PlatformOptions options;
     options.*row.field = row.value;
     EXPECT_EQ(faultOf([&] { options.validate(); }).rfind(row.fault, 0), 0U) << row.value;
+  }
+}
+
+TEST(PlatformOptions, ThePasswordIsTheFirstLineOfItsFile) {
+  const ScratchFolder folder;
+  PlatformOptions options;
+  options.mqttPassword = "given";
+  EXPECT_EQ(options.password(), "given");
+  for (const char* const text : {"secret", "secret\n", "secret\r\nnote\r\n"}) {
+    options.mqttPasswordFile = folder.write("password", text);
+    EXPECT_EQ(options.password(), "secret") << text;
   }
 }
 
