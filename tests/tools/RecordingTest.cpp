@@ -125,6 +125,14 @@ TEST(Recording, AMalformedLineIsNamedWithItsFault) {
   }
 }
 
+TEST(Recording, ALineThatIsCutOffIsCalledSo) {
+  EXPECT_EQ(
+      faultOf("{\"t\":0}\n{\"t\""),
+      "in:2: not valid JSON at column 5; the recording ends in the middle of this line, as one that was cut "
+      "off");
+  EXPECT_EQ(faultOf("{\"t\":0}\n{\"t\":1}"), "none");
+}
+
 TEST(Recording, TimeMayStandStillButNotGoBack) {
   EXPECT_EQ(faultOf("{\"t\":7}\n{\"t\":7}\n{\"t\":8}\n"), "none");
   EXPECT_EQ(faultOf("{\"t\":7}\n{\"t\":6}\n"), "in:2: \"t\" goes back from 7 to 6");

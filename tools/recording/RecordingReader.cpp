@@ -23,6 +23,9 @@ bool RecordingReader::next(RecordingEvent& event) {
   if (!fault && event.t < mLastTime) {
     fault = "\"t\" goes back from " + std::to_string(mLastTime) + " to " + std::to_string(event.t);
   }
+  if (fault && mInput.eof()) {
+    *fault += "; the recording ends in the middle of this line, as one that was cut off";
+  }
   if (fault) {
     throw UsageError(mName + ':' + std::to_string(mLine) + ": " + *fault);
   }

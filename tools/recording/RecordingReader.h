@@ -20,7 +20,7 @@ class RecordingReader {
   /**
    * Reads the next event. False at the end. Raises UsageError "NAME:LINE: FAULT" when the line is malformed:
    * no JSON object, an unknown key, two kinds of event, a value of the wrong kind, or a time before that of
-   * an earlier line.
+   * an earlier line. The fault of a last line without its end says that the recording was cut off.
    */
   bool next(RecordingEvent& event);
 
