@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <chrono>
+#include <thread>
 
 #include "platform/Clock.h"
 #include "service/Topics.h"
@@ -18,6 +20,9 @@ constexpr std::array kInputTopics{topics::kVisionResult,  topics::kCameraParamet
 /** What the service decides. */
 constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::kTimerDebug,
                                    topics::kPeopleCount};
+
+/** What was published before the end may still be on its way. */
+constexpr std::chrono::milliseconds kOnTheWay{200};
 
 constexpr std::uint64_t kMegabyte = 1'000'000;
 
@@ -70,6 +75,7 @@ void runRecord(RecordOptions& options, PrbContext& context) {
         break;
       }
     }
+    std::this_thread::sleep_for(kOnTheWay);
   }
   recorder.finish();
   context.err << recorder.messages() << " messages recorded\n";
