@@ -106,7 +106,10 @@ TEST(SearchSpace, SaysWhatIsWrongWithARange) {
       {key + "=1..99999999999", "FROM and TO of '" + key + "=1..99999999999' must be integers"},
       {key + "=9..5", "FROM is larger than TO in '" + key + "=9..5'"},
       {key + "=1..5:0", "STEP of '" + key + "=1..5:0' must be an integer of 1 or more"},
-      {"no.key=1..5", "unknown configuration key 'no.key' (conf/fyn.conf.example lists them)"},
+      {"no.key=1..5", "unknown configuration key no.key ('prb config example' lists them)"},
+      {"persist.fdtimers.groupframe.outsid=1..5",
+       "unknown configuration key persist.fdtimers.groupframe.outsid; did you mean " + key +
+           "? ('prb config example' lists them)"},
       {"vendor.fynpilot.fynOperatingMode=0..2",
        "'vendor.fynpilot.fynOperatingMode' is a system property, not a key of the configuration file"},
   };
@@ -216,7 +219,23 @@ TEST_F(Tune, JobsGiveTheSameResults) {
   EXPECT_EQ(tune({"--workers", "1"}).out, run.out);
 }
 
+TEST_F(Tune, ARecordingThatWasMadeAnewIsMeasuredAnew) {
+  ASSERT_EQ(tune().status, 0);
+  mFolder.write("it's.jsonl", minute() + "{\"t\":60000}\n");
+  const PrbRun run = tune({"--jobs-out", "-"});
+  EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 3) << run.out;
+}
+
 TEST_F(Tune, SaysWhatIsWrongInOneLine) {
+  const std::string empty = mFolder.write("empty.jsonl", "{\"t\":0}\n");
+  const PrbRun nothing =
+      runPrbWith({"tune", empty, "--key", "persist.fdtimers.headboundbox.outofframe=0..4000:2000",
+                  "--results", mFolder.path("nothing.jsonl")});
+  EXPECT_EQ(nothing.status, 2);
+  EXPECT_EQ(nothing.err, empty +
+                             ": holds no vision results (/ICDOut), nothing to measure\n"
+                             "prb tune: there is nothing to tune on\n");
+
   ASSERT_EQ(tune().status, 0);
   const std::string file = mFolder.path("tune.jsonl");
   const std::string other = mFolder.write("other.conf", "persist.fdtimers.groupframe.outside=1\n");

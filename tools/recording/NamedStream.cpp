@@ -37,6 +37,21 @@ InputFile::InputFile(const std::string& path, std::istream& standardInput) {
   mSize = error ? 0 : size;
 }
 
+void requireWritable(const std::string& path) {
+  if (path.empty() || path == "-") {
+    return;
+  }
+  std::error_code ignored;
+  const bool wasThere = std::filesystem::exists(path, ignored);
+  errno = 0;
+  if (!std::ofstream(path, std::ios::binary | std::ios::app)) {
+    cannotOpen(path, "writing");
+  }
+  if (!wasThere) {
+    std::filesystem::remove(path, ignored);
+  }
+}
+
 OutputFile::OutputFile(const std::string& path, std::ostream& standardOutput) {
   if (path == "-") {
     mName = "standard output";

@@ -27,6 +27,12 @@ class InputFile {
   std::uint64_t mSize = 0;
 };
 
+/**
+ * Raises UsageError when an output file could not be made; for a look before long work whose result it takes.
+ * Nothing is written. "-" and "" are always good.
+ */
+void requireWritable(const std::string& path);
+
 /** An output file by its path, or standard output for "-". Raises UsageError when it cannot be made. */
 class OutputFile {
  public:

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "service/Topics.h"
 #include "tools/prb/UsageError.h"
 #include "tools/recording/NamedStream.h"
 #include "tools/recording/RecordingReader.h"
@@ -55,7 +56,18 @@ std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<
     progress.update(++finished);
   };
   runInWorkers(setups.size() * paths.size(), task, done);
+  for (const MeasuredRecording& recording : results.front()) {
+    noteWithoutResults(recording.name, recording.measurement, context);
+  }
   return results;
+}
+
+bool noteWithoutResults(const std::string& name, const Measurement& measured, PrbContext& context) {
+  if (measured.visionResults != 0) {
+    return false;
+  }
+  context.err << name << ": holds no vision results (" << topics::kVisionResult << "), nothing to measure\n";
+  return true;
 }
 
 Measurement overall(const std::vector<MeasuredRecording>& recordings) {

@@ -38,6 +38,10 @@ std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<
                                                               const std::vector<MeasuredSetup>& setups,
                                                               PrbContext& context);
 
+/** Says so, and returns true, when a recording holds no vision results: what was measured on it is nothing.
+ */
+bool noteWithoutResults(const std::string& name, const Measurement& measured, PrbContext& context);
+
 /** The figures of all recordings together: each counts by its length. */
 Measurement overall(const std::vector<MeasuredRecording>& recordings);
 

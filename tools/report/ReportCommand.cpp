@@ -74,6 +74,8 @@ void checkStream(const ReportArguments& arguments, const std::vector<MeasuredRec
 
 void runReport(const ReportArguments& arguments, PrbContext& context) {
   checkRecordingNames(arguments.recordings);
+  requireWritable(arguments.json);
+  requireWritable(arguments.html);
   const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties),
                             arguments.stream};
   const std::vector<MeasuredRecording> recordings =
@@ -105,10 +107,7 @@ void addReportCommand(CLI::App& command, PrbContext& context) {
       ->required();
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE");
-  command
-      .add_option("--property", arguments->properties, "System property that is set at the start; repeatable")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false);
+  addPropertyOption(command, arguments->properties);
   command
       .add_option("--json", arguments->json,
                   "Write the figures as JSON; - for standard output, without the table")

@@ -9,6 +9,7 @@
 #include "config/ConfigKeys.h"
 #include "tools/compare/Bootstrap.h"
 #include "tools/prb/UsageError.h"
+#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 
@@ -28,7 +29,8 @@ std::optional<std::int32_t> integerOf(const std::string& text) {
 void checkKey(const std::string& name) {
   const ConfigKey* const key = findConfigKey(name);
   if (key == nullptr) {
-    throw UsageError("unknown configuration key '" + name + "' (conf/fyn.conf.example lists them)");
+    throw UsageError("unknown configuration key " + name + suggestionFor(name) +
+                     " ('prb config example' lists them)");
   }
   if (key->source != ConfigSource::File) {
     throw UsageError("'" + name + "' is a system property, not a key of the configuration file");

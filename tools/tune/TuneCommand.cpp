@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
+#include "tools/recording/KeyValueTexts.h"
 #include "tools/tune/TuneRun.h"
 
 namespace fyn::productionrules {
@@ -26,10 +27,7 @@ void addSearchOptions(CLI::App& command, TuneArguments& arguments) {
   command.add_option("--seed", arguments.seed, "Seed of --random")->type_name("S")->capture_default_str();
   command.add_option("--config", arguments.config, "Configuration file with all other keys")
       ->type_name("FILE");
-  command
-      .add_option("--property", arguments.properties, "System property that is set at the start; repeatable")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false);
+  addPropertyOption(command, arguments.properties);
 }
 
 void addRunOptions(CLI::App& command, TuneArguments& arguments) {

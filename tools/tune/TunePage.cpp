@@ -83,7 +83,7 @@ std::string frontTable(const TuneOutcome& outcome) {
   for (const char* const name : {"changes_per_minute", "latency_s", "in_view_percent"}) {
     html += std::string("<th>") + findMetric(name)->label + "</th>";
   }
-  html += "<th>Values</th></tr>\n";
+  html += "<th class=\"values\">Values</th></tr>\n";
   int number = 0;
   for (const TunedCandidate* const candidate : outcome.front()) {
     html += "<tr><td>front-" + std::to_string(++number) + ".conf</td><td>" +
@@ -92,7 +92,7 @@ std::string frontTable(const TuneOutcome& outcome) {
       html +=
           "<td>" + metricText(*findMetric(name), findMetric(name)->value(candidate->measurement)) + "</td>";
     }
-    html += "<td>" + escaped(candidateText(candidate->candidate)) + "</td></tr>\n";
+    html += "<td class=\"values\">" + escaped(candidateText(candidate->candidate)) + "</td></tr>\n";
   }
   return html + "</table></div>\n";
 }

@@ -3,10 +3,14 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <iostream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <string_view>
+#include <vector>
 
 #include "tools/prb/UsageError.h"
+#include "tools/recording/NamedStream.h"
 
 namespace fyn::productionrules {
 
@@ -15,24 +19,45 @@ namespace {
 using nlohmann::json;
 
 /** 64-bit FNV-1a. */
-std::uint64_t hashOf(const std::string& text) {
-  std::uint64_t hash = 14695981039346656037U;
-  for (const char c : text) {
-    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+class Hash {
+ public:
+  void add(std::string_view text) {
+    for (const char c : text) {
+      mValue = (mValue ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    }
   }
-  return hash;
-}
+
+  std::string text() const {
+    std::array<char, 17> digits{};
+    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(mValue));
+    return digits.data();
+  }
+
+ private:
+  std::uint64_t mValue = 14695981039346656037U;
+};
 
 }  // namespace
+
+TuneRecording tuneRecording(const std::string& path) {
+  InputFile file(path, std::cin);
+  Hash hash;
+  std::vector<char> block(1U << 16U);
+  do {
+    file.stream().read(block.data(), static_cast<std::streamsize>(block.size()));
+    hash.add({block.data(), static_cast<std::size_t>(file.stream().gcount())});
+  } while (file.stream());
+  return {path, hash.text()};
+}
 
 std::string setupFingerprint(const MeasuredSetup& setup) {
   std::string text = setup.configuration.value_or("");
   for (const auto& [key, value] : setup.properties) {
     text.append(1, '\0').append(key).append(1, '\0').append(value);
   }
-  std::array<char, 17> digits{};
-  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hashOf(text)));
-  return digits.data();
+  Hash hash;
+  hash.add(text);
+  return hash.text();
 }
 
 std::string tuneResultLine(const TuneJob& job, const std::string& fingerprint, const Measurement& measured) {
@@ -40,7 +65,8 @@ std::string tuneResultLine(const TuneJob& job, const std::string& fingerprint, c
   // The same job always gives the same line.
   figures.decisionTime = {};
   const json line{{"values", candidateText(job.candidate)},
-                  {"recording", job.recording},
+                  {"recording", job.recording.path},
+                  {"content", job.recording.fingerprint},
                   {"setup", fingerprint},
                   {"figures", measurementAsJson(figures, MeasurementParts::Figures)}};
   return line.dump(-1, ' ', false, json::error_handler_t::replace);
@@ -84,12 +110,16 @@ void TuneResults::take(const std::string& line) {
   if (document.at("setup").get<std::string>() != mFingerprint) {
     throw UsageError("made with another --config or --property; name another file with --results");
   }
-  mDone[{document.at("values").get<std::string>(), document.at("recording").get<std::string>()}] =
-      measurementOf(document.at("figures"));
+  const auto textAt = [&document](const char* key) { return document.at(key).get<std::string>(); };
+  mDone[{textAt("values"), textAt("recording"), textAt("content")}] = measurementOf(document.at("figures"));
+}
+
+TuneResults::Key TuneResults::keyOf(const TuneJob& job) {
+  return {candidateText(job.candidate), job.recording.path, job.recording.fingerprint};
 }
 
 const Measurement* TuneResults::find(const TuneJob& job) const {
-  const auto entry = mDone.find({candidateText(job.candidate), job.recording});
+  const auto entry = mDone.find(keyOf(job));
   return entry != mDone.end() ? &entry->second : nullptr;
 }
 

@@ -3,17 +3,26 @@
 #include <fstream>
 #include <map>
 #include <string>
-#include <utility>
+#include <tuple>
 
 #include "tools/report/MeasureRecordings.h"
 #include "tools/tune/SearchSpace.h"
 
 namespace fyn::productionrules {
 
+struct TuneRecording {
+  std::string path;
+  /** Stands for its text, so that a recording that was made anew is measured anew. */
+  std::string fingerprint;
+};
+
+/** Raises UsageError when it cannot be read. */
+TuneRecording tuneRecording(const std::string& path);
+
 /** One replay of a search: a candidate on a recording. */
 struct TuneJob {
   Candidate candidate;
-  std::string recording;
+  TuneRecording recording;
 };
 
 /** Stands for what all candidates share: the text of the configuration and the properties. */
@@ -42,7 +51,10 @@ class TuneResults {
   void add(const std::string& line);
 
  private:
-  using Key = std::pair<std::string, std::string>;
+  /** Candidate, and path and fingerprint of the recording. */
+  using Key = std::tuple<std::string, std::string, std::string>;
+
+  static Key keyOf(const TuneJob& job);
 
   void read();
   void take(const std::string& line);

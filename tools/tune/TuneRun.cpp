@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <ostream>
 
 #include "tools/recording/KeyValueTexts.h"
@@ -28,7 +29,8 @@ MeasuredSetup setupOf(const TuneArguments& arguments) {
 std::string measuredLine(const TuneJob& job, const MeasuredSetup& base, std::istream& standardInput) {
   MeasuredSetup setup = base;
   setup.configuration = configurationWith(base.configuration.value_or(""), job.candidate);
-  return tuneResultLine(job, setupFingerprint(base), measureRecording(job.recording, setup, standardInput));
+  return tuneResultLine(job, setupFingerprint(base),
+                        measureRecording(job.recording.path, setup, standardInput));
 }
 
 std::string quoted(const std::string& text) {
@@ -43,7 +45,7 @@ std::string quoted(const std::string& text) {
 void writeJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, PrbContext& context) {
   OutputFile output(arguments.jobsOut, context.out);
   for (const TuneJob& job : jobs) {
-    output.stream() << "prb tune " << quoted(job.recording) << " --job "
+    output.stream() << "prb tune " << quoted(job.recording.path) << " --job "
                     << quoted(candidateText(job.candidate));
     if (!arguments.config.empty()) {
       output.stream() << " --config " << quoted(arguments.config);
@@ -67,11 +69,18 @@ std::vector<Candidate> candidatesOf(const TuneArguments& arguments) {
   return arguments.random > 0 ? randomOf(ranges, arguments.random, arguments.seed) : gridOf(ranges);
 }
 
-std::vector<TuneJob> missingJobs(const TuneArguments& arguments, const std::vector<Candidate>& candidates,
-                                 const TuneResults& results) {
+std::vector<TuneRecording> recordingsOf(const TuneArguments& arguments) {
+  std::vector<TuneRecording> recordings;
+  std::transform(arguments.recordings.begin(), arguments.recordings.end(), std::back_inserter(recordings),
+                 tuneRecording);
+  return recordings;
+}
+
+std::vector<TuneJob> missingJobs(const std::vector<TuneRecording>& recordings,
+                                 const std::vector<Candidate>& candidates, const TuneResults& results) {
   std::vector<TuneJob> jobs;
   for (const Candidate& candidate : candidates) {
-    for (const std::string& recording : arguments.recordings) {
+    for (const TuneRecording& recording : recordings) {
       if (results.find({candidate, recording}) == nullptr) {
         jobs.push_back({candidate, recording});
       }
@@ -99,12 +108,26 @@ bool runJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, T
       options);
 }
 
-TuneOutcome outcomeOf(const TuneArguments& arguments, const std::vector<Candidate>& candidates,
+/** Nothing can be found out on recordings in which nothing is seen. */
+void checkContent(const std::vector<TuneRecording>& recordings, const Candidate& candidate,
+                  const TuneResults& results, PrbContext& context) {
+  std::size_t empty = 0;
+  for (const TuneRecording& recording : recordings) {
+    if (noteWithoutResults(recording.path, *results.find({candidate, recording}), context)) {
+      ++empty;
+    }
+  }
+  if (empty == recordings.size()) {
+    throw UsageError("there is nothing to tune on");
+  }
+}
+
+TuneOutcome outcomeOf(const std::vector<TuneRecording>& recordings, const std::vector<Candidate>& candidates,
                       const TuneResults& results, const std::optional<GoalExpression>& goal) {
   std::vector<TunedCandidate> tuned;
   for (const Candidate& candidate : candidates) {
     Measurement sum;
-    for (const std::string& recording : arguments.recordings) {
+    for (const TuneRecording& recording : recordings) {
       sum.merge(*results.find({candidate, recording}));
     }
     if (const std::optional<TradeOff> tradeOff = tradeOffOf(sum)) {
@@ -137,7 +160,7 @@ void listMetrics(PrbContext& context) {
 void runJob(const TuneArguments& arguments, PrbContext& context) {
   const Candidate candidate = parseCandidate(arguments.job);
   const MeasuredSetup setup = setupOf(arguments);
-  for (const std::string& recording : arguments.recordings) {
+  for (const TuneRecording& recording : recordingsOf(arguments)) {
     context.out << measuredLine({candidate, recording}, setup, context.in) << '\n';
   }
 }
@@ -148,19 +171,21 @@ void search(const TuneArguments& arguments, PrbContext& context) {
   if (!arguments.goal.empty()) {
     goal.emplace(arguments.goal);
   }
+  const std::vector<TuneRecording> recordings = recordingsOf(arguments);
   TuneResults results(arguments.results, setupFingerprint(setupOf(arguments)));
-  const std::vector<TuneJob> jobs = missingJobs(arguments, candidates, results);
+  const std::vector<TuneJob> jobs = missingJobs(recordings, candidates, results);
   if (!arguments.jobsOut.empty()) {
     writeJobs(arguments, jobs, context);
     return;
   }
   if (!runJobs(arguments, jobs, results, context)) {
-    context.err << "prb tune: interrupted; " << missingJobs(arguments, candidates, results).size()
+    context.err << "prb tune: interrupted; " << missingJobs(recordings, candidates, results).size()
                 << " replays are left, the same command goes on with them\n";
     context.status = kInterrupted;
     return;
   }
-  writeOutcome(arguments, outcomeOf(arguments, candidates, results, goal), context);
+  checkContent(recordings, candidates.front(), results, context);
+  writeOutcome(arguments, outcomeOf(recordings, candidates, results, goal), context);
 }
 
 }  // namespace
