@@ -15,6 +15,10 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{}, "prb: A subcommand is required (see 'prb --help')\n"},
       {{"frobnicate"}, "prb: unknown command frobnicate (see 'prb --help')\n"},
       {{"--frobnicate"}, "prb: unknown option --frobnicate (see 'prb --help')\n"},
+      {{"ctl", "frobnicate"}, "prb ctl: unknown command frobnicate (see 'prb ctl --help')\n"},
+      {{"prop", "--frobnicate"}, "prb prop: unknown option --frobnicate (see 'prb prop --help')\n"},
+      {{"ctl", "cameras", "x"},
+       "prb ctl cameras: The following argument was not expected: x (see 'prb ctl cameras --help')\n"},
       {{"completion"}, "prb completion: A subcommand is required (see 'prb completion --help')\n"},
       {{"completion", "zsh"}, "prb completion: unknown command zsh (see 'prb completion --help')\n"},
   };
@@ -23,6 +27,31 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
     EXPECT_EQ(run.status, 2) << wrong.error;
     EXPECT_EQ(run.err, wrong.error);
     EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(Prb, APropertyDoesNotSwallowTheRecordingBehindIt) {
+  for (const char* const command : {"replay", "report", "view"}) {
+    const PrbRun run = runPrbWith({command, "--property", "a=1", "/nonexistent.jsonl"});
+    EXPECT_EQ(run.status, 2) << command;
+    EXPECT_NE(run.err.find("/nonexistent.jsonl: cannot be opened"), std::string::npos) << run.err;
+  }
+}
+
+TEST(Prb, APropertyThatTheServiceWouldPassOverIsRefused) {
+  const WrongUsage cases[] = {
+      {{"vendor.talkertraking.flag=4"},
+       "unknown property vendor.talkertraking.flag; did you mean vendor.talkertracking.flag?"},
+      {{"animation.ease.duration=1"},
+       "animation.ease.duration is set by the configuration file, not by a property"},
+      {{"vendor.talkertracking.flag=people"},
+       "vendor.talkertracking.flag must be a whole number, not 'people'"},
+      {{"vendor.talkertracking.flag"}, "'vendor.talkertracking.flag' must be KEY=VALUE"},
+  };
+  for (const WrongUsage& wrong : cases) {
+    const PrbRun run = runPrbWith({"report", "-", "--property", wrong.arguments.front()});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, std::string("prb report: ") + wrong.error + "\n");
   }
 }
 
@@ -72,6 +101,8 @@ TEST(Prb, BashCompletesCommandsAndOptions) {
   EXPECT_EQ(completions("prb compl"), "completion\n");
   EXPECT_EQ(completions("prb completion ''"), "bash --help -h\n");
   EXPECT_EQ(completions("prb --vers"), "--version\n");
+  EXPECT_EQ(completions("prb ctl cameras --b"), "--bus\n");
+  EXPECT_EQ(completions("prb ctl --bus x mode p"), "presenter people\n");
 }
 
 }  // namespace

@@ -23,13 +23,13 @@ TEST(ConfigCheck, NamesEveryFaultWithItsLine) {
        "standard input:2: unknown key persist.vendor.ssb.top.size; did you mean "
        "persist.vendor.SSB.top.size?\n"},
       {"colour=red\n", "standard input:1: unknown key colour\n"},
-      {"=5\n", "standard input:1: unknown key \n"},
+      {"=5\n", "standard input:1: no key before the '=': the line is skipped\n"},
       {"animation.ease.duration=12ms\n",
        "standard input:1: animation.ease.duration must be a whole number, not '12ms'\n"},
       {"animation.ease.duration=\n",
        "standard input:1: animation.ease.duration must be a whole number, not ''\n"},
       {"animation.ease.duration=99999999999\n",
-       "standard input:1: animation.ease.duration must be a whole number, not '99999999999'\n"},
+       "standard input:1: animation.ease.duration must be from 0 to 2147483647, not 99999999999\n"},
       {"animation.ease.duration=-1\n",
        "standard input:1: animation.ease.duration must be from 0 to 2147483647, not -1\n"},
       {"persist.framelayout.headsingle.topline=101\n",
@@ -99,6 +99,18 @@ TEST_F(Prop, WhatIsNotSetHasItsDefault) {
   EXPECT_EQ(get.out, "5\n");
   EXPECT_EQ(get.err, "vendor.fyndebug.timer is not set; its default holds\n");
   EXPECT_EQ(get.status, 0);
+}
+
+TEST_F(Prop, AKeyOfTheConfigurationFileIsCalledSo) {
+  const PrbRun get = prop({"get", "animation.ease.duration"});
+  EXPECT_EQ(get.out, "120\n");
+  EXPECT_EQ(get.err, "animation.ease.duration is set by the configuration file; this is its default\n");
+}
+
+TEST_F(Prop, AStoreInMemoryKeepsNothingSoNothingIsSet) {
+  const PrbRun set = runPrbWith({"prop", "set", "vendor.fyndebug.timer", "3", "--properties", "memory"});
+  EXPECT_EQ(set.status, 2);
+  EXPECT_NE(set.err.find("gone with this command"), std::string::npos) << set.err;
 }
 
 TEST_F(Prop, ListHasEveryKeyWithItsMeaning) {

@@ -101,10 +101,7 @@ void addCompareCommand(CLI::App& command, PrbContext& context) {
   command.add_option("recordings", arguments->recordings, "The recordings to measure with both")
       ->type_name("RECORDING")
       ->required();
-  command
-      .add_option("--property", arguments->properties, "System property that is set at the start; repeatable")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false);
+  addPropertyOption(command, arguments->properties);
   command
       .add_option("--json", arguments->json,
                   "Write the figures as JSON; - for standard output, without the table")

@@ -4,7 +4,6 @@
 
 #include "config/ConfigKeys.h"
 #include "model/Enums.h"
-#include "platform/SystemEnvironment.h"
 #include "service/Topics.h"
 #include "tools/live/LiveBus.h"
 #include "tools/live/LiveCommands.h"
@@ -48,19 +47,25 @@ constexpr std::array kModes{
     ModeName{"multistream", FramingMode::MultiStream},
 };
 
+std::string modeNames(const char* between) {
+  std::string names;
+  for (const ModeName& row : kModes) {
+    names.append(names.empty() ? "" : between).append(row.name);
+  }
+  return names;
+}
+
 /** A short name in any letter case, or the name that stands in messages, such as "GroupFraming". */
 FramingMode modeOf(const std::string& text) {
   std::string lower = text;
   std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  std::string names;
   for (const ModeName& row : kModes) {
     if (lower == row.name || (row.mode != FramingMode::Off && text == framingModeToString(row.mode))) {
       return row.mode;
     }
-    names.append(names.empty() ? "" : ", ").append(row.name);
   }
-  throw UsageError("unknown mode " + text + "; the modes are " + names);
+  throw UsageError("unknown mode " + text + "; the modes are " + modeNames(", "));
 }
 
 std::string modeProperty() {
@@ -81,9 +86,7 @@ void send(LiveBus& bus, std::string_view topic, std::string_view text) {
 void runMode(const PlatformOptions& options, const std::string& name) {
   const FramingMode mode = modeOf(name);
   LiveBus bus(options);
-  if (!SystemEnvironment::properties().set(modeProperty(), std::to_string(static_cast<int>(mode)))) {
-    throw std::runtime_error("the properties cannot be written");
-  }
+  storeProperty(options, modeProperty(), std::to_string(static_cast<int>(mode)));
   send(bus, topics::kControl, control::kConfigChange);
 }
 
@@ -103,9 +106,7 @@ void addCtlCommand(CLI::App& command, PrbContext& /*context*/) {
   }
   CLI::App* const mode = command.add_subcommand(
       "mode", "Change the framing mode for good: sets its property, then lets the service reload");
-  mode->add_option("name", *modeText, "off, group, speaker, presenter, people or multistream")
-      ->type_name("NAME")
-      ->required();
+  mode->add_option("name", *modeText, "The mode")->type_name('{' + modeNames(",") + '}')->required();
   mode->callback([options, modeText] { runMode(*options, *modeText); });
   command.footer(
       "Examples:\n"

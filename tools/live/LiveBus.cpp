@@ -4,6 +4,7 @@
 #include <chrono>
 #include <future>
 
+#include "platform/SystemEnvironment.h"
 #include "tools/prb/UsageError.h"
 
 namespace fyn::productionrules {
@@ -39,6 +40,15 @@ std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options) {
     return buildPlatform(options);
   } catch (const std::invalid_argument& error) {
     throw UsageError(error.what());
+  }
+}
+
+void storeProperty(const PlatformOptions& options, const std::string& key, const std::string& value) {
+  if (options.properties == "memory") {
+    throw UsageError("a property in memory is gone with this command: name a file with --properties");
+  }
+  if (!SystemEnvironment::properties().set(key, value)) {
+    throw std::runtime_error("the properties cannot be written");
   }
 }
 

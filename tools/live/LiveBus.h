@@ -18,6 +18,13 @@ void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBu
 std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options);
 
 /**
+ * Sets a property where the service finds it; after `toolPlatform` with the same options. Raises UsageError
+ * when they keep the properties in the memory of a process, and std::runtime_error when they cannot be
+ * written.
+ */
+void storeProperty(const PlatformOptions& options, const std::string& key, const std::string& value);
+
+/**
  * A connection to the bus of a running service. Raises UsageError when no bus outside this process is named,
  * and std::runtime_error when it does not answer within five seconds.
  */

@@ -10,11 +10,8 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options) {
   command.add_option("-o,--output", options.output, "The recording to write; '-' is standard output")
       ->type_name("RECORDING")
       ->capture_default_str();
-  command
-      .add_option("--property", options.properties,
-                  "Property that the recording sets at its start, such as vendor.talkertracking.flag=4")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false);
+  addPropertyOption(command, options.properties,
+                    "Property that the recording sets at its start, such as vendor.talkertracking.flag=4");
 }
 
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,

@@ -1,28 +1,56 @@
 #include "tools/prb/Completion.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <ostream>
 
 namespace fyn::productionrules {
 
 namespace {
 
-/** The words that may follow `command`: its own commands and its options. */
-std::string wordsAfter(const CLI::App& command) {
-  std::string words;
-  const auto add = [&words](const std::string& word) { words += (words.empty() ? "" : " ") + word; };
-  for (const CLI::App* inner : command.get_subcommands({})) {
-    add(inner->get_name());
+using Words = std::vector<std::string>;
+
+void add(Words& words, const std::string& word) {
+  if (std::find(words.begin(), words.end(), word) == words.end()) {
+    words.push_back(word);
   }
+}
+
+/** An argument whose type is written "{this,that}" is one of these. */
+void addValues(Words& words, const CLI::Option& option) {
+  const std::string type = option.get_type_name();
+  if (option.get_positional() && type.size() > 2 && type.front() == '{') {
+    for (const std::string& value : CLI::detail::split(type.substr(1, type.size() - 2), ',')) {
+      add(words, value);
+    }
+  }
+}
+
+void addOptions(Words& words, const CLI::App& command) {
   for (const CLI::Option* option : command.get_options()) {
+    addValues(words, *option);
     for (const std::string& name : option->get_lnames()) {
-      add("--" + name);
+      add(words, "--" + name);
     }
     for (const std::string& name : option->get_snames()) {
-      add("-" + name);
+      add(words, "-" + name);
     }
   }
-  return words;
+}
+
+/** The words that may follow `command`: its own commands, its options, and those of a command above it that
+ * takes what it leaves. */
+std::string wordsAfter(const CLI::App& command) {
+  Words words;
+  for (const CLI::App* inner : command.get_subcommands({})) {
+    add(words, inner->get_name());
+  }
+  addOptions(words, command);
+  const CLI::App* const above = command.get_parent();
+  if (command.get_fallthrough() && above != nullptr && above->get_parent() != nullptr) {
+    addOptions(words, *above);
+  }
+  return CLI::detail::join(words, " ");
 }
 
 void writeCases(std::ostream& out, const CLI::App& command, const std::string& path) {

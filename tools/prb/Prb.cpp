@@ -30,8 +30,9 @@ std::string commandLine(const CLI::App& app) {
   return chosenCommand(app).second;
 }
 
-std::string describe(const CLI::ParseError& error, const CLI::App& command) {
-  const std::vector<std::string> unknown = command.remaining();
+/** `command` is the one that was chosen; what it does not know may have been left to one above it. */
+std::string describe(const CLI::ParseError& error, const CLI::App& command, const CLI::App& root) {
+  const std::vector<std::string> unknown = root.remaining(true);
   if (!unknown.empty() && !command.get_subcommands({}).empty()) {
     return (unknown.front().front() == '-' ? "unknown option " : "unknown command ") + unknown.front();
   }
@@ -52,7 +53,7 @@ int parseAndRun(CLI::App& app, const std::vector<std::string>& arguments, PrbCon
     app.exit(request, context.out, context.err);
   } catch (const CLI::ParseError& error) {
     const auto [command, name] = chosenCommand(app);
-    printError(context, name, describe(error, *command) + " (see '" + name + " --help')");
+    printError(context, name, describe(error, *command, app) + " (see '" + name + " --help')");
     return kWrongUsage;
   }
   return context.status;

@@ -6,10 +6,19 @@
 
 #include "tools/recording/RecordingEvent.h"
 
+namespace CLI {
+class App;
+}
+
 namespace fyn::productionrules {
 
-/** Pairs of KEY=VALUE texts, as a command line gives them. Raises UsageError for any other text. */
+/** Pairs of KEY=VALUE texts, as a command line gives them. Raises UsageError for any other text, and for
+ * one that the service would pass over: a key that is nearly one of its own, or a wrong value. */
 KeyValues keyValues(const std::vector<std::string>& texts);
+
+/** `--property KEY=VALUE`, once for each. */
+void addPropertyOption(CLI::App& command, std::vector<std::string>& properties,
+                       const char* meaning = "System property that is set at the start; repeatable");
 
 /** The text of a configuration file; nothing for "". Raises UsageError when the file cannot be read. */
 std::optional<std::string> readConfiguration(const std::string& path);

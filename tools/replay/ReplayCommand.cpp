@@ -69,9 +69,7 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       ->type_name("OUTPUT");
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE");
-  command
-      .add_option("--property", arguments->properties, "System property that is set at the start; repeatable")
-      ->type_name("KEY=VALUE");
+  addPropertyOption(command, arguments->properties);
   command
       .add_option(
           "--log", arguments->log,

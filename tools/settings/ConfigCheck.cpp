@@ -15,6 +15,9 @@ namespace {
 std::string faultOfLine(std::string_view key, const std::string& value) {
   const ConfigKey* const row = findConfigKey(key);
   const std::string name(key);
+  if (key.empty()) {
+    return "no key before the '=': the line is skipped";
+  }
   if (row == nullptr) {
     return "unknown key " + name + suggestionFor(key);
   }

@@ -1,9 +1,11 @@
 #include "tools/settings/KeyRules.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
 #include "platform/SystemProperties.h"
+#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 
@@ -24,6 +26,14 @@ constexpr std::array kSpecialRanges{
 
 bool isSwitch(const ConfigKey& key) {
   return std::holds_alternative<bool PrConfig::*>(key.field);
+}
+
+/** Of any size. */
+bool isWholeNumber(std::string_view text) {
+  if (!text.empty() && text.front() == '-') {
+    text.remove_prefix(1);
+  }
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 std::optional<std::string> faultOfSwitch(const ConfigKey& key, const std::string& value) {
@@ -74,16 +84,28 @@ std::optional<std::string> faultOfValue(const ConfigKey& key, const std::string&
   if (isSwitch(key)) {
     return faultOfSwitch(key, value);
   }
-  const std::optional<int> number = parsePropertyInt(value);
-  if (!number) {
+  if (!isWholeNumber(value)) {
     return "must be a whole number, not '" + value + "'";
   }
+  const std::optional<int> number = parsePropertyInt(value);
   const ValueRange range = rangeOf(key);
-  if (*number < range.least || *number > range.most) {
+  if (!number || *number < range.least || *number > range.most) {
     return "must be from " + std::to_string(range.least) + " to " + std::to_string(range.most) + ", not " +
            value;
   }
   return std::nullopt;
+}
+
+std::optional<std::string> faultOfProperty(const std::string& key, const std::string& value) {
+  const ConfigKey* const row = findConfigKey(key);
+  if (row == nullptr) {
+    return "unknown property " + key + suggestionFor(key);
+  }
+  if (row->source == ConfigSource::File) {
+    return key + " is set by the configuration file, not by a property";
+  }
+  const std::optional<std::string> fault = faultOfValue(*row, value);
+  return fault ? std::optional(key + ' ' + *fault) : std::nullopt;
 }
 
 }  // namespace fyn::productionrules

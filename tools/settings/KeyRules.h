@@ -26,4 +26,8 @@ std::string defaultOf(const ConfigKey& key);
  */
 std::optional<std::string> faultOfValue(const ConfigKey& key, const std::string& value);
 
+/** What is wrong with a system property that somebody wants to set, its key included; nothing when it is
+ * good. */
+std::optional<std::string> faultOfProperty(const std::string& key, const std::string& value);
+
 }  // namespace fyn::productionrules

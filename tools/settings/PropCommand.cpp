@@ -31,7 +31,10 @@ void runGet(const PropOptions& options, PrbContext& context) {
   const std::optional<std::string> value = SystemEnvironment::properties().get(options.key);
   if (!value) {
     const ConfigKey& row = knownKey(options.key);
-    context.err << options.key << " is not set; its default holds\n";
+    context.err << options.key
+                << (row.source == ConfigSource::File
+                        ? " is set by the configuration file; this is its default\n"
+                        : " is not set; its default holds\n");
     context.out << defaultOf(row) << '\n';
     return;
   }
@@ -39,19 +42,12 @@ void runGet(const PropOptions& options, PrbContext& context) {
 }
 
 void runSet(const PropOptions& options, PrbContext& /*context*/) {
-  if (!options.force) {
-    const ConfigKey& row = knownKey(options.key);
-    if (row.source == ConfigSource::File) {
-      throw UsageError(options.key + " is set by the configuration file, not by a property");
-    }
-    if (const std::optional<std::string> fault = faultOfValue(row, options.value)) {
-      throw UsageError(options.key + ' ' + *fault);
-    }
+  const std::optional<std::string> fault = faultOfProperty(options.key, options.value);
+  if (fault && !options.force) {
+    throw UsageError(*fault);
   }
   const auto platform = toolPlatform(options.platform);
-  if (!SystemEnvironment::properties().set(options.key, options.value)) {
-    throw std::runtime_error("the properties cannot be written");
-  }
+  storeProperty(options.platform, options.key, options.value);
 }
 
 void listRows(ConfigSource source, const char* title, const std::map<std::string, std::string>& values,

@@ -49,7 +49,9 @@ void addSimulateCommand(CLI::App& command, PrbContext& context) {
   SimulationOptions& simulation = options->simulation;
   command.add_option("--seed", simulation.seed, "Chooses the meeting; the same seed gives the same bytes")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber)
+      ->check([](const std::string& text) {
+        return text.rfind('-', 0) == 0 ? "must be 0 or more, not " + text : std::string();
+      })
       ->required();
   command.add_option("--people", simulation.people, "How many people come")
       ->type_name("N")

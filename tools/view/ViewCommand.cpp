@@ -106,9 +106,7 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
           ->type_name("RECORDING");
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE");
-  command
-      .add_option("--property", arguments->properties, "System property that is set at the start; repeatable")
-      ->type_name("KEY=VALUE");
+  addPropertyOption(command, arguments->properties);
   addViewPageOptions(command, arguments->page);
   addPlatformOptions(command, arguments->platform, true);
   recording->excludes(command.get_option("--bus"));
