@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -281,6 +282,21 @@ TEST(Report, PageStandsAloneAndShowsHostileNamesAsText) {
   EXPECT_EQ(page.find("http"), std::string::npos);
   EXPECT_NE(page.find("&lt;script&gt;alert(1)&lt;"), std::string::npos);
   EXPECT_NE(page.find("<h3>On screen</h3>"), std::string::npos);
+}
+
+TEST(Report, SaysWhenNothingIsThereToMeasure) {
+  const PrbRun run = runPrbWith({"report", "-"}, "{\"t\":0}\n");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "standard input: holds no vision results (/ICDOut), nothing to measure\n");
+}
+
+TEST(Report, AFaultInTheRecordingTakesNoOlderOutput) {
+  const TemporaryFolder folder;
+  const std::string html = folder.write("old.html", "old");
+  const std::string figures = folder.path("new.json");
+  EXPECT_EQ(runPrbWith({"report", "-", "--json", figures, "--html", html}, "nonsense\n").status, 2);
+  EXPECT_EQ(folder.read("old.html"), "old");
+  EXPECT_FALSE(std::filesystem::exists(figures));
 }
 
 TEST(Report, SaysWhatIsWrongInOneLine) {

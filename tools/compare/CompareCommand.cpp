@@ -79,6 +79,7 @@ void runCompare(const CompareArguments& arguments, PrbContext& context) {
   if (std::count(arguments.recordings.begin(), arguments.recordings.end(), "-") > 0) {
     throw UsageError("every recording is replayed twice, so none can come from standard input");
   }
+  requireWritable(arguments.json);
   const KeyValues properties = keyValues(arguments.properties);
   const auto results = measureRecordings(
       arguments.recordings,

@@ -171,6 +171,7 @@ void search(const TuneArguments& arguments, PrbContext& context) {
   if (!arguments.goal.empty()) {
     goal.emplace(arguments.goal);
   }
+  requireWritable(arguments.html);
   const std::vector<TuneRecording> recordings = recordingsOf(arguments);
   TuneResults results(arguments.results, setupFingerprint(setupOf(arguments)));
   const std::vector<TuneJob> jobs = missingJobs(recordings, candidates, results);
