@@ -24,8 +24,9 @@ const std::map<std::string, Arguments>& encodings() {
   static const std::map<std::string, Arguments> kEncodings{
       {".mp4", {"-c:v", "libx264", "-preset", "superfast", "-crf", "23", "-pix_fmt", "yuv420p", "-f", "mp4"}},
       {".webm",
-       {"-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", "8", "-b:v", "2M", "-pix_fmt", "yuv420p",
-        "-f", "webm"}},
+       // A speed above 0 would follow the clock, and the bytes with it.
+       {"-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", "-16", "-threads", "2", "-b:v", "2M",
+        "-pix_fmt", "yuv420p", "-f", "webm"}},
       {".mkv", {"-c:v", "libx264rgb", "-preset", "ultrafast", "-qp", "0", "-f", "matroska"}},
   };
   return kEncodings;

@@ -20,6 +20,7 @@ std::vector<cv::Rect> fieldsOf(std::size_t cameras) {
   const int width = kFilmWidth / 2 / perSide;
   const int height = kFilmHeight / perSide;
   std::vector<cv::Rect> fields;
+  fields.reserve(cameras);
   for (int index = 0; index < static_cast<int>(cameras); ++index) {
     fields.emplace_back(index % perSide * width, index / perSide * height, width, height);
   }
