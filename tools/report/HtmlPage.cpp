@@ -38,7 +38,7 @@ th,td{padding:5px 10px;border-bottom:1px solid var(--line);text-align:right;whit
 th:first-child,td:first-child{text-align:left}
 th{color:var(--soft);font-weight:600;font-size:13px}
 td.unit{color:var(--soft);text-align:left}
-.values{text-align:left;white-space:normal}
+.values{text-align:left;white-space:normal;overflow-wrap:anywhere}
 )";
 
 }  // namespace
