@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
@@ -47,14 +46,13 @@ void PeopleInputFaults::reportAllCameras(const MLData& data, const char* tag) {
 }
 
 void PeopleInputFaults::addRepeatedIds(const MLData& data, Faults& faults) {
-  std::vector<std::int32_t> ids;
-  ids.reserve(data.getHeads().size());
+  mIds.clear();
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
-    ids.push_back(person->id);
+    mIds.push_back(person->id);
   }
-  std::sort(ids.begin(), ids.end());
-  for (auto twice = std::adjacent_find(ids.begin(), ids.end()); twice != ids.end();
-       twice = std::adjacent_find(twice + 1, ids.end())) {
+  std::sort(mIds.begin(), mIds.end());
+  for (auto twice = std::adjacent_find(mIds.begin(), mIds.end()); twice != mIds.end();
+       twice = std::adjacent_find(twice + 1, mIds.end())) {
     faults.emplace(Kind::RepeatedId, *twice, FynHead::kNoCamera);
   }
 }

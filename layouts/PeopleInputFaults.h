@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <set>
 #include <tuple>
+#include <vector>
 
 #include "layouts/PeopleUnits.h"
 #include "model/MLData.h"
@@ -30,11 +31,13 @@ class PeopleInputFaults {
   using Fault = std::tuple<Kind, std::int32_t, std::uint32_t>;
   using Faults = std::set<Fault>;
 
-  static void addRepeatedIds(const MLData& data, Faults& faults);
+  void addRepeatedIds(const MLData& data, Faults& faults);
   static void log(const Fault& fault, const char* tag);
   void replaceBy(Faults faults, const char* tag);
 
   Faults mFaults;
+  /** Kept from one result to the next only for its memory. */
+  std::vector<std::int32_t> mIds;
 };
 
 }  // namespace fyn::productionrules
