@@ -77,6 +77,11 @@ describe('why', () => {
   });
 });
 
+test('a people count that is told again is no moment', () => {
+  const count = (t: number, n: number) => ({ t, topic: '/PeopleCount', payload: { face_count: n } });
+  expect(momentsIn([count(0, 2), count(10, 2), count(20, 1), count(30, 1)]).map((m) => m.title)).toEqual(['2 people', '1 person']);
+});
+
 test('among several streams each moment names its own', () => {
   const layouts = { t: 1, topic: '/PRBOut', payload: scene('GROUP', 2, 0, { streams: 2 }) };
   const moment = momentsIn([layouts, decision({ kind: 'adopted', stream: 1 })]).pop();

@@ -1,7 +1,7 @@
 /** Draws rooms, people, boxes and tiles. `unit` is image pixels per pixel of the page: lines and texts keep their size. */
 
 import type { Box, Size } from '../events';
-import { heightOf, widthOf, type Camera, type HeadBox } from '../geometry';
+import { heightOf, project, widthOf, type Camera, type HeadBox } from '../geometry';
 import { frameColour, ROOM, TONES } from '../palette';
 import { isDashed, type RoomFrame, type Tile } from '../pictures';
 
@@ -142,9 +142,9 @@ export function paintTile(g: Context, { camera, source, dest, figures, heads, nu
   paintFigures(g, figures, unit / Math.min(x, y));
   g.restore();
   for (const head of heads) {
-    const middle = dest.left + ((head.left + head.right) / 2 - source.left) * x;
-    const above = dest.top + (head.top - source.top) * y - 4 * unit;
-    text(g, headText(head, false), middle, Math.max(above, dest.top + 14 * unit), 12, ROOM.text, 'center', unit);
+    const placed = project(head, source, dest);
+    const above = Math.max(placed.top - 4 * unit, dest.top + 14 * unit);
+    text(g, headText(head, false), (placed.left + placed.right) / 2, above, 12, ROOM.text, 'center', unit);
   }
   // Twice as wide as seen, half of it is cut off: so tiles side by side keep their own colours.
   rectangle(g, dest, frameColour(number), 6 * unit, isDashed(number) ? [22 * unit, 4 * unit] : []);
