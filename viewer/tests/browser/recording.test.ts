@@ -5,7 +5,7 @@ import { afterAll, beforeAll, describe, expect, test } from 'vitest';
 import { frameColour } from '../../src/palette';
 import { clock } from '../../src/words';
 import { launch } from '../chromium';
-import { colourOf, coloursAt, far, goTo, open, rowsOf, shows, timeOf, WAIT } from './look';
+import { colourOf, coloursAt, far, goTo, open, rowsOf, shows, timeOf, WAIT, type Colour } from './look';
 import { Programs, simulate, type Line } from './prb';
 
 interface Entry {
@@ -83,6 +83,7 @@ describe('what is drawn is what the scene documents say', () => {
 
   test('frame by frame, in numbers and in colours', async () => {
     const all = scenes();
+    const skins: boolean[] = [];
     for (const [i, { t, scene }] of all.entries()) {
       // Shown for as long as it is on air; just before the next one any transition has been played.
       await goTo(page, (all[i + 1]?.t ?? inputs[inputs.length - 1]!.t) - 1);
@@ -96,8 +97,28 @@ describe('what is drawn is what the scene documents say', () => {
       );
       expect(await page.locator('.stream').getAttribute('data-type')).toBe(stream?.layoutType);
       await expectEdges(entries);
+      for (const seen of await headsInTiles(entries)) skins.push(seen[0] > seen[2]);
     }
+    // Skin is warmer than walls and clothes. A few heads are hidden by who is nearer.
+    expect(skins.length).toBeGreaterThan(5);
+    expect(skins.filter(Boolean).length / skins.length).toBeGreaterThan(0.8);
   });
+
+  /** The colours in the middle of the heads that the tiles show. */
+  async function headsInTiles(entries: Entry[]): Promise<Colour[]> {
+    const heads = (await rowsOf(page, '#numbers tr[data-person]')).map((row) => {
+      const [left, top, right, bottom] = row.cell2!.match(/-?\d+/g)!.map(Number) as [number, number, number, number];
+      return { camera: Number(row.camera), x: (left + right) / 2, y: (top + bottom) / 2 };
+    });
+    const points = entries.flatMap(({ fynCamId, source, dest }) =>
+      heads
+        .filter((h) => h.camera === Math.max(0, fynCamId))
+        .map((h) => ({ x: (h.x - source.xoffset) / source.width, y: (h.y - source.yoffset) / source.height }))
+        .filter(({ x, y }) => x > 0.02 && x < 0.98 && y > 0.02 && y < 0.98)
+        .map(({ x, y }): [number, number] => [dest.xoffset + x * dest.width, dest.yoffset + y * dest.height]),
+    );
+    return coloursAt(page.locator('.stream canvas'), IMAGE, points);
+  }
 
   /** The left edge of each cut in the room and of each tile in the output has the frame's colour, where no other frame is near. */
   async function expectEdges(entries: Entry[]): Promise<void> {
