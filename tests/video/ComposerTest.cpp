@@ -190,6 +190,9 @@ TEST(Composer, ADissolveThatIsInterruptedGoesOnFromTheMixedPicture) {
     EXPECT_EQ(changing.middleAt(1060), half) << animation;
     EXPECT_NEAR(changing.middleAt(1110)[0], (80 + 200) / 2, 1) << animation;
     EXPECT_EQ(changing.middleAt(1160), chartColour(6, 0)) << animation;
+    // A later one begins with the picture of its own time.
+    changing.composer.show(sceneOf({{field(2, 0), kWhole}}, "dissolve", 100), 2000);
+    EXPECT_EQ(changing.middleAt(2000), chartColour(6, 0)) << animation;
   }
 }
 

@@ -122,11 +122,12 @@ TEST(Programme, WhatCannotBeShownIsToldOnceAndLeavesThePictureAsItIs) {
   evening.programme.add(document({stream(0, 1, 1000, field(1, 0))}));
   evening.frame(1);
   const std::string unknown = document({stream(0, 2, 1000, field(5, 0), 3)});
+  const std::string unknownAgain = document({stream(0, 9, 1000, field(5, 0), 3)});
   const std::string outside = document({stream(0, 2, 1000, {1200, 0, 160, 180})});
   const std::string newStream = document({stream(1, 2, 1000, field(5, 0), 3)});
   int number = 1;
   for (const std::string& bad :
-       {unknown, unknown, outside, newStream, newStream, std::string("{"), std::string("{")}) {
+       {unknown, unknownAgain, outside, newStream, newStream, std::string("{"), std::string("{")}) {
     evening.programme.add(bad);
     EXPECT_EQ(evening.frame(++number), Lines{"0: scene 1, column 1"});
   }
@@ -138,7 +139,7 @@ TEST(Programme, WhatCannotBeShownIsToldOnceAndLeavesThePictureAsItIs) {
   // After a good one the same fault is news again.
   evening.programme.add(document({stream(0, 3, 1000, field(4, 0))}));
   EXPECT_EQ(evening.frame(++number), Lines{"0: scene 3, column 4"});
-  evening.programme.add(unknown);
+  evening.programme.add(outside);
   EXPECT_EQ(evening.frame(++number), Lines{"0: scene 3, column 4"});
   EXPECT_EQ(evening.complaints.size(), 5U);
 }

@@ -30,7 +30,7 @@ std::optional<std::int64_t> Programme::add(const std::string& document, std::opt
     }
     mFaults.erase(kDocuments);
   } catch (const SceneFault& fault) {
-    complainOnce(kDocuments, fault.what());
+    complainOnce(kDocuments, fault.what(), "");
   }
   return first;
 }
@@ -65,16 +65,17 @@ void Programme::begin(const StreamScene& scene, std::int64_t nowMs) {
     }
     mFaults.erase(scene.id);
   } catch (const SceneFault& fault) {
-    complainOnce(scene.id, "stream " + std::to_string(scene.id) + ", scene " +
-                               std::to_string(scene.sceneNumber) + ": " + fault.what());
+    complainOnce(
+        scene.id, fault.what(),
+        "stream " + std::to_string(scene.id) + ", scene " + std::to_string(scene.sceneNumber) + ": ");
   }
 }
 
-void Programme::complainOnce(std::int64_t about, const std::string& fault) {
+void Programme::complainOnce(std::int64_t about, const std::string& fault, const std::string& where) {
   std::string& last = mFaults[about];
   if (last != fault) {
     last = fault;
-    mComplain(fault);
+    mComplain(where + fault);
   }
 }
 

@@ -65,7 +65,7 @@ class Programme {
   };
 
   void begin(const StreamScene& scene, std::int64_t nowMs);
-  void complainOnce(std::int64_t about, const std::string& fault);
+  void complainOnce(std::int64_t about, const std::string& fault, const std::string& where);
 
   const cv::Size mSize;
   const std::size_t mCameras;

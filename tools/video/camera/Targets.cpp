@@ -25,7 +25,7 @@ class NoSink final : public PictureSink {
 
 class WindowSink final : public PictureSink {
  public:
-  explicit WindowSink(std::string title) : mTitle(std::move(title)) {
+  WindowSink(std::string title, const cv::Size& size) : mTitle(std::move(title)) {
     const auto isSet = [](const char* name) {
       const char* const value = std::getenv(name);
       return value != nullptr && *value != '\0';
@@ -33,7 +33,8 @@ class WindowSink final : public PictureSink {
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
       throw UsageError("a window needs a display; name a file with --output instead");
     }
-    cv::namedWindow(mTitle, cv::WINDOW_NORMAL | cv::WINDOW_KEEPRATIO);
+    cv::namedWindow(mTitle, cv::WINDOW_NORMAL | cv::WINDOW_KEEPRATIO | cv::WINDOW_GUI_NORMAL);
+    cv::resizeWindow(mTitle, size);
   }
 
   void write(const cv::Mat& picture) override {
@@ -53,7 +54,8 @@ std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFo
     return std::make_unique<NoSink>();
   }
   if (target.rfind(kWindow, 0) == 0) {
-    return std::make_unique<WindowSink>("prb-camera" + target.substr(std::string(kWindow).size()));
+    return std::make_unique<WindowSink>("prb-camera" + target.substr(std::string(kWindow).size()),
+                                        format.size);
   }
   return std::make_unique<FfmpegSink>(target, format);
 }
