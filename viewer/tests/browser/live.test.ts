@@ -80,12 +80,13 @@ test('what is shown in the end is the last scene document that went over the bus
 
 test('the past can be looked at while it goes on, and left again', async () => {
   await page.getByRole('button', { name: /^Last moment/ }).click();
+  const follows = () => page.getByRole('button', { name: 'Follow live (L)' }).getAttribute('aria-pressed');
+  await expect.poll(follows, WAIT).toBe('false');
   const t = await timeOf(page);
-  expect(await page.getByRole('button', { name: 'Follow live (L)' }).getAttribute('aria-pressed')).toBe('false');
   await expect.poll(() => page.url(), WAIT).toContain('#t=');
   await page.keyboard.press('l');
   await expect.poll(() => timeOf(page), WAIT).toBeGreaterThan(t);
-  expect(await page.getByRole('button', { name: 'Follow live (L)' }).getAttribute('aria-pressed')).toBe('true');
+  expect(await follows()).toBe('true');
 });
 
 test('a viewer that is gone is said, and nothing else breaks', async () => {
