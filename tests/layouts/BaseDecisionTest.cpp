@@ -1,11 +1,8 @@
 // When a new picture is decided: candidate, waiting layout, adopted layout.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "layouts/GroupFramingLayout.h"
 #include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/PrimaryGroupLayout.h"
 #include "layouts/SecondaryGroupLayout.h"
 #include "platform/SystemEnvironment.h"
 #include "tests/layouts/OpenEngine.h"
@@ -102,37 +99,6 @@ TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
       EXPECT_EQ(typeOf(engine.mNextLayout), step.waiting) << script.title << " at " << step.ms;
     }
   }
-}
-
-TEST_F(BaseDecision, FirstLayoutIsLoggedStepByStep) {
-  ASSERT_TRUE(feed(engine, people(1).frameNumber(7)));
-  Lines lines = env.environment.log.take();
-  for (std::string& line : lines) {
-    // Two addresses stand in this one.
-    if (const auto at = line.find("nextLayout: "); at != std::string::npos) {
-      line = line.substr(0, at) + line.substr(line.find(" setting"));
-    }
-  }
-  EXPECT_EQ(
-      lines,
-      (Lines{"I|BaseLayout|updatePeopleMap: KORVALDEBUG PEOPLE COUNT CHANGED  current: 0 new: 1",
-             "D|BaseLayout|verifyIfLayoutChangeNeeded Enter, with head size: 1 ",
-             "D|FramingUtil|isDifferentLayout a not NULL, b is null  --> return true",
-             "D|FramingUtil|isDifferentLayout a not NULL, b is null  --> return true",
-             "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 0, isLogical: 1",
-             "I|BaseLayout|KORVALDEBUG new layout is different than any previous layout waitTime: 0",
-             "I|BaseLayout|KORVALDEBUG Timer expired, need to change layout",
-             "I|BaseLayout|applyingLayout KORVALDEBUG  verifyIfLayoutChangeNeeded returned true, calling "
-             "applyNewLayout()",
-             "D|BaseLayout|BaseLayout::applyNewLayout currentLayout: 0  setting and calling "
-             "updateLayoutViews()",
-             "D|BaseLayout|updateLayoutViews() layoutType: HEAD frame size: 1 heads: 1 mlSize: 1",
-             "I|BaseLayout|updateLayoutViews() frametype: HEAD  Need to update the view of frame[0], are we "
-             "creating new layout --> yes, else frame timer has expired for head position HEAD_ON_EDGE",
-             "I|BaseLayout|printLayoutToLog, New-People-Layout:   LayoutType: HEAD headCount: 1 streamID: 0 "
-             "isLogicalStream: 1 animation: cut duration: 0 headFrameCount: 0 proximityFrameCount: 0 Frames "
-             "(1) { Frametype: HEAD #heads: 1 faces:{ fynhead: 1 , head: 1 [450,240,550,360],}, "
-             "view:[268,207,732,468] pos:[0,0,1280,720],}"}));
 }
 
 TEST_F(BaseDecision, AdoptedLayoutHasCutDurationStreamAndFrame) {
@@ -287,20 +253,6 @@ TEST_F(BaseDecision, LayoutsOfAPrimaryDevice) {
   }
 }
 
-TEST_F(BaseDecision, NoneLayoutIsOneThatShowsNothing) {
-  const auto check = [this](const std::vector<Frame>& frames) {
-    env.environment.log.take();
-    const bool none = engine.isNoneLayout(layoutOf(FramingType::GROUP, frames));
-    EXPECT_EQ(env.environment.log.take(),
-              (Lines{"I|BaseLayout|isNoneLayout KORVALDEBUG isNoneLayout: " + std::to_string(int{none})}));
-    return none;
-  };
-  const Frame blank = frameOf(FramingType::GROUP, {});
-  EXPECT_TRUE(check({}));
-  EXPECT_TRUE(check({blank, blank}));
-  EXPECT_FALSE(check({blank, frameOf(FramingType::GROUP, {0, 0, 0, 1})}));
-}
-
 TEST_F(BaseDecision, SecondaryEngineDecidesNothing) {
   OpenEngine<SecondaryGroupLayout> secondary;
   EXPECT_FALSE(feed(secondary, people(2)));
@@ -323,39 +275,6 @@ TEST_F(BaseDecision, SecondaryEngineDecidesNothing) {
     EXPECT_FALSE(secondary.updateLayoutFraming());
     EXPECT_EQ(secondary.updateLayoutFraming(), enabled) << "the wait of a fresh setting is 0";
   }
-}
-
-TEST_F(BaseDecision, PrimaryReportsEveryCandidate) {
-  OpenEngine<PrimaryGroupLayout> primary;
-  env.environment.log.take();
-  feed(primary, people(1));
-  feed(primary, people(1));
-  const Lines lines = env.environment.log.take();
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), "E|BaseLayout|createLayout *******Enter"), 2);
-  EXPECT_EQ(primary.getLayoutPtr()->animation, "dissolve");
-  EXPECT_EQ(primary.getLayoutPtr()->duration, 90);
-}
-
-TEST_F(BaseDecision, StreamsOfAnEngineWithOne) {
-  auto layout = layoutOf(FramingType::GROUP);
-  env.environment.log.take();
-  for (const unsigned id : {0U, 1U, 4294967295U}) {
-    engine.updateLayoutWithStreamInfo(layout, id);
-    EXPECT_EQ(layout->streamId, static_cast<std::int32_t>(id));
-    EXPECT_EQ(layout->isLogicalStream, id != 1U);
-  }
-  engine.setDisplayLayoutStreamIDS({});
-  engine.setDisplayLayoutStreamIDS({4, 5, 6});
-  engine.setMaxLayouts(4);
-  EXPECT_FALSE(engine.process(people(1).mlData()));
-  EXPECT_EQ(env.environment.log.take(),
-            (Lines{"D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 0, isLogical: 1",
-                   "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: 1, isLogical: 0",
-                   "D|BaseLayout|updateLayoutWithStreamInfo Layout's StreamID: -1, isLogical: 1",
-                   "D|BaseLayout|setDisplayLayoutStreamIDS Layout's Total Layout Count 3",
-                   "E|BaseLayout|process() Should not have been invoked !!"}));
-  EXPECT_EQ(engine.getFinalLayoutPtrs(), std::vector<std::shared_ptr<Layout>>{nullptr});
-  EXPECT_EQ(engine.getNextLayoutPtrs(), std::vector<std::shared_ptr<Layout>>{nullptr});
 }
 
 TEST_F(BaseDecision, PeopleCountIsPublishedOnChangeAndEvery5000Ms) {
@@ -449,19 +368,6 @@ TEST_F(BaseDecision, BoxAroundTheHeadsOfAFrame) {
   // Looking where such a subject stands reports it once.
   EXPECT_EQ(engine.getHeadPosition(frameOf(FramingType::HEAD, {}, {3})), HeadPosition::CENTER);
   EXPECT_EQ(env.environment.log.take().size(), 1U);
-}
-
-TEST_F(BaseDecision, Reports) {
-  engine.updatePeopleMap(people(1).mlData());
-  env.environment.log.take();
-  engine.printLayoutToLog(nullptr, "Some-Prefix: ");
-  engine.printFrameViews({frameOf(FramingType::HEAD, {1, 2, 3, 4})});
-  engine.printFrameHeads(layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, {}, {1, 8})}));
-  EXPECT_EQ(env.environment.log.take(), (Lines{"W|BaseLayout|printLayoutToLog Some-Prefix:  layout is null",
-                                               "I|BaseLayout|printFrameViews FrameView [1, 2, 3, 4] ",
-                                               "I|BaseLayout|printFrameHeads() DUMP layoutType 3",
-                                               "I|BaseLayout|printFrameHeads FrameHead [450, 240, 550, 360] ",
-                                               "I|BaseLayout|printFrameHeads(): People left"}));
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include "layouts/GroupFramingLayout.h"
 #include "layouts/GroupFramingTimerSetting.h"
 #include "layouts/MultiStreamGroupFramingLayout.h"
-#include "layouts/PeopleFrameTimerSetting.h"
 #include "layouts/PrimaryGroupLayout.h"
 #include "layouts/SecondaryGroupLayout.h"
 #include "tests/layouts/OpenEngine.h"
@@ -263,53 +262,19 @@ TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
   EXPECT_EQ(engine.mCurLayout->frames.front().source, (Rect{78, 207, 542, 468}));
 }
 
-TEST_F(BaseTimers, ReframeIsLogged) {
+TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {
   OpenEngine<GroupFramingLayout> engine;
   auto waits = distinctWaits();
-  engine.setTimerSetting(waits);
-  const auto lookAt = [&](int x) {
-    engine.updatePeopleMap(scene().person(1).at(x, 300).mlData());
-    env.environment.log.take();
-    engine.updateLayoutFraming();
-    Lines kept;
-    for (const std::string& line : env.environment.log.take()) {
-      if (line.find("|BaseLayout|") == 1 && line[0] != 'D') {
-        kept.push_back(line);
-      }
-    }
-    return kept;
-  };
-  engine.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
-  EXPECT_EQ(
-      lookAt(250),
-      (Lines{
-          "I|BaseLayout|updateCurrentTimer() KORVALDEBUG setting timer for frameType: GROUP, head position "
-          "GROUP_HEAD_OUTSIDE current head position GROUP_HEAD_OUTSIDE, waitTime: 107"}));
-  env.at(107);
-  const Lines reframed = lookAt(250);
-  ASSERT_EQ(reframed.size(), 3U);
-  EXPECT_EQ(reframed[0],
-            "I|BaseLayout|updateLayoutFraming KORVALDEBUG updateCurrentTimer returned true, calling "
-            "updateLayoutViews() "
-            "from GroupFramingLayout");
-  EXPECT_EQ(reframed[1],
-            "I|BaseLayout|updateLayoutViews() frametype: GROUP  Need to update the view of frame[0], are we "
-            "creating new "
-            "layout --> no, else frame timer has expired for head position GROUP_HEAD_OUTSIDE");
-  EXPECT_EQ(reframed[2].rfind(
-                "I|BaseLayout|printLayoutToLog, KORVALDEBUG New-Centering-Layout:   LayoutType: GROUP ", 0),
-            0U);
-
-  // A wait of -1 is never started: the frame keeps its class and is never framed anew for it.
   waits->gfHeadOnEdge = kInvalidTimer;
+  engine.setTimerSetting(waits);
   engine.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
-  EXPECT_EQ(lookAt(400),
-            (Lines{"W|BaseLayout|updateCurrentTimer() KORVALDEBUG INVALID TIMER resetting timer frameType: "
-                   "GROUP, head "
-                   "position GROUP_HEAD_ON_EDGE current head position GROUP_HEAD_ON_EDGE, waitTime: -1"}));
-  env.at(100000);
-  EXPECT_EQ(lookAt(400), Lines{});
-  EXPECT_FALSE(engine.mCurLayout->frames.front().headPositionTimer.isStarted());
+  engine.updatePeopleMap(scene().person(1).at(400, 300).mlData());
+  for (const std::uint64_t ms : {0U, 100000U}) {
+    env.at(ms);
+    EXPECT_FALSE(engine.updateLayoutFraming());
+    EXPECT_EQ(engine.mCurLayout->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
+    EXPECT_FALSE(engine.mCurLayout->frames.front().headPositionTimer.isStarted());
+  }
 }
 
 TEST_F(BaseTimers, SomethingRunsWhenOneTimerOfTheLayoutsIsStarted) {
@@ -348,28 +313,6 @@ TEST_F(BaseTimers, ClockIsReplaceable) {
   EXPECT_TRUE(engine.applyingLayout(result));
   engine.setCurrentTimerTickFun({});
   EXPECT_THROW(engine.applyingLayout(scene().mlData()), std::bad_function_call);
-}
-
-TEST_F(BaseTimers, SettingsPrintTheirWaits) {
-  PeopleFrameTimerSetting setting;
-  setting.gfHeadLeft = kInvalidTimer;
-  setting.offCenterTimer = 7;
-  distinctWaits()->printCurrentTimerValues("Tag1");
-  setting.printCurrentTimerValues("Tag2");
-  EXPECT_EQ(
-      env.environment.log.take(),
-      (Lines{"D|Tag1| printCurrentTimerValues ,gfHeadLeft: 105, gfHeadOnEdge: 106, gfHeadOutside: 107, "
-             "gfMoveCloseTimer: 104, "
-             "gfToOtherLayoutChangeTimer: 200, roomToOtherLayoutChangeTimer: 300",
-             "I|Tag2|printCurrentTimerValues outsideFrameTimer: 0, onFrameEdgeTimer: 0, offCenterTimer: "
-             "7,gfMoveCloseTimer: 0,  "
-             "proxToHeadLayoutChangeTimer: 0,proxToProxLayoutChangeTimer: 0, proxToGFLayoutChangeTimer: 0, "
-             "gfToOtherLayoutChangeTimer: 0, feedPriorityChangedTimer: 0, headToOtherLayoutChangeTimer: "
-             "0,headCountLayoutChangeTimer: 0, headPosLayoutChangeTimer: 0,roomToOtherLayoutChangeTimer: 0, "
-             "roomToHeadLayoutChangeTimer: 0",
-             "D|Tag2| printCurrentTimerValues ,gfHeadLeft: 4294967295, gfHeadOnEdge: 0, gfHeadOutside: 0, "
-             "gfMoveCloseTimer: 0, "
-             "gfToOtherLayoutChangeTimer: 0, roomToOtherLayoutChangeTimer: 0"}));
 }
 
 }  // namespace

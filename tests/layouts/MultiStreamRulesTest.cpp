@@ -45,20 +45,12 @@ TEST_P(MultiStreamRule, ShowsThePictures) {
 INSTANTIATE_TEST_SUITE_P(
     Rules, MultiStreamRule,
     ::testing::Values(
-        Rule{"NobodyIsTheRoom", {{"", 100, "1 ROOM [], 2 ROOM [], 3 ROOM []"}}},
         Rule{"EverybodyHasAStreamFromLeftToRight",
              {{"4@1100 5@200 6@650", 100, "1 HEAD [5], 2 HEAD [6], 3 HEAD [4]"}}},
         Rule{"NeighboursShareOne", {{"1@200 2@310 3@900", 100, "1 PROXIMITY [1 2], 2 HEAD [3], 3 ROOM []"}}},
-        Rule{"ANewcomerTakesTheLowestFreeStream",
-             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
-              {"2@700", kSettled, "1 ROOM [], 2 HEAD [2], 3 ROOM []"},
-              {"2@700 3@1100", kSettled, "1 HEAD [3], 2 HEAD [2], 3 ROOM []"}}},
         Rule{"ANewcomerTakesTheStreamOfSomebodyWhoHasJustLeft",
              {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
               {"2@700 3@210", kSettled, "1 HEAD [3], 2 HEAD [2], 3 ROOM []"}}},
-        Rule{"ANewcomerBesideSomebodyJoinsTheStream",
-             {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
-              {"1@200 2@700 3@810", kSettled, "1 HEAD [1], 2 PROXIMITY [2 3], 3 ROOM []"}}},
         Rule{"ANewcomerBetweenTwoJoinsTheLowerStream",
              {{"1@200 2@700", 100, "1 HEAD [1], 2 HEAD [2], 3 ROOM []"},
               {"1@400 2@620 3@510", kSettled, "1 PROXIMITY [1 3], 2 HEAD [2], 3 ROOM []"}}},
@@ -129,36 +121,6 @@ TEST(MultiStreamRule, WhoComesBackMovesOnlyThoseWhoCameSince) {
 }
 
 // ---- The number of streams and their ids ----
-
-TEST(MultiStreamCount, FewerStreamsMoveTheirPeopleToTheLastOne) {
-  PeopleRun run;
-  run.engine<MultiStreamFramingLayout>().watch(peopleAt("1@200 2@600 3@1000"), 1000);
-  run.layouts().setMaxLayouts(2);
-  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")))
-      << "the stream that is no more has to leave the document";
-  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [1], 2 HEAD [2]");
-  run.watch(peopleAt("1@200 2@600 3@1000"), kSettled);
-  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [1], 2 PROXIMITY [2 3]");
-  run.layouts().setMaxLayouts(0);
-  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")));
-  EXPECT_EQ(run.layouts().getFinalLayoutPtrs().size(), 1U) << "stream 0 stays";
-}
-
-TEST(MultiStreamCount, MoreStreamsTakeTheUnitsThatCameLast) {
-  PeopleRun run;
-  run.engine<MultiStreamFramingLayout>();
-  run.layouts().setMaxLayouts(1);
-  run.watch(peopleAt("2@600"), 1000);
-  run.watch(peopleAt("2@600 3@1000 4@1110"), 1000);
-  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
-  EXPECT_EQ(streamPictures(run.layouts()), "1 PROXIMITY [1 2 3 4]");
-  run.layouts().setMaxLayouts(2);
-  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
-  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [2], 2 PROXIMITY [1 3 4]");
-  run.layouts().setMaxLayouts(4);
-  run.watch(peopleAt("1@100 2@600 3@1000 4@1110"), kSettled);
-  EXPECT_EQ(streamPictures(run.layouts()), "1 HEAD [2], 2 PROXIMITY [3 4], 3 HEAD [1], 4 ROOM []");
-}
 
 struct IdRow {
   std::vector<unsigned> given;

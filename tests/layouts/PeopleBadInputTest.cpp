@@ -67,41 +67,6 @@ std::ptrdiff_t errorsOf(PeopleRun& run) {
                        [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; });
 }
 
-/** Person 2 is in a tile and then something happens to the head; until the layout changes the tile stays. */
-struct FaultCase {
-  const char* what;
-  Scene after;
-  /** The warning of the input, and the error of the tile whose box was asked for. */
-  int reports;
-};
-
-TEST(PeopleBadInput, ATileWhoseHeadGoesWrongStaysAndIsReportedOnce) {
-  const Scene one = scene().person(1).at(300, 360);
-  const FaultCase cases[] = {
-      {"lost by the camera", Scene(one).person(2).camera(7).at(600, 360), 1},
-      {"a zero box", Scene(one).person(2).box({0, 0, 0, 0}), 2},
-      {"an inverted box", Scene(one).person(2).box({1000, 400, 900, 300}), 1},
-      {"out of the image", Scene(one).person(2).box({600, -300, 700, -200}), 1},
-      {"gone", one, 0},
-  };
-  for (const FaultCase& each : cases) {
-    PeopleRun run;
-    run.engine<PeopleFramingLayout>();
-    run.watch(twoAnd(), 1000);
-    const Rect before = run.current().frames[1].source;
-    for (int again = 0; again < 2; ++again) {
-      run.environment.log.take();
-      EXPECT_EQ(run.watch(each.after, 1100), 0) << each.what;
-      EXPECT_EQ(run.current().frames[1].source, before) << each.what;
-      EXPECT_EQ(errorsOf(run), each.reports) << each.what;
-      // Well again: the next fault is another change.
-      run.watch(twoAnd(), 1000);
-    }
-    run.watch(each.after, 4100);
-    EXPECT_EQ(run.picture(), "HEAD [1]") << each.what;
-  }
-}
-
 TEST(PeopleBadInput, AFaultThatComesBackWithThePersonIsReportedAgain) {
   const Scene faulty = scene().person(1).at(300, 360).person(2).camera(7).at(600, 360);
   const Scene gone = scene().person(1).at(300, 360);

@@ -1,16 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <sstream>
-
 #include "layouts/PrimaryPeopleLayout.h"
-#include "model/FynCamerasConfig.h"
 #include "tests/layouts/PeopleRun.h"
 
 namespace fyn::productionrules::testing {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 /** Persons 1 and 2 in camera 0, person 3 in camera 1, person 4 in camera 2. */
 Scene roomOfThreeCameras() {
@@ -38,16 +32,6 @@ std::string cameras(const Layout& layout) {
     text += (text.empty() ? "" : " ") + std::to_string(static_cast<std::int32_t>(frame.fynCamId));
   }
   return text;
-}
-
-TEST(PrimaryPeople, EverybodyIsTakenFromTheBestCameraTheOwnOneFirst) {
-  PeopleRun run({0, 1, 2});
-  run.engine<PrimaryPeopleLayout>();
-  run.see(roomOfThreeCameras());
-  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4]");
-  EXPECT_EQ(cameras(run.current()), "0 0 1 2");
-  EXPECT_EQ(run.current().frames[3].srcRef, (Dimension{1280, 720}));
-  EXPECT_EQ(run.current().animation, "cut");
 }
 
 TEST(PrimaryPeople, TheOwnCameraComesFirstWhateverItsId) {
@@ -95,30 +79,6 @@ TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
   run.see(scene().person(1).at(500, 360).person(2).camera(1).at(520, 360).person(3).at(620, 360));
   EXPECT_EQ(run.picture(), "PROXIMITY [1 3] [2]");
   EXPECT_EQ(cameras(run.current()), "0 1");
-}
-
-TEST(PrimaryPeople, ABetterCameraWaitsForTheHold) {
-  PeopleRun run({0, 1});
-  run.engine<PrimaryPeopleLayout>();
-  run.watch(seenByBoth(5, 20), 1000);
-  EXPECT_EQ(run.watch(seenByBoth(20, 5), 3900), 0) << "held";
-  EXPECT_EQ(run.watch(seenByBoth(5, 20), 1000), 0) << "the top camera has returned";
-  EXPECT_EQ(run.watch(seenByBoth(20, 5), 4000), 0) << "held again";
-  setLayoutAnimation(run.layouts().getLayoutPtr(), "dissolve", 90);
-  EXPECT_EQ(cameras(run.current()), "0");
-  EXPECT_TRUE(run.see(seenByBoth(20, 5)));
-  EXPECT_EQ(cameras(run.current()), "1");
-  EXPECT_EQ(run.current().animation, "cut");
-  EXPECT_EQ(run.current().frames[0].heads, (std::set<std::int64_t>{31}));
-  EXPECT_EQ(run.takeChanges(), (Lines{"0 adopted HEAD", "9900 feedPriority HEAD"}));
-  const LayoutDecision& moved = run.decisions.back();
-  EXPECT_STREQ(moved.timer, "feedPriorityChangedTimer");
-  EXPECT_EQ(moved.waitMs, 4000U);
-  EXPECT_EQ(moved.frameIndex, 0);
-  // The moved frame shows the head where the new camera sees it, and the next result leaves it there.
-  const Rect& view = run.current().frames[0].source;
-  EXPECT_TRUE(view.left <= 650 && view.right >= 750 && view.top <= 240 && view.bottom >= 360);
-  EXPECT_EQ(run.watch(seenByBoth(20, 5), 10000), 0);
 }
 
 struct StayCase {
@@ -214,52 +174,6 @@ TEST(PrimaryPeople, EightPeopleHaveTilesNineAreAGroup) {
   }
   run.see(crowd);
   EXPECT_EQ(run.picture(), "HEAD [2] [4] [6] [8] [1] [3] [5] [7]");
-}
-
-TEST(PrimaryPeople, TheExplanationNamesTheChosenWait) {
-  struct Case {
-    Scene current;
-    FramingType next;
-    bool countChanged;
-    const char* text;
-  };
-  const Scene head = scene().person(1).at(300, 360);
-  const Scene pair = scene().person(1).at(300, 360).person(2).at(420, 360);
-  const Case cases[] = {
-      {scene(), FramingType::GROUP, true, "roomToOtherLayoutChangeTimer: 4000"},
-      {scene(), FramingType::ROOM, true, "roomToOtherLayoutChangeTimer: 4000"},
-      {scene(), FramingType::HEAD, true, "roomToHeadLayoutChangeTimer: 4000"},
-      {pair, FramingType::PROXIMITY, true, "proxToProxLayoutChangeTimer: 4000"},
-      {pair, FramingType::GROUP, true, "proxToGFLayoutChangeTimer: 4000"},
-      {pair, FramingType::HEAD, true, "proxToHeadLayoutChangeTimer: 8000"},
-      {head, FramingType::ROOM, true, "Head to other layout change timer: 4000"},
-      {head, FramingType::HEAD, true, "Head count changed: 4000"},
-      {head, FramingType::HEAD, false, "Head position changed: 8000"},
-  };
-  for (const Case& each : cases) {
-    PeopleRun run;
-    run.engine<PrimaryPeopleLayout>();
-    run.see(each.current);
-    std::stringstream explanation;
-    run.layouts().getOtherLayoutChangeTimer(each.next, explanation, each.countChanged);
-    EXPECT_EQ(explanation.str(), std::string("PrimaryPeopleLayout, ") + each.text);
-  }
-}
-
-TEST(PrimaryPeople, ACameraThatVanishesTakesItsPeopleWithIt) {
-  PeopleRun run({0, 1, 2});
-  run.engine<PrimaryPeopleLayout>();
-  run.see(roomOfThreeCameras());
-  const Rect before = run.current().frames[3].source;
-  FynCamerasConfig::getMutable().fynCamInfoMap.erase(2);
-  // Person 4 moves about in a camera that is gone: the tile stays as it is until its wait is over.
-  Scene moved = scene().person(1).at(300, 360).person(2).at(900, 360).person(3).camera(1).at(500, 300);
-  moved.person(4).camera(2).at(100, 100);
-  run.watch(moved, 1200);
-  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4]");
-  EXPECT_EQ(run.current().frames[3].source, before);
-  run.watch(moved, 100);
-  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3]");
 }
 
 TEST(PrimaryPeople, ALayoutThatShowsNothingIsNotValid) {
