@@ -1,13 +1,14 @@
 /** The page with made-up lines: small screens, keyboard, themes, faults and long sessions. */
 
 import type { Browser, Page } from 'playwright-core';
-import { afterAll, beforeAll, describe, expect, test } from 'vitest';
+import { afterAll, afterEach, beforeAll, describe, expect, test } from 'vitest';
 import { launch } from '../chromium';
 import { meeting } from '../meeting';
 import { serve, type Served } from '../server';
 import { goTo, open, shows, timeOf, WAIT } from './look';
 
 let browser: Browser;
+let page: Page;
 const served: Served[] = [];
 
 beforeAll(async () => {
@@ -22,10 +23,12 @@ afterAll(async () => {
 async function pageWith(lines: readonly string[], options: Parameters<Browser['newPage']>[0] = {}): Promise<Page> {
   const server = await serve({ recording: lines.join('\n') });
   served.push(server);
-  const page = await browser.newPage(options);
+  page = await browser.newPage(options);
   await open(page, server.url);
   return page;
 }
+
+afterEach(() => page.close());
 
 describe.each([
   ['a phone', { width: 360, height: 740 }],
@@ -51,7 +54,6 @@ describe.each([
       expect(box!.width).toBeGreaterThan(90);
       expect(box!.x + box!.width).toBeLessThanOrEqual(viewport.width);
     }
-    await page.close();
   });
 });
 
@@ -74,7 +76,6 @@ describe('by keyboard alone', () => {
       reached.add(focus.name);
     }
     for (const name of ['Skip to the controls', 'Theme: auto', 'Numbers', 'Moment', 'Play (space)', 'Speed', 'Length of the time line', 'Copy link to this moment']) expect(reached).toContain(name);
-    await page.close();
   });
 
   test('a moment of the list is jumped to with enter', async () => {
@@ -85,7 +86,6 @@ describe('by keyboard alone', () => {
     await first.focus();
     await page.keyboard.press('Enter');
     await shows(page, t);
-    await page.close();
   });
 
   test('keys that are typed into a choice, or with control, do not move the moment', async () => {
@@ -95,7 +95,6 @@ describe('by keyboard alone', () => {
     await page.keyboard.press('End');
     await page.keyboard.press('Control+ArrowRight');
     expect(await timeOf(page)).toBe(9000);
-    await page.close();
   });
 
   test('the pictures and the moment are said in words', async () => {
@@ -104,7 +103,6 @@ describe('by keyboard alone', () => {
     expect(await page.getByRole('img', { name: 'camera 0 (own) · 1280 × 720 · 4 heads · 2 frames' }).count()).toBe(1);
     expect(await page.getByRole('img', { name: /^stream 0: HEAD, one tile per person · 4 people/ }).count()).toBe(1);
     expect(await page.getByRole('slider', { name: 'Moment' }).getAttribute('aria-valuetext')).toBe('0:06.500');
-    await page.close();
   });
 });
 
@@ -134,7 +132,6 @@ test.each(['light', 'dark'] as const)('%s: texts stand out from what is behind t
     return found;
   });
   expect(weak).toEqual([]);
-  await page.close();
 });
 
 test('the theme is chosen and remembered', async () => {
@@ -146,7 +143,6 @@ test('the theme is chosen and remembered', async () => {
   await page.reload();
   await page.locator('body[data-read]').waitFor();
   expect(await theme()).toBe('dark');
-  await page.close();
 });
 
 test('lines that cannot be shown are listed with their reasons, and the rest is shown', async () => {
@@ -160,7 +156,6 @@ test('lines that cannot be shown are listed with their reasons, and the rest is 
   ]);
   await goTo(page, 2900);
   expect(await page.locator('.stream').count()).toBe(1);
-  await page.close();
 });
 
 test('nothing of a message becomes part of the document but its text', async () => {
@@ -171,7 +166,6 @@ test('nothing of a message becomes part of the document but its text', async () 
   await goTo(page, 2000);
   expect(await page.locator('.why-picture').innerText()).toContain(evil);
   expect(await page.locator('img').count()).toBe(0);
-  await page.close();
 });
 
 test.each([
@@ -183,13 +177,12 @@ test.each([
   expect(await page.locator('#room .empty').innerText()).toBe('No vision result yet.');
   for (const key of ['ArrowRight', 'ArrowLeft', ' ', 'Home', 'End', 'Shift+ArrowRight']) await page.keyboard.press(key);
   expect(await page.locator('.time').innerText()).toMatch(/^0:00/);
-  await page.close();
 });
 
 test('twelve minutes of sixteen people leave no more behind than six', async () => {
   const server = await serve({ live: 'test' });
   served.push(server);
-  const page = await browser.newPage();
+  page = await browser.newPage();
   await page.goto(server.url);
   const once = meeting({ people: 16, seconds: 60 });
   const session = await page.context().newCDPSession(page);
@@ -213,5 +206,4 @@ test('twelve minutes of sixteen people leave no more behind than six', async () 
   expect(twelve.start).toBeGreaterThan(6 * 60_000);
   expect(twelve.nodes).toBeLessThan(six.nodes * 1.1);
   expect(twelve.heap).toBeLessThan(six.heap * 1.15);
-  await page.close();
 }, 180_000);
