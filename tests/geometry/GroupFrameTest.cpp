@@ -103,7 +103,7 @@ constexpr SourceRow kSourceRows[] = {
     // 1.5 * 854 = 1281 does not fit into 1281 and fits into 1282: left 213, right 0.25 * 1067 -> 266; then it
     // slides.
     {"just too wide", 0, 0, 25, true, 0, {200, 200, 1054, 500}, {1281, 2000}, {0, 0, 1281, 2000}},
-    {"just fits, but is too wide once grown",
+    {"just fits, too wide once grown",
      0,
      0,
      25,

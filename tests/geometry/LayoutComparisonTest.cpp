@@ -32,114 +32,90 @@ Layout twoTiles() {
   return layout;
 }
 
+const std::string kBase = "D|FramingUtil|isBaseLayoutDifferent ";
+const std::string kDifferent = "D|FramingUtil|isDifferentLayout ";
+const std::string kLayout = "D|FramingUtil|isSameLayout ";
+const std::string kFrames = "D|FramingUtil|areSameFrames ";
+
+/** "T" for the same template, "L" for the same layout, "F" for the same frames. */
+std::string samenessOf(const std::vector<Frame>& a, const std::vector<Frame>& b) {
+  std::string same = isSameStreamLayoutTemplate(a, b) ? "T" : "";
+  same += isSameLayout(a, b) ? "L" : "";
+  same += areSameFrames(a, b) ? "F" : "";
+  return same;
+}
+
 struct ChangeRow {
   const char* what;
   std::function<void(std::vector<Frame>&)> change;
-  bool sameTemplate;
-  bool sameLayout;
-  bool sameFrames;
+  const char* same;
   Lines log;
 };
 
 // What happens to the second frame of two, and what each strength of comparison says about it.
 TEST(LayoutComparison, ChangeOfAFrame) {
+  const auto heads = [](const std::set<std::int64_t>& ids) {
+    return [ids](auto& all) { all[1].heads = ids; };
+  };
+  const auto persons = [](const std::set<std::int64_t>& ids) {
+    return [ids](auto& all) { all[1].fynHeads = ids; };
+  };
+  const std::string otherHead = kLayout + "head ids for this frame are different, new head ";
+  const std::string otherIds = kFrames + "head ids are different";
   const ChangeRow rows[] = {
-      {"nothing", [](auto&) {}, true, true, true, {}},
+      {"nothing", [](auto&) {}, "TLF", {}},
       {"a tile less",
-       [](auto& frames) { frames.pop_back(); },
-       false,
-       false,
-       false,
-       {"D|FramingUtil|areSameFrames Frames sizes are diff curFrames(2), newFrames(1)"}},
-      {"no tile",
-       [](auto& frames) { frames.clear(); },
-       false,
-       false,
-       false,
-       {"D|FramingUtil|areSameFrames Frames sizes are diff curFrames(2), newFrames(0)"}},
-      {"place", [](auto& frames) { frames[1].dest.left = 600; }, false, false, true, {}},
-      {"source", [](auto& frames) { frames[1].source.left = 600; }, true, true, true, {}},
-      {"frame layout",
-       [](auto& frames) { frames[1].frameLayout = kFrameLayoutHeadWide; },
-       true,
-       true,
-       true,
-       {}},
+       [](auto& all) { all.pop_back(); },
+       "",
+       {kFrames + "Frames sizes are diff curFrames(2), newFrames(1)"}},
+      {"place", [](auto& all) { all[1].dest.left = 600; }, "F", {}},
+      {"source", [](auto& all) { all[1].source.left = 600; }, "TLF", {}},
+      {"frame layout", [](auto& all) { all[1].frameLayout = kFrameLayoutHeadWide; }, "TLF", {}},
       {"type",
-       [](auto& frames) { frames[1].frameType = FramingType::PROXIMITY; },
-       true,
-       true,
-       false,
-       {"D|FramingUtil|areSameFrames Frames types are diff curFrameType(HEAD), newFrameType(PROXIMITY)"}},
+       [](auto& all) { all[1].frameType = FramingType::PROXIMITY; },
+       "TL",
+       {kFrames + "Frames types are diff curFrameType(HEAD), newFrameType(PROXIMITY)"}},
       {"a head less",
-       [](auto& frames) { frames[1].heads = {12}; },
-       true,
-       false,
-       false,
-       {"D|FramingUtil|isSameLayout heads size diff For frame [1] a.size(2), b.size(1)",
-        "D|FramingUtil|areSameFrames head sizes are diff in frame (1)"}},
-      {"another head",
-       [](auto& frames) {
-         frames[1].heads = {7, 12};
-       },
-       true,
-       false,
-       false,
-       {"D|FramingUtil|isSameLayout head ids for this frame are different, new head 7 not found",
-        "D|FramingUtil|areSameFrames head ids are different"}},
-      {"a head without a number",
-       [](auto& frames) {
-         frames[1].heads = {-1, 12};
-       },
-       true,
-       false,
-       false,
-       {"D|FramingUtil|isSameLayout head ids for this frame are different, new head 18446744073709551615 not "
-        "found",
-        "D|FramingUtil|areSameFrames head ids are different"}},
+       heads({12}),
+       "T",
+       {kLayout + "heads size diff For frame [1] a.size(2), b.size(1)",
+        kFrames + "head sizes are diff in frame (1)"}},
+      {"another head", heads({7, 12}), "T", {otherHead + "7 not found", otherIds}},
+      {"no number", heads({-1, 12}), "T", {otherHead + "18446744073709551615 not found", otherIds}},
       {"camera",
-       [](auto& frames) { frames[1].fynCamId = FynHead::kNoCamera; },
-       true,
-       false,
-       true,
-       {"D|FramingUtil|isSameLayout FynCamId are different for frame [1] a(0), b(-1)"}},
+       [](auto& all) { all[1].fynCamId = FynHead::kNoCamera; },
+       "TF",
+       {kLayout + "FynCamId are different for frame [1] a(0), b(-1)"}},
       {"another person",
-       [](auto& frames) {
-         frames[1].fynHeads = {3, 5};
-       },
-       true,
-       false,
-       true,
-       {"D|FramingUtil|isSameLayout FynHeadId are different for frame [1] nDH not found [5]"}},
-      {"a person less", [](auto& frames) { frames[1].fynHeads = {3}; }, true, true, true, {}},
+       persons({3, 5}),
+       "TF",
+       {kLayout + "FynHeadId are different for frame [1] nDH not found [5]"}},
+      {"a person less", persons({3}), "TLF", {}},
   };
   for (const ChangeRow& row : rows) {
-    SCOPED_TRACE(row.what);
     const std::vector<Frame> current = twoTiles().frames;
     std::vector<Frame> latest = current;
     row.change(latest);
     CapturedLog log;
-    EXPECT_EQ(isSameStreamLayoutTemplate(current, latest), row.sameTemplate);
-    EXPECT_EQ(isSameLayout(current, latest), row.sameLayout);
-    EXPECT_EQ(areSameFrames(current, latest), row.sameFrames);
-    EXPECT_EQ(log.lines(), row.log);
+    EXPECT_EQ(samenessOf(current, latest), row.same) << row.what;
+    EXPECT_EQ(log.lines(), row.log) << row.what;
   }
   EXPECT_TRUE(isSameStreamLayoutTemplate({}, {}));
   EXPECT_TRUE(areSameFrames({}, {}));
 }
 
+using LayoutPointer = std::shared_ptr<Layout>;
+
 struct LayoutRow {
-  const char* what;
-  std::shared_ptr<Layout> current;
-  std::shared_ptr<Layout> latest;
-  bool baseDifferent;
-  bool different;
-  bool differentFrames;
+  LayoutPointer current;
+  LayoutPointer latest;
+  /** "B" for another base layout, "D" for another layout, "F" for other frames. */
+  const char* different;
   /** Of isBaseLayoutDifferent and isDifferentLayout. */
   Lines log;
 };
 
-std::shared_ptr<Layout> ofType(FramingType type, int tiles) {
+LayoutPointer ofType(FramingType type, int tiles) {
   auto layout = std::make_shared<Layout>();
   layout->layoutType = type;
   layout->frames.resize(static_cast<std::size_t>(tiles));
@@ -148,71 +124,36 @@ std::shared_ptr<Layout> ofType(FramingType type, int tiles) {
 
 TEST(LayoutComparison, ChangeOfALayout) {
   const auto head = ofType(FramingType::HEAD, 1);
+  const auto room = ofType(FramingType::ROOM, 1);
+  const std::string same = kBase + "a and b are same, return false";
+  const std::string none = kBase + "a or b is null, return true";
+  // Rooms and groups never differ but in frames.
   const LayoutRow rows[] = {
-      {"none at all",
-       nullptr,
-       nullptr,
-       false,
-       false,
-       false,
-       {"D|FramingUtil|isBaseLayoutDifferent a and b are same, return false"}},
-      {"the same object",
-       head,
-       head,
-       false,
-       false,
-       false,
-       {"D|FramingUtil|isBaseLayoutDifferent a and b are same, return false"}},
-      {"the first",
-       nullptr,
-       head,
-       true,
-       true,
-       true,
-       {"D|FramingUtil|isBaseLayoutDifferent a or b is null, return true",
-        "D|FramingUtil|isDifferentLayout a not NULL, b is null  --> return true"}},
-      {"no more",
-       head,
-       nullptr,
-       true,
-       true,
-       true,
-       {"D|FramingUtil|isBaseLayoutDifferent a or b is null, return true",
-        "D|FramingUtil|isDifferentLayout a is null , b not NULL --> return true"}},
-      {"another type",
-       head,
-       ofType(FramingType::ROOM, 1),
-       true,
-       true,
-       true,
-       {"D|FramingUtil|isBaseLayoutDifferent layout Types are different, ret true",
-        "D|FramingUtil|isDifferentLayout layout Types (HEAD --> ROOM)are different, ret true"}},
-      {"same type, same frames", head, ofType(FramingType::HEAD, 1), false, false, false, {}},
-      {"same type, other frames", head, ofType(FramingType::HEAD, 2), false, true, true, {}},
-      {"rooms never differ but in frames",
-       ofType(FramingType::ROOM, 1),
-       ofType(FramingType::ROOM, 2),
-       false,
-       false,
-       true,
-       {"D|FramingUtil|isBaseLayoutDifferent layoutType ROOM,  return false "}},
-      {"groups never differ but in frames",
-       ofType(FramingType::GROUP, 1),
+      {nullptr, nullptr, "", {same}},
+      {head, head, "", {same}},
+      {nullptr, head, "BDF", {none, kDifferent + "a not NULL, b is null  --> return true"}},
+      {head, nullptr, "BDF", {none, kDifferent + "a is null , b not NULL --> return true"}},
+      {head,
+       room,
+       "BDF",
+       {kBase + "layout Types are different, ret true",
+        kDifferent + "layout Types (HEAD --> ROOM)are different, ret true"}},
+      {head, ofType(FramingType::HEAD, 1), "", {}},
+      {head, ofType(FramingType::HEAD, 2), "DF", {}},
+      {room, ofType(FramingType::ROOM, 2), "F", {kBase + "layoutType ROOM,  return false "}},
+      {ofType(FramingType::GROUP, 1),
        ofType(FramingType::GROUP, 2),
-       false,
-       false,
-       true,
-       {"D|FramingUtil|isBaseLayoutDifferent layoutType GROUP,  return false "}},
+       "F",
+       {kBase + "layoutType GROUP,  return false "}},
   };
   for (const LayoutRow& row : rows) {
-    SCOPED_TRACE(row.what);
-    {
-      CapturedLog log;
-      EXPECT_EQ(isBaseLayoutDifferent(row.current, row.latest), row.baseDifferent);
-      EXPECT_EQ(isDifferentLayout(row.current, row.latest), row.different);
-      EXPECT_EQ(log.lines(), row.log);
-    }
-    EXPECT_EQ(isDifferentFrameBasedLayout(row.current, row.latest), row.differentFrames);
+    SCOPED_TRACE(&row - rows);
+    const bool otherFrames = isDifferentFrameBasedLayout(row.current, row.latest);
+    CapturedLog log;
+    std::string different = isBaseLayoutDifferent(row.current, row.latest) ? "B" : "";
+    different += isDifferentLayout(row.current, row.latest) ? "D" : "";
+    EXPECT_EQ(different + (otherFrames ? "F" : ""), row.different);
+    EXPECT_EQ(log.lines(), row.log);
   }
 }
 

@@ -30,6 +30,15 @@ sockaddr_in loopback(int port) {
   return address;
 }
 
+template <typename Address>
+bool canConnect(const Address& address) {
+  const auto* const base = reinterpret_cast<const sockaddr*>(&address);
+  const int client = socket(base->sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const bool connected = connect(client, base, sizeof address) == 0;
+  close(client);
+  return connected;
+}
+
 std::vector<std::string> environmentWith(const std::map<std::string, std::string>& added) {
   std::vector<std::string> all;
   for (char** entry = environ; *entry != nullptr; ++entry) {
@@ -77,21 +86,14 @@ int freePort() {
 }
 
 bool isListening(int port) {
-  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = loopback(port);
-  const bool connected = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  close(client);
-  return connected;
+  return canConnect(loopback(port));
 }
 
 bool isListening(const std::string& path) {
-  const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-  const bool connected = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  close(client);
-  return connected;
+  return canConnect(address);
 }
 
 ScratchFolder::ScratchFolder() {

@@ -111,13 +111,10 @@ TEST(Compare, ShowsWhatTheWaitsDo) {
 }
 
 TEST(Compare, SaysWhatIsWrongInOneLine) {
-  const PrbRun missing = runPrbWith({"compare", "/nowhere.conf", "/nowhere.conf", "x.jsonl"});
-  EXPECT_EQ(missing.status, 2);
-  EXPECT_EQ(missing.err, "prb compare: cannot read the configuration file /nowhere.conf\n");
-  const PrbRun input = runPrbWith({"compare", "a.conf", "b.conf", "-"});
-  EXPECT_EQ(input.status, 2);
-  EXPECT_EQ(input.err,
-            "prb compare: every recording is replayed twice, so none can come from standard input\n");
+  expectRefused({"compare", "/nowhere.conf", "/nowhere.conf", "x.jsonl"},
+                "prb compare: cannot read the configuration file /nowhere.conf\n");
+  expectRefused({"compare", "a.conf", "b.conf", "-"},
+                "prb compare: every recording is replayed twice, so none can come from standard input\n");
 }
 
 }  // namespace

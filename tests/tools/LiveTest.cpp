@@ -164,10 +164,7 @@ TEST(Live, WrongUsageIsOneLine) {
       {{"watch", "--bus", "embedded"}, "name the bus of the service with --bus"},
   };
   for (const auto& [arguments, error] : cases) {
-    const PrbRun run = runPrbWith(arguments);
-    EXPECT_EQ(run.status, 2) << run.err;
-    EXPECT_NE(run.err.find(error), std::string::npos) << run.err;
-    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    expectRefused(arguments, error);
   }
 }
 

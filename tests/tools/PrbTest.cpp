@@ -23,18 +23,14 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"completion", "zsh"}, "prb completion: unknown command zsh (see 'prb completion --help')\n"},
   };
   for (const WrongUsage& wrong : cases) {
-    const PrbRun run = runPrbWith(wrong.arguments);
-    EXPECT_EQ(run.status, 2) << wrong.error;
-    EXPECT_EQ(run.err, wrong.error);
-    EXPECT_EQ(run.out, "");
+    expectRefused(wrong.arguments, wrong.error);
   }
 }
 
 TEST(Prb, APropertyDoesNotSwallowTheRecordingBehindIt) {
   for (const char* const command : {"replay", "report", "view"}) {
-    const PrbRun run = runPrbWith({command, "--property", "a=1", "/nonexistent.jsonl"});
-    EXPECT_EQ(run.status, 2) << command;
-    EXPECT_NE(run.err.find("/nonexistent.jsonl: cannot be opened"), std::string::npos) << run.err;
+    expectRefused({command, "--property", "a=1", "/nonexistent.jsonl"},
+                  "/nonexistent.jsonl: cannot be opened");
   }
 }
 
@@ -49,9 +45,8 @@ TEST(Prb, APropertyThatTheServiceWouldPassOverIsRefused) {
       {{"vendor.talkertracking.flag"}, "'vendor.talkertracking.flag' must be KEY=VALUE"},
   };
   for (const WrongUsage& wrong : cases) {
-    const PrbRun run = runPrbWith({"report", "-", "--property", wrong.arguments.front()});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err, std::string("prb report: ") + wrong.error + "\n");
+    expectRefused({"report", "-", "--property", wrong.arguments.front()},
+                  std::string("prb report: ") + wrong.error + "\n");
   }
 }
 

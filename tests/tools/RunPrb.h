@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -23,6 +26,16 @@ inline PrbRun runPrbWith(const std::vector<std::string>& arguments, const std::s
   PrbContext context{in, out, err};
   const int status = runPrb(arguments, context);
   return {status, out.str(), err.str()};
+}
+
+/** Expects that prb refuses the arguments as wrong usage, in one line that holds `fault`. */
+inline void expectRefused(const std::vector<std::string>& arguments, const std::string& fault = "",
+                          const std::string& input = "") {
+  const PrbRun run = runPrbWith(arguments, input);
+  EXPECT_EQ(run.status, 2) << run.err;
+  EXPECT_NE(run.err.find(fault), std::string::npos) << run.err << " without " << fault;
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_EQ(run.out, "");
 }
 
 }  // namespace fyn::productionrules::testing
