@@ -171,6 +171,27 @@ TEST(MqttClient, GivesUserAndPasswordAndSaysOnceWhenTheyAreRefused) {
   EXPECT_EQ(countContaining(log.lines(), "wrong-password"), 0U);
 }
 
+struct DeliveryRow {
+  const char* topic;
+  int qos;
+  bool retain;
+};
+
+TEST(MqttTopics, StreamsAreFastPicturesAreKeptCommandsArrive) {
+  const DeliveryRow rows[] = {{"/ICDOut", 0, false},
+                              {"/TimerDebug", 0, false},
+                              {"/PRBOutDebug", 0, false},
+                              {"/PRBOut", 1, true},
+                              {"/PeopleCount", 1, true},
+                              {"/PRBOutSecondary/1", 1, false},
+                              {"/ctl/tracking-mode", 1, false},
+                              {"/ForwardMessage", 1, false}};
+  for (const DeliveryRow& row : rows) {
+    EXPECT_EQ(mqttDeliveryOf(row.topic).qos, row.qos) << row.topic;
+    EXPECT_EQ(mqttDeliveryOf(row.topic).retain, row.retain) << row.topic;
+  }
+}
+
 TEST(MqttTopics, ANameBelongsToItsRoomOnly) {
   EXPECT_EQ(topicOfMqttName("room-1", "room-1/ctl"), "/ctl");
   EXPECT_EQ(topicOfMqttName("", "/ctl"), "/ctl");
