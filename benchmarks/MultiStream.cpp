@@ -11,7 +11,7 @@
 #include "benchmarks/AllocationCount.h"
 #include "benchmarks/Meeting.h"
 #include "config/PrConfig.h"
-#include "layouts/MultiStreamFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
 #include "platform/VisionSettings.h"

@@ -9,7 +9,7 @@
 #include "benchmarks/AllocationCount.h"
 #include "benchmarks/Meeting.h"
 #include "config/PrConfig.h"
-#include "layouts/SpeakerFramingLayout.h"
+#include "layouts/speaker/SpeakerFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
 #include "platform/VisionSettings.h"

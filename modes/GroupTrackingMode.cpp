@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "layouts/GroupFramingLayout.h"
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/PrimaryGroupLayout.h"
-#include "layouts/SecondaryGroupLayout.h"
+#include "layouts/group/GroupFramingLayout.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/group/PrimaryGroupLayout.h"
+#include "layouts/group/SecondaryGroupLayout.h"
 #include "platform/Clock.h"
 
 namespace fyn::productionrules {

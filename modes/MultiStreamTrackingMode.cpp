@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "layouts/MultiStreamFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "platform/Clock.h"
 #include "platform/VisionSettings.h"
 

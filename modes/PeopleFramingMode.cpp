@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "layouts/PeopleFrameTimerSetting.h"
-#include "layouts/PeopleFramingLayout.h"
-#include "layouts/PrimaryPeopleLayout.h"
-#include "layouts/SecondaryPeopleLayout.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
+#include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/people/PrimaryPeopleLayout.h"
+#include "layouts/people/SecondaryPeopleLayout.h"
 #include "platform/Clock.h"
 #include "platform/VisionSettings.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "layouts/PeoplePresence.h"
+#include "layouts/people/PeoplePresence.h"
 #include "modes/BaseTrackingMode.h"
 
 namespace fyn::productionrules {

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "layouts/PrimarySpeakerLayout.h"
-#include "layouts/SecondarySpeakerLayout.h"
-#include "layouts/SpeakerFramingLayout.h"
+#include "layouts/speaker/PrimarySpeakerLayout.h"
+#include "layouts/speaker/SecondarySpeakerLayout.h"
+#include "layouts/speaker/SpeakerFramingLayout.h"
 #include "platform/Clock.h"
 
 namespace fyn::productionrules {

@@ -1,9 +1,9 @@
 // When a new picture is decided: candidate, waiting layout, adopted layout.
 #include <gtest/gtest.h>
 
-#include "layouts/GroupFramingLayout.h"
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/SecondaryGroupLayout.h"
+#include "layouts/group/GroupFramingLayout.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/group/SecondaryGroupLayout.h"
 #include "platform/SystemEnvironment.h"
 #include "tests/layouts/OpenEngine.h"
 

@@ -3,11 +3,11 @@
 
 #include <functional>
 
-#include "layouts/GroupFramingLayout.h"
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/MultiStreamGroupFramingLayout.h"
-#include "layouts/PrimaryGroupLayout.h"
-#include "layouts/SecondaryGroupLayout.h"
+#include "layouts/group/GroupFramingLayout.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/group/PrimaryGroupLayout.h"
+#include "layouts/group/SecondaryGroupLayout.h"
+#include "layouts/streams/MultiStreamGroupFramingLayout.h"
 #include "tests/layouts/OpenEngine.h"
 
 namespace fyn::productionrules::testing {

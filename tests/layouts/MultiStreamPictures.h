@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "layouts/MultiStreamFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "tests/layouts/PeopleRun.h"
 
 namespace fyn::productionrules::testing {

@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/MultiStreamGroupFramingLayout.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/streams/MultiStreamGroupFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
 #include "tests/layouts/MultiStreamPictures.h"

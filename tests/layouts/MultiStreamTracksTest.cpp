@@ -7,7 +7,7 @@
 #include <iostream>
 #include <map>
 
-#include "layouts/MultiStreamFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
 #include "tests/layouts/PeopleRun.h"

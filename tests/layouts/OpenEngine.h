@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "config/PrConfig.h"
-#include "layouts/BaseLayout.h"
+#include "layouts/cycle/BaseLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "layouts/MultiStreamFramingLayout.h"
-#include "layouts/PeopleFramingLayout.h"
-#include "layouts/PrimaryPeopleLayout.h"
-#include "layouts/SpeakerFramingLayout.h"
+#include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/people/PrimaryPeopleLayout.h"
+#include "layouts/speaker/SpeakerFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/layouts/PeopleRun.h"
 #include "tests/layouts/PictureFaults.h"

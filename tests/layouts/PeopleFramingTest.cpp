@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "layouts/PeopleFramingLayout.h"
+#include "layouts/people/PeopleFramingLayout.h"
 #include "tests/layouts/PeopleRun.h"
 
 namespace fyn::productionrules::testing {

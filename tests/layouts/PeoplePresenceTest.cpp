@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "layouts/PeoplePresence.h"
+#include "layouts/people/PeoplePresence.h"
 #include "tests/testing/SceneBuilder.h"
 
 namespace fyn::productionrules::testing {

@@ -13,8 +13,8 @@
 
 #include <algorithm>
 
-#include "layouts/PeopleFramingLayout.h"
-#include "layouts/PrimaryPeopleLayout.h"
+#include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/people/PrimaryPeopleLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
 #include "tests/layouts/PeopleRun.h"

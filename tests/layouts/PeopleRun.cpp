@@ -1,6 +1,6 @@
 #include "tests/layouts/PeopleRun.h"
 
-#include "layouts/PeopleFrameTimerSetting.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules::testing {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "config/PrConfig.h"
-#include "layouts/BaseLayout.h"
+#include "layouts/cycle/BaseLayout.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
 

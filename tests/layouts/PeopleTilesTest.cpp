@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "layouts/PeopleFramingLayout.h"
-#include "layouts/PeopleTiles.h"
+#include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/people/PeopleTiles.h"
 #include "tests/layouts/PeopleRun.h"
 
 namespace fyn::productionrules::testing {

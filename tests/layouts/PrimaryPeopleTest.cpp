@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "layouts/PrimaryPeopleLayout.h"
+#include "layouts/people/PrimaryPeopleLayout.h"
 #include "tests/layouts/PeopleRun.h"
 
 namespace fyn::productionrules::testing {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "geometry/RectMath.h"
-#include "layouts/SSBLayoutBuilder.h"
-#include "layouts/SecondarySpeakerLayout.h"
+#include "layouts/speaker/SSBLayoutBuilder.h"
+#include "layouts/speaker/SecondarySpeakerLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/layouts/SpeakerRun.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "config/PrConfig.h"
-#include "layouts/SpeakerFramingLayout.h"
+#include "layouts/speaker/SpeakerFramingLayout.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
 

@@ -6,8 +6,8 @@
 #include <map>
 #include <set>
 
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/SpeakerFramingTimerSetting.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/speaker/SpeakerFramingTimerSetting.h"
 #include "tests/layouts/SpeakerRun.h"
 
 namespace fyn::productionrules::testing {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <map>
 
-#include "layouts/BaseLayout.h"
+#include "layouts/cycle/BaseLayout.h"
 #include "tests/layouts/PictureFaults.h"
 
 namespace fyn::productionrules::testing {

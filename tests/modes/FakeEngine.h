@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "layouts/BaseLayout.h"
+#include "layouts/cycle/BaseLayout.h"
 #include "modes/BaseLayoutNotifier.h"
 
 namespace fyn::productionrules::testing {

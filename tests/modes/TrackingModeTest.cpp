@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "config/ConfigKeys.h"
-#include "layouts/GroupFramingTimerSetting.h"
-#include "layouts/PeopleFrameTimerSetting.h"
+#include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
 #include "model/FynCamerasConfig.h"
 #include "modes/GroupTrackingMode.h"
 #include "modes/MultiStreamTrackingMode.h"

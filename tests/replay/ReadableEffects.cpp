@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/StderrLog.h"
-#include "tools/demo/DecisionSentence.h"
+#include "tools/replay/DecisionSentence.h"
 
 namespace fyn::productionrules::testing {
 

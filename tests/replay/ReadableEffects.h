@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "tools/replay/ReplayObserver.h"
 
 namespace fyn::productionrules::testing {

@@ -5,8 +5,8 @@
 #include "tests/testing/SceneBuilder.h"
 #include "tests/tools/RunPrb.h"
 #include "tests/tools/TemporaryFolder.h"
-#include "tools/compare/Bootstrap.h"
-#include "tools/compare/Comparison.h"
+#include "tools/report/Bootstrap.h"
+#include "tools/report/Comparison.h"
 
 namespace fyn::productionrules::testing {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/recording/CompactText.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/recording/RecordingWriter.h"

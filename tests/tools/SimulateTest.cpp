@@ -4,7 +4,7 @@
 #include <set>
 
 #include "tests/tools/RunPrb.h"
-#include "tools/simulation/Simulation.h"
+#include "tools/meeting/Simulation.h"
 
 namespace fyn::productionrules::testing {
 namespace {

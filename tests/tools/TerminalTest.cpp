@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "tools/terminal/ProgressBar.h"
-#include "tools/terminal/Terminal.h"
+#include "tools/base/ProgressBar.h"
+#include "tools/base/Terminal.h"
 
 namespace fyn::productionrules::testing {
 namespace {

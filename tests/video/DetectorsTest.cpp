@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "tests/linux/Processes.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/video/vision/CascadeDetector.h"
 #include "tools/video/vision/HogDetector.h"
 #include "tools/video/vision/NetDetector.h"

@@ -3,7 +3,7 @@
 #include "platform/linux/DBusCameraProviders.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/video/camera/Inbox.h"
 #include "tools/video/camera/SceneService.h"
 

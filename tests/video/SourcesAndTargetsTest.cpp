@@ -7,7 +7,7 @@
 #include "tests/linux/Processes.h"
 #include "tests/video/MeasuringVideo.h"
 #include "tests/video/Pictures.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/video/camera/Targets.h"
 #include "tools/video/source/CameraInputs.h"
 #include "tools/video/source/StageTimes.h"

@@ -5,7 +5,7 @@
 #include <future>
 
 #include "platform/SystemEnvironment.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "service/Topics.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/recording/RecordingWriter.h"
 
 namespace fyn::productionrules {

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/recording/KeyValueTexts.h"
+#include "tools/settings/KeyValueTexts.h"
 
 namespace fyn::productionrules {
 

@@ -1,8 +1,8 @@
-#include "tools/prb/Completion.h"
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <ostream>
+
+#include "tools/prb/Commands.h"
 
 namespace fyn::productionrules {
 

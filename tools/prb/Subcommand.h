@@ -1,27 +1,14 @@
 #pragma once
 
-#include <iosfwd>
-#include <string>
 #include <vector>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/PrbContext.h"
 
 namespace CLI {
 class App;
 }
 
 namespace fyn::productionrules {
-
-/** What a subcommand runs with: its streams, and the exit status that it leaves. */
-struct PrbContext {
-  std::istream& in;
-  std::ostream& out;
-  std::ostream& err;
-  /** Whether a person reads the stream. Progress bars and screens that update appear only there. */
-  bool outIsTerminal = false;
-  bool errIsTerminal = false;
-  int status = 0;
-};
 
 /** One row of prb's table of subcommands. */
 struct Subcommand {

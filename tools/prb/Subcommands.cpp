@@ -1,15 +1,5 @@
-#include "tools/compare/CompareCommand.h"
-#include "tools/demo/DemoCommand.h"
-#include "tools/importing/ImportCommand.h"
-#include "tools/live/LiveCommands.h"
-#include "tools/prb/Completion.h"
+#include "tools/prb/Commands.h"
 #include "tools/prb/Subcommand.h"
-#include "tools/replay/ReplayCommand.h"
-#include "tools/report/ReportCommand.h"
-#include "tools/settings/SettingsCommands.h"
-#include "tools/simulation/SimulateCommand.h"
-#include "tools/tune/TuneCommand.h"
-#include "tools/view/ViewCommand.h"
 
 namespace fyn::productionrules {
 

@@ -2,7 +2,7 @@
 
 #include <istream>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/recording/EventParser.h"
 
 namespace fyn::productionrules {

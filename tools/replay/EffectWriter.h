@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "tools/replay/ReplayObserver.h"
 
 namespace fyn::productionrules {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "tools/replay/ReplayObserver.h"
 
 namespace fyn::productionrules {

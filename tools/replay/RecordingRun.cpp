@@ -1,6 +1,6 @@
 #include "tools/replay/RecordingRun.h"
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
 

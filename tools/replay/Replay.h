@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "service/ProductionRuleIPCService.h"
 #include "tools/recording/RecordingEvent.h"
 #include "tools/replay/ReplayBus.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <set>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "tools/replay/Replay.h"
 #include "tools/replay/ReplayObserver.h"
 #include "tools/report/ChangeMeter.h"

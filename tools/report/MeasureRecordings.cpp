@@ -5,12 +5,12 @@
 #include <nlohmann/json.hpp>
 
 #include "service/Topics.h"
-#include "tools/prb/UsageError.h"
-#include "tools/recording/NamedStream.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/ProgressBar.h"
+#include "tools/base/UsageError.h"
+#include "tools/base/WorkerPool.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/report/FramingMeter.h"
-#include "tools/terminal/ProgressBar.h"
-#include "tools/workers/WorkerPool.h"
 
 namespace fyn::productionrules {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/prb/Subcommand.h"
+#include "tools/base/PrbContext.h"
 #include "tools/recording/RecordingEvent.h"
 #include "tools/report/Measurement.h"
 

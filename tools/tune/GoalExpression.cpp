@@ -4,7 +4,7 @@
 #include <cctype>
 #include <cstdlib>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/report/Metrics.h"
 
 namespace fyn::productionrules {

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "config/ConfigKeys.h"
-#include "tools/compare/Bootstrap.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
+#include "tools/report/Bootstrap.h"
 #include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {

@@ -6,7 +6,7 @@
 #include <limits>
 #include <ostream>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
 #include "tools/report/SvgPlot.h"

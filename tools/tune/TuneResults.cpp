@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/prb/UsageError.h"
-#include "tools/recording/NamedStream.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
 

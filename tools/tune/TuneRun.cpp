@@ -5,15 +5,15 @@
 #include <iterator>
 #include <ostream>
 
-#include "tools/recording/KeyValueTexts.h"
-#include "tools/recording/NamedStream.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/ProgressBar.h"
+#include "tools/base/StopSignals.h"
+#include "tools/base/WorkerPool.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
-#include "tools/terminal/ProgressBar.h"
-#include "tools/terminal/StopSignals.h"
+#include "tools/settings/KeyValueTexts.h"
 #include "tools/tune/TuneOutcome.h"
 #include "tools/tune/TuneResults.h"
-#include "tools/workers/WorkerPool.h"
 
 namespace fyn::productionrules {
 

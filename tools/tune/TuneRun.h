@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/prb/Subcommand.h"
+#include "tools/base/PrbContext.h"
 
 namespace fyn::productionrules {
 

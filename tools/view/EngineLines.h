@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "layouts/LayoutDecision.h"
+#include "layouts/cycle/LayoutDecision.h"
 #include "service/ProductionRuleIPCService.h"
 #include "tools/view/ViewLine.h"
 

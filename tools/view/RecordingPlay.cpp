@@ -1,7 +1,7 @@
 #include "tools/view/RecordingPlay.h"
 
+#include "tools/base/ProgressBar.h"
 #include "tools/recording/RecordingReader.h"
-#include "tools/terminal/ProgressBar.h"
 #include "tools/view/ReplayLines.h"
 
 namespace fyn::productionrules {

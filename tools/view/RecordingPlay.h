@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "tools/prb/Subcommand.h"
-#include "tools/recording/NamedStream.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/PrbContext.h"
 #include "tools/replay/Replay.h"
 #include "tools/view/LineSpool.h"
 

@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 #include "tools/view/ViewAccess.h"
 
 namespace fyn::productionrules {

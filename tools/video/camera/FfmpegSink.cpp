@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <map>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

@@ -4,8 +4,8 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "tools/prb/UsageError.h"
-#include "tools/recording/NamedStream.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/UsageError.h"
 #include "tools/recording/RecordingReader.h"
 
 namespace fyn::productionrules::video {

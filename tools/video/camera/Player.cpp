@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

@@ -6,7 +6,7 @@
 
 #include "platform/VisionSettings.h"
 #include "platform/linux/DBusCameraProviders.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

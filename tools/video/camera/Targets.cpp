@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <opencv2/highgui.hpp>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

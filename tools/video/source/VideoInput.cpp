@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <opencv2/core/utils/logger.hpp>
 
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

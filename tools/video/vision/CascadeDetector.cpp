@@ -4,7 +4,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "model/Geometry.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

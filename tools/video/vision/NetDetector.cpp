@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "model/Geometry.h"
-#include "tools/prb/UsageError.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 

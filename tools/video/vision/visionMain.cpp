@@ -7,11 +7,11 @@
 #include <iostream>
 
 #include "platform/SystemEnvironment.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/StopSignals.h"
+#include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/meeting/MeetingOptions.h"
-#include "tools/prb/UsageError.h"
-#include "tools/recording/NamedStream.h"
-#include "tools/terminal/StopSignals.h"
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/CascadeDetector.h"
 #include "tools/video/vision/DetectionRunner.h"

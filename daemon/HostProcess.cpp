@@ -1,0 +1,129 @@
+#include "daemon/HostProcess.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <thread>
+#if PR_HAVE_JOURNAL
+#include <systemd/sd-daemon.h>
+#endif
+
+namespace fyn::productionrules {
+
+namespace {
+
+using EntryFunction = void (*)(const char* name, bool loadConfig);
+
+constexpr const char* kEntry = "productionRulesServiceMain";
+constexpr int kInterrupted = 130;
+
+/** The library stays loaded until the process ends: a thread of the service may outlive its entry function.
+ */
+EntryFunction loadEntry(const std::string& library) {
+  void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) {
+    throw std::invalid_argument(std::string("the service library cannot be loaded: ") + dlerror());
+  }
+  void* const symbol = dlsym(handle, kEntry);
+  if (symbol == nullptr) {
+    throw std::invalid_argument("\"" + library + "\" is not the service library: it has no " + kEntry);
+  }
+  return reinterpret_cast<EntryFunction>(symbol);
+}
+
+void tellServiceManager(const char* state) {
+#if PR_HAVE_JOURNAL
+  sd_notify(0, state);
+#else
+  static_cast<void>(state);
+#endif
+}
+
+int signalDescriptor() {
+  sigset_t ends;
+  sigemptyset(&ends);
+  sigaddset(&ends, SIGTERM);
+  sigaddset(&ends, SIGINT);
+  // Before any other thread starts, so that none of them takes the signals.
+  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  return signalfd(-1, &ends, SFD_CLOEXEC);
+}
+
+int checked(int descriptor) {
+  if (descriptor < 0) {
+    throw std::system_error(errno, std::generic_category(), "no file descriptor left");
+  }
+  return descriptor;
+}
+
+void raise(int eventDescriptor) {
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const ssize_t written = write(eventDescriptor, &one, sizeof one);
+}
+
+/** Waits for the end of the service and passes on what happens until then; true when a signal asked for it.
+ */
+bool attend(int signals, int ready, int stop, int ended) {
+  bool asked = false;
+  for (;;) {
+    std::array<pollfd, 3> watched{{{signals, POLLIN, 0}, {ready, POLLIN, 0}, {ended, POLLIN, 0}}};
+    poll(watched.data(), watched.size(), -1);
+    if (watched[2].revents != 0) {
+      return asked;
+    }
+    if (watched[1].revents != 0) {
+      char byte = 0;
+      [[maybe_unused]] const ssize_t count = read(ready, &byte, 1);
+      tellServiceManager(byte == 'r' ? "READY=1\nSTATUS=running" : "READY=1\nSTATUS=waiting for the bus");
+    }
+    if (watched[0].revents != 0) {
+      signalfd_siginfo taken{};
+      [[maybe_unused]] const ssize_t count = read(signals, &taken, sizeof taken);
+      if (asked) {
+        _exit(kInterrupted);
+      }
+      asked = true;
+      tellServiceManager("STOPPING=1");
+      raise(stop);
+    }
+  }
+}
+
+}  // namespace
+
+int runHostProcess(const std::string& library, const std::string& name) {
+  const int signals = checked(signalDescriptor());
+  const int stop = checked(eventfd(0, EFD_CLOEXEC));
+  const int ended = checked(eventfd(0, EFD_CLOEXEC));
+  std::array<int, 2> ready{};
+  checked(pipe2(ready.data(), O_CLOEXEC));
+  setenv("PRB_STOP_FD", std::to_string(stop).c_str(), 1);
+  setenv("PRB_READY_FD", std::to_string(ready[1]).c_str(), 1);
+  const EntryFunction entry = loadEntry(library);
+  std::thread service([&] {
+    entry(name.c_str(), true);
+    raise(ended);
+  });
+  const bool asked = attend(signals, ready[0], stop, ended);
+  service.join();
+  return asked ? 0 : 1;
+}
+
+std::string defaultLibrary() {
+  std::error_code ignored;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+  return (program.parent_path().parent_path() / "lib" / "libproductionrules.so").string();
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,86 @@
+// The process that hosts the production-rules service on a Linux machine.
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "daemon/HostProcess.h"
+#include "platform/linux/PlatformOptions.h"
+
+namespace {
+
+using fyn::productionrules::PlatformOptions;
+
+constexpr int kWrongUsage = 2;
+
+struct HostOptions {
+  PlatformOptions platform = PlatformOptions::fromEnvironment();
+  std::string configuration = "/etc/fyn.conf";
+  std::string name = "productionRules";
+  std::string library = fyn::productionrules::defaultLibrary();
+};
+
+/** The service itself takes a missing file for an empty one. */
+void checkConfiguration(const CLI::App& app, const HostOptions& options) {
+  if (app.get_option("--config")->count() > 0 && !std::ifstream(options.configuration)) {
+    std::cerr << "productionrulesd: the configuration file " << options.configuration
+              << " cannot be read; the defaults hold\n";
+  }
+}
+
+void declareOptions(CLI::App& app, HostOptions& options) {
+  app.set_version_flag("--version", "productionrulesd " PR_VERSION);
+  app.add_option("--config", options.configuration, "configuration file of the service, key=value lines")
+      ->envname("FYN_CONF_NAME")
+      ->capture_default_str();
+  app.add_option("--name", options.name, "name of the service")->envname("PRB_NAME")->capture_default_str();
+  app.add_option("--library", options.library, "the service library")
+      ->envname("PRB_LIBRARY")
+      ->capture_default_str();
+  for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
+    if (row.option != nullptr) {
+      app.add_option(row.option, options.platform.*row.field, row.meaning)
+          ->envname(row.environment)
+          ->capture_default_str();
+    }
+  }
+  app.footer(
+      "Every option can be given as the environment variable named beside it; the option wins. The password "
+      "at\n"
+      "the broker comes from a file or from PRB_MQTT_PASSWORD, never from the command line.\n"
+      "Ends on SIGTERM and SIGINT. Exit status: 0 after a signal, 1 when the service ended by itself, 2 for "
+      "a\n"
+      "wrong option.");
+}
+
+/** The service reads its choices from the environment of its process. */
+void passOn(const HostOptions& options) {
+  for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
+    setenv(row.environment, (options.platform.*row.field).c_str(), 1);
+  }
+  setenv("FYN_CONF_NAME", options.configuration.c_str(), 1);
+}
+
+}  // namespace
+
+// Without memory for the options there is nothing left to end well.
+// NOLINTNEXTLINE(bugprone-exception-escape)
+int main(int argc, char** argv) {
+  CLI::App app("Runs the production-rules service, the automatic camera director of a meeting room.");
+  HostOptions options;
+  declareOptions(app, options);
+  try {
+    app.parse(argc, argv);
+    options.platform.validate();
+    checkConfiguration(app, options);
+    passOn(options);
+    return fyn::productionrules::runHostProcess(options.library, options.name);
+  } catch (const CLI::Success& wanted) {
+    return app.exit(wanted);
+  } catch (const std::exception& fault) {
+    std::cerr << "productionrulesd: " << fault.what() << " (--help shows the options)\n";
+    return kWrongUsage;
+  }
+}

@@ -1,9 +1,0 @@
-#include "layouts/MultiStreamGroupFramingLayout.h"
-
-namespace fyn::productionrules {
-
-const char* MultiStreamGroupFramingLayout::getTag() const {
-  return "MultiStreamGroupFramingLayout";
-}
-
-}  // namespace fyn::productionrules

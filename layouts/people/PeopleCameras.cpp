@@ -1,0 +1,86 @@
+#include "layouts/people/PeopleCameras.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+#include "layouts/people/PeopleViews.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// A camera that has left the list has no image.
+bool shows(std::uint32_t camId, const FynHead& person) {
+  return isShowable(person.findHead(camId),
+                    FynCamerasConfig::get().getCameraLensModelDimension(static_cast<int>(camId)));
+}
+
+std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& person) {
+  if (layout == nullptr || !hasTiles(*layout)) {
+    return std::nullopt;
+  }
+  const auto frame = std::find_if(layout->frames.begin(), layout->frames.end(),
+                                  [&](const Frame& each) { return each.fynHeads.count(person.id) != 0; });
+  return frame != layout->frames.end() ? std::optional(frame->fynCamId) : std::nullopt;
+}
+
+bool seesSomebody(const MLData& data, std::int32_t camId) {
+  const std::vector<std::shared_ptr<FynHead>>& persons = data.getHeads();
+  return std::any_of(persons.begin(), persons.end(), [&](const std::shared_ptr<FynHead>& person) {
+    return shows(static_cast<std::uint32_t>(camId), *person);
+  });
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> findBestCamera(const FynHead& person) {
+  const auto best = std::find_if(person.feedPriorityList.begin(), person.feedPriorityList.end(),
+                                 [&](std::uint32_t camId) { return shows(camId, person); });
+  return best != person.feedPriorityList.end() ? std::optional(*best) : std::nullopt;
+}
+
+std::vector<Seat> chooseSeats(const MLData& data, const Layout* current, const Layout* pending,
+                              std::int32_t ownCamId) {
+  std::vector<Seat> seats;
+  std::unordered_set<std::int32_t> known;
+  for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
+    if (!known.insert(person->id).second) {
+      continue;
+    }
+    std::optional<std::uint32_t> camId;
+    for (const Layout* const layout : {current, pending}) {
+      const std::optional<std::uint32_t> tile = camId ? std::nullopt : cameraOfTile(layout, *person);
+      if (tile && shows(*tile, *person)) {
+        camId = tile;
+      }
+    }
+    if (!camId) {
+      camId = findBestCamera(*person);
+    }
+    if (camId) {
+      seats.push_back({person, *camId});
+    }
+  }
+  sortSeats(seats, ownCamId);
+  return seats;
+}
+
+std::uint32_t findGroupCamera(const MLData& data, const std::vector<Seat>& seats, std::int32_t frontCamId,
+                              std::int32_t ownCamId) {
+  for (const std::int32_t camId : {frontCamId, ownCamId}) {
+    if (seesSomebody(data, camId)) {
+      return static_cast<std::uint32_t>(camId);
+    }
+  }
+  std::map<std::uint32_t, int> seatsOfCamera;
+  for (const Seat& seat : seats) {
+    ++seatsOfCamera[seat.camId];
+  }
+  const auto most = std::max_element(seatsOfCamera.begin(), seatsOfCamera.end(),
+                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+  return most != seatsOfCamera.end() ? most->first : static_cast<std::uint32_t>(ownCamId);
+}
+
+}  // namespace fyn::productionrules

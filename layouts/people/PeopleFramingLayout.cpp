@@ -1,0 +1,113 @@
+#include "layouts/people/PeopleFramingLayout.h"
+
+#include <sstream>
+
+#include "config/PrConfig.h"
+#include "layouts/people/PeopleCandidate.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
+#include "layouts/people/PeopleTiles.h"
+#include "layouts/people/PeopleViews.h"
+#include "layouts/people/PeopleWaits.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+bool isEased(HeadPosition position) {
+  switch (position) {
+    case HeadPosition::HEAD_ON_EDGE:
+    case HeadPosition::HEAD_OFF_CENTER:
+    case HeadPosition::GROUP_MOVE_CLOSE:
+    case HeadPosition::GROUP_HEAD_ON_EDGE:
+      return PrConfig::get().animationEnableEase;
+    default:
+      return false;
+  }
+}
+
+bool isGroup(const Layout& layout) {
+  return layout.layoutType == FramingType::GROUP;
+}
+
+}  // namespace
+
+PeopleFramingLayout::PeopleFramingLayout() {
+  mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
+}
+
+const char* PeopleFramingLayout::getTag() const {
+  return "PeopleFramingLayout";
+}
+
+std::shared_ptr<Layout> PeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
+  const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+  mInputFaults.report(*mlData, camId, getTag());
+  return makePeopleCandidate(
+      *this, *mlData, {findSeats(*mlData, camId), PrConfig::get().compositeModeMaxPeople, camId, camId});
+}
+
+void PeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
+  if (hasTiles(*layout)) {
+    placeInTiles(*layout);
+  } else {
+    BaseLayout::fillPositionRect(layout);
+  }
+}
+
+bool PeopleFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+         BaseLayout::constructBoundingBox(frame, box,
+                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+}
+
+Rect PeopleFramingLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
+  const std::optional<Rect> square = neighboursBaseRect(frame, box);
+  return square ? *square : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+}
+
+// ---- Waits ----
+
+std::uint32_t PeopleFramingLayout::getWaitTimeForOtherCase(HeadPosition position) {
+  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+}
+
+std::uint32_t PeopleFramingLayout::getOtherLayoutChangeTimer(FramingType newType,
+                                                             std::stringstream& /*explanation*/,
+                                                             bool peopleCountChanged) {
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (setting == nullptr) {
+    return 0;
+  }
+  const PeopleWait wait = findPeopleWait(*setting, mCurLayout->layoutType, newType, peopleCountChanged);
+  return noteTimer(wait.timer, wait.ms);
+}
+
+std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
+                                               bool peopleCountChanged) {
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (mCurLayout == nullptr || setting == nullptr) {
+    return 0;
+  }
+  return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
+                              *mCurLayout, *candidate, getTag());
+}
+
+// ---- Transitions ----
+
+std::string PeopleFramingLayout::getLayoutChangeAnimation() {
+  if (PrConfig::get().pfAnimationCutOnly || mCurLayout == nullptr || mNextLayout == nullptr) {
+    return "cut";
+  }
+  return isGroup(*mCurLayout) != isGroup(*mNextLayout) ? "dissolve" : "cut";
+}
+
+std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {
+  return isEased(position) ? "ease" : "cut";
+}
+
+std::uint32_t PeopleFramingLayout::getReframeAnimationDuration(HeadPosition position) {
+  return getLayoutChangeDuration(isEased(position) ? "ease" : "cut");
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,30 @@
+#include "layouts/people/PeopleHeadFaults.h"
+
+#include <iterator>
+
+#include "layouts/people/PeopleViews.h"
+
+namespace fyn::productionrules {
+
+bool PeopleHeadFaults::isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image) {
+  // Who has left takes the fault along: the next one is another change.
+  for (auto each = mReported.begin(); each != mReported.end();) {
+    each = people.count(each->first) == 0 ? mReported.erase(each) : std::next(each);
+  }
+  for (const std::int64_t id : frame.fynHeads) {
+    const auto person = people.find(id);
+    if (person == people.end()) {
+      return true;
+    }
+    const Head* const head = person->second->findHead(frame.fynCamId);
+    const PersonInCamera key{id, frame.fynCamId};
+    if (head == nullptr || isZeroRect(head->bbox)) {
+      // The first such person is the one whom the report names.
+      return mReported.insert(key).second;
+    }
+    mReported.erase(key);
+  }
+  return !hasUnshowableHead(frame, people, image);
+}
+
+}  // namespace fyn::productionrules

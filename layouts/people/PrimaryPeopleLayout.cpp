@@ -1,0 +1,170 @@
+#include "layouts/people/PrimaryPeopleLayout.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "config/PrConfig.h"
+#include "layouts/people/PeopleCameras.h"
+#include "layouts/people/PeopleCandidate.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
+#include "layouts/people/PeopleTiles.h"
+#include "layouts/people/PeopleViews.h"
+#include "layouts/people/PeopleWaits.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+PrimaryPeopleLayout::PrimaryPeopleLayout() {
+  mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
+}
+
+const char* PrimaryPeopleLayout::getTag() const {
+  return "PrimaryPeopleLayout";
+}
+
+// ---- Candidates ----
+
+std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
+  const PrConfig& config = PrConfig::get();
+  const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
+  mInputFaults.reportAllCameras(*mlData, getTag());
+  PeopleChoice choice;
+  choice.seats = chooseSeats(*mlData, mCurLayout.get(), mNextLayout.get(), ownCamId);
+  choice.maxPeople = config.compositeModeMaxPeoplePrimary;
+  choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
+  choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
+  std::shared_ptr<Layout> layout = makePeopleCandidate(*this, *mlData, choice);
+  if (hasTiles(*layout)) {
+    for (Frame& frame : layout->frames) {
+      frame.srcRef = getImageSize(frame);
+    }
+  }
+  return layout;
+}
+
+void PrimaryPeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
+  if (hasTiles(*layout)) {
+    placeInTiles(*layout);
+  } else {
+    BaseLayout::fillPositionRect(layout);
+  }
+}
+
+bool PrimaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+         BaseLayout::constructBoundingBox(frame, box,
+                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+}
+
+Rect PrimaryPeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
+  const std::optional<Rect> square = neighboursBaseRect(frame, box);
+  return square ? *square : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+}
+
+bool PrimaryPeopleLayout::isLayoutValid() {
+  return mCurLayout != nullptr && std::any_of(mCurLayout->frames.begin(), mCurLayout->frames.end(),
+                                              [](const Frame& frame) { return !isZeroRect(frame.source); });
+}
+
+// ---- The better camera ----
+
+bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
+  if (mCurLayout == nullptr) {
+    return false;
+  }
+  bool moved = false;
+  for (std::size_t index = 0; index < mCurLayout->frames.size(); ++index) {
+    Frame& frame = mCurLayout->frames[index];
+    if (frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1) {
+      moved |= updateFeedPriority(index, frame);
+    }
+  }
+  return moved;
+}
+
+bool PrimaryPeopleLayout::updateFeedPriority(std::size_t index, Frame& frame) {
+  const auto person = mPeopleMap.find(*frame.fynHeads.begin());
+  const std::optional<std::uint32_t> best =
+      person != mPeopleMap.end() ? findBestCamera(*person->second) : std::nullopt;
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (!best || *best == frame.fynCamId || setting == nullptr ||
+      setting->feedPriorityChangedTimer == kInvalidTimer) {
+    resetTimer(frame.feedPriorityTimer);
+    return false;
+  }
+  if (!frame.feedPriorityTimer.isStarted()) {
+    frame.feedPriorityTimer = getTimer(setting->feedPriorityChangedTimer, tick());
+  }
+  return isTimerExpire(frame.feedPriorityTimer, mTick) && moveToCamera(index, frame, *person->second, *best);
+}
+
+bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const FynHead& person,
+                                       std::uint32_t camId) {
+  const Timer hold = std::exchange(frame.feedPriorityTimer, Timer{});
+  Frame moved = frame;
+  moved.fynCamId = camId;
+  moved.heads = {person.findHead(camId)->id};
+  moved.srcRef = getImageSize(moved);
+  moved.headPosition = HeadPosition::CENTER;
+  resetTimer(moved.headPositionTimer);
+  calculateRuleOfThirdFor(moved);
+  if (!showsWholeHeads(moved, mPeopleMap, moved.srcRef)) {
+    // The better camera cannot fill this tile without cutting the person; asked again after another hold.
+    return false;
+  }
+  frame = std::move(moved);
+  const std::string animation = getLayoutChangeAnimation();
+  setLayoutAnimation(mCurLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
+
+  LayoutDecision decision;
+  decision.kind = DecisionKind::FeedPriority;
+  decision.streamId = mCurLayout->streamId;
+  decision.from = frame.frameType;
+  decision.to = frame.frameType;
+  decision.difference = LayoutDifference::Camera;
+  decision.timer = "feedPriorityChangedTimer";
+  decision.waitMs = hold.duration;
+  decision.waitedMs = tick() - hold.startTicks;
+  decision.frameIndex = static_cast<std::int32_t>(index);
+  decide(decision);
+  return true;
+}
+
+// ---- Waits and transitions ----
+
+std::string PrimaryPeopleLayout::getLayoutChangeAnimation() {
+  return "cut";
+}
+
+std::uint32_t PrimaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
+  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+}
+
+std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType,
+                                                             std::stringstream& explanation,
+                                                             bool peopleCountChanged) {
+  explanation << "PrimaryPeopleLayout, ";
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (setting == nullptr) {
+    return 0;
+  }
+  const PeopleWait wait = findPeopleWait(*setting, mCurLayout->layoutType, newType, peopleCountChanged);
+  explanation << wait.explanation;
+  if (*wait.explanation != '\0') {
+    explanation << wait.ms;
+  }
+  return noteTimer(wait.timer, wait.ms);
+}
+
+std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
+                                               bool peopleCountChanged) {
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (mCurLayout == nullptr || setting == nullptr) {
+    return 0;
+  }
+  return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
+                              *mCurLayout, *candidate, getTag());
+}
+
+}  // namespace fyn::productionrules

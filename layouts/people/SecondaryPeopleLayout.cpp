@@ -1,0 +1,28 @@
+#include "layouts/people/SecondaryPeopleLayout.h"
+
+#include "layouts/people/PeopleFrameTimerSetting.h"
+
+namespace fyn::productionrules {
+
+SecondaryPeopleLayout::SecondaryPeopleLayout() {
+  mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
+}
+
+const char* SecondaryPeopleLayout::getTag() const {
+  return "SecondaryPeopleLayout";
+}
+
+bool SecondaryPeopleLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {
+  return !refusesEmptyPicture(layout) && BaseSecondaryLayout::applySecondaryLayout(layout);
+}
+
+bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+         BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
+}
+
+std::uint32_t SecondaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
+  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,9 @@
+#include "layouts/speaker/PrimarySpeakerLayout.h"
+
+namespace fyn::productionrules {
+
+const char* PrimarySpeakerLayout::getTag() const {
+  return "PrimarySpeakerLayout";
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,9 @@
+#include "layouts/streams/MultiStreamGroupFramingLayout.h"
+
+namespace fyn::productionrules {
+
+const char* MultiStreamGroupFramingLayout::getTag() const {
+  return "MultiStreamGroupFramingLayout";
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/streams/StreamAssignment.h"
+
+namespace fyn::productionrules {
+
+/**
+ * The streams that each stay with one person or one group of neighbours. Each is a picture of its own with
+ * its own layouts and waits, decided as if only its people were in the room: HEAD for one, one PROXIMITY
+ * frame around several, the ROOM view for nobody, a GROUP frame around its people where a closer view would
+ * cut somebody.
+ *
+ * An operation on layouts applies to every stream in turn, lowest first.
+ */
+class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
+ public:
+  MultiStreamPeopleFramingLayout();
+  ~MultiStreamPeopleFramingLayout() override;
+
+  const char* getTag() const override;
+  bool applyingLayout(const std::shared_ptr<MLData>& mlData) override;
+  bool updateLayoutFraming() override;
+  bool verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlData) override;
+  bool updateCurrentTimer() override;
+  void applyNewLayout() override;
+
+  /** The candidate of the stream at hand; of everybody when the operation is asked for by itself. */
+  std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
+
+  void resetLayouts() override;
+  bool isThereATimerRunning() const override;
+  std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override;
+  std::vector<std::shared_ptr<Layout>> getNextLayoutPtrs() const override;
+  void fillPositionRect(std::shared_ptr<Layout>& layout) override;
+  void calculateGroupFraming(Frame& frame) override;
+
+  /** One stream for each id, in that order. True when a stream that had a picture has gone or has another id
+   * now. */
+  bool setStreamIds(const std::vector<unsigned>& ids);
+
+  /** Gives every person of a vision result a stream; before the other operations on that result. */
+  void assignPeople(const MLData& data);
+
+  /** The operations of single streams, by their position among the ids. */
+  bool applyStreamLayout(std::size_t stream, const std::shared_ptr<MLData>& mlData);
+  bool updateStreamFraming(std::size_t stream);
+  bool applySecondaryLayoutToStream(std::size_t stream, const std::shared_ptr<Layout>& layout);
+
+ private:
+  /** What a stream keeps from one vision result to the next. */
+  struct Stream {
+    unsigned id = 0;
+    std::shared_ptr<Layout> current;
+    std::shared_ptr<Layout> next;
+    /** Name of the wait of `next`. */
+    const char* chosenTimer = "";
+    /** The people of the stream in the latest vision result. */
+    PeopleMap people;
+    /** Whom the group frame on screen was placed around; the frame itself names heads. */
+    std::set<std::int64_t> group;
+  };
+
+  class Selection;
+
+  template <typename Operation>
+  bool inEveryStream(Operation operation);
+  HeadPosition positionOf(const Frame& frame);
+  static const std::set<std::int64_t>& peopleOnScreen(const Stream& stream);
+
+  StreamAssignment mAssignment;
+  std::vector<Stream> mStreams;
+  /** The stream whose layouts and people stand in the engine's own members at the moment; null for none. */
+  Stream* mSelected = nullptr;
+};
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tools/meeting/Conversation.h"
+#include "tools/meeting/Detector.h"
+#include "tools/meeting/Motion.h"
+#include "tools/meeting/VisionResult.h"
+
+namespace fyn::productionrules {
+
+struct SimulationOptions {
+  std::uint64_t seed = 1;
+  int people = 4;
+  int minutes = 10;
+  int cameras = 1;
+  DetectorNoise noise;
+};
+
+/**
+ * A meeting as its cameras see it, 30 results per second. Camera 0 shows the room as it is; camera N shows
+ * the same people shifted sideways by 110 pixels for each N (odd ones to the right, even ones to the left),
+ * at 85 % of the size (odd) or 115 % (even), and from a direction 35 degrees further round for each N.
+ * Persons are 1, 2, ...; false boxes have ids from 10000 on, 100000 of them for each camera. The same options
+ * give the same results on every machine.
+ */
+class Simulation {
+ public:
+  explicit Simulation(const SimulationOptions& options);
+
+  const std::vector<MeetingCamera>& cameras() const { return mCameras; }
+
+  std::int64_t resultCount() const;
+
+  /** The next result, in order of time. */
+  VisionResult next();
+
+ private:
+  struct View {
+    std::int32_t camera;
+    Detector detector;
+  };
+
+  void look(View& view, std::int64_t t, std::vector<SeenPerson>& persons);
+  bool speaks(std::size_t person, std::int64_t t) const;
+
+  const SimulationOptions mOptions;
+  const std::int64_t mDuration;
+  std::vector<MeetingCamera> mCameras;
+  std::vector<PersonPath> mPaths;
+  std::vector<SpeechTurn> mTurns;
+  std::vector<View> mViews;
+  std::int64_t mFrame = 0;
+};
+
+}  // namespace fyn::productionrules

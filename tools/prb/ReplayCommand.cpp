@@ -1,0 +1,93 @@
+#include <CLI/CLI.hpp>
+#include <array>
+#include <memory>
+#include <optional>
+
+#include "platform/VisionSettings.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/ProgressBar.h"
+#include "tools/prb/Commands.h"
+#include "tools/replay/EffectWriter.h"
+#include "tools/replay/RecordingRun.h"
+#include "tools/settings/KeyValueTexts.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct ReplayArguments {
+  std::string input;
+  std::string output = "-";
+  std::string config;
+  std::vector<std::string> properties;
+  std::string log;
+  std::string dump;
+  bool decisions = false;
+};
+
+int logLevelOf(const std::string& letter) {
+  if (letter.empty()) {
+    return 0;
+  }
+  return static_cast<int>(std::string("EWID").find(letter)) + VisionSettings::kErrorLevel;
+}
+
+ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& context) {
+  ReplayOptions options;
+  options.configuration = readConfiguration(arguments.config);
+  options.properties = keyValues(arguments.properties);
+  options.logLevel = logLevelOf(arguments.log);
+  options.dumpPath = arguments.dump;
+  options.standardOutput = &context.err;
+  return options;
+}
+
+void runReplay(const ReplayArguments& arguments, PrbContext& context) {
+  ReplayOptions options = replayOptions(arguments, context);
+  InputFile input(arguments.input, context.in);
+  OutputFile output(arguments.output, context.out);
+  Replay* running = nullptr;
+  EffectWriter effects(output.stream(), [&running] { return running->now(); });
+  options.decisions = arguments.decisions ? &effects : nullptr;
+  Replay replay(options, effects);
+  running = &replay;
+  RecordingReader reader(input.stream(), input.name());
+  ProgressBar bar(context.err, context.errIsTerminal && arguments.output != "-", "replay", input.size());
+  runRecording(reader, replay, [&](const RecordingEvent&) { bar.update(reader.bytesRead()); });
+  output.finish();
+}
+
+}  // namespace
+
+void addReplayCommand(CLI::App& command, PrbContext& context) {
+  const auto arguments = std::make_shared<ReplayArguments>();
+  command.add_option("input", arguments->input, "The recording; - for standard input")
+      ->type_name("RECORDING")
+      ->required();
+  command.add_option("-o,--output", arguments->output, "Where the effects go; - for standard output")
+      ->type_name("OUTPUT");
+  command.add_option("--config", arguments->config, "Configuration file that the service reads")
+      ->type_name("FILE");
+  addPropertyOption(command, arguments->properties);
+  command
+      .add_option(
+          "--log", arguments->log,
+          "Write log lines too: E errors, W also warnings, I also information, D also debug (as far as the "
+          "service's own level, key persist.tvpr.logs, lets through)")
+      ->type_name("LEVEL")
+      ->check(CLI::IsMember({"E", "W", "I", "D"}));
+  command.add_option("--dump", arguments->dump, "Takes the lines of the debug dump")->type_name("FILE");
+  command.add_flag("--decisions", arguments->decisions, "Write every decision with its reason too");
+  command.footer(
+      "Runs the whole service on a recording, as fast as it can, and writes one JSON line per effect: "
+      "messages, calls of\n"
+      "the camera provider, subscriptions, log lines. The same recording gives the same bytes.\n"
+      "\n"
+      "Examples:\n"
+      "  prb replay meeting.jsonl -o effects.jsonl\n"
+      "  prb replay meeting.jsonl --property vendor.talkertracking.flag=4 --log I | less\n"
+      "  prb simulate --seed 1 | prb replay - --config quick.conf --decisions");
+  command.callback([arguments, &context] { runReplay(*arguments, context); });
+}
+
+}  // namespace fyn::productionrules

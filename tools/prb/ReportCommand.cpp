@@ -1,0 +1,131 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "tools/base/NamedStream.h"
+#include "tools/base/UsageError.h"
+#include "tools/prb/Commands.h"
+#include "tools/report/MeasureRecordings.h"
+#include "tools/report/MetricTable.h"
+#include "tools/report/Metrics.h"
+#include "tools/report/ReportPage.h"
+#include "tools/settings/KeyValueTexts.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct ReportArguments {
+  std::vector<std::string> recordings;
+  std::string config;
+  std::vector<std::string> properties;
+  std::string json;
+  std::string html;
+  std::optional<int> stream;
+  bool timing = false;
+};
+
+nlohmann::ordered_json figuresAsJson(const Measurement& measurement, bool timing) {
+  nlohmann::ordered_json document{
+      {"minutes", static_cast<double>(measurement.observedMs) / 60000},
+      {"visionResults", measurement.visionResults},
+      {"layoutChanges", measurement.layoutChanges},
+      {"reframes", measurement.reframes},
+      {"flickers", measurement.flickers},
+  };
+  for (std::size_t kind = 0; kind < kRoomEventNames.size(); ++kind) {
+    const Answers& answers = measurement.answers[kind];
+    document["events"][kRoomEventNames[kind]] = {{"answered", answers.latency.total()},
+                                                 {"unanswered", answers.unanswered}};
+  }
+  document["metrics"] = metricsAsJson(metrics(), measurement);
+  if (timing) {
+    document["timing"] = metricsAsJson(timingMetrics(), measurement);
+  }
+  return document;
+}
+
+void writeJson(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings,
+               PrbContext& context) {
+  nlohmann::ordered_json document;
+  document["overall"] = figuresAsJson(overall(recordings), arguments.timing);
+  document["recordings"] = nlohmann::ordered_json::array();
+  for (const MeasuredRecording& recording : recordings) {
+    nlohmann::ordered_json entry{{"recording", recording.name}};
+    entry.update(figuresAsJson(recording.measurement, arguments.timing));
+    document["recordings"].push_back(std::move(entry));
+  }
+  OutputFile output(arguments.json, context.out);
+  output.stream() << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+  output.finish();
+}
+
+void checkStream(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings) {
+  const bool isShown = std::any_of(recordings.begin(), recordings.end(), [](const auto& recording) {
+    return !recording.measurement.timeLine.changes.empty();
+  });
+  if (arguments.stream && !isShown) {
+    throw UsageError("no recording shows anything on stream " + std::to_string(*arguments.stream));
+  }
+}
+
+void runReport(const ReportArguments& arguments, PrbContext& context) {
+  checkRecordingNames(arguments.recordings);
+  requireWritable(arguments.json);
+  requireWritable(arguments.html);
+  const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties),
+                            arguments.stream};
+  const std::vector<MeasuredRecording> recordings =
+      measureRecordings(arguments.recordings, {setup}, context).front();
+  checkStream(arguments, recordings);
+  if (arguments.json != "-") {
+    writeMetricTable(context.out, metrics(), recordings);
+    if (arguments.timing) {
+      context.out << '\n';
+      writeMetricTable(context.out, timingMetrics(), recordings);
+    }
+  }
+  if (!arguments.json.empty()) {
+    writeJson(arguments, recordings, context);
+  }
+  if (!arguments.html.empty()) {
+    OutputFile output(arguments.html, context.out);
+    writeReportPage(output.stream(), recordings, arguments.timing);
+    output.finish();
+  }
+}
+
+}  // namespace
+
+void addReportCommand(CLI::App& command, PrbContext& context) {
+  const auto arguments = std::make_shared<ReportArguments>();
+  command.add_option("recordings", arguments->recordings, "The recordings to measure; - for standard input")
+      ->type_name("RECORDING")
+      ->required();
+  command.add_option("--config", arguments->config, "Configuration file that the service reads")
+      ->type_name("FILE");
+  addPropertyOption(command, arguments->properties);
+  command
+      .add_option("--json", arguments->json,
+                  "Write the figures as JSON; - for standard output, without the table")
+      ->type_name("FILE");
+  command.add_option("--html", arguments->html, "Write a page with plots")->type_name("FILE");
+  command.add_option("--stream", arguments->stream, "Measure only this output stream; 0 shows everybody")
+      ->type_name("ID");
+  command.add_flag("--timing", arguments->timing,
+                   "Report the time that a decision takes too; it differs from run to run");
+  command.footer(
+      "Replays meetings and measures how good the framing is: how often the picture changes, who is in view, "
+      "how\n"
+      "people stand in the picture, how long it takes to answer what happens in the room.\n"
+      "\n"
+      "Examples:\n"
+      "  prb report meeting.jsonl --html report.html\n"
+      "  prb report monday.jsonl tuesday.jsonl --config quick.conf --json figures.json\n"
+      "  prb simulate --seed 1 | prb report -");
+  command.callback([arguments, &context] { runReport(*arguments, context); });
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,135 @@
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <memory>
+
+#include "config/PrConfig.h"
+#include "platform/SystemEnvironment.h"
+#include "tools/base/NamedStream.h"
+#include "tools/base/StopSignals.h"
+#include "tools/base/StoppableInput.h"
+#include "tools/live/LiveBus.h"
+#include "tools/prb/Commands.h"
+#include "tools/settings/KeyValueTexts.h"
+#include "tools/view/LineHub.h"
+#include "tools/view/LineSpool.h"
+#include "tools/view/LiveRoom.h"
+#include "tools/view/RecordingPlay.h"
+#include "tools/view/ViewPage.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct ViewArguments {
+  std::string recording;
+  std::string config;
+  std::vector<std::string> properties;
+  PlatformOptions platform;
+  ViewPageOptions page;
+};
+
+std::int64_t nowMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+void tellAddress(const ViewPage& page, PrbContext& context) {
+  context.out << page.address << std::endl;
+  context.err << "open this address in a browser; end with Ctrl-C" << std::endl;
+}
+
+void waitForTheEnd(StopSignals& stop) {
+  while (!stop.waitFor(std::chrono::hours(1))) {
+  }
+}
+
+void viewRecording(const ViewArguments& arguments, PrbContext& context) {
+  StopSignals stop;
+  StoppableInput standardInput(context.in, stop);
+  InputFile input(arguments.recording, standardInput.stream());
+  ReplayOptions options;
+  options.configuration = readConfiguration(arguments.config);
+  options.properties = keyValues(arguments.properties);
+  LineSpool spool;
+  const ViewPage page = showViewPage(spool.feed(input.name()), arguments.page);
+  tellAddress(page, context);
+  if (playRecording(input, options, spool, context,
+                    [&stop] { return stop.waitFor(std::chrono::seconds(0)); })) {
+    waitForTheEnd(stop);
+  }
+}
+
+/** Ends the deliveries before what they reach goes. */
+class Deliveries {
+ public:
+  Deliveries(LiveBus& bus, LiveRoom& room) : mBus(bus) {
+    for (const std::string_view topic : LiveRoom::kTopics) {
+      bus.client().subscribe(std::string(topic), room);
+    }
+  }
+  ~Deliveries() { mBus.client().close(); }
+  Deliveries(const Deliveries&) = delete;
+  Deliveries& operator=(const Deliveries&) = delete;
+
+ private:
+  LiveBus& mBus;
+};
+
+void viewBus(const ViewArguments& arguments, PrbContext& context) {
+  // Said now rather than when the service is told to read it.
+  readConfiguration(arguments.config);
+  StopSignals stop;
+  LiveBus bus(arguments.platform);
+  // Those of the machine: the shadow puts its own in their place.
+  ShadowSettings settings{arguments.config.empty() ? configurationPath() : arguments.config,
+                          &SystemEnvironment::properties(), keyValues(arguments.properties)};
+  LineHub hub;
+  LiveRoom room(hub, nowMs, std::move(settings));
+  const Deliveries deliveries(bus, room);
+  bus.waitUntilReady();
+  const ViewPage page = showViewPage(hub.feed(arguments.platform.bus), arguments.page);
+  tellAddress(page, context);
+  waitForTheEnd(stop);
+}
+
+}  // namespace
+
+void addViewCommand(CLI::App& command, PrbContext& context) {
+  const auto arguments = std::make_shared<ViewArguments>();
+  CLI::Option* const recording =
+      command
+          .add_option(
+              "recording", arguments->recording,
+              "Replay this recording and show it; '-' is standard input. Without one: what happens on --bus")
+          ->type_name("RECORDING");
+  command.add_option("--config", arguments->config, "Configuration file that the service reads")
+      ->type_name("FILE");
+  addPropertyOption(command, arguments->properties);
+  addViewPageOptions(command, arguments->page);
+  addPlatformOptions(command, arguments->platform, true);
+  recording->excludes(command.get_option("--bus"));
+  command.footer(
+      "Serves a page that shows the room, the picture, the waits and why the picture changed, and prints its "
+      "address.\n"
+      "A recording is replayed as 'prb replay' does it. On a live bus, scenes are those of the live service; "
+      "the\n"
+      "reasons are those of a service that prb runs beside it on the same messages. That one begins when the "
+      "page "
+      "does,\n"
+      "so for the first seconds its reasons may differ.\n"
+      "\n"
+      "Examples:\n"
+      "  prb view meeting.jsonl\n"
+      "  prb view meeting.jsonl --property vendor.talkertracking.flag=4 --port 8080\n"
+      "  prb view --bus mqtt://localhost");
+  command.callback([arguments, &context] {
+    if (arguments->recording.empty()) {
+      viewBus(*arguments, context);
+    } else {
+      viewRecording(*arguments, context);
+    }
+  });
+}
+
+}  // namespace fyn::productionrules
