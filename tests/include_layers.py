@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that the folders include one another in one direction only and that no two files include each other.
+"""Checks that the rooms (folders) include one another in one direction only and that no file pairs form a circle.
 
 usage: include_layers.py ROOT        check the sources beneath ROOT
        include_layers.py --self-test check that the check finds what it must
@@ -9,80 +9,122 @@ import os
 import re
 import sys
 
-# Folder -> the folders that its files may include, besides itself.
-LAYERS = {"platform": set()}
-for folder, below in (
-    ("model", "platform"),
-    ("config", "model"),
-    ("geometry", "config"),
-    ("layouts", "geometry"),
-    ("modes", "layouts"),
-    ("output", "config"),
-):
-    LAYERS[folder] = LAYERS[below] | {below}
-LAYERS["service"] = LAYERS["modes"] | {"modes", "output"}
+# Room -> the rooms whose files it may include, besides its own; from the bottom up, so that none points upwards. What
+# a room may include is spelt out where it is all of a few rooms, and taken over with `above` where it is a stack.
+ROOMS = {"platform": set()}
 
-# Only the library's entry function and programs choose a backend; the rest sees the interfaces.
-BACKENDS = ("platform/embedded/", "platform/linux/", "platform/virtual/")
-MAY_NAME_A_BACKEND = ("platform/", "service/entry/")
 
-# Programs and tests stand on top and may include everything.
-TOP = {"tools", "viewer", "benchmarks", "tests"}
+def above(*rooms):
+    """What the given rooms may include, and they themselves."""
+    return set(rooms).union(*(ROOMS[room] for room in rooms))
+
+
+ROOMS["platform/embedded"] = {"platform"}
+ROOMS["platform/virtual"] = {"platform"}
+ROOMS["platform/android"] = {"platform", "platform/embedded"}
+ROOMS["platform/linux"] = {"platform", "platform/embedded"}
+ROOMS["model"] = above("platform")
+ROOMS["config"] = above("model")
+ROOMS["geometry"] = above("config")
+ROOMS["layouts/cycle"] = above("geometry")
+ROOMS["layouts/group"] = above("layouts/cycle")
+ROOMS["layouts/people"] = above("layouts/cycle")
+ROOMS["layouts/speaker"] = above("layouts/people")
+ROOMS["layouts/streams"] = above("layouts/people", "layouts/group")
+ROOMS["modes"] = above("layouts/streams", "layouts/speaker")
+ROOMS["output"] = above("config")
+ROOMS["service"] = above("modes", "output")
+# Only programs and the library's entry function choose a backend; the rest sees the interfaces.
+BACKENDS = {"platform/embedded", "platform/virtual", "platform/android", "platform/linux"}
+ROOMS["service/entry"] = above("service") | BACKENDS
+ROOMS["daemon"] = {"platform", "platform/linux"}
+ROOMS["examples"] = {"platform", "platform/linux"}
+ROOMS["tools/base"] = above("config")
+ROOMS["tools/recording"] = above("tools/base", "service")
+ROOMS["tools/replay"] = above("tools/recording") | {"platform/embedded", "platform/virtual"}
+ROOMS["tools/settings"] = above("tools/recording")
+ROOMS["tools/live"] = above("tools/recording") | {"platform/linux"}
+ROOMS["tools/meeting"] = above("tools/settings")
+ROOMS["tools/report"] = above("tools/replay")
+ROOMS["tools/view"] = above("tools/replay")
+ROOMS["tools/tune"] = above("tools/report", "tools/settings")
+ROOMS["tools/video/source"] = above("tools/base")
+ROOMS["tools/video/compose"] = above("tools/base")
+ROOMS["tools/video/camera"] = above("tools/video/source", "tools/video/compose", "tools/live")
+ROOMS["tools/video/vision"] = above("tools/video/source", "tools/live", "tools/meeting")
+ROOMS["tools/prb"] = above("tools/tune", "tools/view", "tools/live", "tools/meeting")
+ROOMS["benchmarks"] = set(ROOMS)
+ROOMS["tests"] = set(ROOMS)
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 
+def room_of(path):
+    """The innermost room that the file lies in; "" for none."""
+    folder = os.path.dirname(path)
+    while folder and folder not in ROOMS:
+        folder = os.path.dirname(folder)
+    return folder
+
+
 def read_sources(root):
-    """Path below root -> text, for every C++ file of a layered or top folder."""
+    """Path below root -> text, for every C++ file but what a build has made."""
     sources = {}
-    for folder in sorted(set(LAYERS) | TOP):
-        for path, folders, names in os.walk(os.path.join(root, folder)):
-            folders[:] = [name for name in folders if name != "node_modules"]
-            for name in names:
-                if name.endswith((".h", ".inc", ".cpp")):
-                    full = os.path.join(path, name)
-                    with open(full, encoding="utf-8") as file:
-                        sources[os.path.relpath(full, root).replace(os.sep, "/")] = file.read()
+    for path, folders, names in os.walk(root):
+        folders[:] = [name for name in folders if name not in ("node_modules", "build") and name[0] != "."]
+        for name in names:
+            if name.endswith((".h", ".inc", ".cpp")):
+                full = os.path.join(path, name)
+                with open(full, encoding="utf-8") as file:
+                    sources[os.path.relpath(full, root).replace(os.sep, "/")] = file.read()
     return sources
 
 
 def layer_faults(sources):
     for path, text in sorted(sources.items()):
-        folder = path.split("/")[0]
+        room = room_of(path)
+        if not room:
+            yield f"{path} lies in no room of the table"
+            continue
         for included in INCLUDE.findall(text):
             if included not in sources:
                 yield f"{path} includes {included}, which is not there from the root"
                 continue
-            if folder in TOP:
-                continue
-            other = included.split("/")[0]
-            if other != folder and other not in LAYERS[folder]:
-                yield f"{path} includes {included}: {folder} may not use {other}"
-            elif included.startswith(BACKENDS) and not path.startswith(MAY_NAME_A_BACKEND):
-                yield f"{path} includes {included}: only the entry function chooses a backend"
+            other = room_of(included)
+            if other != room and other not in ROOMS[room]:
+                yield f"{path} includes {included}: {room} may not use {other}"
+
+
+def pairs_of(sources):
+    """File pair, such as model/Rect for its header and its source -> the pairs that it includes."""
+    pairs = {}
+    for path, text in sources.items():
+        pair = os.path.splitext(path)[0]
+        included = {os.path.splitext(name)[0] for name in INCLUDE.findall(text) if name in sources}
+        pairs.setdefault(pair, set()).update(included - {pair})
+    return pairs
 
 
 def circle_faults(sources):
-    state = {}  # path -> "open" while its includes are followed, then "done"
-    for start in sorted(sources):
+    pairs = pairs_of(sources)
+    state = {}  # pair -> "open" while its includes are followed, then "done"
+    for start in sorted(pairs):
         if start in state:
             continue
         state[start] = "open"
-        trail = [(start, iter(INCLUDE.findall(sources[start])))]
+        trail = [(start, iter(sorted(pairs[start])))]
         while trail:
-            path, rest = trail[-1]
+            pair, rest = trail[-1]
             included = next(rest, None)
             if included is None:
-                state[path] = "done"
+                state[pair] = "done"
                 trail.pop()
-            elif included not in sources:
-                continue
             elif state.get(included) == "open":
                 names = [name for name, _ in trail]
                 yield "a circle: " + " -> ".join(names[names.index(included):] + [included])
             elif included not in state:
                 state[included] = "open"
-                trail.append((included, iter(INCLUDE.findall(sources[included]))))
+                trail.append((included, iter(sorted(pairs[included]))))
 
 
 def faults(sources):
@@ -94,23 +136,27 @@ def self_test():
     samples = (
         ("one way", {"model/A.h": '#include "platform/B.h"\n', "platform/B.h": "#include <string>\n"}, []),
         ("a library's header", {"model/A.h": "#include <nlohmann/json.hpp>\n"}, []),
-        ("upwards", {"model/A.h": '#include "config/B.h"\n', "config/B.h": ""}, ["model/A.h includes config/B.h"]),
-        ("beside", {"layouts/A.cpp": '  #  include "output/B.h"', "output/B.h": ""},
-         ["layouts/A.cpp includes output/B.h"]),
-        ("several layers down", {"service/A.h": '#include "model/B.h"\n', "model/B.h": ""}, []),
-        ("a program", {"tools/prb/A.cpp": '#include "service/B.h"\n', "service/B.h": ""}, []),
-        ("towards a program", {"service/B.h": '#include "tools/A.h"\n', "tools/A.h": ""},
-         ["service/B.h includes tools/A.h"]),
+        ("several layers down, oddly spaced", {"service/A.h": '  #  include "model/B.h"', "model/B.h": ""}, []),
+        ("a comment", {"model/A.h": '// #include "config/B.h"\n', "config/B.h": ""}, []),
+        ("a folder below a room", {"layouts/cycle/parts/A.h": '#include "modes/B.h"\n', "modes/B.h": ""},
+         ["layouts/cycle/parts/A.h includes modes/B.h: layouts/cycle may not use modes"]),
+        ("no room", {"attic/A.h": ""}, ["attic/A.h lies in no room"]),
+        ("beside the rooms of a folder", {"tools/A.h": ""}, ["tools/A.h lies in no room"]),
         ("not from the root", {"model/A.h": '#include "B.h"\n', "model/B.h": ""}, ["model/A.h includes B.h, which"]),
-        ("a backend", {"service/A.h": '#include "platform/linux/B.h"\n', "platform/linux/B.h": ""},
-         ["service/A.h includes platform/linux/B.h"]),
-        ("the entry chooses", {"service/entry/A.cpp": '#include "platform/linux/B.h"\n', "platform/linux/B.h": ""}, []),
         ("a circle", {"model/A.h": '#include "model/B.h"\n', "model/B.h": '#include "model/A.h"\n'},
-         ["a circle: model/A.h -> model/B.h -> model/A.h"]),
+         ["a circle: model/A -> model/B -> model/A"]),
+        ("a circle through sources", {"model/A.h": "", "model/A.cpp": '#include "model/A.h"\n#include "model/B.h"\n',
+                                      "model/B.h": '#include "model/A.h"\n'},
+         ["a circle: model/A -> model/B -> model/A"]),
         ("twice is no circle", {"model/A.h": '#include "model/B.h"\n#include "model/C.h"\n',
                                 "model/B.h": '#include "model/C.h"\n', "model/C.h": ""}, []),
-        ("a comment", {"model/A.h": '// #include "config/B.h"\n', "config/B.h": ""}, []),
     )
+    # Every rule broken once, by a header and by a source.
+    samples += tuple(
+        (f"{room} -> {other}", {f"{room}/A{ending}": f'#include "{other}/B.h"\n', f"{other}/B.h": ""},
+         [f"{room}/A{ending} includes {other}/B.h: {room} may not use {other}"])
+        for room in ROOMS for other in ROOMS if other != room and other not in ROOMS[room]
+        for ending in (".h", ".cpp"))
     failed = 0
     for name, sources, expected in samples:
         found = faults(sources)
