@@ -4,10 +4,10 @@
 #include "model/FynCamerasConfig.h"
 #include "model/JsonNumber.h"
 #include "platform/MrJsonUtil.h"
+#include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "service/ProductionRuleIPCService.h"
 #include "service/TopicText.h"
-#include "service/Topics.h"
 
 namespace fyn::productionrules {
 

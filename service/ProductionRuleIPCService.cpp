@@ -8,9 +8,9 @@
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/SystemEnvironment.h"
+#include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "service/TopicText.h"
-#include "service/Topics.h"
 
 namespace fyn::productionrules {
 

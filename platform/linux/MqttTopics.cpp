@@ -1,29 +1,13 @@
 #include "platform/linux/MqttTopics.h"
 
-#include <array>
+#include "platform/Topics.h"
 
 namespace fyn::productionrules {
 
-namespace {
-
-struct Row {
-  std::string_view topic;
-  MqttDelivery delivery;
-};
-
-// A stream at frame rate is worth nothing late; a viewer that joins late is shown the last picture at once.
-constexpr std::array<Row, 5> kDeliveries{{{"/ICDOut", {0, false}},
-                                          {"/TimerDebug", {0, false}},
-                                          {"/PRBOutDebug", {0, false}},
-                                          {"/PRBOut", {1, true}},
-                                          {"/PeopleCount", {1, true}}}};
-
-}  // namespace
-
 MqttDelivery mqttDeliveryOf(std::string_view topic) {
-  for (const Row& row : kDeliveries) {
-    if (row.topic == topic) {
-      return row.delivery;
+  for (const Topic& row : topics::kTable) {
+    if (row.name == topic) {
+      return {row.qos, row.retain};
     }
   }
   return {};

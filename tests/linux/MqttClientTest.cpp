@@ -179,13 +179,10 @@ struct DeliveryRow {
 
 TEST(MqttTopics, StreamsAreFastPicturesAreKeptCommandsArrive) {
   const DeliveryRow rows[] = {{"/ICDOut", 0, false},
-                              {"/TimerDebug", 0, false},
-                              {"/PRBOutDebug", 0, false},
+                              {"/PRBDecisions", 0, false},
                               {"/PRBOut", 1, true},
-                              {"/PeopleCount", 1, true},
                               {"/PRBOutSecondary/1", 1, false},
-                              {"/ctl/tracking-mode", 1, false},
-                              {"/ForwardMessage", 1, false}};
+                              {"/ctl/tracking-mode", 1, false}};
   for (const DeliveryRow& row : rows) {
     EXPECT_EQ(mqttDeliveryOf(row.topic).qos, row.qos) << row.topic;
     EXPECT_EQ(mqttDeliveryOf(row.topic).retain, row.retain) << row.topic;

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/base/UsageError.h"
 #include "tools/recording/RecordingWriter.h"
 

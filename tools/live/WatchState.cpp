@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "service/Topics.h"
+#include "platform/Topics.h"
 
 namespace fyn::productionrules {
 

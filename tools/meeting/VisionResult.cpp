@@ -1,6 +1,7 @@
 #include "tools/meeting/VisionResult.h"
 
 #include "model/Head.h"
+#include "platform/Topics.h"
 #include "tools/recording/CompactText.h"
 
 namespace fyn::productionrules {
@@ -111,7 +112,7 @@ BusMessage cameraListMessage(std::size_t count) {
 }  // namespace
 
 BusMessage visionMessage(const VisionResult& result, const std::vector<MeetingCamera>& cameras) {
-  BusMessage message{"/ICDOut", ""};
+  BusMessage message{std::string(topics::kVisionResult), ""};
   CompactText text(message.payload);
   const Members members(text);
   text.open('{');

@@ -4,7 +4,7 @@
 
 #include "config/ConfigKeys.h"
 #include "model/Enums.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"
 

@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "platform/Clock.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/base/StopSignals.h"
 #include "tools/live/LiveBus.h"
 #include "tools/live/Recorder.h"

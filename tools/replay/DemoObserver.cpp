@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/replay/DecisionSentence.h"
 
 namespace fyn::productionrules {

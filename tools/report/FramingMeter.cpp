@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 
 namespace fyn::productionrules {
 

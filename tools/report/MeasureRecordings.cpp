@@ -4,7 +4,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/UsageError.h"

@@ -3,7 +3,7 @@
 #include "geometry/FrameShapes.h"
 #include "geometry/OffCenter.h"
 #include "output/JsonLayoutBuilder.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/replay/EffectWriter.h"
 
 namespace fyn::productionrules {

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/PubSub.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/view/ShadowService.h"
 
 namespace fyn::productionrules {

@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/recording/RecordingWriter.h"
 
 namespace fyn::productionrules {

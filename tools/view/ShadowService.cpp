@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/TextFile.h"
+#include "platform/Topics.h"
 #include "platform/VisionSettings.h"
-#include "service/Topics.h"
 
 namespace fyn::productionrules {
 

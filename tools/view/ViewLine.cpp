@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "platform/PubSub.h"
-#include "service/Topics.h"
+#include "platform/Topics.h"
 #include "tools/recording/CompactText.h"
 #include "tools/recording/RecordingWriter.h"
 

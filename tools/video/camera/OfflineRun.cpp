@@ -4,6 +4,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "platform/Topics.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/UsageError.h"
 #include "tools/recording/RecordingReader.h"
@@ -24,7 +25,7 @@ void addScenes(const std::string& path, Player& player) {
     try {
       const json effect = json::parse(line);
       // Published whether or not the replay had a provider.
-      if (effect.value("topic", "") == "/PRBOut") {
+      if (effect.value("topic", "") == topics::kScene) {
         player.addScene(effect.at("payload").dump(), effect.at("t").get<std::int64_t>());
       }
     } catch (const json::exception& fault) {
@@ -41,7 +42,7 @@ void showRecorded(const std::string& path, Player& player) {
   std::optional<VisionFrame> waiting;
   while (reader.next(event)) {
     const auto* const message = std::get_if<BusMessage>(&event.what);
-    if (message == nullptr || message->topic != "/ICDOut") {
+    if (message == nullptr || message->topic != topics::kVisionResult) {
       continue;
     }
     VisionFrame frame = parseVisionFrame(message->payload);

@@ -6,6 +6,7 @@
 
 #include "platform/StderrLog.h"
 #include "platform/SystemEnvironment.h"
+#include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/StopSignals.h"
@@ -48,9 +49,9 @@ class BusListener final : public com::quil::pubsub::IPubSubListener {
   explicit BusListener(Inbox& inbox) : mInbox(inbox) {}
 
   void onMessage(const std::string& topic, const std::string& message) override {
-    const auto kind = topic == "/ICDOut"   ? Arrival::Kind::visionResult
-                      : topic == "/PRBOut" ? Arrival::Kind::sceneFromBus
-                                           : Arrival::Kind::nothing;
+    const auto kind = topic == topics::kVisionResult ? Arrival::Kind::visionResult
+                      : topic == topics::kScene      ? Arrival::Kind::sceneFromBus
+                                                     : Arrival::Kind::nothing;
     if (kind != Arrival::Kind::nothing) {
       mInbox.put({kind, message});
     }
@@ -75,8 +76,8 @@ void follow(const CameraArguments& arguments, Player& player, StopSignals& stop)
   Inbox inbox;
   BusListener listener(inbox);
   LiveBus bus(arguments.platform);
-  bus.client().subscribe("/ICDOut", listener);
-  bus.client().subscribe("/PRBOut", listener);
+  bus.client().subscribe(std::string(topics::kVisionResult), listener);
+  bus.client().subscribe(std::string(topics::kScene), listener);
   bus.waitUntilReady();
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
   sayReady();
