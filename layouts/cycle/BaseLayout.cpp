@@ -31,9 +31,7 @@ unsigned addressOf(const std::shared_ptr<Layout>& layout) {
 
 }  // namespace
 
-BaseLayout::BaseLayout() : mTick(GetTicks), mTimerSetting(std::make_shared<BaseTimerSetting>()) {
-  mPeopleMap.max_load_factor(1.0F);
-}
+BaseLayout::BaseLayout() : mTick(GetTicks), mTimerSetting(std::make_shared<BaseTimerSetting>()) {}
 
 BaseLayout::~BaseLayout() = default;
 
@@ -42,14 +40,14 @@ const char* BaseLayout::getTag() const {
 }
 
 std::string BaseLayout::getLayoutDataInJson() {
-  return layoutDebugText(*mCurLayout, mNextLayout.get(), tick());
+  return layoutDebugText(*mState.current, mState.pending.get(), tick());
 }
 
 std::string BaseLayout::getDebugDataInJson() {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return "{}";
   }
-  return engineDebugText(getLayoutDataInJson(), mPeopleMap, mLastFrameNumber, *mCurLayout);
+  return engineDebugText(getLayoutDataInJson(), mState.people, mLastFrameNumber, *mState.current);
 }
 
 void BaseLayout::setTimerSetting(std::shared_ptr<BaseTimerSetting> setting) {
@@ -81,29 +79,31 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
            static_cast<int>(mlData->getHeads().size()));
   mLastFrameNumber = mlData->frameNumber;
   const std::shared_ptr<Layout> candidate = createLayout(mlData);
-  if (!isDifferentLayout(mCurLayout, candidate)) {
+  if (!isDifferentLayout(mState.current, candidate)) {
     dropPending(LayoutDifference::None);
     return false;
   }
-  if (isDifferentLayout(mNextLayout, candidate)) {
+  if (isDifferentLayout(mState.pending, candidate)) {
     if (!checkIfLayoutSwitchNeeded(candidate)) {
       PRB_LOGD(getTag(), "%s Layout switch is not needed", "verifyIfLayoutChangeNeeded");
       dropPending(LayoutDifference::NoSwitchNeeded);
       return false;
     }
-    const bool peopleCountChanged = mCurLayout == nullptr || mCurLayout->faceCount != candidate->faceCount;
-    mChosenTimer = "";
+    const bool peopleCountChanged =
+        mState.current == nullptr || mState.current->faceCount != candidate->faceCount;
+    mState.chosenTimer = "";
     const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
     candidate->layoutTimer = getTimer(waitTime, tick());
-    mNextLayout = candidate;
-    updateLayoutWithStreamInfo(mNextLayout, mStreamId);
+    mState.pending = candidate;
+    updateLayoutWithStreamInfo(mState.pending, mState.streamId);
     PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
              static_cast<int>(waitTime));
-    reportLayout(DecisionKind::Pending, mCurLayout.get(), *mNextLayout, {}, mNextLayout->layoutTimer, 0);
+    reportLayout(DecisionKind::Pending, mState.current.get(), *mState.pending, {},
+                 mState.pending->layoutTimer, 0);
   }
   // A candidate that equals the waiting layout leaves its timer running: a steady scene is adopted after one
   // wait.
-  if (mNextLayout == nullptr || !isTimerExpire(mNextLayout->layoutTimer, mTick)) {
+  if (mState.pending == nullptr || !isTimerExpire(mState.pending->layoutTimer, mTick)) {
     return false;
   }
   PRB_LOGI(kTag, "KORVALDEBUG Timer expired, need to change layout");
@@ -111,31 +111,32 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
 }
 
 void BaseLayout::dropPending(LayoutDifference why) {
-  if (mNextLayout != nullptr) {
-    const std::uint32_t waitedMs = tick() - mNextLayout->layoutTimer.startTicks;
-    reportLayout(DecisionKind::Dropped, mCurLayout.get(), *mNextLayout, why, mNextLayout->layoutTimer,
-                 waitedMs);
+  if (mState.pending != nullptr) {
+    const std::uint32_t waitedMs = tick() - mState.pending->layoutTimer.startTicks;
+    reportLayout(DecisionKind::Dropped, mState.current.get(), *mState.pending, why,
+                 mState.pending->layoutTimer, waitedMs);
   }
-  mNextLayout = nullptr;
+  mState.pending = nullptr;
 }
 
 void BaseLayout::applyNewLayout() {
-  if (mNextLayout == nullptr) {
+  if (mState.pending == nullptr) {
     PRB_LOGE(kTag, "%s() mNextLayout is nullptr", "applyNewLayout");
     return;
   }
   const std::string animation = getLayoutChangeAnimation();
-  setLayoutAnimation(mNextLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
-  const Timer wait = mNextLayout->layoutTimer;
+  setLayoutAnimation(mState.pending, animation, static_cast<int>(getLayoutChangeDuration(animation)));
+  const Timer wait = mState.pending->layoutTimer;
   const std::uint32_t waitedMs = wait.isStarted() ? tick() - wait.startTicks : 0;
   // Only the layout's own timer: the frames keep theirs, so a frame that was due stays due.
-  resetTimer(mNextLayout->layoutTimer);
+  resetTimer(mState.pending->layoutTimer);
   PRB_LOGD(kTag, "BaseLayout::%s currentLayout: %x nextLayout: %x setting and calling updateLayoutViews()",
-           "applyNewLayout", addressOf(mCurLayout), addressOf(mNextLayout));
-  const std::shared_ptr<Layout> previous = std::exchange(mCurLayout, std::exchange(mNextLayout, nullptr));
+           "applyNewLayout", addressOf(mState.current), addressOf(mState.pending));
+  const std::shared_ptr<Layout> previous =
+      std::exchange(mState.current, std::exchange(mState.pending, nullptr));
   updateLayoutViews(false);
-  printLayoutToLog(mCurLayout, "New-People-Layout: ");
-  reportLayout(DecisionKind::Adopted, previous.get(), *mCurLayout, {}, wait, waitedMs);
+  printLayoutToLog(mState.current, "New-People-Layout: ");
+  reportLayout(DecisionKind::Adopted, previous.get(), *mState.current, {}, wait, waitedMs);
 }
 
 bool BaseLayout::updateLayoutFraming() {
@@ -145,7 +146,7 @@ bool BaseLayout::updateLayoutFraming() {
   PRB_LOGI(kTag, "%s KORVALDEBUG updateCurrentTimer returned true, calling updateLayoutViews() from %s",
            "updateLayoutFraming", getTag());
   updateLayoutViews(true);
-  printLayoutToLog(mCurLayout, "KORVALDEBUG New-Centering-Layout: ");
+  printLayoutToLog(mState.current, "KORVALDEBUG New-Centering-Layout: ");
   return true;
 }
 
@@ -167,10 +168,10 @@ bool BaseLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {
     return false;
   }
   resetTimer(layout->layoutTimer);
-  const std::shared_ptr<Layout> previous = std::exchange(mCurLayout, layout);
+  const std::shared_ptr<Layout> previous = std::exchange(mState.current, layout);
   updateLayoutViews(false);
-  printLayoutToLog(mCurLayout, "New-Secondary-People-Layout: ");
-  reportLayout(DecisionKind::Secondary, previous.get(), *mCurLayout, {}, {}, 0);
+  printLayoutToLog(mState.current, "New-Secondary-People-Layout: ");
+  reportLayout(DecisionKind::Secondary, previous.get(), *mState.current, {}, {}, 0);
   return true;
 }
 
@@ -186,13 +187,12 @@ bool BaseLayout::isNoneLayout(const std::shared_ptr<Layout>& layout) {
 }
 
 void BaseLayout::resetLayouts() {
-  if (mCurLayout != nullptr && hasDecisionListener()) {
+  if (mState.current != nullptr && hasDecisionListener()) {
     Layout none;
-    none.streamId = mCurLayout->streamId;
-    reportLayout(DecisionKind::Reset, mCurLayout.get(), none, {}, {}, 0);
+    none.streamId = mState.current->streamId;
+    reportLayout(DecisionKind::Reset, mState.current.get(), none, {}, {}, 0);
   }
-  mCurLayout = nullptr;
-  mNextLayout = nullptr;
+  mState.forgetLayouts();
 }
 
 bool BaseLayout::process(const std::shared_ptr<MLData>& /*mlData*/) {
@@ -258,20 +258,20 @@ void BaseLayout::setMaxLayouts(unsigned /*count*/) {
 }
 
 std::vector<std::shared_ptr<Layout>> BaseLayout::getFinalLayoutPtrs() const {
-  return {mCurLayout};
+  return {mState.current};
 }
 
 std::vector<std::shared_ptr<Layout>> BaseLayout::getNextLayoutPtrs() const {
-  return {mNextLayout};
+  return {mState.pending};
 }
 
 std::vector<Rect> BaseLayout::getSceneRects() const {
   std::vector<Rect> rects;
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return rects;
   }
-  rects.reserve(mCurLayout->frames.size());
-  for (const Frame& frame : mCurLayout->frames) {
+  rects.reserve(mState.current->frames.size());
+  for (const Frame& frame : mState.current->frames) {
     rects.push_back(frame.source);
   }
   return rects;
@@ -281,24 +281,24 @@ std::vector<Rect> BaseLayout::getSceneRects() const {
 
 void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
   const std::vector<std::shared_ptr<FynHead>>& heads = mlData->getHeads();
-  const int known = static_cast<int>(mPeopleMap.size());
+  const int known = static_cast<int>(mState.people.size());
   const int seen = static_cast<int>(heads.size());
   if (known != seen) {
     PRB_LOGI(kTag, "%s: KORVALDEBUG PEOPLE COUNT CHANGED  current: %d new: %d", "updatePeopleMap", known,
              seen);
   }
-  mPeopleMap.clear();
+  mState.people.clear();
   for (const std::shared_ptr<FynHead>& person : heads) {
-    mPeopleMap.emplace(person->id, person);
+    mState.people.emplace(person->id, person);
   }
 }
 
 unsigned BaseLayout::getPeopleCount() {
-  return static_cast<unsigned>(mPeopleMap.size());
+  return static_cast<unsigned>(mState.people.size());
 }
 
 bool BaseLayout::shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& mlData) {
-  if (mPeopleMap.size() != mlData->getHeads().size()) {
+  if (mState.people.size() != mlData->getHeads().size()) {
     return true;
   }
   const std::uint32_t now = GetTicks();
@@ -311,7 +311,7 @@ bool BaseLayout::shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& 
 }
 
 PeopleMap& BaseLayout::getHeadMapForGroup(const Frame& /*frame*/) {
-  return mPeopleMap;
+  return mState.people;
 }
 
 // ---- Reports ----
@@ -322,7 +322,7 @@ void BaseLayout::printLayoutToLog(const std::shared_ptr<Layout>& layout, const s
     return;
   }
   PRB_LOGI(kTag, "%s, %s %s", "printLayoutToLog", prefix.c_str(),
-           convertLayoutToString(layout, mPeopleMap).c_str());
+           convertLayoutToString(layout, mState.people).c_str());
 }
 
 void BaseLayout::printFrameViews(const std::vector<Frame>& frames) const {
@@ -336,9 +336,9 @@ void BaseLayout::printFrameHeads(const std::shared_ptr<Layout>& layout) const {
   PRB_LOGI(kTag, "%s() DUMP layoutType %d", "printFrameHeads", static_cast<int>(layout->layoutType));
   for (const Frame& frame : layout->frames) {
     for (const std::int64_t id : frame.fynHeads) {
-      const auto person = mPeopleMap.find(id);
+      const auto person = mState.people.find(id);
       const Head* const head =
-          person == mPeopleMap.end() ? nullptr : person->second->findHead(FynHead::kNoCamera);
+          person == mState.people.end() ? nullptr : person->second->findHead(FynHead::kNoCamera);
       if (head == nullptr) {
         PRB_LOGI(kTag, "%s(): People left", "printFrameHeads");
         continue;
@@ -360,10 +360,10 @@ void BaseLayout::reportLayout(DecisionKind kind, const Layout* from, const Layou
   decision.from = from == nullptr ? FramingType::NONE : from->layoutType;
   decision.to = to.layoutType;
   decision.difference = difference;
-  decision.reason = mReason;
+  decision.reason = mState.reason;
   if (kind == DecisionKind::Pending || kind == DecisionKind::Adopted) {
     decision.difference = findLayoutDifference(from, to);
-    decision.timer = mChosenTimer;
+    decision.timer = mState.chosenTimer;
   }
   decision.waitMs = wait.duration;
   decision.waitedMs = waitedMs;

@@ -6,10 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "geometry/PeopleMap.h"
 #include "layouts/cycle/BaseTimerSetting.h"
+#include "layouts/cycle/EngineState.h"
 #include "layouts/cycle/LayoutDecision.h"
-#include "model/Layout.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
@@ -20,9 +19,9 @@ namespace fyn::productionrules {
  * `updateFeedPriorityOfFrame` and `updateLayoutFraming`; a true answer means that the layout is to be
  * published.
  *
- * A candidate layout is built from each result and compared with the layout on screen (`mCurLayout`) and the
- * one that waits (`mNextLayout`). A real change waits for the layout timer of its kind; between changes,
- * single frames are framed anew when their subject has stayed off its position for the wait of that position.
+ * A candidate layout is built from each result and compared with the layout on screen and the one that
+ * waits. A real change waits for the layout timer of its kind; between changes, single frames are framed anew
+ * when their subject has stayed off its position for the wait of that position.
  *
  * Used from one thread at a time. Subclasses override the steps; their order below is the order of the slots.
  */
@@ -174,9 +173,9 @@ class BaseLayout {
   /** The size of the image that a frame is cut from, in pixels. */
   virtual Dimension getImageSize(const Frame& frame);
 
-  std::shared_ptr<Layout> getLayoutPtr() const { return mCurLayout; }
-  std::shared_ptr<Layout> getNextLayoutPtr() const { return mNextLayout; }
-  const PeopleMap& peopleMap() const { return mPeopleMap; }
+  std::shared_ptr<Layout> getLayoutPtr() const { return mState.current; }
+  std::shared_ptr<Layout> getNextLayoutPtr() const { return mState.pending; }
+  const PeopleMap& peopleMap() const { return mState.people; }
 
   /** Replaces the clock of every timer that this engine starts or tests. */
   void setCurrentTimerTickFun(TickFunction tick);
@@ -206,12 +205,12 @@ class BaseLayout {
 
   /** Remembers which layout change wait was chosen, the reason of the decision that follows; returns `ms`. */
   std::uint32_t noteTimer(const char* name, std::uint32_t ms) {
-    mChosenTimer = name;
+    mState.chosenTimer = name;
     return ms;
   }
 
   /** Remembers by which rule of its own the engine made the candidate, for the decisions that follow. */
-  void noteReason(const char* reason) { mReason = reason; }
+  void noteReason(const char* reason) { mState.reason = reason; }
 
   /** The waits of the engine as the given setting; null when another kind is installed. */
   template <typename Setting>
@@ -238,17 +237,11 @@ class BaseLayout {
   }
 
   TickFunction mTick;
-  PeopleMap mPeopleMap;
-  std::shared_ptr<Layout> mCurLayout;
-  std::shared_ptr<Layout> mNextLayout;
+  EngineState mState;
   std::shared_ptr<BaseTimerSetting> mTimerSetting;
   std::int64_t mLastFrameNumber = -1;
   std::vector<unsigned> mDisplayStreamIds;
   unsigned mLayoutCount = 1;
-  /** The stream that new layouts are for. */
-  unsigned mStreamId = 0;
-  /** Name of the wait that holds the waiting layout back. */
-  const char* mChosenTimer = "";
 
  private:
   void dropPending(LayoutDifference why);
@@ -260,7 +253,6 @@ class BaseLayout {
   void reportFrame(DecisionKind kind, std::size_t index, const Frame& frame, std::uint32_t waitedMs) const;
 
   DecisionListener* mDecisionListener = nullptr;
-  const char* mReason = "";
 };
 
 template <typename Setting>

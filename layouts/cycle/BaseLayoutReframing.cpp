@@ -45,12 +45,12 @@ HeadPosition edgePosition(const Rect& box, const Frame& frame) {
 // ---- Views ----
 
 void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return;
   }
-  std::vector<Frame>& frames = mCurLayout->frames;
+  std::vector<Frame>& frames = mState.current->frames;
   PRB_LOGD(kTag, "%s() layoutType: %s frame size: %d heads: %d mlSize: %d", "updateLayoutViews",
-           layoutToText(mCurLayout->layoutType), static_cast<int>(frames.size()),
+           layoutToText(mState.current->layoutType), static_cast<int>(frames.size()),
            frames.empty() ? -1 : static_cast<int>(frames.front().heads.size()),
            static_cast<int>(getPeopleCount()));
   const bool creatingNewLayout = !fromFrameTimer;
@@ -113,7 +113,7 @@ void BaseLayout::calculateGroupFraming(Frame& frame) {
            "calculateGroupFraming", static_cast<int>(frame.heads.size()), static_cast<int>(getPeopleCount()),
            cameraOf(frame));
   frame.fynHeads.clear();
-  for (const auto& [id, person] : mPeopleMap) {
+  for (const auto& [id, person] : mState.people) {
     // The id of the head and not of the person: readers of a group frame rely on it.
     if (const Head* const head = person->findHead(FynHead::kNoCamera)) {
       frame.fynHeads.insert(head->id);
@@ -129,8 +129,8 @@ void BaseLayout::calculateGroupFraming(Frame& frame) {
 
 std::vector<Rect> BaseLayout::getGroupHeadBounds(const Frame& frame) {
   std::vector<Rect> bounds;
-  bounds.reserve(mPeopleMap.size());
-  for (const auto& [id, person] : mPeopleMap) {
+  bounds.reserve(mState.people.size());
+  for (const auto& [id, person] : mState.people) {
     if (const Head* const head = person->findHead(frame.fynCamId)) {
       bounds.push_back(head->bbox);
     }
@@ -168,8 +168,8 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
   std::vector<Rect> bounds;
   bounds.reserve(frame.fynHeads.size());
   for (const std::int64_t id : frame.fynHeads) {
-    const auto person = mPeopleMap.find(id);
-    if (person == mPeopleMap.end()) {
+    const auto person = mState.people.find(id);
+    if (person == mState.people.end()) {
       return false;
     }
     const Head* const head = person->second->findHead(frame.fynCamId);
@@ -235,8 +235,8 @@ HeadPosition BaseLayout::getGroupHeadPosition(const Frame& frame) {
 HeadPosition BaseLayout::getCurrentHeadPosition(const Frame& frame) {
   switch (frame.frameType) {
     case FramingType::PROXIMITY:
-      return isProximityMaintained(frame, mPeopleMap) ? getProximityHeadPosition(frame)
-                                                      : HeadPosition::CENTER;
+      return isProximityMaintained(frame, mState.people) ? getProximityHeadPosition(frame)
+                                                         : HeadPosition::CENTER;
     case FramingType::GROUP:
     case FramingType::SUBSET_SPEAKER:
       return getGroupHeadPosition(frame);
@@ -274,12 +274,12 @@ std::uint32_t BaseLayout::getWaitTimeForOtherCase(HeadPosition position) {
 }
 
 bool BaseLayout::updateCurrentTimer() {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return false;
   }
   bool reframe = false;
-  for (std::size_t index = 0; index < mCurLayout->frames.size(); ++index) {
-    Frame& frame = mCurLayout->frames[index];
+  for (std::size_t index = 0; index < mState.current->frames.size(); ++index) {
+    Frame& frame = mState.current->frames[index];
     reframe |= updateFrameTimer(index, frame, getCurrentHeadPosition(frame));
   }
   return reframe;
@@ -302,7 +302,7 @@ bool BaseLayout::updateFrameTimer(std::size_t index, Frame& frame, HeadPosition 
     return false;
   }
   // The timer stays as it is: updateLayoutViews sees by it that the frame is due.
-  setLayoutAnimation(mCurLayout, getReframeAnimation(position),
+  setLayoutAnimation(mState.current, getReframeAnimation(position),
                      static_cast<int>(getReframeAnimationDuration(position)));
   return true;
 }
@@ -320,7 +320,7 @@ void BaseLayout::startFrameTimer(std::size_t index, Frame& frame, HeadPosition p
              headPositionText(position), static_cast<int>(waitTime));
     return;
   }
-  mCurLayout->reframeFrameNumber = mLastFrameNumber;
+  mState.current->reframeFrameNumber = mLastFrameNumber;
   frame.headPositionTimer = getTimer(waitTime, tick());
   PRB_LOGI(kTag,
            "%s() KORVALDEBUG setting timer for frameType: %s, head position %s current head position %s, "
@@ -332,7 +332,7 @@ void BaseLayout::startFrameTimer(std::size_t index, Frame& frame, HeadPosition p
 }
 
 bool BaseLayout::isThereATimerRunning() const {
-  return isTimerRunning(mCurLayout.get(), mNextLayout.get());
+  return isTimerRunning(mState.current.get(), mState.pending.get());
 }
 
 bool BaseLayout::isTimerRunning(const Layout* current, const Layout* next) {
@@ -352,14 +352,14 @@ bool BaseLayout::isTimerRunning(const Layout* current, const Layout* next) {
 // ---- Layout change waits and transitions ----
 
 std::uint32_t BaseLayout::getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) {
-  return mCurLayout == nullptr ? 0 : getLayoutChangeTimer(candidate->layoutType, peopleCountChanged);
+  return mState.current == nullptr ? 0 : getLayoutChangeTimer(candidate->layoutType, peopleCountChanged);
 }
 
 std::uint32_t BaseLayout::getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return 0;
   }
-  if (mCurLayout->layoutType == FramingType::GROUP) {
+  if (mState.current->layoutType == FramingType::GROUP) {
     return getGroupLayoutChangeTimer(newType);
   }
   std::stringstream explanation;
@@ -375,7 +375,7 @@ std::uint32_t BaseLayout::getGroupLayoutChangeTimer(FramingType newType) {
 
 std::uint32_t BaseLayout::getOtherLayoutChangeTimer(FramingType newType, std::stringstream& /*explanation*/,
                                                     bool /*peopleCountChanged*/) {
-  return newType == mCurLayout->layoutType
+  return newType == mState.current->layoutType
              ? 0
              : noteTimer("roomToOtherLayoutChangeTimer", getTimerSetting()->roomToOtherLayoutChangeTimer);
 }
@@ -412,7 +412,7 @@ void BaseLayout::reportFrame(DecisionKind kind, std::size_t index, const Frame& 
   }
   LayoutDecision decision;
   decision.kind = kind;
-  decision.streamId = mCurLayout->streamId;
+  decision.streamId = mState.current->streamId;
   decision.from = frame.frameType;
   decision.to = frame.frameType;
   decision.timer = reframeTimerName(frame.headPosition);

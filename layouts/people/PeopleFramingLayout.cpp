@@ -56,7 +56,7 @@ void PeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
 }
 
 bool PeopleFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
          BaseLayout::constructBoundingBox(frame, box,
                                           withHeadBuffer || PrConfig::get().proximitySquareFeature);
 }
@@ -79,27 +79,27 @@ std::uint32_t PeopleFramingLayout::getOtherLayoutChangeTimer(FramingType newType
   if (setting == nullptr) {
     return 0;
   }
-  const PeopleWait wait = findPeopleWait(*setting, mCurLayout->layoutType, newType, peopleCountChanged);
+  const PeopleWait wait = findPeopleWait(*setting, mState.current->layoutType, newType, peopleCountChanged);
   return noteTimer(wait.timer, wait.ms);
 }
 
 std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
                                                bool peopleCountChanged) {
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (mCurLayout == nullptr || setting == nullptr) {
+  if (mState.current == nullptr || setting == nullptr) {
     return 0;
   }
   return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
-                              *mCurLayout, *candidate, getTag());
+                              *mState.current, *candidate, getTag());
 }
 
 // ---- Transitions ----
 
 std::string PeopleFramingLayout::getLayoutChangeAnimation() {
-  if (PrConfig::get().pfAnimationCutOnly || mCurLayout == nullptr || mNextLayout == nullptr) {
+  if (PrConfig::get().pfAnimationCutOnly || mState.current == nullptr || mState.pending == nullptr) {
     return "cut";
   }
-  return isGroup(*mCurLayout) != isGroup(*mNextLayout) ? "dissolve" : "cut";
+  return isGroup(*mState.current) != isGroup(*mState.pending) ? "dissolve" : "cut";
 }
 
 std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {

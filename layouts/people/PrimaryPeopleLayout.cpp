@@ -30,7 +30,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
   mInputFaults.reportAllCameras(*mlData, getTag());
   PeopleChoice choice;
-  choice.seats = chooseSeats(*mlData, mCurLayout.get(), mNextLayout.get(), ownCamId);
+  choice.seats = chooseSeats(*mlData, mState.current.get(), mState.pending.get(), ownCamId);
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
@@ -52,7 +52,7 @@ void PrimaryPeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
 }
 
 bool PrimaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
          BaseLayout::constructBoundingBox(frame, box,
                                           withHeadBuffer || PrConfig::get().proximitySquareFeature);
 }
@@ -63,19 +63,20 @@ Rect PrimaryPeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, co
 }
 
 bool PrimaryPeopleLayout::isLayoutValid() {
-  return mCurLayout != nullptr && std::any_of(mCurLayout->frames.begin(), mCurLayout->frames.end(),
-                                              [](const Frame& frame) { return !isZeroRect(frame.source); });
+  return mState.current != nullptr &&
+         std::any_of(mState.current->frames.begin(), mState.current->frames.end(),
+                     [](const Frame& frame) { return !isZeroRect(frame.source); });
 }
 
 // ---- The better camera ----
 
 bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return false;
   }
   bool moved = false;
-  for (std::size_t index = 0; index < mCurLayout->frames.size(); ++index) {
-    Frame& frame = mCurLayout->frames[index];
+  for (std::size_t index = 0; index < mState.current->frames.size(); ++index) {
+    Frame& frame = mState.current->frames[index];
     if (frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1) {
       moved |= updateFeedPriority(index, frame);
     }
@@ -84,9 +85,9 @@ bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
 }
 
 bool PrimaryPeopleLayout::updateFeedPriority(std::size_t index, Frame& frame) {
-  const auto person = mPeopleMap.find(*frame.fynHeads.begin());
+  const auto person = mState.people.find(*frame.fynHeads.begin());
   const std::optional<std::uint32_t> best =
-      person != mPeopleMap.end() ? findBestCamera(*person->second) : std::nullopt;
+      person != mState.people.end() ? findBestCamera(*person->second) : std::nullopt;
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
   if (!best || *best == frame.fynCamId || setting == nullptr ||
       setting->feedPriorityChangedTimer == kInvalidTimer) {
@@ -109,17 +110,17 @@ bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const Fy
   moved.headPosition = HeadPosition::CENTER;
   resetTimer(moved.headPositionTimer);
   calculateRuleOfThirdFor(moved);
-  if (!showsWholeHeads(moved, mPeopleMap, moved.srcRef)) {
+  if (!showsWholeHeads(moved, mState.people, moved.srcRef)) {
     // The better camera cannot fill this tile without cutting the person; asked again after another hold.
     return false;
   }
   frame = std::move(moved);
   const std::string animation = getLayoutChangeAnimation();
-  setLayoutAnimation(mCurLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
+  setLayoutAnimation(mState.current, animation, static_cast<int>(getLayoutChangeDuration(animation)));
 
   LayoutDecision decision;
   decision.kind = DecisionKind::FeedPriority;
-  decision.streamId = mCurLayout->streamId;
+  decision.streamId = mState.current->streamId;
   decision.from = frame.frameType;
   decision.to = frame.frameType;
   decision.difference = LayoutDifference::Camera;
@@ -149,7 +150,7 @@ std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType
   if (setting == nullptr) {
     return 0;
   }
-  const PeopleWait wait = findPeopleWait(*setting, mCurLayout->layoutType, newType, peopleCountChanged);
+  const PeopleWait wait = findPeopleWait(*setting, mState.current->layoutType, newType, peopleCountChanged);
   explanation << wait.explanation;
   if (*wait.explanation != '\0') {
     explanation << wait.ms;
@@ -160,11 +161,11 @@ std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType
 std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
                                                bool peopleCountChanged) {
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (mCurLayout == nullptr || setting == nullptr) {
+  if (mState.current == nullptr || setting == nullptr) {
     return 0;
   }
   return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
-                              *mCurLayout, *candidate, getTag());
+                              *mState.current, *candidate, getTag());
 }
 
 }  // namespace fyn::productionrules

@@ -17,7 +17,7 @@ bool SecondaryPeopleLayout::applySecondaryLayout(const std::shared_ptr<Layout>& 
 }
 
 bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 

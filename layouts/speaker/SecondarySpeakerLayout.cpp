@@ -26,7 +26,7 @@ bool SecondarySpeakerLayout::applySecondaryLayout(const std::shared_ptr<Layout>&
 }
 
 bool SecondarySpeakerLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 
@@ -39,12 +39,12 @@ std::uint32_t SecondarySpeakerLayout::getWaitTimeForOtherCase(HeadPosition posit
 }
 
 std::vector<Rect> SecondarySpeakerLayout::getGroupHeadBounds(const Frame& frame) {
-  return frame.frameType == FramingType::SUBSET_SPEAKER ? memberBounds(mPeopleMap, frame)
+  return frame.frameType == FramingType::SUBSET_SPEAKER ? memberBounds(mState.people, frame)
                                                         : BaseSecondaryLayout::getGroupHeadBounds(frame);
 }
 
 HeadPosition SecondarySpeakerLayout::getGroupHeadPosition(const Frame& frame) {
-  if (frame.frameType == FramingType::SUBSET_SPEAKER && memberBounds(mPeopleMap, frame).empty()) {
+  if (frame.frameType == FramingType::SUBSET_SPEAKER && memberBounds(mState.people, frame).empty()) {
     return HeadPosition::CENTER;
   }
   return BaseSecondaryLayout::getGroupHeadPosition(frame);
@@ -55,7 +55,7 @@ void SecondarySpeakerLayout::calculateGroupFraming(Frame& frame) {
     BaseSecondaryLayout::calculateGroupFraming(frame);
     return;
   }
-  const std::vector<Rect> members = memberBounds(mPeopleMap, frame);
+  const std::vector<Rect> members = memberBounds(mState.people, frame);
   if (!members.empty()) {
     SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, getMaxScaleFactor());
   }

@@ -44,7 +44,7 @@ SpeakerFramingLayout::~SpeakerFramingLayout() = default;
 
 std::string SpeakerFramingLayout::getDebugDataInJson() {
   std::string text = BaseLayout::getDebugDataInJson();
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return text;
   }
   std::ostringstream speech;
@@ -69,10 +69,11 @@ std::shared_ptr<BaseTimerSetting>& SpeakerFramingLayout::getTimerSetting() {
 
 std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bool /*peopleCountChanged*/) {
   const auto* const setting = timerSettingAs<SpeakerFramingTimerSetting>();
-  if (mCurLayout == nullptr || setting == nullptr) {
+  if (mState.current == nullptr || setting == nullptr) {
     return 0;
   }
-  const SpeakerFramingTimerSetting::Wait wait = setting->layoutChangeWait(mCurLayout->layoutType, newType);
+  const SpeakerFramingTimerSetting::Wait wait =
+      setting->layoutChangeWait(mState.current->layoutType, newType);
   return noteTimer(wait.name, wait.ms);
 }
 
@@ -95,8 +96,8 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
     return std::find(tagged.begin(), tagged.end(), person) != tagged.end();
   });
   mSpeech.update(mInView, std::move(speakers), mCamId, showsSpeaker(), mTick);
-  if (showsSpeaker() && isAnySpeakerIn(mCurLayout->frames.front())) {
-    mSpeakersPicture = mCurLayout;
+  if (showsSpeaker() && isAnySpeakerIn(mState.current->frames.front())) {
+    mSpeakersPicture = mState.current;
   }
 }
 
@@ -110,15 +111,15 @@ bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLDa
   const bool isDue = BaseLayout::verifyIfLayoutChangeNeeded(mlData);
   if (isDue) {
     // Its people may have moved while it waited.
-    Frame& frame = mNextLayout->frames.front();
-    frame.frameType = mNextLayout->layoutType;
+    Frame& frame = mState.pending->frames.front();
+    frame.frameType = mState.pending->layoutType;
     keepMembersWhole(frame);
     if (isAnySpeakerIn(frame)) {
-      mSpeakersPicture = mNextLayout;
+      mSpeakersPicture = mState.pending;
     }
   }
-  noteSpeech(mCurLayout, mNextLayout != nullptr ? mNextLayout->layoutType : FramingType::NONE);
-  noteSpeech(mNextLayout, FramingType::NONE);
+  noteSpeech(mState.current, mState.pending != nullptr ? mState.pending->layoutType : FramingType::NONE);
+  noteSpeech(mState.pending, FramingType::NONE);
   return isDue;
 }
 
@@ -133,7 +134,7 @@ std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr
   noteReason(mSpeech.recoveryReason());
   if (isHeld()) {
     noteReason("held in silence");
-    return mCurLayout;
+    return mState.current;
   }
   std::shared_ptr<Layout> layout = createCandidate();
   layout->frameNumber = mlData->frameNumber;
@@ -155,22 +156,22 @@ std::shared_ptr<Layout> SpeakerFramingLayout::createCandidate() {
 }
 
 bool SpeakerFramingLayout::showsSpeaker() const {
-  return mCurLayout != nullptr &&
-         (mCurLayout->layoutType == FramingType::HEAD || mCurLayout->layoutType == FramingType::PROXIMITY ||
-          mCurLayout->layoutType == FramingType::SUBSET_SPEAKER);
+  return mState.current != nullptr && (mState.current->layoutType == FramingType::HEAD ||
+                                       mState.current->layoutType == FramingType::PROXIMITY ||
+                                       mState.current->layoutType == FramingType::SUBSET_SPEAKER);
 }
 
 // Holding anything else too would go on showing who came in first while the room fills.
 bool SpeakerFramingLayout::isHeld() const {
   return PrConfig::get().sfLayoutHold && !mSpeech.isRecovering() && mSpeech.speakers().empty() &&
-         showsSpeaker() && mSpeakersPicture == mCurLayout && isEverybodyOnScreenPresent();
+         showsSpeaker() && mSpeakersPicture == mState.current && isEverybodyOnScreenPresent();
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
-  const std::vector<Frame>& frames = mCurLayout->frames;
+  const std::vector<Frame>& frames = mState.current->frames;
   return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
     return std::all_of(frame.fynHeads.begin(), frame.fynHeads.end(),
-                       [&](std::int64_t id) { return findHeadInView(mPeopleMap, id, frame) != nullptr; });
+                       [&](std::int64_t id) { return findHeadInView(mState.people, id, frame) != nullptr; });
   });
 }
 
@@ -180,7 +181,7 @@ bool SpeakerFramingLayout::checkIfLayoutSwitchNeeded(const std::shared_ptr<Layou
     return true;
   }
   return !std::all_of(speakers.begin(), speakers.end(), [this](const auto& speaker) {
-    return isSpeakerFramedAlready(speaker, mCurLayout, mCamId);
+    return isSpeakerFramedAlready(speaker, mState.current, mCamId);
   });
 }
 
@@ -192,8 +193,8 @@ std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
   const auto showsOneFrame = [](const std::shared_ptr<Layout>& layout) {
     return layout != nullptr && layout->frames.size() == 1;
   };
-  const bool canMove = showsOneFrame(mCurLayout) && showsOneFrame(mNextLayout) &&
-                       mCurLayout->frames.front().fynCamId == mNextLayout->frames.front().fynCamId;
+  const bool canMove = showsOneFrame(mState.current) && showsOneFrame(mState.pending) &&
+                       mState.current->frames.front().fynCamId == mState.pending->frames.front().fynCamId;
   return config.animationEnableEase && canMove ? "ease" : "dissolve";
 }
 
@@ -204,15 +205,15 @@ unsigned SpeakerFramingLayout::getMaxScaleFactor() {
 }
 
 bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mPeopleMap, getImageSize(frame)) &&
+  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
          BaseLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 
 bool SpeakerFramingLayout::updateCurrentTimer() {
-  if (mCurLayout == nullptr) {
+  if (mState.current == nullptr) {
     return false;
   }
-  for (Frame& frame : mCurLayout->frames) {
+  for (Frame& frame : mState.current->frames) {
     if (hasUnusableMember(frame)) {
       // No view can be made of such a box; the layout change follows.
       frame.headPosition = HeadPosition::CENTER;
@@ -235,8 +236,9 @@ bool SpeakerFramingLayout::hasUnusableMember(const Frame& frame) const {
   }
   const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
   return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
-    const auto person = mPeopleMap.find(id);
-    const Head* const head = person == mPeopleMap.end() ? nullptr : person->second->findHead(frame.fynCamId);
+    const auto person = mState.people.find(id);
+    const Head* const head =
+        person == mState.people.end() ? nullptr : person->second->findHead(frame.fynCamId);
     return head != nullptr && !isZeroRect(head->bbox) && !isUsableBox(head->bbox, image);
   });
 }
@@ -254,7 +256,7 @@ bool SpeakerFramingLayout::wouldCutMembers(const Frame& frame) {
   const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
   Rect box;
   for (const std::int64_t id : frame.fynHeads) {
-    const Head* const head = findHeadInView(mPeopleMap, id, frame);
+    const Head* const head = findHeadInView(mState.people, id, frame);
     if (head == nullptr) {
       return false;
     }
@@ -274,8 +276,8 @@ PeopleMap& SpeakerFramingLayout::getHeadMapForGroup(const Frame& frame) {
   }
   mMembers.clear();
   for (const std::int64_t id : frame.fynHeads) {
-    const auto person = mPeopleMap.find(id);
-    if (person != mPeopleMap.end()) {
+    const auto person = mState.people.find(id);
+    if (person != mState.people.end()) {
       mMembers.insert(*person);
     }
   }
@@ -285,7 +287,7 @@ PeopleMap& SpeakerFramingLayout::getHeadMapForGroup(const Frame& frame) {
 std::vector<Rect> SpeakerFramingLayout::getGroupHeadBounds(const Frame& frame) {
   std::vector<Rect> bounds;
   for (const auto& [id, person] : getHeadMapForGroup(frame)) {
-    if (const Head* const head = findHeadInView(mPeopleMap, id, frame)) {
+    if (const Head* const head = findHeadInView(mState.people, id, frame)) {
       bounds.push_back(head->bbox);
     }
   }

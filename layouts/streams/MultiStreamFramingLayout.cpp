@@ -129,8 +129,8 @@ bool MultiStreamFramingLayout::isThereATimerRunning() const {
 }
 
 void MultiStreamFramingLayout::mirrorFirstStream() {
-  mCurLayout = mGroup.getLayoutPtr();
-  mNextLayout = mGroup.getNextLayoutPtr();
+  mState.current = mGroup.getLayoutPtr();
+  mState.pending = mGroup.getNextLayoutPtr();
 }
 
 // ---- Streams ----

@@ -38,32 +38,22 @@ void countFrame(Layout& layout) {
 
 }  // namespace
 
-/** Puts one stream's layouts and people in the place of the engine's own, until it goes out of scope. */
+/** Puts one stream's state in the place of the engine's own, until it goes out of scope. */
 class MultiStreamPeopleFramingLayout::Selection {
  public:
-  Selection(MultiStreamPeopleFramingLayout& engine, Stream& stream) : mEngine(engine), mStream(stream) {
-    exchange();
+  Selection(MultiStreamPeopleFramingLayout& engine, Stream& stream) : mEngine(engine) {
     mEngine.mSelected = &stream;
-    mEngine.mStreamId = stream.id;
+    std::swap(mEngine.mState, stream.state);
   }
   ~Selection() {
-    mEngine.mStreamId = 0;
+    std::swap(mEngine.mState, mEngine.mSelected->state);
     mEngine.mSelected = nullptr;
-    exchange();
   }
   Selection(const Selection&) = delete;
   Selection& operator=(const Selection&) = delete;
 
  private:
-  void exchange() {
-    std::swap(mEngine.mCurLayout, mStream.current);
-    std::swap(mEngine.mNextLayout, mStream.next);
-    std::swap(mEngine.mChosenTimer, mStream.chosenTimer);
-    std::swap(mEngine.mPeopleMap, mStream.people);
-  }
-
   MultiStreamPeopleFramingLayout& mEngine;
-  Stream& mStream;
 };
 
 MultiStreamPeopleFramingLayout::MultiStreamPeopleFramingLayout() = default;
@@ -92,7 +82,7 @@ bool MultiStreamPeopleFramingLayout::inEveryStream(Operation operation) {
 bool MultiStreamPeopleFramingLayout::setStreamIds(const std::vector<unsigned>& ids) {
   bool changed = false;
   for (std::size_t i = ids.size(); i < mStreams.size(); ++i) {
-    changed |= mStreams[i].current != nullptr;
+    changed |= mStreams[i].state.current != nullptr;
   }
   if (mStreams.size() != ids.size()) {
     mStreams.resize(ids.size());
@@ -100,25 +90,25 @@ bool MultiStreamPeopleFramingLayout::setStreamIds(const std::vector<unsigned>& i
   }
   for (std::size_t i = 0; i < ids.size(); ++i) {
     Stream& stream = mStreams[i];
-    if (std::exchange(stream.id, ids[i]) == ids[i]) {
+    if (std::exchange(stream.state.streamId, ids[i]) == ids[i]) {
       continue;
     }
-    for (std::shared_ptr<Layout>* const layout : {&stream.current, &stream.next}) {
+    for (std::shared_ptr<Layout>* const layout : {&stream.state.current, &stream.state.pending}) {
       if (*layout != nullptr) {
         updateLayoutWithStreamInfo(*layout, ids[i]);
       }
     }
-    changed |= stream.current != nullptr;
+    changed |= stream.state.current != nullptr;
   }
   return changed;
 }
 
 const std::set<std::int64_t>& MultiStreamPeopleFramingLayout::peopleOnScreen(const Stream& stream) {
   static const std::set<std::int64_t> kNobody;
-  if (stream.current == nullptr || stream.current->frames.empty()) {
+  if (stream.state.current == nullptr || stream.state.current->frames.empty()) {
     return kNobody;
   }
-  const Frame& frame = stream.current->frames.front();
+  const Frame& frame = stream.state.current->frames.front();
   return frame.frameType == FramingType::GROUP ? stream.group : frame.fynHeads;
 }
 
@@ -131,9 +121,10 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
   const std::vector<std::vector<Seat>>& people =
       mAssignment.assign(findSeats(data, camId), PrConfig::get().newPfFeatureEnabled);
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    mStreams[i].people.clear();
+    PeopleMap& known = mStreams[i].state.people;
+    known.clear();
     for (const Seat& seat : people[i]) {
-      mStreams[i].people.emplace(seat.person->id, seat.person);
+      known.emplace(seat.person->id, seat.person);
     }
   }
 }
@@ -187,7 +178,7 @@ void MultiStreamPeopleFramingLayout::resetLayouts() {
 
 bool MultiStreamPeopleFramingLayout::isThereATimerRunning() const {
   return std::any_of(mStreams.begin(), mStreams.end(), [](const Stream& stream) {
-    return isTimerRunning(stream.current.get(), stream.next.get());
+    return isTimerRunning(stream.state.current.get(), stream.state.pending.get());
   });
 }
 
@@ -195,7 +186,7 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getFinalLay
   std::vector<std::shared_ptr<Layout>> layouts;
   layouts.reserve(mStreams.size());
   for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.current);
+    layouts.push_back(stream.state.current);
   }
   return layouts;
 }
@@ -204,7 +195,7 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
   std::vector<std::shared_ptr<Layout>> layouts;
   layouts.reserve(mStreams.size());
   for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.next);
+    layouts.push_back(stream.state.pending);
   }
   return layouts;
 }
@@ -213,8 +204,8 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   std::vector<std::shared_ptr<FynHead>> people;
-  people.reserve(mPeopleMap.size());
-  for (const auto& [id, person] : mPeopleMap) {
+  people.reserve(mState.people.size());
+  for (const auto& [id, person] : mState.people) {
     people.push_back(person);
   }
   auto layout = std::make_shared<Layout>();
@@ -243,7 +234,7 @@ void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
   PeopleFramingLayout::calculateGroupFraming(frame);
   if (mSelected != nullptr) {
     mSelected->group.clear();
-    for (const auto& [id, person] : mPeopleMap) {
+    for (const auto& [id, person] : mState.people) {
       mSelected->group.insert(id);
     }
   }
@@ -252,8 +243,8 @@ void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
 bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {
   return inEveryStream([&] {
     bool reframe = false;
-    for (std::size_t i = 0; mCurLayout != nullptr && i < mCurLayout->frames.size(); ++i) {
-      Frame& frame = mCurLayout->frames[i];
+    for (std::size_t i = 0; mState.current != nullptr && i < mState.current->frames.size(); ++i) {
+      Frame& frame = mState.current->frames[i];
       reframe |= updateFrameTimer(i, frame, positionOf(frame));
     }
     return reframe;

@@ -57,13 +57,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
  private:
   /** What a stream keeps from one vision result to the next. */
   struct Stream {
-    unsigned id = 0;
-    std::shared_ptr<Layout> current;
-    std::shared_ptr<Layout> next;
-    /** Name of the wait of `next`. */
-    const char* chosenTimer = "";
-    /** The people of the stream in the latest vision result. */
-    PeopleMap people;
+    EngineState state;
     /** Whom the group frame on screen was placed around; the frame itself names heads. */
     std::set<std::int64_t> group;
   };
@@ -77,7 +71,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
   StreamAssignment mAssignment;
   std::vector<Stream> mStreams;
-  /** The stream whose layouts and people stand in the engine's own members at the moment; null for none. */
+  /** The stream whose state stands in the place of the engine's own at the moment; null for none. */
   Stream* mSelected = nullptr;
 };
 

@@ -11,7 +11,7 @@ class BaseDebugText : public ::testing::Test {
   BaseDebugText() {
     frame = frameOf(FramingType::GROUP, {-5, 6, 700, 800});
     frame.dest = {1, 2, 3, 4};
-    engine.mCurLayout = layoutOf(FramingType::GROUP, {frame});
+    engine.mState.current = layoutOf(FramingType::GROUP, {frame});
     engine.setCurrentTimerTickFun([] { return 5000U; });
   }
 
@@ -28,22 +28,22 @@ TEST_F(BaseDebugText, NothingButTheLayout) {
   EXPECT_EQ(engine.getDebugDataInJson(),
             std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +
                 R"(]}"heads": [],"frameNumber":-1,"streamID":"0", "isLogicalStream":"1"})");
-  engine.mCurLayout = nullptr;
-  engine.mNextLayout = layoutOf(FramingType::HEAD);
+  engine.mState.current = nullptr;
+  engine.mState.pending = layoutOf(FramingType::HEAD);
   EXPECT_EQ(engine.getDebugDataInJson(), "{}");
 }
 
 TEST_F(BaseDebugText, WaitingLayout) {
-  engine.mCurLayout = layoutOf(FramingType::ROOM);
-  engine.mNextLayout = layoutOf(FramingType::HEAD);
+  engine.mState.current = layoutOf(FramingType::ROOM);
+  engine.mState.pending = layoutOf(FramingType::HEAD);
   const std::string end = R"(, "frames": []})";
   EXPECT_EQ(engine.getLayoutDataInJson(), R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD")" + end);
-  engine.mNextLayout->layoutTimer = getTimer(1500, 4000);
+  engine.mState.pending->layoutTimer = getTimer(1500, 4000);
   EXPECT_EQ(
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":500)" +
           end);
-  engine.mNextLayout->layoutTimer = getTimer(999, 4000);
+  engine.mState.pending->layoutTimer = getTimer(999, 4000);
   EXPECT_EQ(
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":4294967295)" +
@@ -56,14 +56,14 @@ TEST_F(BaseDebugText, FramesPersonsAndStream) {
   waiting.frameType = FramingType::PROXIMITY;
   waiting.headPosition = HeadPosition::GROUP_MOVE_CLOSE;
   waiting.headPositionTimer = getTimer(30, 4990);
-  engine.mCurLayout = layoutOf(FramingType::GROUP, {frame, waiting});
-  engine.mCurLayout->streamId = -3;
-  engine.mCurLayout->isLogicalStream = false;
+  engine.mState.current = layoutOf(FramingType::GROUP, {frame, waiting});
+  engine.mState.current->streamId = -3;
+  engine.mState.current->isLogicalStream = false;
   const auto result =
       scene().frameNumber(1234567890123).person(9).at(100, 200).speaking().ssb({1, 2, 3, 4}).mlData();
   engine.updatePeopleMap(result);
   engine.verifyIfLayoutChangeNeeded(result);
-  engine.mNextLayout = nullptr;
+  engine.mState.pending = nullptr;
   EXPECT_EQ(
       engine.getDebugDataInJson(),
       std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +

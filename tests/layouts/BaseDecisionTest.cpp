@@ -95,8 +95,8 @@ TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
     for (const Step& step : script.steps) {
       env.at(start + step.ms);
       EXPECT_EQ(feed(engine, people(step.people)), step.adopted) << script.title << " at " << step.ms;
-      EXPECT_EQ(typeOf(engine.mCurLayout), step.current) << script.title << " at " << step.ms;
-      EXPECT_EQ(typeOf(engine.mNextLayout), step.waiting) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mState.current), step.current) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mState.pending), step.waiting) << script.title << " at " << step.ms;
     }
   }
 }
@@ -120,10 +120,10 @@ TEST_F(BaseDecision, AdoptedLayoutHasCutDurationStreamAndFrame) {
 }
 
 TEST_F(BaseDecision, WithoutAWaitingLayoutNothingIsAdopted) {
-  engine.mCurLayout = layoutOf(FramingType::ROOM);
+  engine.mState.current = layoutOf(FramingType::ROOM);
   env.environment.log.take();
   engine.applyNewLayout();
-  EXPECT_EQ(typeOf(engine.mCurLayout), "ROOM");
+  EXPECT_EQ(typeOf(engine.mState.current), "ROOM");
   EXPECT_EQ(env.environment.log.take(), (Lines{"E|BaseLayout|applyNewLayout() mNextLayout is nullptr"}));
 }
 
@@ -134,10 +134,10 @@ struct StubbornEngine : OpenEngine<GroupFramingLayout> {
 
 TEST_F(BaseDecision, RefusedSwitchDropsTheWaitingLayout) {
   StubbornEngine stubborn;
-  stubborn.mNextLayout = layoutOf(FramingType::GROUP);
+  stubborn.mState.pending = layoutOf(FramingType::GROUP);
   env.environment.log.take();
   EXPECT_FALSE(feed(stubborn, people(1)));
-  EXPECT_EQ(stubborn.mNextLayout, nullptr);
+  EXPECT_EQ(stubborn.mState.pending, nullptr);
   EXPECT_EQ(env.environment.log.take().back(),
             "D|GroupFramingLayout|verifyIfLayoutChangeNeeded Layout switch is not needed");
 }
@@ -168,10 +168,10 @@ TEST_F(BaseDecision, EveryKindOfFrameHasItsView) {
     frame.frameLayout = kFrameLayoutHeadSingle;
     frame.dest = {0, 0, 1280, 720};
     frame.headPosition = HeadPosition::HEAD_OUTSIDE;
-    engine.mCurLayout = layoutOf(kind.type, {frame});
+    engine.mState.current = layoutOf(kind.type, {frame});
     env.environment.log.take();
     engine.updateLayoutViews(false);
-    const Frame& seen = engine.mCurLayout->frames.front();
+    const Frame& seen = engine.mState.current->frames.front();
     EXPECT_EQ(seen.source, kind.source) << layoutToText(kind.type);
     EXPECT_EQ(seen.headPosition, HeadPosition::CENTER);
     Lines errors;
@@ -192,22 +192,22 @@ TEST_F(BaseDecision, OnlyDueFramesAreFramedAnew) {
   frames[0].headPositionTimer = getTimer(1000, now - 1000);
   frames[1].headPositionTimer = getTimer(1000, now - 999);
   frames[2].feedPriorityTimer = getTimer(10, now - 10);
-  engine.mCurLayout = layoutOf(FramingType::ROOM, frames);
+  engine.mState.current = layoutOf(FramingType::ROOM, frames);
   engine.updateLayoutViews(true);
   const std::vector<bool> due{true, false, true, false};
   for (std::size_t i = 0; i < due.size(); ++i) {
-    EXPECT_EQ(engine.mCurLayout->frames[i].source != former, due[i]) << i;
+    EXPECT_EQ(engine.mState.current->frames[i].source != former, due[i]) << i;
   }
-  EXPECT_TRUE(engine.mCurLayout->frames[1].headPositionTimer.isStarted());
+  EXPECT_TRUE(engine.mState.current->frames[1].headPositionTimer.isStarted());
   const Lines lines = env.environment.log.take();
   EXPECT_EQ(lines.back(),
             "D|BaseLayout|updateLayoutViews() timer didn't expire for frameType: ROOM , skipping the frame");
   // A layout without frames and no layout at all only log, if that.
-  engine.mCurLayout = layoutOf(FramingType::GROUP);
+  engine.mState.current = layoutOf(FramingType::GROUP);
   engine.updateLayoutViews(false);
   EXPECT_EQ(env.environment.log.take(),
             (Lines{"D|BaseLayout|updateLayoutViews() layoutType: GROUP frame size: 0 heads: -1 mlSize: 0"}));
-  engine.mCurLayout = nullptr;
+  engine.mState.current = nullptr;
   engine.updateLayoutViews(false);
   EXPECT_EQ(env.environment.log.take(), Lines{});
 }
@@ -233,14 +233,14 @@ TEST_F(BaseDecision, LayoutsOfAPrimaryDevice) {
     env.config.fpBeta1Enabled = cases[i].beta;
     PrConfig::set(env.config);
     OpenEngine<SecondaryGroupLayout> secondary;
-    secondary.mNextLayout = layoutOf(FramingType::HEAD);
+    secondary.mState.pending = layoutOf(FramingType::HEAD);
     if (cases[i].layout != nullptr) {
       cases[i].layout->layoutTimer = getTimer(1, 1);
     }
     env.environment.log.take();
     EXPECT_EQ(secondary.applySecondaryLayout(cases[i].layout), cases[i].accepted) << i;
-    EXPECT_EQ(secondary.mCurLayout, cases[i].accepted ? cases[i].layout : nullptr) << i;
-    EXPECT_EQ(typeOf(secondary.mNextLayout), "HEAD") << "the waiting layout stays";
+    EXPECT_EQ(secondary.mState.current, cases[i].accepted ? cases[i].layout : nullptr) << i;
+    EXPECT_EQ(typeOf(secondary.mState.pending), "HEAD") << "the waiting layout stays";
     const Lines lines = env.environment.log.take();
     if (cases[i].accepted) {
       EXPECT_FALSE(cases[i].layout->layoutTimer.isStarted());
@@ -271,7 +271,7 @@ TEST_F(BaseDecision, SecondaryEngineDecidesNothing) {
     env.config.pfReframeOnSecondaryEnabled = enabled;
     PrConfig::set(env.config);
     Frame group = frameOf(FramingType::GROUP, {0, 0, 100, 100}, {1, 2});
-    secondary.mCurLayout = layoutOf(FramingType::GROUP, {group});
+    secondary.mState.current = layoutOf(FramingType::GROUP, {group});
     EXPECT_FALSE(secondary.updateLayoutFraming());
     EXPECT_EQ(secondary.updateLayoutFraming(), enabled) << "the wait of a fresh setting is 0";
   }

@@ -49,7 +49,7 @@ TEST_F(BaseTimers, LayoutChangeWaits) {
     EXPECT_EQ(engine.getLayoutChangeTimer(T::GROUP, true), 0U) << "without a layout";
     EXPECT_EQ(engine.getWaitTime(layoutOf(T::GROUP), true), 0U) << "without a layout";
     for (const T current : types) {
-      engine.mCurLayout = layoutOf(current);
+      engine.mState.current = layoutOf(current);
       for (const T next : types) {
         const unsigned wait = current == next ? 0 : current == T::GROUP ? 200 : 300;
         for (const bool countChanged : {false, true}) {
@@ -65,7 +65,7 @@ TEST_F(BaseTimers, LayoutChangeWaits) {
 
 TEST_F(BaseTimers, WithoutASettingNothingWaits) {
   OpenEngine<GroupFramingLayout> engine;
-  engine.mCurLayout = layoutOf(FramingType::HEAD);
+  engine.mState.current = layoutOf(FramingType::HEAD);
   EXPECT_EQ(engine.getWaitTime(layoutOf(FramingType::GROUP), true), 0U);
   for (int position = 0; position <= 8; ++position) {
     EXPECT_EQ(engine.getWaitTimeFor(static_cast<HeadPosition>(position)), 0U);
@@ -231,7 +231,7 @@ TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
   Frame frame = frameOf(FramingType::HEAD, kThirds, {1});
   frame.frameLayout = kFrameLayoutHeadSingle;
   frame.dest = {0, 0, 1280, 720};
-  engine.mCurLayout = layoutOf(FramingType::HEAD, {frame});
+  engine.mState.current = layoutOf(FramingType::HEAD, {frame});
   const std::vector<ReframeStep> steps{
       {0, 640, false, P::CENTER, -1},
       {10, 430, false, P::HEAD_ON_EDGE, 110},
@@ -249,7 +249,7 @@ TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
     engine.updatePeopleMap(result);
     engine.applyingLayout(result);
     EXPECT_EQ(engine.updateLayoutFraming(), step.reframe) << step.ms;
-    const Frame& seen = engine.mCurLayout->frames.front();
+    const Frame& seen = engine.mState.current->frames.front();
     EXPECT_EQ(seen.headPosition, step.position) << step.ms;
     EXPECT_EQ(seen.headPositionTimer.isStarted(), step.waitEnds >= 0) << step.ms;
     EXPECT_EQ(engine.isThereATimerRunning(), step.waitEnds >= 0) << step.ms;
@@ -258,8 +258,8 @@ TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
           << step.ms;
     }
   }
-  EXPECT_EQ(engine.mCurLayout->reframeFrameNumber, 170) << "the vision frame that started the last wait";
-  EXPECT_EQ(engine.mCurLayout->frames.front().source, (Rect{78, 207, 542, 468}));
+  EXPECT_EQ(engine.mState.current->reframeFrameNumber, 170) << "the vision frame that started the last wait";
+  EXPECT_EQ(engine.mState.current->frames.front().source, (Rect{78, 207, 542, 468}));
 }
 
 TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {
@@ -267,13 +267,13 @@ TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {
   auto waits = distinctWaits();
   waits->gfHeadOnEdge = kInvalidTimer;
   engine.setTimerSetting(waits);
-  engine.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
+  engine.mState.current = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
   engine.updatePeopleMap(scene().person(1).at(400, 300).mlData());
   for (const std::uint64_t ms : {0U, 100000U}) {
     env.at(ms);
     EXPECT_FALSE(engine.updateLayoutFraming());
-    EXPECT_EQ(engine.mCurLayout->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
-    EXPECT_FALSE(engine.mCurLayout->frames.front().headPositionTimer.isStarted());
+    EXPECT_EQ(engine.mState.current->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
+    EXPECT_FALSE(engine.mState.current->frames.front().headPositionTimer.isStarted());
   }
 }
 
@@ -281,21 +281,21 @@ TEST_F(BaseTimers, SomethingRunsWhenOneTimerOfTheLayoutsIsStarted) {
   const Timer started{5, 1, true};
   const auto running = [](const std::function<void(OpenEngine<BaseLayout>&)>& change) {
     OpenEngine<BaseLayout> engine;
-    engine.mCurLayout = layoutOf(FramingType::GROUP, {Frame{}, Frame{}});
-    engine.mNextLayout = layoutOf(FramingType::GROUP, {Frame{}});
+    engine.mState.current = layoutOf(FramingType::GROUP, {Frame{}, Frame{}});
+    engine.mState.pending = layoutOf(FramingType::GROUP, {Frame{}});
     change(engine);
     return engine.isThereATimerRunning();
   };
   EXPECT_FALSE(running([](auto&) {}));
-  EXPECT_FALSE(running([](auto& engine) { engine.mCurLayout = engine.mNextLayout = nullptr; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->layoutTimer = started; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->frames[1].headPositionTimer = started; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mCurLayout->frames[1].feedPriorityTimer = started; }));
+  EXPECT_FALSE(running([](auto& engine) { engine.mState.current = engine.mState.pending = nullptr; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->layoutTimer = started; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->frames[1].headPositionTimer = started; }));
+  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->frames[1].feedPriorityTimer = started; }));
   EXPECT_TRUE(running([&](auto& engine) {
-    engine.mCurLayout = nullptr;
-    engine.mNextLayout->layoutTimer = started;
+    engine.mState.current = nullptr;
+    engine.mState.pending->layoutTimer = started;
   }));
-  EXPECT_FALSE(running([&](auto& engine) { engine.mNextLayout->frames[0].headPositionTimer = started; }));
+  EXPECT_FALSE(running([&](auto& engine) { engine.mState.pending->frames[0].headPositionTimer = started; }));
 }
 
 TEST_F(BaseTimers, ClockIsReplaceable) {
@@ -303,7 +303,7 @@ TEST_F(BaseTimers, ClockIsReplaceable) {
   std::uint32_t ticks = 4294967290U;
   engine.setCurrentTimerTickFun([&ticks] { return ticks; });
   engine.setTimerSetting(distinctWaits());
-  engine.mCurLayout = layoutOf(FramingType::ROOM);
+  engine.mState.current = layoutOf(FramingType::ROOM);
   const auto result = scene().person(1).at(640, 300).mlData();
   engine.updatePeopleMap(result);
   EXPECT_FALSE(engine.applyingLayout(result));

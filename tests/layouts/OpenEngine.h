@@ -17,8 +17,7 @@ using Lines = std::vector<std::string>;
 /** An engine whose layouts a test may put in place. */
 template <typename Engine>
 struct OpenEngine : Engine {
-  using Engine::mCurLayout;
-  using Engine::mNextLayout;
+  using Engine::mState;
 };
 
 /** A virtual clock and captured log, the default configuration and no cameras but the own one, camera 0. */

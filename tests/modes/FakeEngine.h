@@ -12,9 +12,7 @@ namespace fyn::productionrules::testing {
 /** An engine that notes what it is asked and answers what the test has set. */
 class FakeEngine final : public BaseLayout {
  public:
-  using BaseLayout::mCurLayout;
-  using BaseLayout::mNextLayout;
-  using BaseLayout::mPeopleMap;
+  using BaseLayout::mState;
 
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override {
     calls += "map ";

@@ -31,7 +31,7 @@ class TrackingMode : public ::testing::Test {
     config.prPollTimerThreshold = 0;
     config.fynDebugEnabled = true;
     PrConfig::set(config);
-    engine->mCurLayout = layoutOf(FramingType::HEAD);
+    engine->mState.current = layoutOf(FramingType::HEAD);
     // No periodic people count while a test runs.
     processTimes().lastPeopleCountSend = 1000000;
   }
@@ -148,7 +148,7 @@ TEST_F(TrackingMode, SendingALayout) {
     GroupTrackingMode mode(notifier, engine);
     mode.setSecondaryLayout({full});
     EXPECT_TRUE(mode.isLayoutPending());
-    engine->mCurLayout = one.layout;
+    engine->mState.current = one.layout;
     environment.log.take();
     mode.sendLayout(false);
     EXPECT_EQ(notifier.take(), one.sent) << one.title;
@@ -185,7 +185,7 @@ TEST_F(TrackingMode, MultiStreamSendsAllItsLayouts) {
   mode.setLayoutAnimationToCut();
   EXPECT_EQ(engine->finals[0]->animation, "cut");
   EXPECT_EQ(engine->finals[2]->animation, "cut");
-  EXPECT_EQ(engine->mCurLayout->animation, "");
+  EXPECT_EQ(engine->mState.current->animation, "");
   mode.setMaxStreams(4);
   EXPECT_EQ(engine->maxLayouts, 4U);
 }
@@ -219,11 +219,11 @@ TEST_F(TrackingMode, WithoutAnEngineNothingHappens) {
 
 TEST_F(TrackingMode, FirstLayoutOfAModeIsMadeACut) {
   GroupTrackingMode mode(notifier, engine);
-  engine->mCurLayout->animation = "dissolve";
-  engine->mCurLayout->duration = 90;
+  engine->mState.current->animation = "dissolve";
+  engine->mState.current->duration = 90;
   mode.setLayoutAnimationToCut();
-  EXPECT_EQ(engine->mCurLayout->animation, "cut");
-  EXPECT_EQ(engine->mCurLayout->duration, 0);
+  EXPECT_EQ(engine->mState.current->animation, "cut");
+  EXPECT_EQ(engine->mState.current->duration, 0);
 }
 
 TEST_F(TrackingMode, EngineOfEveryRole) {

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "geometry/PeopleMap.h"
+#include "model/Layout.h"
+
+namespace fyn::productionrules {
+
+/** What an engine keeps of one picture from one vision result to the next. */
+struct EngineState {
+  /** The stream that new layouts are for. */
+  unsigned streamId = 0;
+  /** The people of the latest vision result. */
+  PeopleMap people;
+  /** The layout on screen; null for none. */
+  std::shared_ptr<Layout> current;
+  /** The layout that waits for its layout timer; null for none. */
+  std::shared_ptr<Layout> pending;
+  /** Name of the wait that holds the waiting layout back. */
+  const char* chosenTimer = "";
+  /** By which rule of its own the engine made the latest candidate, in words; "" for none. */
+  const char* reason = "";
+
+  /** Starts the picture afresh; who is in the room and whose stream it is stays. */
+  void forgetLayouts() {
+    EngineState afresh;
+    afresh.streamId = streamId;
+    afresh.people = std::move(people);
+    *this = std::move(afresh);
+  }
+};
+
+}  // namespace fyn::productionrules
