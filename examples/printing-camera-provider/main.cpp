@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 
 namespace {
 

@@ -12,18 +12,18 @@
 #include "platform/StderrLog.h"
 #include "platform/SystemEnvironment.h"
 #include "platform/embedded/InProcessBus.h"
-#include "platform/linux/ThreadDelayedTasks.h"
+#include "platform/embedded/ThreadDelayedTasks.h"
 #if PR_HAVE_MQTT
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 #endif
 #if PR_HAVE_DBUS
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 #endif
 #if PR_HAVE_SQLITE
-#include "platform/linux/SqlitePropertyStore.h"
+#include "platform/linux/sqlite/SqlitePropertyStore.h"
 #endif
 #if PR_HAVE_JOURNAL
-#include "platform/linux/JournalLog.h"
+#include "platform/linux/journal/JournalLog.h"
 #endif
 #if PR_HAVE_ANDROID_LOG
 #include "platform/android/AndroidLogSink.h"

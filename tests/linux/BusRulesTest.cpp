@@ -8,7 +8,7 @@
 #include "tests/linux/NotingListener.h"
 #include "tests/linux/Processes.h"
 #if PR_HAVE_MQTT
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
 #endif
 

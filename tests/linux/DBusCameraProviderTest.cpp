@@ -5,7 +5,7 @@
 #include <atomic>
 #include <memory>
 
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"
 

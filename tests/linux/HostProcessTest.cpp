@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
 

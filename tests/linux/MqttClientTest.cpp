@@ -5,8 +5,8 @@
 #include <atomic>
 #include <memory>
 
-#include "platform/linux/MqttPubSubClient.h"
-#include "platform/linux/MqttTopics.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 #include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"

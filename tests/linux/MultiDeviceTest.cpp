@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/SceneBuilder.h"

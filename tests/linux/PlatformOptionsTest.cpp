@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/embedded/ThreadDelayedTasks.h"
 #include "platform/linux/BusAddress.h"
 #include "platform/linux/PlatformOptions.h"
-#include "platform/linux/ThreadDelayedTasks.h"
 #include "tests/linux/Processes.h"
 
 namespace fyn::productionrules::testing {

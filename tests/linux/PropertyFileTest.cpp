@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platform/linux/SqlitePropertyStore.h"
+#include "platform/linux/sqlite/SqlitePropertyStore.h"
 #include "tests/linux/Processes.h"
 #include "tests/testing/CapturedLog.h"
 

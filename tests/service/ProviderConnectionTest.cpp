@@ -8,7 +8,7 @@
 #include <system_error>
 #include <thread>
 
-#include "platform/linux/ThreadDelayedTasks.h"
+#include "platform/embedded/ThreadDelayedTasks.h"
 #include "tests/service/RoomService.h"
 
 namespace fyn::productionrules::testing {

@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/Clock.h"
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
 #include "tests/video/MeasuringVideo.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"
 #include "tools/base/UsageError.h"

@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "platform/VisionSettings.h"
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 #include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {

@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "platform/SubscriptionList.h"
-#include "platform/linux/MqttPubSubClient.h"
-#include "platform/linux/MqttTopics.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 
 namespace fyn::productionrules {
 

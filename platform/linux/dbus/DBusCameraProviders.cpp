@@ -1,10 +1,10 @@
-#include "platform/linux/DBusCameraProviders.h"
+#include "platform/linux/dbus/DBusCameraProviders.h"
 
 #include <utility>
 
 #include "platform/DeathRecipients.h"
 #include "platform/VisionSettings.h"
-#include "platform/linux/DBusConnection.h"
+#include "platform/linux/dbus/DBusConnection.h"
 
 namespace fyn::productionrules {
 

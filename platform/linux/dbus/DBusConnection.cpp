@@ -1,4 +1,4 @@
-#include "platform/linux/DBusConnection.h"
+#include "platform/linux/dbus/DBusConnection.h"
 
 #include <algorithm>
 #include <future>

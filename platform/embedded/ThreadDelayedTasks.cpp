@@ -1,4 +1,4 @@
-#include "platform/linux/ThreadDelayedTasks.h"
+#include "platform/embedded/ThreadDelayedTasks.h"
 
 #include <system_error>
 #include <thread>

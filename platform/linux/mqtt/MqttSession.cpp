@@ -1,4 +1,4 @@
-#include "platform/linux/MqttSession.h"
+#include "platform/linux/mqtt/MqttSession.h"
 
 #include <mqtt_protocol.h>
 #include <poll.h>
@@ -19,7 +19,7 @@
 #include <utility>
 
 #include "platform/VisionSettings.h"
-#include "platform/linux/MqttTopics.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 
 namespace fyn::productionrules {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/SqlitePropertyStore.h"
+#include "platform/linux/sqlite/SqlitePropertyStore.h"
 
 #include <sqlite3.h>
 #include <unistd.h>

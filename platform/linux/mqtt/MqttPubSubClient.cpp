@@ -1,8 +1,8 @@
-#include "platform/linux/MqttPubSubClient.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
 
 #include <utility>
 
-#include "platform/linux/MqttSession.h"
+#include "platform/linux/mqtt/MqttSession.h"
 
 namespace fyn::productionrules {
 

@@ -1,6 +1,6 @@
 // The macros of the header would add this file's name and line to every record.
 #define SD_JOURNAL_SUPPRESS_LOCATION
-#include "platform/linux/JournalLog.h"
+#include "platform/linux/journal/JournalLog.h"
 
 #include <sys/stat.h>
 #include <systemd/sd-journal.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/MqttTopics.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 
 #include "platform/Topics.h"
 
