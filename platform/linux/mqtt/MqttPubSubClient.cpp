@@ -1,35 +1,214 @@
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 
+#include <mosquitto.h>
+
+#include <algorithm>
+#include <cinttypes>
+#include <optional>
 #include <utility>
 
-#include "platform/linux/mqtt/MqttSession.h"
+#include "platform/VisionSettings.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 
 namespace fyn::productionrules {
 
 using com::quil::pubsub::IPubSubListener;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+namespace {
+
+constexpr const char* kTag = "MqttPubSubClient";
+constexpr milliseconds kConnectLimit{10000};
+constexpr milliseconds kCloseLimit{500};
+constexpr milliseconds kPollPeriod{500};
+constexpr milliseconds kClosingPollPeriod{20};
+// More unacknowledged messages would wait inside the MQTT library and be overtaken by those of QoS 0.
+constexpr std::size_t kMostUnacknowledged = 20;
+
+/** Whether the fault lies in the message and not in the connection. */
+bool isRefusedMessage(int result) {
+  return result == MOSQ_ERR_INVAL || result == MOSQ_ERR_PAYLOAD_SIZE || result == MOSQ_ERR_MALFORMED_UTF8 ||
+         result == MOSQ_ERR_OVERSIZE_PACKET || result == MOSQ_ERR_QOS_NOT_SUPPORTED ||
+         result == MOSQ_ERR_RETAIN_NOT_SUPPORTED;
+}
+
+}  // namespace
 
 MqttPubSubClient::MqttPubSubClient(const MqttOptions& options)
-    : mSession(std::make_unique<Session>(options)) {}
+    : mOptions(options), mConnection(options, *this), mSubscriptions(options.address.room) {
+  mThread = std::thread([this] { run(); });
+  mNetworkThread = mThread.get_id();
+}
 
-MqttPubSubClient::~MqttPubSubClient() = default;
+MqttPubSubClient::~MqttPubSubClient() {
+  close();
+}
 
 void MqttPubSubClient::publish(const std::string& topic, const std::string& message) {
-  mSession->publish(topic, message);
+  if (!isMqttTopic(topic)) {
+    PRB_LOGE(kTag, "%s: \"%s\" is no topic, its message is dropped", "publish", topic.c_str());
+    return;
+  }
+  if (!mClosing && mOutbox.put({topic, message})) {
+    mConnection.wake();
+  }
 }
 
 // A broker needs no announcement.
 void MqttPubSubClient::advertise(const std::string& /*topic*/) {}
 
 void MqttPubSubClient::subscribe(const std::string& topic, IPubSubListener& listener) {
-  mSession->subscribe(topic, listener);
+  if (!isMqttTopic(topic)) {
+    PRB_LOGE(kTag, "%s: \"%s\" is no topic", "subscribe", topic.c_str());
+    return;
+  }
+  if (mSubscriptions.add(topic, listener)) {
+    mConnection.wake();
+  }
 }
 
 void MqttPubSubClient::close() {
-  mSession->close();
+  mClosing = true;
+  mSubscriptions.close();
+  mConnection.wake();
+  if (mNetworkThread != std::this_thread::get_id()) {
+    const std::lock_guard lock(mJoinMutex);
+    if (mThread.joinable()) {
+      mThread.join();
+    }
+  }
 }
 
 void MqttPubSubClient::whenSubscribed(std::function<void()> callback) {
-  mSession->whenSubscribed(std::move(callback));
+  mSubscriptions.whenConfirmed(std::move(callback));
+  mConnection.wake();
+}
+
+void MqttPubSubClient::run() {
+  milliseconds pause = mOptions.firstRetry;
+  while (!mClosing) {
+    mConnectStart = steady_clock::now();
+    int result = mConnection.connect();
+    if (result == MOSQ_ERR_SUCCESS) {
+      result = serveConnection();
+    }
+    if (mConnected) {
+      pause = mOptions.firstRetry;
+    }
+    connectionEnded(result);
+    pauseFor(pause);
+    pause = std::min(2 * pause, mOptions.lastRetry);
+  }
+}
+
+int MqttPubSubClient::serveConnection() {
+  bool disconnecting = false;
+  mCloseStart = {};
+  for (;;) {
+    const TimePoint now = steady_clock::now();
+    if (!mConnected && now - mConnectStart > kConnectLimit) {
+      return MOSQ_ERR_KEEPALIVE;
+    }
+    if (mClosing) {
+      mCloseStart = mCloseStart == TimePoint() ? now : mCloseStart;
+      if (!mConnected || now - mCloseStart > kCloseLimit) {
+        return MOSQ_ERR_SUCCESS;
+      }
+      if (!disconnecting && mayDisconnect()) {
+        mConnection.disconnect();
+        disconnecting = true;
+      }
+    }
+    int result = mConnected ? mSubscriptions.update(mConnection) : MOSQ_ERR_SUCCESS;
+    result = result == MOSQ_ERR_SUCCESS && mConnected ? sendQueued() : result;
+    result =
+        result == MOSQ_ERR_SUCCESS ? mConnection.poll(mClosing ? kClosingPollPeriod : kPollPeriod) : result;
+    if (result != MOSQ_ERR_SUCCESS) {
+      return result;
+    }
+  }
+}
+
+int MqttPubSubClient::sendQueued() {
+  while (!mConnection.wantsToWrite() && mUnacknowledged.size() < mReceiveMaximum) {
+    const std::optional<MqttMessage> next = mOutbox.take();
+    if (!next) {
+      break;
+    }
+    const MqttDelivery delivery = mqttDeliveryOf(next->topic);
+    int id = 0;
+    const int result =
+        mConnection.publish(mqttName(mOptions.address.room, next->topic), next->text, delivery, id);
+    const bool refused = isRefusedMessage(result);
+    if (refused) {
+      PRB_LOGE(kTag, "%s: a message of %zu bytes on %s cannot be sent: %s", "publish", next->text.size(),
+               next->topic.c_str(), mosquitto_strerror(result));
+    } else if (delivery.qos > 0) {
+      // Also when the connection broke under it: the MQTT library has it and sends it after the return.
+      mUnacknowledged.insert(id);
+    } else if (result != MOSQ_ERR_SUCCESS) {
+      mOutbox.countUnsent();
+    }
+    if (!refused && result != MOSQ_ERR_SUCCESS) {
+      return result;
+    }
+  }
+  return MOSQ_ERR_SUCCESS;
+}
+
+bool MqttPubSubClient::mayDisconnect() {
+  return mOutbox.isEmpty() && mUnacknowledged.empty() && !mConnection.wantsToWrite();
+}
+
+void MqttPubSubClient::onConnected(std::size_t receiveMaximum) {
+  mReceiveMaximum = std::min(receiveMaximum, kMostUnacknowledged);
+  const std::uint64_t unsent = mOutbox.open();
+  mConnected = true;
+  mOutageSaid = false;
+  mRefusalSaid = false;
+  const std::string address = mOptions.address.text();
+  if (mEverConnected || unsent > 0) {
+    PRB_LOGI(kTag, "%s to %s, %" PRIu64 " messages could not be sent",
+             mEverConnected ? "connected again" : "connected", address.c_str(), unsent);
+  } else {
+    PRB_LOGI(kTag, "connected to %s", address.c_str());
+  }
+  mEverConnected = true;
+}
+
+void MqttPubSubClient::onMessage(const std::string& name, const std::string& text) {
+  if (const std::optional<std::string> topic = topicOfMqttName(mOptions.address.room, name)) {
+    mSubscriptions.deliver(*topic, text);
+  }
+}
+
+void MqttPubSubClient::connectionEnded(int result) {
+  const std::string reason = mRefusal.empty() ? MqttConnection::errorText(result) : mRefusal;
+  mOutbox.shut();
+  mSubscriptions.forgetConnection();
+  const bool lost = std::exchange(mConnected, false);
+  const bool refused = !mRefusal.empty();
+  mRefusal.clear();
+  // A refusal needs a person, so it is said even if the outage began otherwise; each once until the return.
+  const bool outageKnown = std::exchange(mOutageSaid, true);
+  const bool refusalKnown = refused ? std::exchange(mRefusalSaid, true) : true;
+  if (mClosing || (outageKnown && refusalKnown)) {
+    return;
+  }
+  PRB_LOGW(kTag, "%s %s (%s), trying on", lost ? "lost the connection to" : "cannot connect to",
+           mOptions.address.text().c_str(), reason.c_str());
+}
+
+void MqttPubSubClient::pauseFor(milliseconds pause) {
+  const TimePoint end = steady_clock::now() + pause;
+  while (!mClosing) {
+    const auto left = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
+    if (left.count() <= 0) {
+      return;
+    }
+    mConnection.waitForWake(left);
+  }
 }
 
 }  // namespace fyn::productionrules

@@ -1,29 +1,20 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
-#include <memory>
+#include <mutex>
+#include <set>
 #include <string>
+#include <thread>
 
 #include "platform/PubSub.h"
-#include "platform/linux/BusAddress.h"
+#include "platform/linux/mqtt/MqttConnection.h"
+#include "platform/linux/mqtt/MqttOptions.h"
+#include "platform/linux/mqtt/MqttOutbox.h"
+#include "platform/linux/mqtt/MqttSubscriptions.h"
 
 namespace fyn::productionrules {
-
-struct MqttOptions {
-  BusAddress address;
-  /** Empty for a broker that lets anyone in. */
-  std::string user;
-  std::string password;
-  /** Certificate authorities for mqtts, a PEM file; empty for those of the machine. */
-  std::string caFile;
-  /** Certificate and key of this client, PEM files; both or none. */
-  std::string certificateFile;
-  std::string keyFile;
-  /** Pause before the first attempt to reconnect; it doubles with each failed one up to `lastRetry`. */
-  std::chrono::milliseconds firstRetry{200};
-  std::chrono::milliseconds lastRetry{5000};
-};
 
 /**
  * A client of an MQTT 5 broker. Its own thread connects, reconnects with back-off and subscribes again, so no
@@ -33,11 +24,13 @@ struct MqttOptions {
  * What the broker had not acknowledged when the connection broke (topics of QoS 1) is sent again, so a
  * subscriber may see it twice.
  */
-class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient {
+class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private MqttEvents {
  public:
   /** Throws std::invalid_argument with one clear line when a certificate file cannot be used. */
   explicit MqttPubSubClient(const MqttOptions& options);
   ~MqttPubSubClient() override;
+  MqttPubSubClient(const MqttPubSubClient&) = delete;
+  MqttPubSubClient& operator=(const MqttPubSubClient&) = delete;
 
   void publish(const std::string& topic, const std::string& message) override;
   void advertise(const std::string& topic) override;
@@ -52,8 +45,43 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient {
   void whenSubscribed(std::function<void()> callback);
 
  private:
-  class Session;
-  const std::unique_ptr<Session> mSession;
+  using TimePoint = std::chrono::steady_clock::time_point;
+
+  // The network thread, which alone uses the connection.
+  void run();
+  int serveConnection();
+  int sendQueued();
+  bool mayDisconnect();
+  void connectionEnded(int result);
+  void pauseFor(std::chrono::milliseconds pause);
+
+  // Called by the connection, on the network thread.
+  void onConnected(std::size_t receiveMaximum) override;
+  void onRefused(const std::string& reason) override { mRefusal = reason; }
+  void onMessage(const std::string& name, const std::string& text) override;
+  void onSubscribed(int id) override { mSubscriptions.confirm(id); }
+  void onPublished(int id) override { mUnacknowledged.erase(id); }
+
+  const MqttOptions mOptions;
+  MqttConnection mConnection;
+  MqttOutbox mOutbox;
+  MqttSubscriptions mSubscriptions;
+  std::atomic<bool> mClosing{false};
+
+  // State of the network thread.
+  std::set<int> mUnacknowledged;
+  std::size_t mReceiveMaximum = 0;
+  std::string mRefusal;
+  bool mConnected = false;
+  bool mEverConnected = false;
+  bool mOutageSaid = false;
+  bool mRefusalSaid = false;
+  TimePoint mConnectStart;
+  TimePoint mCloseStart;
+
+  std::mutex mJoinMutex;
+  std::thread mThread;
+  std::atomic<std::thread::id> mNetworkThread{};
 };
 
 }  // namespace fyn::productionrules

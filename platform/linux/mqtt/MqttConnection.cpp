@@ -1,0 +1,256 @@
+#include "platform/linux/mqtt/MqttConnection.h"
+
+#include <mosquitto.h>
+#include <mqtt_protocol.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <mutex>
+#include <random>
+#include <stdexcept>
+
+#include "platform/VisionSettings.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr const char* kTag = "MqttPubSubClient";
+constexpr int kKeepAliveSeconds = 10;
+// What a broker takes that states nothing else.
+constexpr std::size_t kDefaultReceiveMaximum = 65535;
+constexpr int kFailureReasons = 0x80;
+// A broker may show a retained message to its own publisher in spite of no-local, so those carry the
+// publisher.
+constexpr const char* kPublisherProperty = "publisher";
+
+std::string newIdentity() {
+  std::random_device random;
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "prb-%08x%08x", random(), random());
+  return text.data();
+}
+
+void requireReadable(const std::string& file, const char* what) {
+  if (!file.empty() && !std::ifstream(file)) {
+    throw std::invalid_argument(std::string(what) + " \"" + file + "\" cannot be read");
+  }
+}
+
+std::size_t receiveMaximumOf(const mosquitto_property* properties) {
+  std::uint16_t maximum = 0;
+  const bool stated =
+      mosquitto_property_read_int16(properties, MQTT_PROP_RECEIVE_MAXIMUM, &maximum, false) != nullptr;
+  return stated && maximum > 0 ? maximum : kDefaultReceiveMaximum;
+}
+
+/** The publisher that a retained message carries; empty when it carries none. */
+std::string publisherOf(const mosquitto_property* properties) {
+  char* name = nullptr;
+  char* value = nullptr;
+  std::string publisher;
+  if (mosquitto_property_read_string_pair(properties, MQTT_PROP_USER_PROPERTY, &name, &value, false) !=
+          nullptr &&
+      std::strcmp(name, kPublisherProperty) == 0) {
+    publisher = value;
+  }
+  std::free(name);
+  std::free(value);
+  return publisher;
+}
+
+}  // namespace
+
+void MqttConnection::FreeMosquitto::operator()(mosquitto* handle) const {
+  mosquitto_destroy(handle);
+}
+
+MqttConnection::MqttConnection(const MqttOptions& options, MqttEvents& events)
+    : mOptions(options),
+      mEvents(events),
+      mIdentity(newIdentity()),
+      mWakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  static const int initialised = mosquitto_lib_init();
+  if (initialised != MOSQ_ERR_SUCCESS || mWakeFd < 0) {
+    throw std::runtime_error("the MQTT library cannot be started");
+  }
+  try {
+    createHandle();
+  } catch (...) {
+    close(mWakeFd);
+    throw;
+  }
+}
+
+MqttConnection::~MqttConnection() {
+  close(mWakeFd);
+}
+
+void MqttConnection::createHandle() {
+  mHandle.reset(mosquitto_new(mIdentity.c_str(), true, this));
+  if (!mHandle) {
+    throw std::runtime_error("the MQTT library is out of memory");
+  }
+  mosquitto* const handle = mHandle.get();
+  mosquitto_int_option(handle, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
+  mosquitto_int_option(handle, MOSQ_OPT_TCP_NODELAY, 1);
+  if (!mOptions.user.empty()) {
+    mosquitto_username_pw_set(handle, mOptions.user.c_str(),
+                              mOptions.password.empty() ? nullptr : mOptions.password.c_str());
+  }
+  if (mOptions.address.tls) {
+    setUpTls();
+  }
+  takeCallbacks();
+}
+
+void MqttConnection::setUpTls() {
+  requireReadable(mOptions.caFile, "certificate authority file");
+  requireReadable(mOptions.certificateFile, "client certificate file");
+  requireReadable(mOptions.keyFile, "client key file");
+  if (mOptions.certificateFile.empty() != mOptions.keyFile.empty()) {
+    throw std::invalid_argument("a client certificate needs both the certificate file and the key file");
+  }
+  const auto pathOrNull = [](const std::string& path) { return path.empty() ? nullptr : path.c_str(); };
+  const char* const machineAuthorities = mOptions.caFile.empty() ? "/etc/ssl/certs" : nullptr;
+  const int result =
+      mosquitto_tls_set(mHandle.get(), pathOrNull(mOptions.caFile), machineAuthorities,
+                        pathOrNull(mOptions.certificateFile), pathOrNull(mOptions.keyFile), nullptr);
+  if (result != MOSQ_ERR_SUCCESS) {
+    throw std::invalid_argument(std::string("TLS cannot be set up: ") + mosquitto_strerror(result));
+  }
+}
+
+void MqttConnection::takeCallbacks() {
+  mosquitto* const handle = mHandle.get();
+  mosquitto_connect_v5_callback_set(
+      handle, [](mosquitto*, void* self, int reason, int /*flags*/, const mosquitto_property* properties) {
+        MqttEvents& events = static_cast<MqttConnection*>(self)->mEvents;
+        if (reason == MQTT_RC_SUCCESS) {
+          events.onConnected(receiveMaximumOf(properties));
+        } else {
+          events.onRefused(mosquitto_reason_string(reason));
+        }
+      });
+  mosquitto_message_v5_callback_set(handle, [](mosquitto*, void* context, const mosquitto_message* message,
+                                               const mosquitto_property* properties) {
+    const auto& self = *static_cast<MqttConnection*>(context);
+    if (publisherOf(properties) != self.mIdentity) {
+      self.mEvents.onMessage(message->topic, std::string(static_cast<const char*>(message->payload),
+                                                         static_cast<std::size_t>(message->payloadlen)));
+    }
+  });
+  mosquitto_subscribe_callback_set(
+      handle, [](mosquitto*, void* context, int id, int count, const int* granted) {
+        const auto& self = *static_cast<MqttConnection*>(context);
+        for (int index = 0; index < count; ++index) {
+          if (granted[index] >= kFailureReasons) {
+            PRB_LOGE(kTag, "%s refuses a subscription: %s", self.mOptions.address.text().c_str(),
+                     mosquitto_reason_string(granted[index]));
+          }
+        }
+        self.mEvents.onSubscribed(id);
+      });
+  mosquitto_publish_callback_set(handle, [](mosquitto*, void* self, int id) {
+    static_cast<MqttConnection*>(self)->mEvents.onPublished(id);
+  });
+}
+
+int MqttConnection::connect() {
+  if (!mOptions.address.tls) {
+    return startConnecting();
+  }
+  // The MQTT library sets up TLS for the whole process within the first connect, without a lock of its own.
+  static std::mutex tlsMutex;
+  const std::lock_guard lock(tlsMutex);
+  return startConnecting();
+}
+
+int MqttConnection::startConnecting() {
+  return mosquitto_connect_async(mHandle.get(), mOptions.address.host.c_str(), mOptions.address.port,
+                                 kKeepAliveSeconds);
+}
+
+void MqttConnection::disconnect() {
+  mosquitto_disconnect(mHandle.get());
+}
+
+int MqttConnection::poll(std::chrono::milliseconds limit) {
+  mosquitto* const handle = mHandle.get();
+  const int socket = mosquitto_socket(handle);
+  if (socket < 0) {
+    return MOSQ_ERR_NO_CONN;
+  }
+  const auto events = static_cast<short>(wantsToWrite() ? POLLIN | POLLOUT : POLLIN);
+  std::array<pollfd, 2> watched{{{socket, events, 0}, {mWakeFd, POLLIN, 0}}};
+  ::poll(watched.data(), watched.size(), static_cast<int>(limit.count()));
+  if (watched[1].revents != 0) {
+    drainWakes();
+  }
+  int result = MOSQ_ERR_SUCCESS;
+  if ((watched[0].revents & POLLOUT) != 0) {
+    result = mosquitto_loop_write(handle, 1);
+  }
+  if (result == MOSQ_ERR_SUCCESS && (watched[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) {
+    result = mosquitto_loop_read(handle, 1);
+  }
+  return result == MOSQ_ERR_SUCCESS ? mosquitto_loop_misc(handle) : result;
+}
+
+bool MqttConnection::wantsToWrite() const {
+  return mosquitto_want_write(mHandle.get());
+}
+
+int MqttConnection::publish(const std::string& name, const std::string& text, const MqttDelivery& delivery,
+                            int& id) {
+  mosquitto_property* properties = nullptr;
+  if (delivery.retain) {
+    mosquitto_property_add_string_pair(&properties, MQTT_PROP_USER_PROPERTY, kPublisherProperty,
+                                       mIdentity.c_str());
+  }
+  const int result = mosquitto_publish_v5(mHandle.get(), &id, name.c_str(), static_cast<int>(text.size()),
+                                          text.data(), delivery.qos, delivery.retain, properties);
+  mosquitto_property_free_all(&properties);
+  return result;
+}
+
+int MqttConnection::subscribe(const std::string& filter, int& id) {
+  // At QoS 1 a message keeps the one that its publisher chose.
+  return mosquitto_subscribe_v5(mHandle.get(), &id, filter.c_str(), 1,
+                                MQTT_SUB_OPT_NO_LOCAL | MQTT_SUB_OPT_SEND_RETAIN_NEW, nullptr);
+}
+
+int MqttConnection::unsubscribe(const std::string& filter) {
+  return mosquitto_unsubscribe(mHandle.get(), nullptr, filter.c_str());
+}
+
+void MqttConnection::waitForWake(std::chrono::milliseconds limit) {
+  pollfd watched{mWakeFd, POLLIN, 0};
+  ::poll(&watched, 1, static_cast<int>(limit.count()));
+  drainWakes();
+}
+
+void MqttConnection::wake() {
+  const std::uint64_t one = 1;
+  // A full counter wakes as well.
+  [[maybe_unused]] const ssize_t written = write(mWakeFd, &one, sizeof one);
+}
+
+void MqttConnection::drainWakes() {
+  std::uint64_t count = 0;
+  [[maybe_unused]] const ssize_t drained = read(mWakeFd, &count, sizeof count);
+}
+
+std::string MqttConnection::errorText(int result) {
+  return result == MOSQ_ERR_ERRNO ? std::strerror(errno) : mosquitto_strerror(result);
+}
+
+}  // namespace fyn::productionrules

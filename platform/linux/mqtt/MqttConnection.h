@@ -1,0 +1,83 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "platform/linux/mqtt/MqttOptions.h"
+#include "platform/linux/mqtt/MqttTopics.h"
+
+struct mosquitto;
+
+namespace fyn::productionrules {
+
+/** What a broker tells, on the thread that polls the connection. */
+class MqttEvents {
+ public:
+  virtual ~MqttEvents() = default;
+
+  /** `receiveMaximum`: how many unacknowledged messages the broker takes. */
+  virtual void onConnected(std::size_t receiveMaximum) = 0;
+  /** The broker does not let this client in. */
+  virtual void onRefused(const std::string& reason) = 0;
+  /** A message of another client; `name` is the topic with its room. */
+  virtual void onMessage(const std::string& name, const std::string& text) = 0;
+  virtual void onSubscribed(int id) = 0;
+  virtual void onPublished(int id) = 0;
+};
+
+/**
+ * One client of the MQTT library and the socket under it. All results are those of the library. One thread
+ * uses it; the others may `wake` that thread.
+ */
+class MqttConnection {
+ public:
+  /** Throws std::invalid_argument with one clear line when a certificate file cannot be used, and
+   * std::runtime_error when the library cannot be used at all. */
+  MqttConnection(const MqttOptions& options, MqttEvents& events);
+  ~MqttConnection();
+  MqttConnection(const MqttConnection&) = delete;
+  MqttConnection& operator=(const MqttConnection&) = delete;
+
+  /** Looks the broker up and begins to connect. */
+  int connect();
+  void disconnect();
+
+  /** Waits for the network at most `limit`, or until woken, and handles what has come. */
+  int poll(std::chrono::milliseconds limit);
+
+  /** Whether the library holds bytes that the network has not taken yet. */
+  bool wantsToWrite() const;
+
+  int publish(const std::string& name, const std::string& text, const MqttDelivery& delivery, int& id);
+  int subscribe(const std::string& filter, int& id);
+  int unsubscribe(const std::string& filter);
+
+  /** Waits for `wake` alone. */
+  void waitForWake(std::chrono::milliseconds limit);
+
+  /** Ends the wait under way or else the next one. Called on any thread. */
+  void wake();
+
+  static std::string errorText(int result);
+
+ private:
+  struct FreeMosquitto {
+    void operator()(mosquitto* handle) const;
+  };
+
+  void createHandle();
+  void setUpTls();
+  void takeCallbacks();
+  int startConnecting();
+  void drainWakes();
+
+  const MqttOptions mOptions;
+  MqttEvents& mEvents;
+  const std::string mIdentity;
+  const int mWakeFd;
+  std::unique_ptr<mosquitto, FreeMosquitto> mHandle;
+};
+
+}  // namespace fyn::productionrules

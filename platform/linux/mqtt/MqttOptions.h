@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "platform/linux/BusAddress.h"
+
+namespace fyn::productionrules {
+
+struct MqttOptions {
+  BusAddress address;
+  /** Empty for a broker that lets anyone in. */
+  std::string user;
+  std::string password;
+  /** Certificate authorities for mqtts, a PEM file; empty for those of the machine. */
+  std::string caFile;
+  /** Certificate and key of this client, PEM files; both or none. */
+  std::string certificateFile;
+  std::string keyFile;
+  /** Pause before the first attempt to reconnect; it doubles with each failed one up to `lastRetry`. */
+  std::chrono::milliseconds firstRetry{200};
+  std::chrono::milliseconds lastRetry{5000};
+};
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,54 @@
+#include "platform/linux/mqtt/MqttOutbox.h"
+
+#include <utility>
+
+namespace fyn::productionrules {
+
+namespace {
+constexpr std::size_t kLimit = 1024;
+}
+
+bool MqttOutbox::put(MqttMessage message) {
+  const std::lock_guard lock(mMutex);
+  if (!mOpen || mMessages.size() >= kLimit) {
+    ++mUnsent;
+    return false;
+  }
+  mMessages.push_back(std::move(message));
+  return true;
+}
+
+std::optional<MqttMessage> MqttOutbox::take() {
+  const std::lock_guard lock(mMutex);
+  if (mMessages.empty()) {
+    return std::nullopt;
+  }
+  std::optional<MqttMessage> first(std::move(mMessages.front()));
+  mMessages.pop_front();
+  return first;
+}
+
+bool MqttOutbox::isEmpty() const {
+  const std::lock_guard lock(mMutex);
+  return mMessages.empty();
+}
+
+void MqttOutbox::countUnsent() {
+  const std::lock_guard lock(mMutex);
+  ++mUnsent;
+}
+
+std::uint64_t MqttOutbox::open() {
+  const std::lock_guard lock(mMutex);
+  mOpen = true;
+  return std::exchange(mUnsent, 0);
+}
+
+void MqttOutbox::shut() {
+  const std::lock_guard lock(mMutex);
+  mOpen = false;
+  mUnsent += mMessages.size();
+  mMessages.clear();
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace fyn::productionrules {
+
+struct MqttMessage {
+  std::string topic;
+  std::string text;
+};
+
+/**
+ * Messages on their way from the publishing threads to the network thread. While there is no connection, or
+ * when too many wait, a message is dropped and counted.
+ */
+class MqttOutbox {
+ public:
+  /** False when the message is dropped. */
+  bool put(MqttMessage message);
+
+  /** The message that waits longest. */
+  std::optional<MqttMessage> take();
+
+  bool isEmpty() const;
+
+  /** Counts a message that was taken and could not be sent. */
+  void countUnsent();
+
+  /** The connection stands. Returns the number of messages that could not be sent since the last time. */
+  std::uint64_t open();
+
+  /** The connection has ended: what waits is dropped and counted. */
+  void shut();
+
+ private:
+  mutable std::mutex mMutex;
+  std::deque<MqttMessage> mMessages;
+  std::uint64_t mUnsent = 0;
+  bool mOpen = false;
+};
+
+}  // namespace fyn::productionrules

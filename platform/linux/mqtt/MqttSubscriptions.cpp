@@ -1,0 +1,93 @@
+#include "platform/linux/mqtt/MqttSubscriptions.h"
+
+#include <mosquitto.h>
+
+#include <utility>
+
+#include "platform/linux/mqtt/MqttConnection.h"
+#include "platform/linux/mqtt/MqttTopics.h"
+
+namespace fyn::productionrules {
+
+using com::quil::pubsub::IPubSubListener;
+
+bool MqttSubscriptions::add(const std::string& topic, IPubSubListener& listener) {
+  const std::lock_guard dispatchLock(mDispatchMutex);
+  if (mClosed || !mListeners.add(topic, listener)) {
+    return false;
+  }
+  const std::lock_guard lock(mMutex);
+  mWanted = mListeners.coveringTopics();
+  return true;
+}
+
+void MqttSubscriptions::whenConfirmed(std::function<void()> callback) {
+  const std::lock_guard lock(mMutex);
+  mWhenConfirmed = std::move(callback);
+}
+
+void MqttSubscriptions::close() {
+  const std::lock_guard lock(mDispatchMutex);
+  mClosed = true;
+  mListeners.clear();
+}
+
+void MqttSubscriptions::deliver(const std::string& topic, const std::string& text) {
+  const std::lock_guard lock(mDispatchMutex);
+  for (IPubSubListener* listener : mListeners.listenersOf(topic)) {
+    listener->onMessage(topic, text);
+  }
+}
+
+int MqttSubscriptions::update(MqttConnection& connection) {
+  std::set<std::string> wanted;
+  {
+    const std::lock_guard lock(mMutex);
+    wanted.insert(mWanted.begin(), mWanted.end());
+  }
+  // First without the topics that a new one covers: two filters over one topic would deliver twice.
+  int result = MOSQ_ERR_SUCCESS;
+  for (auto asked = mAsked.begin(); asked != mAsked.end() && result == MOSQ_ERR_SUCCESS;) {
+    if (wanted.count(*asked) != 0) {
+      ++asked;
+      continue;
+    }
+    result = connection.unsubscribe(mqttFilter(mRoom, *asked));
+    asked = mAsked.erase(asked);
+  }
+  for (auto topic = wanted.begin(); topic != wanted.end() && result == MOSQ_ERR_SUCCESS; ++topic) {
+    if (!mAsked.insert(*topic).second) {
+      continue;
+    }
+    int id = 0;
+    result = connection.subscribe(mqttFilter(mRoom, *topic), id);
+    mUnconfirmed.insert(id);
+  }
+  reportConfirmed();
+  return result;
+}
+
+void MqttSubscriptions::confirm(int id) {
+  mUnconfirmed.erase(id);
+  reportConfirmed();
+}
+
+void MqttSubscriptions::forgetConnection() {
+  mAsked.clear();
+  mUnconfirmed.clear();
+}
+
+void MqttSubscriptions::reportConfirmed() {
+  std::function<void()> callback;
+  {
+    const std::lock_guard lock(mMutex);
+    if (mUnconfirmed.empty() && mAsked.size() == mWanted.size()) {
+      callback = std::exchange(mWhenConfirmed, nullptr);
+    }
+  }
+  if (callback) {
+    callback();
+  }
+}
+
+}  // namespace fyn::productionrules
