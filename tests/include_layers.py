@@ -37,9 +37,8 @@ ROOMS["layouts/streams"] = above("layouts/people", "layouts/group")
 ROOMS["modes"] = above("layouts/streams", "layouts/speaker")
 ROOMS["output"] = above("config")
 ROOMS["service"] = above("modes", "output")
-# Only programs and the library's entry function choose a backend; the rest sees the interfaces.
-BACKENDS = {"platform/embedded", "platform/virtual", "platform/android", "platform/linux"}
-ROOMS["service/entry"] = above("service") | BACKENDS
+# Only programs name a backend; the library's entry function takes that of the device, the rest sees the interfaces.
+ROOMS["service/entry"] = above("service")
 ROOMS["daemon"] = {"platform", "platform/linux"}
 ROOMS["examples"] = {"platform", "platform/linux/dbus"}
 ROOMS["tools/base"] = above("config")

@@ -2,6 +2,10 @@
 
 #include <android/log.h>
 
+#include <memory>
+
+#include "platform/Backends.h"
+
 namespace fyn::productionrules {
 
 static_assert(static_cast<int>(LogPriority::debug) == ANDROID_LOG_DEBUG &&
@@ -12,5 +16,9 @@ static_assert(static_cast<int>(LogPriority::debug) == ANDROID_LOG_DEBUG &&
 void AndroidLogSink::write(LogPriority priority, const char* tag, const char* text) {
   __android_log_write(static_cast<int>(priority), tag, text);
 }
+
+const LogBackend::Maker kMakeAndroidLog = [](const PlatformOptions& /*options*/) -> std::shared_ptr<LogSink> {
+  return std::make_shared<AndroidLogSink>();
+};
 
 }  // namespace fyn::productionrules

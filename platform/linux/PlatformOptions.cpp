@@ -4,8 +4,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "platform/linux/BackendTables.h"
 #include "platform/linux/BusAddress.h"
-#include "platform/linux/PlatformFactory.h"
 
 namespace fyn::productionrules {
 
@@ -79,25 +79,15 @@ std::string PlatformOptions::password() const {
 void PlatformOptions::validate() const {
   if (bus != "embedded") {
     parseBusAddress(bus);
-    requireBackend(PlatformBackend::mqtt);
   }
-  if (provider != "none") {
-    if (provider.rfind("dbus:", 0) != 0 || !isDBusAddress(provider.substr(5))) {
-      throw std::invalid_argument("camera provider \"" + provider +
-                                  "\": expected none, dbus:session, dbus:system or dbus:unix:path=PATH");
-    }
-    requireBackend(PlatformBackend::dbus);
+  busBackend(bus);
+  if (provider != "none" && (provider.rfind("dbus:", 0) != 0 || !isDBusAddress(provider.substr(5)))) {
+    throw std::invalid_argument("camera provider \"" + provider +
+                                "\": expected none, dbus:session, dbus:system or dbus:unix:path=PATH");
   }
-  if (log == "android") {
-    requireBackend(PlatformBackend::androidLog);
-  } else if (log == "journal") {
-    requireBackend(PlatformBackend::journal);
-  } else if (log != "auto" && log != "stderr") {
-    throw std::invalid_argument("log \"" + log + "\": expected auto, stderr, journal or android");
-  }
-  if (!properties.empty() && properties != "memory") {
-    requireBackend(PlatformBackend::sqlite);
-  }
+  providersBackend(provider);
+  logBackend(log);
+  propertiesBackend(properties);
   requireReadable(mqttPasswordFile, "password file");
   if (!mqttPasswordFile.empty() && password().empty()) {
     throw std::invalid_argument("password file \"" + mqttPasswordFile +

@@ -1,10 +1,7 @@
 #include <exception>
-#include <functional>
-#include <memory>
-#include <utility>
 
+#include "platform/DevicePlatform.h"
 #include "platform/VisionSettings.h"
-#include "platform/linux/PlatformFactory.h"
 #include "service/ProductionRulesServiceRunner.h"
 #include "service/entry/HostSignals.h"
 
@@ -14,20 +11,17 @@ constexpr const char* kTag = "productionRulesServiceMain";
 
 void runOnChosenPlatform(const std::string& name, bool loadConfig) {
   using namespace fyn::productionrules;
-  const std::unique_ptr<BuiltPlatform> built = buildPlatform(PlatformOptions::fromEnvironment());
+  const DevicePlatform device = buildPlatform();
   HostSignals host;
-  runProductionRulesService(built->platform(), name, loadConfig, [&](BaseIPCService& service) {
-    host.attach(service,
-                [&built](std::function<void()> callback) { built->whenBusReady(std::move(callback)); });
-  });
+  runProductionRulesService(device.platform, name, loadConfig,
+                            [&](BaseIPCService& service) { host.attach(service, device.whenBusReady); });
 }
 
 }  // namespace
 
 /**
  * Runs the service called `name` in the calling thread until its host stops it; see HostSignals. Backends are
- * chosen by the environment, see PlatformOptions. A choice that cannot be used is logged, and the function
- * returns.
+ * those of the device. A choice of the host that cannot be used is logged, and the function returns.
  */
 extern "C" __attribute__((visibility("default"))) void productionRulesServiceMain(const char* name,
                                                                                   bool loadConfig) {

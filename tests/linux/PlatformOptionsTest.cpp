@@ -67,7 +67,7 @@ TEST(PlatformOptions, AreRefusedByName) {
       {&PlatformOptions::bus, "amqp://x", "bus address"},
       {&PlatformOptions::provider, "dbus", "camera provider \"dbus\""},
       {&PlatformOptions::provider, "dbus:wrong", "camera provider \"dbus:wrong\""},
-      {&PlatformOptions::log, "syslog", "log \"syslog\""},
+      {&PlatformOptions::log, "syslog", "log \"syslog\": expected auto, stderr, journal or android"},
       {&PlatformOptions::mqttPasswordFile, "/does/not/exist", "password file \"/does/not/exist\""},
       {&PlatformOptions::mqttPasswordFile, "/tmp", "password file \"/tmp\" cannot be read"},
       {&PlatformOptions::mqttPasswordFile, "/dev/null", "password file \"/dev/null\" has no password"},
@@ -78,6 +78,30 @@ TEST(PlatformOptions, AreRefusedByName) {
     PlatformOptions options;
     options.*row.field = row.value;
     EXPECT_EQ(faultOf([&] { options.validate(); }).rfind(row.fault, 0), 0U) << row.value;
+  }
+}
+
+struct LeftOut {
+  std::string PlatformOptions::*field;
+  const char* value;
+  bool present;
+  const char* name;
+};
+
+TEST(PlatformOptions, NameWhatThisBuildLacks) {
+  const LeftOut rows[] = {
+      {&PlatformOptions::bus, "mqtt://x", PR_HAVE_MQTT != 0, "MQTT bus"},
+      {&PlatformOptions::bus, "mqtts://x", PR_HAVE_MQTT != 0, "MQTT bus"},
+      {&PlatformOptions::provider, "dbus:system", PR_HAVE_DBUS != 0, "D-Bus camera provider"},
+      {&PlatformOptions::properties, "/x", PR_HAVE_SQLITE != 0, "property file"},
+      {&PlatformOptions::log, "journal", PR_HAVE_JOURNAL != 0, "journal"},
+      {&PlatformOptions::log, "android", PR_HAVE_ANDROID_LOG != 0, "Android log"},
+  };
+  for (const LeftOut& row : rows) {
+    PlatformOptions options;
+    options.*row.field = row.value;
+    EXPECT_EQ(faultOf([&] { options.validate(); }),
+              row.present ? "no fault" : std::string("this build has no ") + row.name);
   }
 }
 

@@ -1,6 +1,8 @@
 """Runs productionrulesd with the log backends that need a machine around them, and reads what they write.
 
-usage: log_backends.py android|journal PRODUCTIONRULESD
+usage: log_backends.py android|journal PRODUCTIONRULESD [LIBRARY]
+
+With LIBRARY, productionrulesd loads that one instead of its own: the library of another device.
 
 The journal is a socket of this test in a mount namespace of its own; where the machine grants none, the test ends
 with status 77 (skipped).
@@ -20,9 +22,9 @@ SKIPPED = 77
 LIMIT_SECONDS = 60
 
 
-def start(program, kind):
+def start(command, kind):
     return subprocess.Popen(
-        [program, "--log", kind, "--bus", "embedded", "--properties", "memory", "--config", "/nonexistent.conf"],
+        command + ["--log", kind, "--bus", "embedded", "--properties", "memory", "--config", "/nonexistent.conf"],
         stdout=subprocess.DEVNULL,
         stderr=subprocess.PIPE,
         text=True,
@@ -35,8 +37,8 @@ def end(process):
     assert process.returncode == 0, f"ended with {process.returncode}: {rest}"
 
 
-def check_android(program):
-    process = start(program, "android")
+def check_android(command):
+    process = start(command, "android")
     line = process.stderr.readline()
     while line and FIRST_LINE not in line:
         line = process.stderr.readline()
@@ -50,12 +52,12 @@ def fields_of(datagram):
     return dict(line.split("=", 1) for line in datagram.decode().splitlines() if "=" in line)
 
 
-def check_journal(program):
+def check_journal(command):
     os.makedirs(JOURNAL)
     with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as journal:
         journal.bind(JOURNAL + "/socket")
         journal.settimeout(LIMIT_SECONDS)
-        process = start(program, "journal")
+        process = start(command, "journal")
         levels = {}
         # The second one stands for the provider that is not there.
         while "3" not in levels:
@@ -74,17 +76,19 @@ def in_own_namespace(arguments):
     if probe.returncode != 0:
         print("skipped: no mount namespace on this machine")
         return SKIPPED
-    inner = ["sh", "-c", script, "sh", sys.executable, __file__, "--inside"] + arguments
+    inner = ["sh", "-c", script, "sh", sys.executable, __file__, "--inside"] + arguments[1:]
     return subprocess.run(enter + inner, check=False).returncode
 
 
 def main(arguments):
-    if arguments[:1] == ["--inside"]:
-        check_journal(arguments[-1])
-    elif arguments[0] == "journal":
+    if arguments[0] == "journal":
         return in_own_namespace(arguments)
+    kind, program, *library = arguments
+    command = [program] + [part for path in library for part in ("--library", path)]
+    if kind == "--inside":
+        check_journal(command)
     else:
-        check_android(arguments[-1])
+        check_android(command)
     return 0
 
 

@@ -33,7 +33,7 @@ void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBu
   }
 }
 
-std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options) {
+DevicePlatform toolPlatform(PlatformOptions options) {
   options.provider = "none";
   options.log = "stderr";
   try {
@@ -56,7 +56,7 @@ LiveBus::LiveBus(const PlatformOptions& options) : mAddress(options.bus) {
   if (options.bus == "embedded") {
     throw UsageError("name the bus of the service with --bus mqtt://HOST[:PORT][/ROOM] or in PRB_BUS");
   }
-  mPlatform = toolPlatform(options);
+  mDevice = toolPlatform(options);
 }
 
 LiveBus::~LiveBus() {
@@ -66,7 +66,7 @@ LiveBus::~LiveBus() {
 void LiveBus::waitUntilReady() {
   const auto ready = std::make_shared<std::promise<void>>();
   std::future<void> answer = ready->get_future();
-  mPlatform->whenBusReady([ready] { ready->set_value(); });
+  mDevice.whenBusReady([ready] { ready->set_value(); });
   if (answer.wait_for(kAnswerLimit) != std::future_status::ready) {
     throw std::runtime_error("the bus " + mAddress + " does not answer");
   }

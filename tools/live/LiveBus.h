@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <string>
 
 #include "platform/linux/PlatformFactory.h"
 
@@ -15,7 +15,7 @@ namespace fyn::productionrules {
 void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus);
 
 /** The platform of a tool, without a camera provider. Raises UsageError when an option cannot be used. */
-std::unique_ptr<BuiltPlatform> toolPlatform(PlatformOptions options);
+DevicePlatform toolPlatform(PlatformOptions options);
 
 /**
  * Sets a property where the service finds it; after `toolPlatform` with the same options. Raises UsageError
@@ -37,13 +37,13 @@ class LiveBus {
   LiveBus(const LiveBus&) = delete;
   LiveBus& operator=(const LiveBus&) = delete;
 
-  com::quil::pubsub::IPubSubClient& client() { return *mPlatform->platform().bus; }
+  com::quil::pubsub::IPubSubClient& client() { return *mDevice.platform.bus; }
 
   /** Waits until subscriptions made so far are in force. */
   void waitUntilReady();
 
  private:
-  std::unique_ptr<BuiltPlatform> mPlatform;
+  DevicePlatform mDevice;
   const std::string mAddress;
 };
 

@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include "platform/Backends.h"
 #include "platform/DeathRecipients.h"
 #include "platform/VisionSettings.h"
+#include "platform/linux/PlatformOptions.h"
 #include "platform/linux/dbus/DBusConnection.h"
 
 namespace fyn::productionrules {
@@ -100,5 +102,12 @@ std::shared_ptr<DBusConnection> DBusCameraProviders::livingConnection() {
   }
   return mConnection;
 }
+
+const ProvidersBackend::Maker kMakeDBusProviders =
+    [](const PlatformOptions& options) -> std::shared_ptr<ICameraProviders> {
+  DBusOptions dbus;
+  dbus.bus = options.provider.substr(std::string("dbus:").size());
+  return std::make_shared<DBusCameraProviders>(dbus);
+};
 
 }  // namespace fyn::productionrules

@@ -2,13 +2,12 @@
 #define SD_JOURNAL_SUPPRESS_LOCATION
 #include "platform/linux/journal/JournalLog.h"
 
-#include <sys/stat.h>
 #include <systemd/sd-journal.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <string>
+#include <memory>
+
+#include "platform/Backends.h"
 
 namespace fyn::productionrules {
 
@@ -39,13 +38,8 @@ void JournalLog::write(LogPriority priority, const char* tag, const char* text) 
                   static_cast<int>(length), text, nullptr);
 }
 
-bool JournalLog::isStandardError() {
-  const char* const stream = std::getenv("JOURNAL_STREAM");
-  struct stat standardError {};
-  if (stream == nullptr || fstat(STDERR_FILENO, &standardError) != 0) {
-    return false;
-  }
-  return stream == std::to_string(standardError.st_dev) + ":" + std::to_string(standardError.st_ino);
-}
+const LogBackend::Maker kMakeJournalLog = [](const PlatformOptions& /*options*/) -> std::shared_ptr<LogSink> {
+  return std::make_shared<JournalLog>();
+};
 
 }  // namespace fyn::productionrules

@@ -11,9 +11,6 @@ namespace fyn::productionrules {
 class JournalLog final : public LogSink {
  public:
   void write(LogPriority priority, const char* tag, const char* text) override;
-
-  /** Whether standard error of this process ends in the journal. */
-  static bool isStandardError();
 };
 
 }  // namespace fyn::productionrules

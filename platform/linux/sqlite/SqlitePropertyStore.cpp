@@ -9,8 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Backends.h"
 #include "platform/TextFile.h"
 #include "platform/VisionSettings.h"
+#include "platform/linux/PlatformOptions.h"
 
 namespace fyn::productionrules {
 
@@ -194,5 +196,11 @@ std::string SqlitePropertyStore::defaultPath() {
   }
   return kMachineFile;
 }
+
+const PropertiesBackend::Maker kMakeSqliteProperties =
+    [](const PlatformOptions& options) -> std::shared_ptr<PropertyStore> {
+  return std::make_shared<SqlitePropertyStore>(options.properties.empty() ? SqlitePropertyStore::defaultPath()
+                                                                          : options.properties);
+};
 
 }  // namespace fyn::productionrules

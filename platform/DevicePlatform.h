@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/Platform.h"
+
+namespace fyn::productionrules {
+
+/** What a device gives to one service. */
+struct DevicePlatform {
+  Platform platform;
+  /** Calls `callback` once, on any thread, as soon as the bus delivers what was subscribed so far. */
+  std::function<void(std::function<void()> callback)> whenBusReady;
+};
+
+/**
+ * The platform of this device. The folder of each device defines it, and the build links one of them. Also
+ * installs log and properties for the whole process. Throws std::invalid_argument with one clear line when
+ * what the host asks for cannot be used.
+ */
+DevicePlatform buildPlatform();
+
+}  // namespace fyn::productionrules

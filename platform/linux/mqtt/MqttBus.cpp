@@ -1,0 +1,19 @@
+#include "platform/Backends.h"
+#include "platform/linux/PlatformOptions.h"
+#include "platform/linux/mqtt/MqttPubSubClient.h"
+
+namespace fyn::productionrules {
+
+const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options) -> BuiltBus {
+  MqttOptions mqtt;
+  mqtt.address = parseBusAddress(options.bus);
+  mqtt.user = options.mqttUser;
+  mqtt.password = options.password();
+  mqtt.caFile = options.mqttCaFile;
+  mqtt.certificateFile = options.mqttCertificateFile;
+  mqtt.keyFile = options.mqttKeyFile;
+  const auto client = std::make_shared<MqttPubSubClient>(mqtt);
+  return {client, [client](std::function<void()> callback) { client->whenSubscribed(std::move(callback)); }};
+};
+
+}  // namespace fyn::productionrules
