@@ -1,6 +1,7 @@
 #include "platform/linux/PlatformOptions.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -15,10 +16,9 @@ void requireReadable(const std::string& path, const char* what) {
   if (path.empty()) {
     return;
   }
-  // A folder can be opened, but not read.
-  std::ifstream file(path);
-  file.peek();
-  if (!file.is_open() || file.bad()) {
+  // The standard libraries differ in what opening a folder gives.
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored) || !std::ifstream(path)) {
     throw std::invalid_argument(std::string(what) + " \"" + path + "\" cannot be read");
   }
 }
