@@ -33,14 +33,14 @@ void BaseIPCService::closeBus() {
 void BaseIPCService::onMessage(const std::string& topic, const std::string& message) {
   bool overflowBegins = false;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     if (mQueue.size() < kQueueLimit) {
       mQueue.push_back({topic, message});
     } else {
       overflowBegins = mDropped++ == 0;
     }
   }
-  mWakeUp.notify_one();
+  mWakeUp.notifyOne();
   if (overflowBegins) {
     PRB_LOGE(kTag, "%s: %zu messages wait, new ones are dropped, the first on %s", "onMessage", kQueueLimit,
              topic.c_str());
@@ -60,10 +60,11 @@ void BaseIPCService::run() {
   }
   const auto period = std::chrono::milliseconds(mPeriodMs);
   auto nextCheck = std::chrono::steady_clock::now() + period;
-  std::unique_lock lock(mMutex);
+  MutexLock lock(mMutex);
   while (!mStopping) {
     if (mQueue.empty()) {
-      mWakeUp.wait_until(lock, nextCheck, [this] { return mStopping || !mQueue.empty(); });
+      mWakeUp.waitUntil(lock, nextCheck,
+                        [this]() PR_REQUIRES(mMutex) { return mStopping || !mQueue.empty(); });
     }
     if (!mQueue.empty() && !mStopping) {
       const Message message = std::move(mQueue.front());
@@ -83,14 +84,14 @@ void BaseIPCService::run() {
 
 void BaseIPCService::stop() {
   // Under the lock: without it `run` could return and the service go before the notification.
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mStopping = true;
-  mWakeUp.notify_one();
+  mWakeUp.notifyOne();
 }
 
 std::size_t BaseIPCService::handlePending() {
   std::size_t handled = 0;
-  std::unique_lock lock(mMutex);
+  MutexLock lock(mMutex);
   while (!mQueue.empty()) {
     const Message message = std::move(mQueue.front());
     mQueue.pop_front();
@@ -103,7 +104,7 @@ std::size_t BaseIPCService::handlePending() {
 }
 
 std::uint64_t BaseIPCService::droppedMessages() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mDropped;
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 
+#include "platform/Mutex.h"
 #include "platform/Platform.h"
 
 namespace fyn::productionrules {
@@ -89,11 +88,11 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   std::string mName;
   std::function<void()> mInitialised;
 
-  mutable std::mutex mMutex;
-  std::condition_variable mWakeUp;
-  std::deque<Message> mQueue;
-  std::uint64_t mDropped = 0;
-  bool mStopping = false;
+  mutable Mutex mMutex;
+  ConditionVariable mWakeUp;
+  std::deque<Message> mQueue PR_GUARDED_BY(mMutex);
+  std::uint64_t mDropped PR_GUARDED_BY(mMutex) = 0;
+  bool mStopping PR_GUARDED_BY(mMutex) = false;
 };
 
 }  // namespace fyn::productionrules

@@ -5,7 +5,7 @@
 namespace fyn::productionrules {
 
 bool DeathRecipients::link(const std::shared_ptr<DeathRecipient>& recipient, std::uint64_t cookie) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (mDead || !recipient) {
     return false;
   }
@@ -14,14 +14,14 @@ bool DeathRecipients::link(const std::shared_ptr<DeathRecipient>& recipient, std
 }
 
 void DeathRecipients::unlink(const std::shared_ptr<DeathRecipient>& recipient) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   const auto matches = [&](const Registration& entry) { return entry.recipient == recipient; };
   mRegistrations.erase(std::remove_if(mRegistrations.begin(), mRegistrations.end(), matches),
                        mRegistrations.end());
 }
 
 void DeathRecipients::announceDeath(const std::weak_ptr<IQuilCameraProvider>& who) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mDead = true;
   while (!mRegistrations.empty()) {
     const Registration next = mRegistrations.front();

@@ -3,10 +3,10 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "platform/CameraProvider.h"
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -32,8 +32,8 @@ class DeathRecipients {
 
   // Recursive and held during the calls, so that `unlink` from another thread waits and from the call does
   // not.
-  std::recursive_mutex mMutex;
-  std::vector<Registration> mRegistrations;
+  RecursiveMutex mMutex;
+  std::vector<Registration> mRegistrations PR_GUARDED_BY(mMutex);
   std::atomic<bool> mDead{false};
 };
 

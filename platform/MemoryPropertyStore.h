@@ -1,8 +1,8 @@
 #pragma once
 
 #include <map>
-#include <mutex>
 
+#include "platform/Mutex.h"
 #include "platform/SystemProperties.h"
 
 namespace fyn::productionrules {
@@ -16,8 +16,8 @@ class MemoryPropertyStore final : public PropertyStore {
       const std::function<void(const std::string& key, const std::string& value)>& visit) const override;
 
  private:
-  mutable std::mutex mMutex;
-  std::map<std::string, std::string> mValues;
+  mutable Mutex mMutex;
+  std::map<std::string, std::string> mValues PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules

@@ -35,7 +35,7 @@ void StderrLog::write(LogPriority priority, const char* tag, const char* text) {
   while (length > 0 && text[length - 1] == '\n') {
     --length;
   }
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   std::fprintf(stderr, "%s.%03d %c %s: %.*s\n", stamp.data(), static_cast<int>(wallMs % 1000),
                logPriorityLetter(priority), tag, static_cast<int>(length), text);
 }

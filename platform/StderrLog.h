@@ -1,8 +1,7 @@
 #pragma once
 
-#include <mutex>
-
 #include "platform/LogSink.h"
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -12,7 +11,7 @@ class StderrLog final : public LogSink {
   void write(LogPriority priority, const char* tag, const char* text) override;
 
  private:
-  std::mutex mMutex;
+  Mutex mMutex;
 };
 
 /** E, W, I or D. */

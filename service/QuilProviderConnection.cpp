@@ -48,7 +48,7 @@ bool QuilProviderConnection::connectToQuilProvider() {
   }
   std::shared_ptr<DeathRecipient> recipient;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     if (mDeathRecipient == nullptr) {
       mDeathRecipient = std::make_shared<PRBDeathRecipient>(weak_from_this());
     }
@@ -65,7 +65,7 @@ bool QuilProviderConnection::replaceProvider(const std::shared_ptr<IQuilCameraPr
   std::shared_ptr<IQuilCameraProvider> old;
   bool closed = false;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     closed = mClosed;
     old = std::exchange(mProvider, mClosed ? nullptr : provider);
   }
@@ -75,7 +75,7 @@ bool QuilProviderConnection::replaceProvider(const std::shared_ptr<IQuilCameraPr
 
 void QuilProviderConnection::dropProvider(const std::shared_ptr<IQuilCameraProvider>& failed) {
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     if (mProvider != failed) {
       return;
     }
@@ -88,7 +88,7 @@ void QuilProviderConnection::dropProvider(const std::shared_ptr<IQuilCameraProvi
 void QuilProviderConnection::unlink(const std::shared_ptr<IQuilCameraProvider>& old) {
   std::shared_ptr<DeathRecipient> recipient;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     recipient = mDeathRecipient;
   }
   if (old != nullptr && recipient != nullptr) {
@@ -97,7 +97,7 @@ void QuilProviderConnection::unlink(const std::shared_ptr<IQuilCameraProvider>& 
 }
 
 std::shared_ptr<IQuilCameraProvider> QuilProviderConnection::provider() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mProvider;
 }
 
@@ -139,7 +139,7 @@ void QuilProviderConnection::sendScene(const std::string& document) {
 
 void QuilProviderConnection::close() {
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     mClosed = true;
   }
   replaceProvider(nullptr);

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
+#include "platform/Mutex.h"
 #include "platform/Platform.h"
 
 namespace fyn::productionrules {
@@ -47,10 +47,10 @@ class QuilProviderConnection final : public std::enable_shared_from_this<QuilPro
   const std::shared_ptr<DelayedTasks> mTasks;
   std::ostream& mStandardOutput;
 
-  mutable std::mutex mMutex;
-  std::shared_ptr<IQuilCameraProvider> mProvider;
-  std::shared_ptr<DeathRecipient> mDeathRecipient;
-  bool mClosed = false;
+  mutable Mutex mMutex;
+  std::shared_ptr<IQuilCameraProvider> mProvider PR_GUARDED_BY(mMutex);
+  std::shared_ptr<DeathRecipient> mDeathRecipient PR_GUARDED_BY(mMutex);
+  bool mClosed PR_GUARDED_BY(mMutex) = false;
 };
 
 }  // namespace fyn::productionrules

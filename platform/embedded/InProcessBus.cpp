@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Mutex.h"
 #include "platform/SubscriptionList.h"
 
 namespace fyn::productionrules {
@@ -11,29 +12,32 @@ using com::quil::pubsub::IPubSubListener;
 
 /** The clients of a bus. Recursive, because a listener may publish or subscribe while it is called. */
 struct InProcessBus::Registry {
-  std::recursive_mutex mutex;
-  std::vector<Client*> clients;
+  RecursiveMutex mutex;
+  std::vector<Client*> clients PR_GUARDED_BY(mutex);
+
+  bool has(const Client* client) const PR_REQUIRES(mutex) {
+    return std::find(clients.begin(), clients.end(), client) != clients.end();
+  }
 };
 
 class InProcessBus::Client final : public IPubSubClient {
  public:
   explicit Client(std::shared_ptr<Registry> registry) : mRegistry(std::move(registry)) {
-    const std::lock_guard lock(mRegistry->mutex);
+    const MutexLock lock(mRegistry->mutex);
     mRegistry->clients.push_back(this);
   }
 
   ~Client() override { close(); }
 
   void publish(const std::string& topic, const std::string& message) override {
-    const std::lock_guard lock(mRegistry->mutex);
-    if (!isOpen()) {
+    const MutexLock lock(mRegistry->mutex);
+    if (!mRegistry->has(this)) {
       return;
     }
     // By index on a copy: a listener may open or close clients while it is called.
     const std::vector<Client*> clients = mRegistry->clients;
     for (Client* client : clients) {
-      const auto& open = mRegistry->clients;
-      if (client != this && std::find(open.begin(), open.end(), client) != open.end()) {
+      if (client != this && mRegistry->has(client)) {
         client->deliver(topic, message);
       }
     }
@@ -42,31 +46,28 @@ class InProcessBus::Client final : public IPubSubClient {
   void advertise(const std::string& /*topic*/) override {}
 
   void subscribe(const std::string& topic, IPubSubListener& listener) override {
-    const std::lock_guard lock(mRegistry->mutex);
+    const MutexLock lock(mRegistry->mutex);
     mSubscriptions.add(topic, listener);
   }
 
   void close() override {
-    const std::lock_guard lock(mRegistry->mutex);
+    const MutexLock lock(mRegistry->mutex);
     auto& clients = mRegistry->clients;
     clients.erase(std::remove(clients.begin(), clients.end(), this), clients.end());
     mSubscriptions.clear();
   }
 
  private:
-  bool isOpen() const {
-    const auto& clients = mRegistry->clients;
-    return std::find(clients.begin(), clients.end(), this) != clients.end();
-  }
-
   void deliver(const std::string& topic, const std::string& message) {
+    // By the publisher: all clients share one registry.
+    mRegistry->mutex.assertHeld();
     for (IPubSubListener* listener : mSubscriptions.listenersOf(topic)) {
       listener->onMessage(topic, message);
     }
   }
 
   const std::shared_ptr<Registry> mRegistry;
-  SubscriptionList mSubscriptions;
+  SubscriptionList mSubscriptions PR_GUARDED_BY(mRegistry->mutex);
 };
 
 InProcessBus::InProcessBus() : mRegistry(std::make_shared<Registry>()) {}

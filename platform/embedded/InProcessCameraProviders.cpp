@@ -48,20 +48,20 @@ InProcessCameraProviders::InProcessCameraProviders(std::function<void(const std:
 InProcessCameraProviders::~InProcessCameraProviders() = default;
 
 std::shared_ptr<IQuilCameraProvider> InProcessCameraProviders::getService(const std::string& /*instance*/) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mProvider;
 }
 
 void InProcessCameraProviders::up() {
   down();
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mProvider = std::make_shared<Provider>(mCalls);
 }
 
 void InProcessCameraProviders::down() {
   std::shared_ptr<Provider> dying;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     dying = std::exchange(mProvider, nullptr);
   }
   // Outside the lock: whoever is told may look for a new provider.

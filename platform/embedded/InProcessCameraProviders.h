@@ -2,10 +2,10 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "platform/CameraProvider.h"
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -35,8 +35,8 @@ class InProcessCameraProviders final : public ICameraProviders {
   struct Calls;
 
   const std::shared_ptr<Calls> mCalls;
-  std::mutex mMutex;
-  std::shared_ptr<Provider> mProvider;
+  Mutex mMutex;
+  std::shared_ptr<Provider> mProvider PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules

@@ -1,10 +1,10 @@
 #include "platform/linux/PlatformFactory.h"
 
 #include <iostream>
-#include <mutex>
 #include <utility>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "platform/SystemEnvironment.h"
 #include "platform/embedded/ThreadDelayedTasks.h"
 #include "platform/linux/BackendTables.h"
@@ -17,9 +17,9 @@ namespace {
  * ends. */
 template <typename Object>
 Object* keep(std::shared_ptr<Object> object) {
-  static std::mutex mutex;
+  static Mutex mutex;
   static auto* const kept = new std::vector<std::shared_ptr<Object>>();
-  const std::lock_guard lock(mutex);
+  const MutexLock lock(mutex);
   kept->push_back(std::move(object));
   return kept->back().get();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <algorithm>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "platform/PubSub.h"
 
 namespace fyn::productionrules::testing {
@@ -13,12 +13,12 @@ namespace fyn::productionrules::testing {
 class NotingListener final : public com::quil::pubsub::IPubSubListener {
  public:
   void onMessage(const std::string& topic, const std::string& message) override {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     mReceived.push_back(topic + " " + message);
   }
 
   std::vector<std::string> received() const {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     return mReceived;
   }
 
@@ -28,8 +28,8 @@ class NotingListener final : public com::quil::pubsub::IPubSubListener {
   }
 
  private:
-  mutable std::mutex mMutex;
-  std::vector<std::string> mReceived;
+  mutable Mutex mMutex;
+  std::vector<std::string> mReceived PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules::testing

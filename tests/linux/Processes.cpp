@@ -136,20 +136,20 @@ Process::Process(const std::vector<std::string>& command,
     close(error[0]);
     throw std::runtime_error(command.front() + " cannot be started: " + std::strerror(result));
   }
-  mReaders.emplace_back([this, from = output[0]] { readAll(from, mOutput); });
-  mReaders.emplace_back([this, from = error[0]] { readAll(from, mError); });
+  mReaders.emplace_back([this, from = output[0]] { readAll(from, &Process::mOutput); });
+  mReaders.emplace_back([this, from = error[0]] { readAll(from, &Process::mError); });
 }
 
 Process::~Process() {
   kill();
 }
 
-void Process::readAll(int descriptor, std::string& into) {
+void Process::readAll(int descriptor, std::string Process::*into) {
   std::array<char, 4096> chunk{};
   ssize_t count = 0;
   while ((count = read(descriptor, chunk.data(), chunk.size())) > 0) {
-    const std::lock_guard lock(mMutex);
-    into.append(chunk.data(), static_cast<std::size_t>(count));
+    const MutexLock lock(mMutex);
+    (this->*into).append(chunk.data(), static_cast<std::size_t>(count));
   }
   close(descriptor);
 }
@@ -177,7 +177,7 @@ void Process::kill() {
 }
 
 std::vector<std::string> Process::outputLines() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   std::vector<std::string> lines;
   std::istringstream text(mOutput.substr(0, mOutput.rfind('\n') + 1));
   for (std::string line; std::getline(text, line);) {
@@ -187,7 +187,7 @@ std::vector<std::string> Process::outputLines() const {
 }
 
 std::string Process::errorText() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mError;
 }
 

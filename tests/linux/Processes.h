@@ -5,10 +5,11 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules::testing {
 
@@ -63,13 +64,13 @@ class Process {
   std::string errorText() const;
 
  private:
-  void readAll(int descriptor, std::string& into);
+  void readAll(int descriptor, std::string Process::*into);
 
   pid_t mPid = -1;
   int mStatus = 0;
-  mutable std::mutex mMutex;
-  std::string mOutput;
-  std::string mError;
+  mutable Mutex mMutex;
+  std::string mOutput PR_GUARDED_BY(mMutex);
+  std::string mError PR_GUARDED_BY(mMutex);
   std::vector<std::thread> mReaders;
 };
 

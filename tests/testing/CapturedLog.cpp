@@ -22,17 +22,17 @@ CapturedLog::~CapturedLog() {
 void CapturedLog::write(LogPriority priority, const char* tag, const char* text) {
   std::string line(1, logPriorityLetter(priority));
   line.append("|").append(tag).append("|").append(text);
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mLines.push_back(std::move(line));
 }
 
 std::vector<std::string> CapturedLog::lines() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mLines;
 }
 
 std::vector<std::string> CapturedLog::take() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return std::exchange(mLines, {});
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "platform/LogSink.h"
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules::testing {
 
@@ -30,8 +30,8 @@ class CapturedLog final : public LogSink {
  private:
   const int mFormerLevel;
   LogSink& mFormerLog;
-  mutable std::mutex mMutex;
-  std::vector<std::string> mLines;
+  mutable Mutex mMutex;
+  std::vector<std::string> mLines PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules::testing

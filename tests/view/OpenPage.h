@@ -3,10 +3,10 @@
 #include <httplib.h>
 
 #include <atomic>
-#include <mutex>
 #include <string>
 #include <thread>
 
+#include "platform/Mutex.h"
 #include "tests/linux/Processes.h"
 
 namespace fyn::productionrules::testing {
@@ -24,7 +24,7 @@ class OpenPage {
             return true;
           },
           [this](const char* data, std::size_t length) {
-            const std::lock_guard lock(mMutex);
+            const MutexLock lock(mMutex);
             mText.append(data, length);
             return true;
           });
@@ -35,7 +35,7 @@ class OpenPage {
 
   bool has(const std::string& text) const {
     return eventually([&] {
-      const std::lock_guard lock(mMutex);
+      const MutexLock lock(mMutex);
       return mText.find(text) != std::string::npos;
     });
   }
@@ -43,7 +43,7 @@ class OpenPage {
     return eventually([this] { return mStatus != 0; });
   }
   std::string text() const {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     return mText;
   }
   int status() const { return mStatus; }
@@ -51,8 +51,8 @@ class OpenPage {
 
  private:
   httplib::Client mClient;
-  mutable std::mutex mMutex;
-  std::string mText;
+  mutable Mutex mMutex;
+  std::string mText PR_GUARDED_BY(mMutex);
   std::atomic<int> mStatus{0};
   std::atomic<bool> mEnded{false};
   std::thread mThread;

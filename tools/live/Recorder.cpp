@@ -65,7 +65,7 @@ void Recorder::write(std::int64_t t, const std::string& topic, const std::string
 }
 
 void Recorder::onMessage(const std::string& topic, const std::string& message) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   const std::int64_t t = mClock() - mStart;
   if (mOptions.maxBytes != 0 && mBytes >= mOptions.maxBytes) {
     rotate();
@@ -81,17 +81,17 @@ void Recorder::onMessage(const std::string& topic, const std::string& message) {
 }
 
 std::uint64_t Recorder::messages() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mMessages;
 }
 
 bool Recorder::hasFailed() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return !mFile;
 }
 
 void Recorder::finish() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mFile.flush();
   if (!mFile) {
     throw std::runtime_error(mOptions.path + ": cannot be written; the recording is not whole");

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 
+#include "platform/Mutex.h"
 #include "platform/PubSub.h"
 #include "tools/recording/RecordingEvent.h"
 
@@ -43,19 +43,19 @@ class Recorder final : public com::quil::pubsub::IPubSubListener {
 
  private:
   std::string numbered(int number) const;
-  void open();
-  void rotate();
-  void write(std::int64_t t, const std::string& topic, const std::string& message);
+  void open() PR_REQUIRES(mMutex);
+  void rotate() PR_REQUIRES(mMutex);
+  void write(std::int64_t t, const std::string& topic, const std::string& message) PR_REQUIRES(mMutex);
 
   const RecorderOptions mOptions;
   const std::function<std::int64_t()> mClock;
   const std::int64_t mStart;
-  mutable std::mutex mMutex;
-  std::ofstream mFile;
-  std::uint64_t mBytes = 0;
-  std::uint64_t mMessages = 0;
+  mutable Mutex mMutex;
+  std::ofstream mFile PR_GUARDED_BY(mMutex);
+  std::uint64_t mBytes PR_GUARDED_BY(mMutex) = 0;
+  std::uint64_t mMessages PR_GUARDED_BY(mMutex) = 0;
   /** By topic. */
-  std::map<std::string, std::string> mCameraMessages;
+  std::map<std::string, std::string> mCameraMessages PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules

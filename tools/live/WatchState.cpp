@@ -58,7 +58,7 @@ std::vector<std::string> WatchState::topics() {
 }
 
 void WatchState::onMessage(const std::string& topic, const std::string& message) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   ++mMessages[topic];
   if (topic == topics::kTrackingMode) {
     mMode = printable(message);
@@ -130,7 +130,7 @@ void WatchState::readPeopleCount(const json& document) {
 }
 
 std::string WatchState::screen(std::int64_t elapsedMs) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   std::string text = "Mode    " + mMode + "\nPeople  " + mPeople + "\n";
   appendSection(text, "Picture", mFrames);
   appendSection(text, "Waits", mWaits);
@@ -152,7 +152,7 @@ std::string WatchState::screen(std::int64_t elapsedMs) {
 }
 
 std::vector<std::string> WatchState::takeLines() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return std::exchange(mLines, {});
 }
 

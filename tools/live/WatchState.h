@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "platform/PubSub.h"
 
 namespace fyn::productionrules {
@@ -29,20 +29,21 @@ class WatchState final : public com::quil::pubsub::IPubSubListener {
   std::vector<std::string> takeLines();
 
  private:
-  void readScene(const nlohmann::json& document);
-  void readTimers(const nlohmann::json& document);
-  void readVision(const nlohmann::json& document);
-  void readPeopleCount(const nlohmann::json& document);
+  void readScene(const nlohmann::json& document) PR_REQUIRES(mMutex);
+  void readTimers(const nlohmann::json& document) PR_REQUIRES(mMutex);
+  void readVision(const nlohmann::json& document) PR_REQUIRES(mMutex);
+  void readPeopleCount(const nlohmann::json& document) PR_REQUIRES(mMutex);
 
-  std::mutex mMutex;
-  std::string mMode = "not known yet";
-  std::string mPeople = "not known yet";
-  std::vector<std::string> mFrames;
-  std::vector<std::string> mWaits{"not known: told while the property vendor.fyndebug.enabled is 1"};
-  std::vector<std::string> mLines;
+  Mutex mMutex;
+  std::string mMode PR_GUARDED_BY(mMutex) = "not known yet";
+  std::string mPeople PR_GUARDED_BY(mMutex) = "not known yet";
+  std::vector<std::string> mFrames PR_GUARDED_BY(mMutex);
+  std::vector<std::string> mWaits PR_GUARDED_BY(mMutex){
+      "not known: told while the property vendor.fyndebug.enabled is 1"};
+  std::vector<std::string> mLines PR_GUARDED_BY(mMutex);
   /** By topic, since the last screen. */
-  std::map<std::string, std::uint64_t> mMessages;
-  std::uint64_t mUnreadable = 0;
+  std::map<std::string, std::uint64_t> mMessages PR_GUARDED_BY(mMutex);
+  std::uint64_t mUnreadable PR_GUARDED_BY(mMutex) = 0;
 };
 
 }  // namespace fyn::productionrules

@@ -84,7 +84,7 @@ std::shared_ptr<IQuilCameraProvider> DBusCameraProviders::getService(const std::
 }
 
 std::shared_ptr<DBusConnection> DBusCameraProviders::livingConnection() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (mConnection && mConnection->isAlive()) {
     return mConnection;
   }

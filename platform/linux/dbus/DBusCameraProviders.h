@@ -2,10 +2,10 @@
 
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "platform/CameraProvider.h"
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -45,9 +45,9 @@ class DBusCameraProviders final : public ICameraProviders {
   std::shared_ptr<DBusConnection> livingConnection();
 
   const DBusOptions mOptions;
-  std::mutex mMutex;
-  std::shared_ptr<DBusConnection> mConnection;
-  bool mAbsenceSaid = false;
+  Mutex mMutex;
+  std::shared_ptr<DBusConnection> mConnection PR_GUARDED_BY(mMutex);
+  bool mAbsenceSaid PR_GUARDED_BY(mMutex) = false;
 };
 
 }  // namespace fyn::productionrules

@@ -46,6 +46,7 @@ std::optional<Result> waitFor(milliseconds limit, Start start) {
 
 std::shared_ptr<DBusConnection> DBusConnection::open(const std::string& bus, const std::string& name) {
   auto opened = std::make_shared<DBusConnection>(bus, name);
+  const MutexLock lock(opened->mThreadMutex);
   // The thread keeps the connection alive for as long as it serves it.
   opened->mThread = std::thread([opened] { opened->serve(); });
   return opened;
@@ -126,7 +127,7 @@ bool DBusConnection::callWithText(sdbus::IProxy& proxy, const char* interfaceNam
 }
 
 void DBusConnection::watch(const std::weak_ptr<DBusNameWatcher>& watcher) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mWatchers.erase(
       std::remove_if(mWatchers.begin(), mWatchers.end(), [](const auto& known) { return known.expired(); }),
       mWatchers.end());
@@ -135,7 +136,7 @@ void DBusConnection::watch(const std::weak_ptr<DBusNameWatcher>& watcher) {
 
 void DBusConnection::stop() {
   mConnection->leaveEventLoop();
-  const std::lock_guard lock(mThreadMutex);
+  const MutexLock lock(mThreadMutex);
   if (mThread.joinable() && !isServingThread()) {
     mThread.join();
   }
@@ -164,7 +165,7 @@ void DBusConnection::ownerChanged(sdbus::Message& signal) {
 void DBusConnection::tellWatchers(const std::function<bool(const DBusNameWatcher&)>& concerned) {
   std::vector<std::weak_ptr<DBusNameWatcher>> watchers;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     watchers = mWatchers;
   }
   // Outside the lock: whoever is told may look for another owner.

@@ -6,11 +6,12 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -67,11 +68,11 @@ class DBusConnection : public std::enable_shared_from_this<DBusConnection> {
   std::atomic<bool> mAlive{true};
   std::atomic<std::thread::id> mThreadId{};
 
-  std::mutex mMutex;
-  std::vector<std::weak_ptr<DBusNameWatcher>> mWatchers;
+  Mutex mMutex;
+  std::vector<std::weak_ptr<DBusNameWatcher>> mWatchers PR_GUARDED_BY(mMutex);
 
-  std::mutex mThreadMutex;
-  std::thread mThread;
+  Mutex mThreadMutex;
+  std::thread mThread PR_GUARDED_BY(mThreadMutex);
 };
 
 }  // namespace fyn::productionrules

@@ -13,10 +13,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <mutex>
 #include <random>
 #include <stdexcept>
 
+#include "platform/Mutex.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -169,8 +169,8 @@ int MqttConnection::connect() {
     return startConnecting();
   }
   // The MQTT library sets up TLS for the whole process within the first connect, without a lock of its own.
-  static std::mutex tlsMutex;
-  const std::lock_guard lock(tlsMutex);
+  static Mutex tlsMutex;
+  const MutexLock lock(tlsMutex);
   return startConnecting();
 }
 

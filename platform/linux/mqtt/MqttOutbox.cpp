@@ -9,7 +9,7 @@ constexpr std::size_t kLimit = 1024;
 }
 
 bool MqttOutbox::put(MqttMessage message) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (!mOpen || mMessages.size() >= kLimit) {
     ++mUnsent;
     return false;
@@ -19,7 +19,7 @@ bool MqttOutbox::put(MqttMessage message) {
 }
 
 std::optional<MqttMessage> MqttOutbox::take() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (mMessages.empty()) {
     return std::nullopt;
   }
@@ -29,23 +29,23 @@ std::optional<MqttMessage> MqttOutbox::take() {
 }
 
 bool MqttOutbox::isEmpty() const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   return mMessages.empty();
 }
 
 void MqttOutbox::countUnsent() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   ++mUnsent;
 }
 
 std::uint64_t MqttOutbox::open() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mOpen = true;
   return std::exchange(mUnsent, 0);
 }
 
 void MqttOutbox::shut() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mOpen = false;
   mUnsent += mMessages.size();
   mMessages.clear();

@@ -2,9 +2,10 @@
 
 #include <cstdint>
 #include <deque>
-#include <mutex>
 #include <optional>
 #include <string>
+
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules {
 
@@ -37,10 +38,10 @@ class MqttOutbox {
   void shut();
 
  private:
-  mutable std::mutex mMutex;
-  std::deque<MqttMessage> mMessages;
-  std::uint64_t mUnsent = 0;
-  bool mOpen = false;
+  mutable Mutex mMutex;
+  std::deque<MqttMessage> mMessages PR_GUARDED_BY(mMutex);
+  std::uint64_t mUnsent PR_GUARDED_BY(mMutex) = 0;
+  bool mOpen PR_GUARDED_BY(mMutex) = false;
 };
 
 }  // namespace fyn::productionrules

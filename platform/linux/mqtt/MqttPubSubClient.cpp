@@ -73,7 +73,7 @@ void MqttPubSubClient::close() {
   mSubscriptions.close();
   mConnection.wake();
   if (mNetworkThread != std::this_thread::get_id()) {
-    const std::lock_guard lock(mJoinMutex);
+    const MutexLock lock(mJoinMutex);
     if (mThread.joinable()) {
       mThread.join();
     }

@@ -3,11 +3,11 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
-#include <mutex>
 #include <set>
 #include <string>
 #include <thread>
 
+#include "platform/Mutex.h"
 #include "platform/PubSub.h"
 #include "platform/linux/mqtt/MqttConnection.h"
 #include "platform/linux/mqtt/MqttOptions.h"
@@ -79,8 +79,8 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   TimePoint mConnectStart;
   TimePoint mCloseStart;
 
-  std::mutex mJoinMutex;
-  std::thread mThread;
+  Mutex mJoinMutex;
+  std::thread mThread PR_GUARDED_BY(mJoinMutex);
   std::atomic<std::thread::id> mNetworkThread{};
 };
 

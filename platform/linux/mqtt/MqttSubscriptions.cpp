@@ -12,28 +12,28 @@ namespace fyn::productionrules {
 using com::quil::pubsub::IPubSubListener;
 
 bool MqttSubscriptions::add(const std::string& topic, IPubSubListener& listener) {
-  const std::lock_guard dispatchLock(mDispatchMutex);
+  const MutexLock dispatchLock(mDispatchMutex);
   if (mClosed || !mListeners.add(topic, listener)) {
     return false;
   }
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mWanted = mListeners.coveringTopics();
   return true;
 }
 
 void MqttSubscriptions::whenConfirmed(std::function<void()> callback) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mWhenConfirmed = std::move(callback);
 }
 
 void MqttSubscriptions::close() {
-  const std::lock_guard lock(mDispatchMutex);
+  const MutexLock lock(mDispatchMutex);
   mClosed = true;
   mListeners.clear();
 }
 
 void MqttSubscriptions::deliver(const std::string& topic, const std::string& text) {
-  const std::lock_guard lock(mDispatchMutex);
+  const MutexLock lock(mDispatchMutex);
   for (IPubSubListener* listener : mListeners.listenersOf(topic)) {
     listener->onMessage(topic, text);
   }
@@ -42,7 +42,7 @@ void MqttSubscriptions::deliver(const std::string& topic, const std::string& tex
 int MqttSubscriptions::update(MqttConnection& connection) {
   std::set<std::string> wanted;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     wanted.insert(mWanted.begin(), mWanted.end());
   }
   // First without the topics that a new one covers: two filters over one topic would deliver twice.
@@ -80,7 +80,7 @@ void MqttSubscriptions::forgetConnection() {
 void MqttSubscriptions::reportConfirmed() {
   std::function<void()> callback;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     if (mUnconfirmed.empty() && mAsked.size() == mWanted.size()) {
       callback = std::exchange(mWhenConfirmed, nullptr);
     }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "platform/SubscriptionList.h"
 
 namespace fyn::productionrules {
@@ -46,13 +46,13 @@ class MqttSubscriptions {
 
   // Recursive and held while listeners are called, so that `close` waits for them, unless one of them calls
   // it.
-  std::recursive_mutex mDispatchMutex;
-  SubscriptionList mListeners;
-  bool mClosed = false;
+  RecursiveMutex mDispatchMutex;
+  SubscriptionList mListeners PR_GUARDED_BY(mDispatchMutex);
+  bool mClosed PR_GUARDED_BY(mDispatchMutex) = false;
 
-  std::mutex mMutex;
-  std::vector<std::string> mWanted;
-  std::function<void()> mWhenConfirmed;
+  Mutex mMutex;
+  std::vector<std::string> mWanted PR_GUARDED_BY(mMutex);
+  std::function<void()> mWhenConfirmed PR_GUARDED_BY(mMutex);
 
   // State of the network thread.
   std::set<std::string> mAsked;

@@ -57,6 +57,7 @@ void SqlitePropertyStore::FinalizeStatement::operator()(sqlite3_stmt* statement)
 }
 
 SqlitePropertyStore::SqlitePropertyStore(const std::string& path, const std::string& bootId) : mPath(path) {
+  const MutexLock lock(mMutex);
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
   sqlite3* opened = nullptr;
@@ -121,7 +122,7 @@ SqlitePropertyStore::Statement SqlitePropertyStore::prepare(const char* sql) con
 }
 
 std::optional<std::string> SqlitePropertyStore::get(const std::string& key) const {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (!mDatabase) {
     return std::nullopt;
   }
@@ -138,7 +139,7 @@ std::optional<std::string> SqlitePropertyStore::get(const std::string& key) cons
 }
 
 bool SqlitePropertyStore::set(const std::string& key, const std::string& value) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (!mDatabase) {
     return false;
   }
@@ -156,7 +157,7 @@ void SqlitePropertyStore::forEach(
     const std::function<void(const std::string& key, const std::string& value)>& visit) const {
   std::vector<std::pair<std::string, std::string>> all;
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     if (!mDatabase) {
       return;
     }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
+#include "platform/Mutex.h"
 #include "platform/SystemProperties.h"
 
 struct sqlite3;
@@ -47,19 +47,19 @@ class SqlitePropertyStore final : public PropertyStore {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-  bool prepareFile(const std::string& bootId);
+  bool prepareFile(const std::string& bootId) PR_REQUIRES(mMutex);
   bool startAfterBoot(const std::string& bootId);
   bool execute(const char* sql);
   Statement prepare(const char* sql) const;
-  void sayOnce(const char* what) const;
+  void sayOnce(const char* what) const PR_REQUIRES(mMutex);
 
   const std::string mPath;
-  mutable std::mutex mMutex;
-  mutable bool mSaid = false;
+  mutable Mutex mMutex;
+  mutable bool mSaid PR_GUARDED_BY(mMutex) = false;
   std::unique_ptr<sqlite3, CloseDatabase> mDatabase;
-  Statement mGet;
-  Statement mSet;
-  Statement mAll;
+  Statement mGet PR_GUARDED_BY(mMutex);
+  Statement mSet PR_GUARDED_BY(mMutex);
+  Statement mAll PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules

@@ -6,15 +6,15 @@ namespace fyn::productionrules::video {
 
 void Inbox::put(Arrival arrival) {
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     mArrivals.push_back(std::move(arrival));
   }
-  mFilled.notify_one();
+  mFilled.notifyOne();
 }
 
 std::optional<Arrival> Inbox::take(std::chrono::milliseconds limit) {
-  std::unique_lock lock(mMutex);
-  if (!mFilled.wait_for(lock, limit, [this] { return !mArrivals.empty(); })) {
+  MutexLock lock(mMutex);
+  if (!mFilled.waitFor(lock, limit, [this]() PR_REQUIRES(mMutex) { return !mArrivals.empty(); })) {
     return std::nullopt;
   }
   Arrival first = std::move(mArrivals.front());

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <optional>
 #include <string>
+
+#include "platform/Mutex.h"
 
 namespace fyn::productionrules::video {
 
@@ -25,9 +25,9 @@ class Inbox {
   std::optional<Arrival> take(std::chrono::milliseconds limit);
 
  private:
-  std::mutex mMutex;
-  std::condition_variable mFilled;
-  std::deque<Arrival> mArrivals;
+  Mutex mMutex;
+  ConditionVariable mFilled;
+  std::deque<Arrival> mArrivals PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules::video

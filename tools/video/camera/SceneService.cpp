@@ -40,18 +40,18 @@ SceneService::SceneService(std::string bus, std::function<void(const std::string
   } catch (const sdbus::Error& fault) {
     throw UsageError("no camera provider on the " + mBus + " bus: " + fault.getMessage());
   }
-  mThread = std::thread([this] { keepServing(mServed); });
+  mThread = std::thread([this, served = mServed] { keepServing(served); });
 }
 
 SceneService::~SceneService() {
   {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     mEnding = true;
     if (mServed) {
       mServed->connection->leaveEventLoop();
     }
   }
-  mWakeUp.notify_all();
+  mWakeUp.notifyAll();
   mThread.join();
 }
 
@@ -82,7 +82,7 @@ void SceneService::keepServing(std::shared_ptr<Served> served) {
 }
 
 std::shared_ptr<SceneService::Served> SceneService::serveAgain() {
-  std::unique_lock lock(mMutex);
+  MutexLock lock(mMutex);
   mServed.reset();
   while (!mEnding) {
     try {
@@ -90,7 +90,7 @@ std::shared_ptr<SceneService::Served> SceneService::serveAgain() {
       PRB_LOGI(kTag, "serving on the %s bus again", mBus.c_str());
       return mServed;
     } catch (const sdbus::Error&) {
-      mWakeUp.wait_for(lock, kRetry, [this] { return mEnding; });
+      mWakeUp.waitFor(lock, kRetry, [this]() PR_REQUIRES(mMutex) { return mEnding; });
     }
   }
   return nullptr;

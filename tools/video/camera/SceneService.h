@@ -1,11 +1,11 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
+
+#include "platform/Mutex.h"
 
 namespace sdbus {
 class IConnection;
@@ -39,10 +39,10 @@ class SceneService {
 
   const std::string mBus;
   const std::function<void(const std::string&)> mTake;
-  std::mutex mMutex;
-  std::condition_variable mWakeUp;
-  bool mEnding = false;
-  std::shared_ptr<Served> mServed;
+  Mutex mMutex;
+  ConditionVariable mWakeUp;
+  bool mEnding PR_GUARDED_BY(mMutex) = false;
+  std::shared_ptr<Served> mServed PR_GUARDED_BY(mMutex);
   std::thread mThread;
 };
 
