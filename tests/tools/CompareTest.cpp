@@ -5,6 +5,7 @@
 #include "tests/testing/SceneBuilder.h"
 #include "tests/tools/RunPrb.h"
 #include "tests/tools/TemporaryFolder.h"
+#include "tools/base/Random.h"
 #include "tools/report/Bootstrap.h"
 #include "tools/report/Comparison.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 TEST(Bootstrap, GeneratorGivesTheReferenceNumbers) {
   // The first outputs of SplitMix64 for the seed 0.
-  SplitMix64 random(0);
+  Random random(0);
   EXPECT_EQ(random.next(), 0xE220A8397B1DCDAFU);
   EXPECT_EQ(random.next(), 0x6E789E6AA1B965F4U);
   EXPECT_EQ(random.next(), 0x06C45D188009454FU);

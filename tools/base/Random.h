@@ -12,6 +12,9 @@ namespace fyn::productionrules {
  */
 class Random {
  public:
+  /** The generator as its authors give it. */
+  explicit Random(std::uint64_t seed) : mState(seed) {}
+
   /** Streams of one seed are independent of each other. */
   Random(std::uint64_t seed, std::uint64_t stream) : mState(seed * kStreamStep + stream) {
     mState = next() ^ (stream << 32U);
@@ -24,6 +27,9 @@ class Random {
     bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBU;
     return bits ^ (bits >> 31U);
   }
+
+  /** 0 .. `count` - 1; `count` is at least 1 and far below 2^64. */
+  std::size_t below(std::size_t count) { return static_cast<std::size_t>(next() % count); }
 
   /** From `least` to `most`, both included, evenly (to 2^-32 of the range). */
   std::int64_t between(std::int64_t least, std::int64_t most) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "tools/base/Random.h"
+
 namespace fyn::productionrules {
 
 namespace {
@@ -14,20 +16,12 @@ constexpr std::size_t kOutside = kDraws / 40;
 
 }  // namespace
 
-std::uint64_t SplitMix64::next() {
-  mState += 0x9E3779B97F4A7C15U;
-  std::uint64_t mixed = mState;
-  mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9U;
-  mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
-  return mixed ^ (mixed >> 31U);
-}
-
 std::optional<MeanInterval> bootstrapInterval(const std::vector<double>& differences) {
   if (differences.size() < 2) {
     return std::nullopt;
   }
   const auto count = static_cast<double>(differences.size());
-  SplitMix64 random(kSeed);
+  Random random(kSeed);
   std::vector<double> means(kDraws);
   for (double& mean : means) {
     double sum = 0;

@@ -1,25 +1,9 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace fyn::productionrules {
-
-/** Random numbers that are the same on every machine: SplitMix64 (Steele, Lea and Flood, 2014). */
-class SplitMix64 {
- public:
-  explicit SplitMix64(std::uint64_t seed) : mState(seed) {}
-
-  std::uint64_t next();
-
-  /** 0 .. `count` - 1; `count` is at least 1. */
-  std::size_t below(std::size_t count) { return static_cast<std::size_t>(next() % count); }
-
- private:
-  std::uint64_t mState;
-};
 
 /** A mean and the interval that covers it with 95 per cent. */
 struct MeanInterval {

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "config/ConfigKeys.h"
+#include "tools/base/Random.h"
 #include "tools/base/UsageError.h"
-#include "tools/report/Bootstrap.h"
 #include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
@@ -146,7 +146,7 @@ std::vector<Candidate> randomOf(const std::vector<KeyRange>& ranges, std::size_t
   if (combinations(ranges) <= count) {
     return gridOf(ranges);
   }
-  SplitMix64 random(seed);
+  Random random(seed);
   std::set<std::vector<std::size_t>> drawn;
   std::vector<Candidate> candidates;
   for (std::size_t tries = 0; candidates.size() < count && tries < count * kTriesPerCandidate; ++tries) {
