@@ -3,12 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "tools/base/ProgramRun.h"
+
 namespace fyn::productionrules {
 
 namespace {
-
-constexpr int kFailure = 1;
-constexpr int kWrongUsage = 2;
 
 void addSubcommands(CLI::App& app, PrbContext& context) {
   for (const Subcommand& row : subcommands()) {
@@ -53,8 +52,7 @@ int parseAndRun(CLI::App& app, const std::vector<std::string>& arguments, PrbCon
     app.exit(request, context.out, context.err);
   } catch (const CLI::ParseError& error) {
     const auto [command, name] = chosenCommand(app);
-    printError(context, name, describe(error, *command, app) + " (see '" + name + " --help')");
-    return kWrongUsage;
+    throw UsageError(describe(error, *command, app) + " (see '" + name + " --help')");
   }
   return context.status;
 }
@@ -73,19 +71,15 @@ int runPrb(const std::vector<std::string>& arguments, PrbContext& context) {
       "  prb config check /etc/fyn.conf            find mistakes in a configuration file\n"
       "'prb COMMAND --help' explains a command.");
   addSubcommands(app, context);
-  try {
-    const int status = parseAndRun(app, arguments, context);
-    if (!context.out.flush()) {
-      throw std::runtime_error("standard output cannot be written");
-    }
-    return status;
-  } catch (const UsageError& error) {
-    printError(context, commandLine(app), error.what());
-    return kWrongUsage;
-  } catch (const std::exception& error) {
-    printError(context, commandLine(app), error.what());
-    return kFailure;
-  }
+  return exitStatusOf(
+      [&] {
+        const int status = parseAndRun(app, arguments, context);
+        if (!context.out.flush()) {
+          throw std::runtime_error("standard output cannot be written");
+        }
+        return status;
+      },
+      [&](const std::string& fault) { printError(context, commandLine(app), fault); });
 }
 
 }  // namespace fyn::productionrules

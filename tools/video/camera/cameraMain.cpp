@@ -1,7 +1,6 @@
 // prb-camera: a camera provider that composes the pictures which the service decides on.
 #include <CLI/CLI.hpp>
 #include <chrono>
-#include <exception>
 #include <iostream>
 
 #include "platform/StderrLog.h"
@@ -9,8 +8,8 @@
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "tools/base/NamedStream.h"
+#include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
-#include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/video/camera/FollowedFrames.h"
 #include "tools/video/camera/Inbox.h"
@@ -24,8 +23,6 @@ namespace fyn::productionrules::video {
 namespace {
 
 constexpr const char* kTag = "prb-camera";
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
 
@@ -206,25 +203,12 @@ int main(int argc, char** argv) {
   namespace video = fyn::productionrules::video;
   CLI::App app("Composes the output picture from real video, as the production-rules service decides.");
   video::CameraArguments arguments;
-  try {
-    video::silenceVideoLibraries();
-    video::declareOptions(app, arguments);
-    app.parse(argc, argv);
+  video::silenceVideoLibraries();
+  video::declareOptions(app, arguments);
+  return fyn::productionrules::runProgram("prb-camera", app, argc, argv, [&arguments] {
     if (arguments.player.outputs.empty()) {
       arguments.player.outputs.emplace_back("none");
     }
     video::runCamera(arguments);
-    return 0;
-  } catch (const CLI::Success& wanted) {
-    return app.exit(wanted);
-  } catch (const CLI::ParseError& fault) {
-    std::cerr << "prb-camera: " << fault.what() << " (--help shows the options)\n";
-    return video::kWrongUsage;
-  } catch (const fyn::productionrules::UsageError& fault) {
-    std::cerr << "prb-camera: " << fault.what() << '\n';
-    return video::kWrongUsage;
-  } catch (const std::exception& fault) {
-    std::cerr << "prb-camera: " << fault.what() << '\n';
-    return video::kFailed;
-  }
+  });
 }

@@ -2,12 +2,12 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cmath>
-#include <exception>
 #include <fstream>
 #include <iostream>
 
 #include "platform/SystemEnvironment.h"
 #include "tools/base/NamedStream.h"
+#include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
@@ -24,8 +24,6 @@ namespace fyn::productionrules::video {
 
 namespace {
 
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 // A service that starts later learns the cameras from this.
 constexpr std::int64_t kCamerasAgainMs = 5000;
 
@@ -221,22 +219,8 @@ int main(int argc, char** argv) {
   namespace video = fyn::productionrules::video;
   CLI::App app("Finds and tracks people in real video and reports them as vision results.");
   video::VisionArguments arguments;
-  try {
-    video::silenceVideoLibraries();
-    video::declareOptions(app, arguments);
-    app.parse(argc, argv);
-    video::runVision(arguments);
-    return 0;
-  } catch (const CLI::Success& wanted) {
-    return app.exit(wanted);
-  } catch (const CLI::ParseError& fault) {
-    std::cerr << "prb-vision: " << fault.what() << " (--help shows the options)\n";
-    return video::kWrongUsage;
-  } catch (const fyn::productionrules::UsageError& fault) {
-    std::cerr << "prb-vision: " << fault.what() << '\n';
-    return video::kWrongUsage;
-  } catch (const std::exception& fault) {
-    std::cerr << "prb-vision: " << fault.what() << '\n';
-    return video::kFailed;
-  }
+  video::silenceVideoLibraries();
+  video::declareOptions(app, arguments);
+  return fyn::productionrules::runProgram("prb-vision", app, argc, argv,
+                                          [&arguments] { video::runVision(arguments); });
 }
