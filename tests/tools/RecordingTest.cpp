@@ -3,7 +3,6 @@
 #include <sstream>
 
 #include "tools/base/UsageError.h"
-#include "tools/recording/CompactText.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/recording/RecordingWriter.h"
 
@@ -155,7 +154,8 @@ TEST(Recording, AWrittenPayloadIsJsonOnlyWhenItsTextIsAnObjectOrArray) {
       {"\xff", "\"\xef\xbf\xbd\""},
   };
   for (const auto& [text, json] : cases) {
-    EXPECT_EQ(payloadAsJson(text), json);
+    EXPECT_EQ(recordingLine({0, BusMessage{"/a", text}}),
+              std::string(R"({"t":0,"topic":"/a","payload":)") + json + '}');
   }
 }
 

@@ -8,42 +8,6 @@ namespace fyn::productionrules {
 
 namespace {
 
-/** Writes members of objects. */
-class Members {
- public:
-  explicit Members(CompactText& text) : mText(text) {}
-
-  void number(const char* key, std::int64_t value) const {
-    mText.key(key);
-    mText.integer(value);
-  }
-  void number(const char* key, const std::optional<int>& value) const {
-    if (value) {
-      number(key, *value);
-    }
-  }
-  void flag(const char* key, bool value) const {
-    mText.key(key);
-    mText.boolean(value);
-  }
-  void text(const char* key, const std::string& value) const {
-    mText.key(key);
-    mText.string(value);
-  }
-  void rectangle(const char* key, const Rect& value) const {
-    mText.key(key);
-    mText.open('{');
-    number("left", std::int64_t{value.left});
-    number("top", std::int64_t{value.top});
-    number("right", std::int64_t{value.right});
-    number("bottom", std::int64_t{value.bottom});
-    mText.close('}');
-  }
-
- private:
-  CompactText& mText;
-};
-
 /** The rank of a view, by the service's own rule. */
 std::int64_t rankOfView(const SeenHead& seen, const Dimension& image) {
   Head head;
@@ -55,29 +19,25 @@ std::int64_t rankOfView(const SeenHead& seen, const Dimension& image) {
 }
 
 void writeHead(CompactText& text, const SeenPerson& person, const SeenHead& head, const Dimension& image) {
-  const Members members(text);
   text.open('{');
-  members.number("id", std::int64_t{person.id});
-  members.flag("isSpeaker", head.speaking);
-  members.rectangle("bbox", head.box);
-  if (head.selectionBox) {
-    members.rectangle("ssb", *head.selectionBox);
-  }
-  members.number("yaw", head.yaw);
-  members.number("pitch", head.pitch);
-  members.number("qfactor", rankOfView(head, image));
-  members.number("score", head.score);
-  members.number("camId", std::int64_t{head.camera});
+  text.member("id", person.id);
+  text.member("isSpeaker", head.speaking);
+  text.member("bbox", head.box);
+  text.member("ssb", head.selectionBox);
+  text.member("yaw", head.yaw);
+  text.member("pitch", head.pitch);
+  text.member("qfactor", rankOfView(head, image));
+  text.member("score", head.score);
+  text.member("camId", head.camera);
   text.close('}');
 }
 
 BusMessage imageSizeMessage(std::size_t camera, const Dimension& image) {
   BusMessage message{"/cameraParameters/head/" + std::to_string(camera), ""};
   CompactText text(message.payload);
-  const Members members(text);
   text.open('{');
-  members.number("imageWidth", std::int64_t{image.width});
-  members.number("imageHeight", std::int64_t{image.height});
+  text.member("imageWidth", image.width);
+  text.member("imageHeight", image.height);
   text.close('}');
   return message;
 }
@@ -85,23 +45,22 @@ BusMessage imageSizeMessage(std::size_t camera, const Dimension& image) {
 BusMessage cameraListMessage(std::size_t count) {
   BusMessage message{"/cameras", ""};
   CompactText text(message.payload);
-  const Members members(text);
   text.open('[');
   for (std::size_t camera = 0; camera < count; ++camera) {
     text.open('{');
-    members.flag("isAttached", true);
+    text.member("isAttached", true);
     text.key("ids");
     text.open('{');
-    members.number("fynCamId", static_cast<std::int64_t>(camera));
-    members.text("moduleId", "");
-    members.text("uid", "camera-" + std::to_string(camera));
-    members.number("componentId", std::int64_t{0});
-    members.text("cameraLensModel", "Quil Lumen K5");
+    text.member("fynCamId", static_cast<std::int64_t>(camera));
+    text.member("moduleId", "");
+    text.member("uid", "camera-" + std::to_string(camera));
+    text.member("componentId", 0);
+    text.member("cameraLensModel", "Quil Lumen K5");
     text.close('}');
     text.key("caps");
     text.open('{');
-    members.flag("hasIcd", true);
-    members.flag("hasProductionRules", true);
+    text.member("hasIcd", true);
+    text.member("hasProductionRules", true);
     text.close('}');
     text.close('}');
   }
@@ -114,15 +73,14 @@ BusMessage cameraListMessage(std::size_t count) {
 BusMessage visionMessage(const VisionResult& result, const std::vector<MeetingCamera>& cameras) {
   BusMessage message{std::string(topics::kVisionResult), ""};
   CompactText text(message.payload);
-  const Members members(text);
   text.open('{');
-  members.number("timestamp", result.t);
-  members.number("frameNumber", result.frameNumber);
+  text.member("timestamp", result.t);
+  text.member("frameNumber", result.frameNumber);
   text.key("heads");
   text.open('[');
   for (const SeenPerson& person : result.persons) {
     text.open('{');
-    members.number("fynId", std::int64_t{person.id});
+    text.member("fynId", person.id);
     text.key("associatedHeads");
     text.open('[');
     for (const SeenHead& head : person.heads) {

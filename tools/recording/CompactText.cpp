@@ -10,7 +10,7 @@ namespace {
 /** Feeds a whole document to a CompactText. */
 class CompactHandler final : public nlohmann::json_sax<nlohmann::json> {
  public:
-  explicit CompactHandler(std::string& out) : mText(out) {}
+  explicit CompactHandler(CompactText& text) : mText(text) {}
 
   bool null() override { return mText.null(), true; }
   bool boolean(bool value) override { return mText.boolean(value), true; }
@@ -32,7 +32,7 @@ class CompactHandler final : public nlohmann::json_sax<nlohmann::json> {
   }
 
  private:
-  CompactText mText;
+  CompactText& mText;
 };
 
 bool isPlain(char c) {
@@ -42,18 +42,21 @@ bool isPlain(char c) {
 }  // namespace
 
 void CompactText::real(double value) {
-  scalar(nlohmann::json(value).dump());
+  json(nlohmann::json(value).dump());
 }
 
-void CompactText::string(const std::string& value) {
-  comma();
-  appendJsonString(mOut, value);
-  mNeedsComma = true;
+void CompactText::string(std::string_view value) {
+  if (std::all_of(value.begin(), value.end(), isPlain)) {
+    comma();
+    mOut.append(1, '"').append(value).append(1, '"');
+    mNeedsComma = true;
+  } else {
+    json(nlohmann::json(value).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  }
 }
 
-void CompactText::key(const std::string& name) {
-  comma();
-  appendJsonString(mOut, name);
+void CompactText::key(std::string_view name) {
+  string(name);
   mOut += ':';
   mNeedsComma = false;
 }
@@ -69,39 +72,42 @@ void CompactText::close(char bracket) {
   mNeedsComma = true;
 }
 
-void CompactText::comma() {
-  if (mNeedsComma) {
-    mOut += ',';
-  }
-}
-
-void CompactText::scalar(std::string_view text) {
+void CompactText::json(std::string_view text) {
   comma();
   mOut += text;
   mNeedsComma = true;
 }
 
-void appendJsonString(std::string& out, const std::string& text) {
-  if (std::all_of(text.begin(), text.end(), isPlain)) {
-    out.append(1, '"').append(text).append(1, '"');
-    return;
+void CompactText::payload(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
+    const std::size_t start = mOut.size();
+    const bool neededComma = mNeedsComma;
+    mOut.reserve(start + text.size());
+    CompactHandler handler(*this);
+    if (nlohmann::json::sax_parse(text, &handler)) {
+      return;
+    }
+    mOut.resize(start);
+    mNeedsComma = neededComma;
   }
-  out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  string(text);
 }
 
-std::string payloadAsJson(const std::string& payload) {
-  std::string json;
-  const std::size_t first = payload.find_first_not_of(" \t\r\n");
-  if (first != std::string::npos && (payload[first] == '{' || payload[first] == '[')) {
-    json.reserve(payload.size());
-    CompactHandler handler(json);
-    if (nlohmann::json::sax_parse(payload, &handler)) {
-      return json;
-    }
-    json.clear();
+void CompactText::member(std::string_view name, const Rect& box) {
+  key(name);
+  open('{');
+  member("left", box.left);
+  member("top", box.top);
+  member("right", box.right);
+  member("bottom", box.bottom);
+  close('}');
+}
+
+void CompactText::comma() {
+  if (mNeedsComma) {
+    mOut += ',';
   }
-  appendJsonString(json, payload);
-  return json;
 }
 
 }  // namespace fyn::productionrules

@@ -9,35 +9,27 @@ namespace fyn::productionrules {
 
 namespace {
 
-/** Appends what follows the time. */
+/** Adds what an event says beside its time. */
 struct KindWriter {
-  std::string& line;
+  CompactText& text;
 
   void operator()(const TimePasses& /*nothing*/) const {}
 
   void operator()(const BusMessage& message) const {
-    line += ",\"topic\":";
-    appendJsonString(line, message.topic);
-    line += ",\"payload\":";
-    line += payloadAsJson(message.payload);
+    text.member("topic", message.topic);
+    text.key("payload");
+    text.payload(message.payload);
   }
 
   void operator()(const SetProperties& set) const { keyValues("property", set.values); }
   void operator()(const ReplaceConfig& replace) const { keyValues("config", replace.values); }
-
-  void operator()(ProviderChange change) const {
-    line += ",\"provider\":\"";
-    line += providerChangeName(change);
-    line += '"';
-  }
+  void operator()(ProviderChange change) const { text.member("provider", providerChangeName(change)); }
 
   void keyValues(const char* kind, const KeyValues& values) const {
-    line.append(",\"").append(kind).append("\":");
-    CompactText text(line);
+    text.key(kind);
     text.open('{');
     for (const auto& [key, value] : values) {
-      text.key(key);
-      text.string(value);
+      text.member(key, value);
     }
     text.close('}');
   }
@@ -46,10 +38,7 @@ struct KindWriter {
 }  // namespace
 
 std::string recordingLine(const RecordingEvent& event) {
-  std::string line = "{\"t\":" + std::to_string(event.t);
-  std::visit(KindWriter{line}, event.what);
-  line += '}';
-  return line;
+  return lineOfTime(event.t, [&event](CompactText& text) { std::visit(KindWriter{text}, event.what); });
 }
 
 void RecordingWriter::write(const RecordingEvent& event) {

@@ -12,51 +12,48 @@ namespace fyn::productionrules {
 EffectWriter::EffectWriter(std::ostream& output, std::function<std::int64_t()> now)
     : mOutput(output), mNow(std::move(now)) {}
 
-std::string& EffectWriter::line() {
-  mLine.assign("{\"t\":").append(std::to_string(mNow()));
-  return mLine;
-}
-
-void EffectWriter::writeLine() {
-  mOutput << mLine << '\n';
+template <typename WriteMembers>
+void EffectWriter::write(WriteMembers&& writeMembers) {
+  mOutput << lineOfTime(mNow(), writeMembers) << '\n';
 }
 
 void EffectWriter::onPublish(const std::string& topic, const std::string& payload) {
-  appendJsonString(line().append(",\"topic\":"), topic);
-  mLine.append(",\"payload\":").append(payloadAsJson(payload)).append("}");
-  writeLine();
+  write([&](CompactText& text) {
+    text.member("topic", topic);
+    text.key("payload");
+    text.payload(payload);
+  });
 }
 
 void EffectWriter::onScene(const std::string& json, bool /*delivered*/) {
-  line().append(R"(,"provider":"setSceneJson","payload":)").append(payloadAsJson(json)).append("}");
-  writeLine();
+  write([&](CompactText& text) {
+    text.member("provider", "setSceneJson");
+    text.key("payload");
+    text.payload(json);
+  });
 }
 
 void EffectWriter::onSubscribe(const std::string& topic) {
-  writeCall("subscribe", topic);
+  write([&](CompactText& text) { text.member("subscribe", topic); });
 }
 
 void EffectWriter::onAdvertise(const std::string& topic) {
-  writeCall("advertise", topic);
+  write([&](CompactText& text) { text.member("advertise", topic); });
 }
 
-void EffectWriter::writeCall(const char* key, const std::string& topic) {
-  appendJsonString(line().append(",\"").append(key).append("\":"), topic);
-  mLine.append("}");
-  writeLine();
-}
-
-void EffectWriter::onLog(LogPriority priority, const char* tag, const char* text) {
-  line().append(",\"log\":\"").append(1, logPriorityLetter(priority)).append("\",\"tag\":");
-  appendJsonString(mLine, tag);
-  appendJsonString(mLine.append(",\"text\":"), text);
-  mLine.append("}");
-  writeLine();
+void EffectWriter::onLog(LogPriority priority, const char* tag, const char* words) {
+  write([&](CompactText& text) {
+    text.member("log", std::string(1, logPriorityLetter(priority)));
+    text.member("tag", tag);
+    text.member("text", words);
+  });
 }
 
 void EffectWriter::onDecision(const LayoutDecision& decision) {
-  line().append(",\"decision\":").append(decisionJson(decision)).append("}");
-  writeLine();
+  write([&](CompactText& text) {
+    text.key("decision");
+    text.json(decisionJson(decision));
+  });
 }
 
 std::string decisionJson(const LayoutDecision& decision) {

@@ -19,18 +19,15 @@ class EffectWriter final : public ReplayObserver, public DecisionListener {
   void onScene(const std::string& json, bool delivered) override;
   void onSubscribe(const std::string& topic) override;
   void onAdvertise(const std::string& topic) override;
-  void onLog(LogPriority priority, const char* tag, const char* text) override;
+  void onLog(LogPriority priority, const char* tag, const char* words) override;
   void onDecision(const LayoutDecision& decision) override;
 
  private:
-  /** Begins the next line with its time. */
-  std::string& line();
-  void writeCall(const char* key, const std::string& topic);
-  void writeLine();
+  template <typename WriteMembers>
+  void write(WriteMembers&& writeMembers);
 
   std::ostream& mOutput;
-  std::function<std::int64_t()> mNow;
-  std::string mLine;
+  const std::function<std::int64_t()> mNow;
 };
 
 /** A decision as a JSON object, as the viewer and reports read it. */

@@ -4,6 +4,7 @@
 #include "geometry/OffCenter.h"
 #include "output/JsonLayoutBuilder.h"
 #include "platform/Topics.h"
+#include "tools/recording/CompactText.h"
 #include "tools/replay/EffectWriter.h"
 
 namespace fyn::productionrules {
@@ -12,8 +13,12 @@ namespace {
 
 constexpr const char* kFramesKey = "frames";
 
-std::string lineStart(std::int64_t t, const char* key) {
-  return "{\"t\":" + std::to_string(t) + ",\"" + key + "\":";
+/** `value` is JSON. */
+std::string lineWith(std::int64_t t, const char* key, const std::string& value) {
+  return lineOfTime(t, [&](CompactText& text) {
+    text.key(key);
+    text.json(value);
+  });
 }
 
 void addWait(std::vector<std::int64_t>& waits, const Timer& timer) {
@@ -52,34 +57,24 @@ bool hasOffCenterBound(const Frame& frame) {
   }
 }
 
-void appendNumber(std::string& text, const char* key, std::int64_t value) {
-  text.append("\"").append(key).append("\":").append(std::to_string(value));
-}
-
-void appendBox(std::string& text, const char* key, const Rect& box) {
-  text.append(",\"").append(key).append("\":{");
-  appendNumber(text, "left", box.left);
-  appendNumber(text.append(","), "top", box.top);
-  appendNumber(text.append(","), "right", box.right);
-  appendNumber(text.append(","), "bottom", box.bottom);
-  text.append("}");
-}
-
-void appendFrame(std::string& text, const Layout& layout, const Frame& frame) {
-  text.append(text.back() == '[' ? "{" : ",{");
-  appendNumber(text, "stream", layout.streamId);
-  appendNumber(text.append(","), "frameindex", frame.frameIndex);
+void writeFrame(CompactText& text, const Layout& layout, const Frame& frame) {
+  text.open('{');
+  text.member("stream", layout.streamId);
+  text.member("frameindex", frame.frameIndex);
   if (frame.detectionBoundary.right > frame.detectionBoundary.left) {
-    appendBox(text, "detectionBoundary", frame.detectionBoundary);
+    text.member("detectionBoundary", frame.detectionBoundary);
   }
   if (hasOffCenterBound(frame)) {
-    appendBox(text, "offCenterBound", calculateOffcenterFrameBound(frame.source, frame.frameLayout));
+    text.member("offCenterBound", calculateOffcenterFrameBound(frame.source, frame.frameLayout));
   }
-  text.append(",\"headPosition\":\"").append(headPositionText(frame.headPosition)).append("\",\"heads\":[");
+  text.member("headPosition", headPositionText(frame.headPosition));
+  text.key("heads");
+  text.open('[');
   for (const std::int64_t id : frame.fynHeads) {
-    text.append(text.back() == '[' ? "" : ",").append(std::to_string(id));
+    text.integer(id);
   }
-  text.append("]}");
+  text.close(']');
+  text.close('}');
 }
 
 }  // namespace
@@ -89,7 +84,7 @@ void EngineLines::onDecision(const LayoutDecision& decision) {
   mSink.put(
       {t, LineWorth::Kept,
        std::string("decision/") + std::to_string(decision.streamId) + '/' + decisionKindText(decision.kind),
-       lineStart(t, "decision") + decisionJson(decision) + '}'});
+       lineWith(t, "decision", decisionJson(decision))});
 }
 
 void EngineLines::look(ProductionRuleIPCService& service) {
@@ -117,21 +112,23 @@ void EngineLines::writeWaits(const Layouts& current, const Layouts& next) {
 }
 
 void EngineLines::writeFrames(const Layouts& current) {
-  std::string frames = "[";
+  std::string frames;
+  CompactText text(frames);
+  text.open('[');
   for (const std::shared_ptr<Layout>& layout : current) {
     if (layout != nullptr) {
       for (const Frame& frame : layout->frames) {
-        appendFrame(frames, *layout, frame);
+        writeFrame(text, *layout, frame);
       }
     }
   }
-  frames += ']';
+  text.close(']');
   if (frames == mFrames) {
     return;
   }
   mFrames = std::move(frames);
   const std::int64_t t = mNow();
-  mSink.put({t, LineWorth::Replaceable, kFramesKey, lineStart(t, kFramesKey) + mFrames + '}'});
+  mSink.put({t, LineWorth::Replaceable, kFramesKey, lineWith(t, kFramesKey, mFrames)});
 }
 
 }  // namespace fyn::productionrules

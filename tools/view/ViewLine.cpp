@@ -45,10 +45,7 @@ ViewLine messageLine(std::int64_t t, const std::string& topic, const std::string
 }
 
 ViewLine noticeLine(std::int64_t t, const std::string& words) {
-  ViewLine line{t, LineWorth::Kept, {}, "{\"t\":" + std::to_string(t) + ",\"notice\":"};
-  appendJsonString(line.text, words);
-  line.text += '}';
-  return line;
+  return {t, LineWorth::Kept, {}, lineOfTime(t, [&](CompactText& text) { text.member("notice", words); })};
 }
 
 }  // namespace fyn::productionrules
