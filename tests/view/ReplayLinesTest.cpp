@@ -161,10 +161,10 @@ std::string playedLines(const std::string& recording) {
   std::ostringstream err;
   PrbContext context{in, out, err};
   InputFile input(folder.write("recording.jsonl", recording), in);
-  LineSpool spool;
-  EXPECT_TRUE(playRecording(input, {}, spool, context, [] { return false; }));
+  LineLog log = LineLog::ofRecording();
+  EXPECT_TRUE(playRecording(input, {}, log, context, [] { return false; }));
   std::string all;
-  const std::unique_ptr<LineStream> stream = spool.open();
+  const std::unique_ptr<LineLog::Reader> stream = log.open("");
   while (const std::optional<std::string> piece = stream->next(std::chrono::seconds(20))) {
     all += *piece;
   }

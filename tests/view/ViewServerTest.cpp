@@ -7,8 +7,7 @@
 #include "platform/TextFile.h"
 #include "tests/linux/Processes.h"
 #include "tests/view/OpenPage.h"
-#include "tools/view/LineHub.h"
-#include "tools/view/LineSpool.h"
+#include "tools/view/LineLog.h"
 #include "tools/view/ViewServer.h"
 
 namespace fyn::productionrules::testing {
@@ -17,13 +16,13 @@ namespace {
 const std::string kPage = PR_SOURCE_DIR "/viewer/page/";
 const std::string kToken = "a-token-of-the-tests";
 
-/** A server that shows a live hub, and its client. */
+/** A server that shows a live log, and its client. */
 class LiveViewer : public ::testing::Test {
  protected:
   explicit LiveViewer(const std::string& token = "")
-      : server(hub.feed("the room"), {"127.0.0.1", 0, token}), client("127.0.0.1", server.port()) {}
+      : server(log, "the room", {"127.0.0.1", 0, token}), client("127.0.0.1", server.port()) {}
 
-  LineHub hub{"run1"};
+  LineLog log = LineLog::ofLive("run1");
   ViewServer server;
   httplib::Client client;
 };
@@ -72,24 +71,24 @@ TEST_F(LiveViewer, AnswersOnlyReadersOfThisMachine) {
 }
 
 TEST_F(LiveViewer, PagesGetWhatIsCurrentAndThenEveryLine) {
-  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1,"camera":1})"});
-  hub.put({2, LineWorth::Kept, "", R"({"t":2,"gone":1})"});
+  log.put({1, LineWorth::Kept, "/camera", R"({"t":1,"camera":1})"});
+  log.put({2, LineWorth::Kept, "", R"({"t":2,"gone":1})"});
   const OpenPage first(server.port());
   const OpenPage second(server.port(), {{"Last-Event-ID", "run1-1"}});
   EXPECT_TRUE(first.has("id: run1-1\ndata: {\"t\":1,\"camera\":1}\n\n"));
   EXPECT_TRUE(second.isAnswered());
   // Subscribed or not yet: a page sees a state line either way.
-  hub.put({3, LineWorth::Kept, "/PRBOut", R"({"t":3,"scene":1})"});
+  log.put({3, LineWorth::Kept, "/PRBOut", R"({"t":3,"scene":1})"});
   EXPECT_TRUE(first.has("data: {\"t\":3,\"scene\":1}\n\n"));
   EXPECT_TRUE(second.has("data: {\"t\":3,\"scene\":1}\n\n"));
   EXPECT_EQ(second.text().find("camera"), std::string::npos);
   EXPECT_EQ(first.text().find("gone"), std::string::npos);
-  hub.close();
+  log.close();
 }
 
 TEST_F(LiveViewer, TwentyOpenPagesLeaveRoomForOthersAndTheNextIsTurnedAway) {
   std::vector<std::unique_ptr<OpenPage>> pages;
-  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
+  log.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
   for (int i = 0; i < ViewServer::kMostStreams; ++i) {
     pages.push_back(std::make_unique<OpenPage>(server.port()));
   }
@@ -98,15 +97,15 @@ TEST_F(LiveViewer, TwentyOpenPagesLeaveRoomForOthersAndTheNextIsTurnedAway) {
   }
   EXPECT_EQ(client.Get("/api/info")->status, 200);
   EXPECT_EQ(client.Get("/api/events")->status, 503);
-  hub.close();
+  log.close();
   pages.clear();
   EXPECT_TRUE(eventually([this] { return client.Get("/api/events")->status == 200; }));
 }
 
 TEST(ViewServer, EndsWithPagesOpen) {
-  LineHub hub;
-  auto server = std::make_unique<ViewServer>(hub.feed("room"), ViewServerOptions{});
-  hub.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
+  LineLog log = LineLog::ofLive();
+  auto server = std::make_unique<ViewServer>(log, "room", ViewServerOptions{});
+  log.put({1, LineWorth::Kept, "/camera", R"({"t":1})"});
   const OpenPage reading(server->port());
   EXPECT_TRUE(reading.has("data: "));
   const int port = server->port();
@@ -118,8 +117,8 @@ TEST(ViewServer, EndsWithPagesOpen) {
 }
 
 TEST(ViewServer, EndsWithAPageThatReadsNothing) {
-  LineHub hub;
-  auto server = std::make_unique<ViewServer>(hub.feed("room"), ViewServerOptions{});
+  LineLog log = LineLog::ofLive();
+  auto server = std::make_unique<ViewServer>(log, "room", ViewServerOptions{});
   httplib::Client client("127.0.0.1", server->port());
   std::promise<void> stalled;
   std::promise<void> goOn;
@@ -133,12 +132,12 @@ TEST(ViewServer, EndsWithAPageThatReadsNothing) {
       return true;
     });
   });
-  hub.put({0, LineWorth::Kept, "/camera", R"({"t":0})"});
+  log.put({0, LineWorth::Kept, "/camera", R"({"t":0})"});
   stalled.get_future().wait();
   // More than the connection holds.
   const std::string text(100'000, 'x');
   for (int t = 1; t < 100; ++t) {
-    hub.put({t, LineWorth::Kept, "", text});
+    log.put({t, LineWorth::Kept, "", text});
   }
   server.reset();
   goOn.set_value();
@@ -146,16 +145,16 @@ TEST(ViewServer, EndsWithAPageThatReadsNothing) {
 }
 
 TEST(ViewServer, TwoDoNotShareAPort) {
-  LineHub hub;
-  const ViewServer first(hub.feed("room"), {});
-  LineHub other;
-  EXPECT_THROW(ViewServer(other.feed("room"), {"127.0.0.1", first.port(), ""}), std::runtime_error);
+  LineLog log = LineLog::ofLive();
+  const ViewServer first(log, "room", {});
+  LineLog other = LineLog::ofLive();
+  EXPECT_THROW(ViewServer(other, "room", {"127.0.0.1", first.port(), ""}), std::runtime_error);
   EXPECT_EQ(first.url(), "http://127.0.0.1:" + std::to_string(first.port()) + "/");
 }
 
 TEST(ViewServer, OthersNeedAToken) {
-  LineHub hub;
-  EXPECT_THROW(ViewServer(hub.feed("room"), {"0.0.0.0", 0, ""}), std::invalid_argument);
+  LineLog log = LineLog::ofLive();
+  EXPECT_THROW(ViewServer(log, "room", {"0.0.0.0", 0, ""}), std::invalid_argument);
 }
 
 class ViewerWithToken : public LiveViewer {
@@ -183,8 +182,8 @@ TEST_F(ViewerWithToken, HandsOutACookieForTheTokenAndNothingWithout) {
 }
 
 TEST(ViewServer, ServesARecordingWhole) {
-  LineSpool spool;
-  const ViewServer server(spool.feed("meeting.jsonl"), {});
+  LineLog log = LineLog::ofRecording();
+  const ViewServer server(log, "meeting.jsonl", {});
   httplib::Client client("127.0.0.1", server.port());
   EXPECT_EQ(client.Get("/api/info")->body, R"({"source":"recording","name":"meeting.jsonl"})");
   EXPECT_EQ(client.Get("/api/events")->status, 404);
@@ -192,9 +191,9 @@ TEST(ViewServer, ServesARecordingWhole) {
   for (int t = 0; t < 30000; ++t) {
     const ViewLine line = messageLine(t, "/ICDOut", R"({"heads":[]})");
     all += line.text + '\n';
-    spool.put(line);
+    log.put(line);
   }
-  spool.finish();
+  log.finish();
   const httplib::Result lines = client.Get("/api/recording");
   ASSERT_TRUE(lines);
   EXPECT_EQ(lines->get_header_value("Content-Type"), "application/x-ndjson");

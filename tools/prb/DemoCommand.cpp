@@ -12,7 +12,7 @@
 #include "tools/replay/RealTimePace.h"
 #include "tools/replay/RecordingRun.h"
 #include "tools/settings/KeyValueTexts.h"
-#include "tools/view/LineHub.h"
+#include "tools/view/LineLog.h"
 #include "tools/view/ReplayLines.h"
 #include "tools/view/ViewPage.h"
 
@@ -109,7 +109,7 @@ class DemoPage {
     }
     const std::string what = arguments.recording.empty() ? "simulated meeting" : arguments.recording;
     try {
-      mPage = showViewPage(mHub.feed(what + ", " + arguments.mode + " framing"), arguments.page);
+      mPage = showViewPage(mLog, what + ", " + arguments.mode + " framing", arguments.page);
       context.out << "The viewer page is at " << mPage.address << std::endl;
     } catch (const UsageError&) {
       throw;
@@ -121,7 +121,7 @@ class DemoPage {
   /** Observes the next round, if there is a page. */
   void beginRound(ObserverList& observers) {
     if (mPage.server != nullptr) {
-      mLines.emplace(mHub, mStart);
+      mLines.emplace(mLog, mStart);
       observers.add(*mLines, mLines->decisions());
     }
   }
@@ -140,7 +140,7 @@ class DemoPage {
   void endRound() { mStart = mLines ? mLines->now() : 0; }
 
  private:
-  LineHub mHub;
+  LineLog mLog = LineLog::ofLive();
   ViewPage mPage;
   std::int64_t mStart = 0;
   std::optional<ReplayLines> mLines;

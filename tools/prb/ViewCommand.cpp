@@ -10,8 +10,7 @@
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"
 #include "tools/settings/KeyValueTexts.h"
-#include "tools/view/LineHub.h"
-#include "tools/view/LineSpool.h"
+#include "tools/view/LineLog.h"
 #include "tools/view/LiveRoom.h"
 #include "tools/view/RecordingPlay.h"
 #include "tools/view/ViewPage.h"
@@ -51,10 +50,10 @@ void viewRecording(const ViewArguments& arguments, PrbContext& context) {
   ReplayOptions options;
   options.configuration = readConfiguration(arguments.config);
   options.properties = keyValues(arguments.properties);
-  LineSpool spool;
-  const ViewPage page = showViewPage(spool.feed(input.name()), arguments.page);
+  LineLog lines = LineLog::ofRecording();
+  const ViewPage page = showViewPage(lines, input.name(), arguments.page);
   tellAddress(page, context);
-  if (playRecording(input, options, spool, context,
+  if (playRecording(input, options, lines, context,
                     [&stop] { return stop.waitFor(std::chrono::seconds(0)); })) {
     waitForTheEnd(stop);
   }
@@ -84,11 +83,11 @@ void viewBus(const ViewArguments& arguments, PrbContext& context) {
   // Those of the machine: the shadow puts its own in their place.
   ShadowSettings settings{arguments.config.empty() ? configurationPath() : arguments.config,
                           &SystemEnvironment::properties(), keyValues(arguments.properties)};
-  LineHub hub;
-  LiveRoom room(hub, nowMs, std::move(settings));
+  LineLog lines = LineLog::ofLive();
+  LiveRoom room(lines, nowMs, std::move(settings));
   const Deliveries deliveries(bus, room);
   bus.waitUntilReady();
-  const ViewPage page = showViewPage(hub.feed(arguments.platform.bus), arguments.page);
+  const ViewPage page = showViewPage(lines, arguments.platform.bus, arguments.page);
   tellAddress(page, context);
   waitForTheEnd(stop);
 }

@@ -54,9 +54,9 @@ class PatientReader {
 
 }  // namespace
 
-bool playRecording(InputFile& input, ReplayOptions options, LineSpool& spool, PrbContext& context,
+bool playRecording(InputFile& input, ReplayOptions options, LineLog& log, PrbContext& context,
                    const std::function<bool()>& isStopped) {
-  ReplayLines lines(spool);
+  ReplayLines lines(log);
   options.standardOutput = &context.err;
   options.dumpPath = "/dev/null";
   options.decisions = &lines.decisions();
@@ -74,7 +74,7 @@ bool playRecording(InputFile& input, ReplayOptions options, LineSpool& spool, Pr
   }
   lines.finish();
   reader.sayHowMany();
-  spool.finish();
+  log.finish();
   return true;
 }
 

@@ -5,15 +5,15 @@
 #include "tools/base/NamedStream.h"
 #include "tools/base/PrbContext.h"
 #include "tools/replay/Replay.h"
-#include "tools/view/LineSpool.h"
+#include "tools/view/LineLog.h"
 
 namespace fyn::productionrules {
 
 /**
- * Replays a recording into `spool`, as fast as it can. A malformed line becomes a notice and is left out.
+ * Replays a recording into `log`, as fast as it can. A malformed line becomes a notice and is left out.
  * False when `isStopped`, asked often, ended it.
  */
-bool playRecording(InputFile& input, ReplayOptions options, LineSpool& spool, PrbContext& context,
+bool playRecording(InputFile& input, ReplayOptions options, LineLog& log, PrbContext& context,
                    const std::function<bool()>& isStopped);
 
 }  // namespace fyn::productionrules

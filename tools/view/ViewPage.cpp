@@ -38,7 +38,7 @@ void addViewPageOptions(CLI::App& command, ViewPageOptions& options) {
       ->capture_default_str();
 }
 
-ViewPage showViewPage(ViewFeed feed, const ViewPageOptions& options) {
+ViewPage showViewPage(LineLog& lines, std::string name, const ViewPageOptions& options) {
   ViewServerOptions server;
   server.address = options.listen == "localhost" ? "127.0.0.1" : options.listen;
   server.port = options.port;
@@ -51,7 +51,7 @@ ViewPage showViewPage(ViewFeed feed, const ViewPageOptions& options) {
   if (isNew) {
     server.token = randomToken();
   }
-  ViewPage page{std::make_unique<ViewServer>(std::move(feed), server), {}};
+  ViewPage page{std::make_unique<ViewServer>(lines, std::move(name), server), {}};
   page.address = page.server->url();
   if (isNew) {
     page.address += "?token=" + server.token;

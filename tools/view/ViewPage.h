@@ -32,6 +32,6 @@ struct ViewPage {
  * gets a random one where there is none. Raises UsageError for what cannot be used, and std::runtime_error
  * when the port cannot be had.
  */
-ViewPage showViewPage(ViewFeed feed, const ViewPageOptions& options);
+ViewPage showViewPage(LineLog& lines, std::string name, const ViewPageOptions& options);
 
 }  // namespace fyn::productionrules

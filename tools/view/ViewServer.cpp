@@ -71,7 +71,7 @@ void answer(httplib::Response& response, int status, const std::string& words) {
 /** The HTTP side. */
 class ViewServer::Pages {
  public:
-  Pages(ViewFeed feed, const ViewServerOptions& options);
+  Pages(LineLog& lines, std::string name, const ViewServerOptions& options);
   ~Pages();
 
   int port() const { return mPort; }
@@ -84,9 +84,10 @@ class ViewServer::Pages {
   Next guard(const httplib::Request& request, httplib::Response& response);
   void get(const httplib::Request& request, httplib::Response& response);
   void sendLines(const httplib::Request& request, httplib::Response& response);
-  bool sendPiece(LineStream& lines, int& unread, httplib::DataSink& sink) const;
+  bool sendPiece(LineLog::Reader& lines, int& unread, httplib::DataSink& sink) const;
 
-  const ViewFeed mFeed;
+  LineLog& mLines;
+  const std::string mName;
   const std::string mAddress;
   int mPort = 0;
   std::unique_ptr<ViewAccess> mAccess;
@@ -97,8 +98,8 @@ class ViewServer::Pages {
   std::thread mThread;
 };
 
-ViewServer::Pages::Pages(ViewFeed feed, const ViewServerOptions& options)
-    : mFeed(std::move(feed)), mAddress(options.address) {
+ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptions& options)
+    : mLines(lines), mName(std::move(name)), mAddress(options.address) {
   if (options.token.empty() && !isLoopback(options.address)) {
     throw std::invalid_argument("an address that others reach needs a token");
   }
@@ -123,7 +124,7 @@ ViewServer::Pages::Pages(ViewFeed feed, const ViewServerOptions& options)
 
 ViewServer::Pages::~Pages() {
   mEnding = true;
-  mFeed.close();
+  mLines.close();
   mServer.stop();
   mThread.join();
 }
@@ -178,12 +179,12 @@ ViewServer::Pages::Next ViewServer::Pages::guard(const httplib::Request& request
 }
 
 void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& response) {
-  if (request.path == mFeed.path) {
+  if (request.path == mLines.form().path) {
     sendLines(request, response);
     return;
   }
   if (request.path == "/api/info") {
-    response.set_content(nlohmann::ordered_json{{"source", mFeed.source}, {"name", mFeed.name}}.dump(
+    response.set_content(nlohmann::ordered_json{{"source", mLines.form().source}, {"name", mName}}.dump(
                              -1, ' ', false, nlohmann::json::error_handler_t::replace),
                          "application/json");
     return;
@@ -201,7 +202,7 @@ void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& 
 
 void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Response& response) {
   if (request.method == "HEAD") {
-    response.set_header("Content-Type", mFeed.contentType);
+    response.set_header("Content-Type", mLines.form().contentType);
     return;
   }
   if (++mStreams > kMostStreams) {
@@ -209,10 +210,10 @@ void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Resp
     answer(response, 503, "too many pages are open: close one and load this one again");
     return;
   }
-  const std::shared_ptr<LineStream> lines = mFeed.open(request.get_header_value("Last-Event-ID"));
+  const std::shared_ptr<LineLog::Reader> lines = mLines.open(request.get_header_value("Last-Event-ID"));
   const auto unread = std::make_shared<int>(0);
   response.set_chunked_content_provider(
-      mFeed.contentType,
+      mLines.form().contentType,
       [this, lines, unread](std::size_t /*offset*/, httplib::DataSink& sink) {
         return sendPiece(*lines, *unread, sink);
       },
@@ -221,7 +222,7 @@ void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Resp
 
 // A piece is taken only when it can be sent, so that what a slow page leaves unread stays where it is
 // counted.
-bool ViewServer::Pages::sendPiece(LineStream& lines, int& unread, httplib::DataSink& sink) const {
+bool ViewServer::Pages::sendPiece(LineLog::Reader& lines, int& unread, httplib::DataSink& sink) const {
   if (!sink.is_writable()) {
     return !mEnding && ++unread < kUnreadAttempts;
   }
@@ -231,14 +232,14 @@ bool ViewServer::Pages::sendPiece(LineStream& lines, int& unread, httplib::DataS
     sink.done();
     return true;
   }
-  const std::string& text = piece->empty() ? mFeed.heartbeat : *piece;
+  const std::string text = piece->empty() ? mLines.form().heartbeat : *piece;
   return text.empty() || sink.write(text.data(), text.size());
 }
 
 // ---- ViewServer ----
 
-ViewServer::ViewServer(ViewFeed feed, const ViewServerOptions& options)
-    : mPages(std::make_unique<Pages>(std::move(feed), options)) {}
+ViewServer::ViewServer(LineLog& lines, std::string name, const ViewServerOptions& options)
+    : mPages(std::make_unique<Pages>(lines, std::move(name), options)) {}
 
 ViewServer::~ViewServer() = default;
 

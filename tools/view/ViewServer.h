@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "tools/view/LineStream.h"
+#include "tools/view/LineLog.h"
 
 namespace fyn::productionrules {
 
@@ -25,9 +25,10 @@ class ViewServer {
   /** Pages that read lines at one time; one more is turned away. */
   static constexpr int kMostStreams = 24;
 
-  /** Listens when it returns. Raises std::runtime_error when the port cannot be had, and
-   * std::invalid_argument when others could read without a token. */
-  ViewServer(ViewFeed feed, const ViewServerOptions& options);
+  /** `name` says what is shown, for people; `lines` outlives the server. Listens when it returns. Raises
+   * std::runtime_error when the port cannot be had, and std::invalid_argument when others could read without
+   * a token. */
+  ViewServer(LineLog& lines, std::string name, const ViewServerOptions& options);
 
   /** Ends all answers, also those that nobody reads, and all threads. */
   ~ViewServer();

@@ -7,7 +7,7 @@ namespace fyn::productionrules {
 
 class ViewServer::Pages {};
 
-ViewServer::ViewServer(ViewFeed /*feed*/, const ViewServerOptions& /*options*/) {
+ViewServer::ViewServer(LineLog& /*lines*/, std::string /*name*/, const ViewServerOptions& /*options*/) {
   throw std::runtime_error("this prb has no viewer: it was built without cpp-httplib");
 }
 
