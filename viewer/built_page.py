@@ -13,7 +13,7 @@ import sys
 import tempfile
 
 NOTE = "page/built-from"
-SOURCES = ("src/**/*", "public/**/*", "index.html", "package.json", "package-lock.json", "tsconfig.json", "vite.config.ts")
+SOURCES = ("src/**/*", "public/**/*", "*.html", "package.json", "package-lock.json", "tsconfig.json", "vite*.config.ts")
 PAGE = ("page/**/*",)
 
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -26,6 +27,15 @@ inline PrbRun runPrbWith(const std::vector<std::string>& arguments, const std::s
   PrbContext context{in, out, err};
   const int status = runPrb(arguments, context);
   return {status, out.str(), err.str()};
+}
+
+/** What a page of plots shows; no text in it may end or begin an element. */
+inline nlohmann::json dataOfPage(const std::string& page) {
+  const std::string element = "<script id=\"data\" type=\"application/json\">";
+  const std::size_t start = page.find(element) + element.size();
+  const std::size_t end = page.find('<', start);
+  EXPECT_EQ(page.substr(end, 9), "</script>");
+  return nlohmann::json::parse(page.substr(start, end - start), nullptr, false);
 }
 
 /** Expects that prb refuses the arguments as wrong usage, in one line that holds `fault`. */

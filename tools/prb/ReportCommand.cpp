@@ -6,11 +6,12 @@
 
 #include "tools/base/NamedStream.h"
 #include "tools/base/UsageError.h"
+#include "tools/page/DataPage.h"
 #include "tools/prb/Commands.h"
 #include "tools/report/MeasureRecordings.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
-#include "tools/report/ReportPage.h"
+#include "tools/report/ReportJson.h"
 #include "tools/settings/KeyValueTexts.h"
 
 namespace fyn::productionrules {
@@ -27,38 +28,12 @@ struct ReportArguments {
   bool timing = false;
 };
 
-nlohmann::ordered_json figuresAsJson(const Measurement& measurement, bool timing) {
-  nlohmann::ordered_json document{
-      {"minutes", static_cast<double>(measurement.observedMs) / 60000},
-      {"visionResults", measurement.visionResults},
-      {"layoutChanges", measurement.layoutChanges},
-      {"reframes", measurement.reframes},
-      {"flickers", measurement.flickers},
-  };
-  for (std::size_t kind = 0; kind < kRoomEventNames.size(); ++kind) {
-    const Answers& answers = measurement.answers[kind];
-    document["events"][kRoomEventNames[kind]] = {{"answered", answers.latency.total()},
-                                                 {"unanswered", answers.unanswered}};
-  }
-  document["metrics"] = metricsAsJson(metrics(), measurement);
-  if (timing) {
-    document["timing"] = metricsAsJson(timingMetrics(), measurement);
-  }
-  return document;
-}
-
 void writeJson(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings,
                PrbContext& context) {
-  nlohmann::ordered_json document;
-  document["overall"] = figuresAsJson(overall(recordings), arguments.timing);
-  document["recordings"] = nlohmann::ordered_json::array();
-  for (const MeasuredRecording& recording : recordings) {
-    nlohmann::ordered_json entry{{"recording", recording.name}};
-    entry.update(figuresAsJson(recording.measurement, arguments.timing));
-    document["recordings"].push_back(std::move(entry));
-  }
   OutputFile output(arguments.json, context.out);
-  output.stream() << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+  output.stream() << reportAsJson(recordings, arguments.timing)
+                         .dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                  << '\n';
   output.finish();
 }
 
@@ -92,7 +67,7 @@ void runReport(const ReportArguments& arguments, PrbContext& context) {
   }
   if (!arguments.html.empty()) {
     OutputFile output(arguments.html, context.out);
-    writeReportPage(output.stream(), recordings, arguments.timing);
+    writeDataPage(output.stream(), reportPageData(recordings, arguments.timing));
     output.finish();
   }
 }

@@ -156,4 +156,8 @@ nlohmann::ordered_json metricsAsJson(const std::vector<Metric>& table, const Mea
   return document;
 }
 
+nlohmann::ordered_json metricNames(const Metric& metric) {
+  return {{"name", metric.name}, {"label", metric.label}, {"unit", metric.unit}, {"digits", metric.digits}};
+}
+
 }  // namespace fyn::productionrules

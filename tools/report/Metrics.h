@@ -42,4 +42,7 @@ std::string metricText(const Metric& metric, std::optional<double> value);
 /** {"name": value or null, ...} in the order of the table. */
 nlohmann::ordered_json metricsAsJson(const std::vector<Metric>& table, const Measurement& measurement);
 
+/** How people are told of it: {"name", "label", "unit", "digits"}. */
+nlohmann::ordered_json metricNames(const Metric& metric);
+
 }  // namespace fyn::productionrules

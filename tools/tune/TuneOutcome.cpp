@@ -1,6 +1,8 @@
 #include "tools/tune/TuneOutcome.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -9,7 +11,6 @@
 #include "tools/base/UsageError.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
-#include "tools/report/SvgPlot.h"
 
 namespace fyn::productionrules {
 
@@ -19,8 +20,19 @@ double rank(const TunedCandidate& candidate) {
   return candidate.goal.value_or(std::numeric_limits<double>::infinity());
 }
 
+/** With up to three digits after the point and no zeros at its end. */
 std::string goalText(const TunedCandidate& candidate) {
-  return candidate.goal ? plainNumber(*candidate.goal, 3) : "-";
+  if (!candidate.goal) {
+    return "-";
+  }
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%.3f", *candidate.goal);
+  std::string number = text.data();
+  number.erase(number.find_last_not_of('0') + 1);
+  if (number.back() == '.') {
+    number.pop_back();
+  }
+  return number == "-0" ? "0" : number;
 }
 
 void writeConfiguration(const std::filesystem::path& path, const std::string& base,

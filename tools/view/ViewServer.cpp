@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "tools/view/PageFiles.h"
+#include "tools/page/PageFiles.h"
 #include "tools/view/ViewAccess.h"
 
 namespace fyn::productionrules {
@@ -29,21 +29,19 @@ constexpr int kSendBuffer = 128 * 1024;
 
 constexpr const char* kText = "text/plain; charset=utf-8";
 
-constexpr std::array<std::pair<std::string_view, const char*>, 4> kTypes{{
-    {".html", "text/html; charset=utf-8"},
-    {".js", "text/javascript; charset=utf-8"},
-    {".css", "text/css; charset=utf-8"},
-    {".svg", "image/svg+xml"},
+/** What a browser finds at each path. */
+struct ServedFile {
+  std::string_view path;
+  const char* name;
+  const char* type;
+};
+constexpr std::array<ServedFile, 5> kFiles{{
+    {"/", "index.html", "text/html; charset=utf-8"},
+    {"/index.html", "index.html", "text/html; charset=utf-8"},
+    {"/viewer.js", "viewer.js", "text/javascript; charset=utf-8"},
+    {"/viewer.css", "viewer.css", "text/css; charset=utf-8"},
+    {"/viewer.svg", "viewer.svg", "image/svg+xml"},
 }};
-
-const char* typeOf(std::string_view name) {
-  for (const auto& [end, type] : kTypes) {
-    if (name.size() > end.size() && name.substr(name.size() - end.size()) == end) {
-      return type;
-    }
-  }
-  return "application/octet-stream";
-}
 
 // Its own options instead of the library's, which let two servers share a port without a word.
 void setSocketOptions(socket_t socket) {
@@ -189,11 +187,10 @@ void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& 
                          "application/json");
     return;
   }
-  const std::string_view name =
-      request.path == "/" ? std::string_view("index.html") : std::string_view(request.path).substr(1);
-  for (const PageFile& file : pageFiles()) {
-    if (file.name == name) {
-      response.set_content(file.content.data(), file.content.size(), typeOf(name));
+  for (const ServedFile& file : kFiles) {
+    if (request.path == file.path) {
+      const std::string_view content = pageFile(file.name);
+      response.set_content(content.data(), content.size(), file.type);
       return;
     }
   }
@@ -227,13 +224,15 @@ bool ViewServer::Pages::sendPiece(LineLog::Reader& lines, int& unread, httplib::
     return !mEnding && ++unread < kUnreadAttempts;
   }
   unread = 0;
-  const std::optional<std::string> piece = lines.next(kHeartbeat);
+  std::optional<std::string> piece = lines.next(kHeartbeat);
   if (!piece) {
     sink.done();
     return true;
   }
-  const std::string text = piece->empty() ? mLines.form().heartbeat : *piece;
-  return text.empty() || sink.write(text.data(), text.size());
+  if (piece->empty()) {
+    *piece = mLines.form().heartbeat;
+  }
+  return piece->empty() || sink.write(piece->data(), piece->size());
 }
 
 // ---- ViewServer ----

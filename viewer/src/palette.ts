@@ -25,10 +25,11 @@ export const ROOM = {
   text: '#ffffff',
 } as const;
 
-/** Time line: each kind of layout. */
+/** Time lines: each kind of layout. */
 const LAYOUT_COLOURS: Record<string, string> = {
   HEAD: '#8ecbf0',
   PROXIMITY: '#7fd9bd',
+  LARGE_PROXIMITY: '#7fd9bd',
   GROUP: '#f2c25c',
   PARTIAL_GROUP: '#f6dca3',
   SUBSET_SPEAKER: '#e6b3d3',

@@ -4,13 +4,12 @@ import type { Info } from '../sources';
 import { headsOf } from '../geometry';
 import type { State } from '../state';
 import { html, say, set } from './dom';
-
-const THEMES = ['auto', 'light', 'dark'] as const;
+import { themeButton } from './theme';
 
 export class Header {
   private readonly figures = new Map<string, HTMLElement>();
 
-  constructor(info: Info, private readonly rethemed: () => void) {
+  constructor(info: Info, rethemed: () => void) {
     const root = document.querySelector('#figures') as HTMLElement;
     say(document.querySelector('#source') as HTMLElement, info.source === 'live' ? `live${info.name ? ` · ${info.name}` : ''}` : info.name || 'recording');
     set(document.body, { 'data-source': info.source });
@@ -20,7 +19,7 @@ export class Header {
       this.figures.set(name, value);
       root.append(html('div', {}, html('dt', {}, name), value));
     }
-    this.theme();
+    themeButton(rethemed);
   }
 
   status(text: string): void {
@@ -39,22 +38,5 @@ export class Header {
       provider: state.provider ?? '–',
     };
     for (const [name, node] of this.figures) say(node, values[name] ?? '–');
-  }
-
-  private theme(): void {
-    const button = document.querySelector('#theme') as HTMLButtonElement;
-    const apply = (theme: string) => {
-      set(document.documentElement, { 'data-theme': theme === 'auto' ? null : theme });
-      say(button, `Theme: ${theme}`);
-      this.rethemed();
-    };
-    let theme: string = localStorage.getItem('theme') ?? 'auto';
-    apply(theme);
-    matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => this.rethemed());
-    button.addEventListener('click', () => {
-      theme = THEMES[(THEMES.indexOf(theme as (typeof THEMES)[number]) + 1) % THEMES.length] ?? 'auto';
-      localStorage.setItem('theme', theme);
-      apply(theme);
-    });
   }
 }

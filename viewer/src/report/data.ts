@@ -1,0 +1,87 @@
+/** What prb writes into the page. Times in milliseconds, sizes in tenths of a per cent; null is a figure that nothing was measured for. */
+
+export interface MetricName {
+  name: string;
+  label: string;
+  unit: string;
+  digits: number;
+}
+
+export type Values = Record<string, number | null>;
+
+/** How much of the weight each value has, ascending. */
+export type Distribution = [value: number, weight: number][];
+
+export interface Course {
+  length: number;
+  bucketMs: number;
+  /** The first picture of each stream and every change; not `isLayout` is a reframe. */
+  changes: [t: number, stream: number, layout: string, isLayout: boolean][];
+  /** `kind` counts in `events` of the report; `latency` is -1 for an event without an answer. */
+  events: [t: number, kind: number, latency: number][];
+  buckets: [inView: number, cut: number, off: number][];
+}
+
+export interface Figures {
+  minutes: number;
+  visionResults: number;
+  metrics: Values;
+  timing?: Values;
+}
+
+export interface Report {
+  page: 'report';
+  names: MetricName[];
+  /** The kinds of events. */
+  events: string[];
+  overall: Figures;
+  recordings: (Figures & { recording: string; course: Course })[];
+  distributions: {
+    headSize: Distribution;
+    headRoom: Distribution;
+    thirds: Distribution;
+    betweenChanges: Distribution;
+    /** One per kind of events. */
+    answers: Distribution[];
+    /** Tenths of a microsecond. */
+    decisionTime?: Distribution;
+  };
+}
+
+export interface Candidate {
+  /** KEY=VALUE ... */
+  values: string;
+  goal: number | null;
+  changes: number;
+  /** Null where nothing was answered. */
+  latency: number | null;
+  inView: number;
+  metrics: Values;
+}
+
+export interface Tune {
+  page: 'tune';
+  goal: string;
+  names: MetricName[];
+  candidates: Candidate[];
+  /** Indices of the best trade-offs, and of the candidate with the smallest goal. */
+  front: number[];
+  best: number | null;
+}
+
+export function figureText({ digits }: MetricName, value: number | null | undefined): string {
+  return value == null ? '-' : value.toFixed(digits);
+}
+
+/** "1:05" or "1:02:03". */
+export function clockText(seconds: number): string {
+  const whole = Math.max(0, Math.floor(seconds));
+  const parts = [Math.floor(whole / 60) % 60, whole % 60];
+  if (whole >= 3600) parts.unshift(Math.floor(whole / 3600));
+  return parts.map((part, index) => String(part).padStart(index ? 2 : 1, '0')).join(':');
+}
+
+/** With up to `digits` digits after the point. */
+export function plainText(value: number, digits: number): string {
+  return String(Number(value.toFixed(digits)));
+}
