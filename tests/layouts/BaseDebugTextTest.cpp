@@ -43,12 +43,12 @@ TEST_F(BaseDebugText, WaitingLayout) {
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":500)" +
           end);
-  engine.mState.pending->layoutTimer = getTimer(999, 4000);
+  engine.mState.pending->layoutTimer = {999, 4000, true};
   EXPECT_EQ(
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":4294967295)" +
           end)
-      << "overdue: the remainder wraps";
+      << "overdue and latched: the remainder wraps";
 }
 
 TEST_F(BaseDebugText, FramesPersonsAndStream) {
