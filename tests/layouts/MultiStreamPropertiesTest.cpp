@@ -10,10 +10,11 @@
 #include <optional>
 
 #include "layouts/group/GroupFramingTimerSetting.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "layouts/streams/MultiStreamGroupFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
-#include "tests/layouts/MultiStreamPictures.h"
+#include "tests/layouts/EngineRun.h"
 #include "tests/layouts/PictureFaults.h"
 #include "tests/layouts/RandomMeeting.h"
 #include "tests/layouts/StreamWatch.h"
@@ -44,7 +45,7 @@ class MeetingRun {
   }
   Scene next() { return mMeeting.next(); }
 
-  PeopleRun run;
+  EngineRun run;
 
  private:
   RandomMeeting mMeeting;
@@ -60,7 +61,7 @@ bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people) {
   });
 }
 
-Faults faultsOf(PeopleRun& run) {
+Faults faultsOf(EngineRun& run) {
   Faults faults;
   const auto add = [&](const Faults& more) { faults.insert(faults.end(), more.begin(), more.end()); };
   for (const std::shared_ptr<Layout>& layout : run.layouts().getFinalLayoutPtrs()) {
@@ -147,7 +148,7 @@ std::string transcript(std::uint32_t seed, bool otherOrder) {
     if (!meeting.run.see(otherOrder ? scene.reversed() : scene)) {
       continue;
     }
-    text += std::to_string(step) + " " + streamPictures(meeting.run.layouts());
+    text += std::to_string(step) + " " + meeting.run.streamPictures();
     for (const auto& layout : meeting.run.layouts().getFinalLayoutPtrs()) {
       text += " " + RectToString(layout->frames.front().source) + layout->animation;
     }

@@ -8,7 +8,7 @@
 #include "layouts/speaker/SpeakerFramingLayout.h"
 #include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
-#include "tests/layouts/PeopleRun.h"
+#include "tests/layouts/EngineRun.h"
 #include "tests/layouts/PictureFaults.h"
 
 namespace fyn::productionrules::testing {
@@ -50,7 +50,7 @@ constexpr std::size_t kBadCases = 12;
 TEST(PeopleBadInput, WhoCannotBeShownHasNoTileAndSpoilsNone) {
   for (std::size_t i = 0; i < kBadCases; ++i) {
     const BadCase each = badCases(i);
-    PeopleRun alone;
+    EngineRun alone;
     alone.engine<PeopleFramingLayout>();
     alone.see(each.scene);
     EXPECT_EQ(alone.picture(), each.picture) << each.what;
@@ -61,24 +61,10 @@ TEST(PeopleBadInput, WhoCannotBeShownHasNoTileAndSpoilsNone) {
 }
 
 /** How many errors and warnings have been logged since the last look. */
-std::ptrdiff_t errorsOf(PeopleRun& run) {
+std::ptrdiff_t errorsOf(EngineRun& run) {
   const std::vector<std::string> lines = run.environment.log.take();
   return std::count_if(lines.begin(), lines.end(),
                        [](const auto& line) { return line[0] == 'E' || line[0] == 'W'; });
-}
-
-TEST(PeopleBadInput, AFaultThatComesBackWithThePersonIsReportedAgain) {
-  const Scene faulty = scene().person(1).at(300, 360).person(2).camera(7).at(600, 360);
-  const Scene gone = scene().person(1).at(300, 360);
-  PeopleRun run;
-  run.engine<PeopleFramingLayout>();
-  run.watch(twoAnd(), 1000);
-  for (int again = 0; again < 3; ++again) {
-    run.environment.log.take();
-    run.watch(faulty, 300);
-    EXPECT_EQ(errorsOf(run), 1) << again;
-    run.watch(gone, 100);
-  }
 }
 
 struct ReportCase {
@@ -90,7 +76,7 @@ struct ReportCase {
 template <typename Engine>
 void expectReports(const char* tag, std::initializer_list<ReportCase> cases) {
   for (const ReportCase& each : cases) {
-    PeopleRun run({0, 1});
+    EngineRun run({0, 1});
     run.engine<Engine>();
     run.watch(twoAnd(), 500);
     for (int again = 0; again < 2; ++again) {
@@ -122,7 +108,7 @@ TEST(PeopleBadInput, IsReportedWhenItBegins) {
 }
 
 TEST(PeopleBadInput, WithoutAnyCameraKnownPeopleStillHaveTiles) {
-  PeopleRun run({});
+  EngineRun run({});
   run.engine<PeopleFramingLayout>();
   run.see(scene().person(1).camera(3).at(300, 360).person(2).camera(3).at(900, 360));
   EXPECT_EQ(run.picture(), "HEAD [1] [2]");
@@ -130,7 +116,7 @@ TEST(PeopleBadInput, WithoutAnyCameraKnownPeopleStillHaveTiles) {
 }
 
 TEST(PeopleBadInput, AnOwnCameraThatIsNotListedShowsTheGroup) {
-  PeopleRun run({0});
+  EngineRun run({0});
   FynCamerasConfig::getMutable().fynCamId = 4;
   run.engine<PeopleFramingLayout>();
   run.see(scene().person(1).camera(4).at(300, 360).person(2).camera(4).at(900, 360));
@@ -139,7 +125,7 @@ TEST(PeopleBadInput, AnOwnCameraThatIsNotListedShowsTheGroup) {
 }
 
 TEST(PeopleBadInput, APrimaryDoesNotTakePeopleFromCamerasThatAreNotListed) {
-  PeopleRun run({0, 1});
+  EngineRun run({0, 1});
   run.engine<PrimaryPeopleLayout>();
   run.see(twoAnd()
               .person(3)

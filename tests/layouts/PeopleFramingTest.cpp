@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "layouts/people/PeopleFramingLayout.h"
-#include "tests/layouts/PeopleRun.h"
+#include "tests/layouts/EngineRun.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -36,17 +36,17 @@ TEST(PeopleFraming, AVisitorWhoGoesInTimeJoinsNobody) {
       {"a crowd", pairAt(190), Scene(rowOf(6, 200)).person(7).at(600, 600).person(8).at(800, 600)},
   };
   for (const VisitCase& each : cases) {
-    PeopleRun run;
+    EngineRun run;
     run.engine<PeopleFramingLayout>();
     run.watch(each.before, 1000);
     run.watch(each.during, 1000);
     run.watch(each.before, 20000);
-    EXPECT_EQ(run.takeChanges().size(), 1U) << each.what << ": " << run.picture();
+    EXPECT_EQ(run.takePictures().size(), 1U) << each.what << ": " << run.picture();
   }
 }
 
 TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
-  PeopleRun run;
+  EngineRun run;
   run.engine<PeopleFramingLayout>();
   run.see(rowOf(4, 59));
   EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
@@ -66,7 +66,7 @@ TEST(PeopleFraming, AGroupKeepsTogetherWhomItShows) {
     }
     return scene;
   };
-  PeopleRun run;
+  EngineRun run;
   run.engine<PeopleFramingLayout>();
   run.see(row(4, 59));
   run.watch(row(5, 70), 20000);
@@ -105,7 +105,7 @@ TEST(PeopleFraming, EveryChangeHasItsWait) {
       {"group to proximity", crowd, pair, "gfToOtherLayoutChangeTimer", 5200},
   };
   for (const WaitCase& each : cases) {
-    PeopleRun run;
+    EngineRun run;
     run.engine<PeopleFramingLayout>();
     run.see(each.from);
     run.decisions.clear();
@@ -119,7 +119,7 @@ TEST(PeopleFraming, EveryChangeHasItsWait) {
 }
 
 TEST(PeopleFraming, AWaitThatBecomesNegativeIsReportedAndIsNone) {
-  PeopleRun run;
+  EngineRun run;
   run.with([](PrConfig& config) { config.timersLayoutChangeHeadCountChange = 2000; })
       .engine<PeopleFramingLayout>();
   run.see(rowOf(3, 200));
@@ -146,7 +146,7 @@ TEST(PeopleFraming, TransitionsDissolveBetweenTilesAndGroupOnly) {
       {scene(), pairAt(400), false, "cut"},
   };
   for (const Case& each : cases) {
-    PeopleRun run;
+    EngineRun run;
     run.with([&](PrConfig& config) { config.pfAnimationCutOnly = each.cutOnly; })
         .engine<PeopleFramingLayout>();
     run.see(each.from);
@@ -169,7 +169,7 @@ TEST(PeopleFraming, WithoutTheSquareTheWideBoxOfNeighboursWouldBeCut) {
                                .at(780, 360)
                                .person(5)
                                .at(1200, 360);
-  PeopleRun run;
+  EngineRun run;
   run.engine<PeopleFramingLayout>();
   run.see(neighbours);
   EXPECT_EQ(run.picture(), "PROXIMITY [1] [2 3 4] [5]");
@@ -179,7 +179,7 @@ TEST(PeopleFraming, WithoutTheSquareTheWideBoxOfNeighboursWouldBeCut) {
 }
 
 TEST(PeopleFraming, ReframesEaseWhereTheyAreAllowedTo) {
-  PeopleRun run;
+  EngineRun run;
   run.with([](PrConfig& config) { config.animationEnableEase = true; }).engine<PeopleFramingLayout>();
   run.see(pairAt(500));
   // Out of its tile's centre, over its edge, out of it: the last is a cut.

@@ -2,7 +2,7 @@
 
 #include "layouts/people/PeopleFramingLayout.h"
 #include "layouts/people/PeopleTiles.h"
-#include "tests/layouts/PeopleRun.h"
+#include "tests/layouts/EngineRun.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -51,7 +51,7 @@ TEST(PeopleTiles, AllSequencesOfUnitsCoverTheOutputExactly) {
 }
 
 TEST(PeopleTiles, CountersTellHeadsNeighboursAndLargeGroupsApart) {
-  PeopleRun run;
+  EngineRun run;
   run.with([](PrConfig& config) { config.compositeModeMaxPeople = 16; }).engine<PeopleFramingLayout>();
   run.see(unitsInARow("HPTL"));
   EXPECT_EQ(run.picture(), "PROXIMITY [1] [2 3] [4 5 6] [7 8 9 10]");
@@ -62,14 +62,14 @@ TEST(PeopleTiles, CountersTellHeadsNeighboursAndLargeGroupsApart) {
 }
 
 TEST(PeopleTiles, OfTwoOneAboveTheOtherTheLowerComesFirst) {
-  PeopleRun run;
+  EngineRun run;
   run.engine<PeopleFramingLayout>();
   run.see(scene().person(1).at(300, 150).person(2).at(300, 550).person(3).at(299, 350));
   EXPECT_EQ(run.picture(), "HEAD [3] [2] [1]");
 }
 
 TEST(PeopleTiles, WithoutTheFeatureEverybodyIsAlone) {
-  PeopleRun run;
+  EngineRun run;
   run.with([](PrConfig& config) { config.newPfFeatureEnabled = false; }).engine<PeopleFramingLayout>();
   run.see(unitsInARow("PH"));
   EXPECT_EQ(run.picture(), "HEAD [1] [2] [3]");

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "layouts/people/PrimaryPeopleLayout.h"
-#include "tests/layouts/PeopleRun.h"
+#include "tests/layouts/EngineRun.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -35,7 +35,7 @@ std::string cameras(const Layout& layout) {
 }
 
 TEST(PrimaryPeople, TheOwnCameraComesFirstWhateverItsId) {
-  PeopleRun run({2, 0, 1});
+  EngineRun run({2, 0, 1});
   run.engine<PrimaryPeopleLayout>();
   run.see(roomOfThreeCameras());
   EXPECT_EQ(run.picture(), "HEAD [4] [1] [2] [3]");
@@ -51,7 +51,7 @@ TEST(PrimaryPeople, AfterAGroupEverybodyIsTakenFromTheBestCamera) {
     }
     return scene;
   };
-  PeopleRun run({0, 1});
+  EngineRun run({0, 1});
   run.engine<PrimaryPeopleLayout>();
   run.see(crowd(9));
   ASSERT_EQ(cameras(run.current()), "0");
@@ -62,7 +62,7 @@ TEST(PrimaryPeople, AfterAGroupEverybodyIsTakenFromTheBestCamera) {
 
 TEST(PrimaryPeople, AGroupThatNeitherTheFrontNorTheOwnCameraSeesIsCutWhereMostAre) {
   for (const auto& [camera, other] : {std::pair{1, 2}, {2, 1}}) {
-    PeopleRun run({0, 1, 2});
+    EngineRun run({0, 1, 2});
     run.engine<PrimaryPeopleLayout>();
     Scene crowd;
     for (std::int32_t id = 1; id <= 9; ++id) {
@@ -74,7 +74,7 @@ TEST(PrimaryPeople, AGroupThatNeitherTheFrontNorTheOwnCameraSeesIsCutWhereMostAr
 }
 
 TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
-  PeopleRun run({0, 1});
+  EngineRun run({0, 1});
   run.engine<PrimaryPeopleLayout>();
   run.see(scene().person(1).at(500, 360).person(2).camera(1).at(520, 360).person(3).at(620, 360));
   EXPECT_EQ(run.picture(), "PROXIMITY [1 3] [2]");
@@ -109,7 +109,7 @@ TEST(PrimaryPeople, AFrameStaysWhereABetterCameraCannotShowIt) {
       {"the hold never ends", both(20, 5, kUsual), 8, -1, false},
   };
   for (const StayCase& each : cases) {
-    PeopleRun run({0, 1});
+    EngineRun run({0, 1});
     run.with([&](PrConfig& config) {
          config.compositeModeMaxPeoplePrimary = each.maxPeople;
          config.timersPFFeedPriorityChange = each.holdMs;
@@ -122,15 +122,6 @@ TEST(PrimaryPeople, AFrameStaysWhereABetterCameraCannotShowIt) {
     EXPECT_EQ(run.current().frames[0].source, before) << each.what;
     EXPECT_EQ(run.layouts().isThereATimerRunning(), each.waits) << each.what;
   }
-}
-
-TEST(PrimaryPeople, APersonWhoseCameraLosesThePersonIsShownByAnother) {
-  PeopleRun run({0, 1});
-  run.engine<PrimaryPeopleLayout>();
-  run.see(seenByBoth(5, 20));
-  run.watch(scene().person(1).camera(1).at(700, 300).headId(31), 4100);
-  EXPECT_EQ(run.picture(), "HEAD [1]");
-  EXPECT_EQ(cameras(run.current()), "1");
 }
 
 struct GroupCameraCase {
@@ -149,7 +140,7 @@ TEST(PrimaryPeople, AGroupIsCutFromTheFrontOfTheRoom) {
       {"the front has left the list and heads of it still come", 9, {9, 0}, "0"},
   };
   for (const GroupCameraCase& each : cases) {
-    PeopleRun run({0, 1, 2});
+    EngineRun run({0, 1, 2});
     run.with([&](PrConfig& config) { config.frontOfTheRoomCamId = each.front; })
         .engine<PrimaryPeopleLayout>();
     Scene crowd;
@@ -165,19 +156,8 @@ TEST(PrimaryPeople, AGroupIsCutFromTheFrontOfTheRoom) {
   }
 }
 
-TEST(PrimaryPeople, EightPeopleHaveTilesNineAreAGroup) {
-  PeopleRun run({0, 1});
-  run.engine<PrimaryPeopleLayout>();
-  Scene crowd;
-  for (std::int32_t id = 1; id <= 8; ++id) {
-    crowd.person(id).camera(id % 2).sized(40, 50).at(130 * id, 360);
-  }
-  run.see(crowd);
-  EXPECT_EQ(run.picture(), "HEAD [2] [4] [6] [8] [1] [3] [5] [7]");
-}
-
 TEST(PrimaryPeople, ALayoutThatShowsNothingIsNotValid) {
-  PeopleRun run;
+  EngineRun run;
   run.engine<PrimaryPeopleLayout>();
   EXPECT_FALSE(run.layouts().isLayoutValid());
   run.see(roomOfThreeCameras());

@@ -10,6 +10,9 @@ Scene RandomMeeting::next() {
   scene.frameNumber(++mFrameNumber);
   for (Walker& walker : mWalkers) {
     walk(walker);
+    if (mOptions.turnsPercent > 0 && draw(100) < mOptions.turnsPercent) {
+      walker.speaks = !walker.speaks;
+    }
     addTo(scene, walker);
   }
   return scene;
@@ -61,6 +64,7 @@ void RandomMeeting::addTo(Scene& scene, const Walker& walker) {
     scene.camera(camera)
         .at(across * image.width / 1000 + draw(5), walker.y * image.height / 1000 + draw(5))
         .sized(height * 4 / 5, height)
+        .speaking(walker.speaks)
         .yaw(std::abs(across - 500) / 10 + camera * 0.25);
   }
 }

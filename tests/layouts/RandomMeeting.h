@@ -18,6 +18,8 @@ class RandomMeeting {
     std::int32_t maxPeople = 9;
     /** The image size of each camera, in pixels; camera ids count from 0. */
     std::vector<Dimension> cameras{{1280, 720}};
+    /** How often somebody begins or ends to speak, per cent of the results. */
+    std::int32_t turnsPercent = 0;
   };
 
   RandomMeeting(std::uint32_t seed, Options options) : mRandom(seed), mOptions(std::move(options)) {}
@@ -34,6 +36,7 @@ class RandomMeeting {
     std::int32_t goalX = 0;
     std::int32_t goalY = 0;
     std::int32_t height = 0;
+    bool speaks = false;
   };
 
   /** 0 to `below` - 1. */
