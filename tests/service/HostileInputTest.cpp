@@ -112,40 +112,6 @@ TEST_F(HostileInput, UnreadableTexts) {
   }
 }
 
-TEST_F(HostileInput, EveryTruncationOfAGoodResult) {
-  const std::string good = twoPeople().text();
-  for (std::size_t length = 0; length < good.size(); length += 7) {
-    expectRefused("/ICDOut", good.substr(0, length), true);
-  }
-  expectWorks(room, "truncated");
-}
-
-TEST_F(HostileInput, MistypedVisionResults) {
-  for (const char* const text :
-       {"{}", "[]", "7", "null", "\"heads\"", R"({"heads":7})", R"({"heads":[7]})", R"({"heads":"x"})",
-        R"({"frameNumber":"1","heads":[]})", R"({"frameNumber":true,"heads":[]})",
-        R"({"timestamp":{},"heads":[]})", R"({"heads":[{"fynId":"1"}]})",
-        R"({"heads":[{"fynId":1,"associatedHeads":[{"id":"x"}]}]})",
-        R"({"heads":[{"fynId":1,"associatedHeads":[{"bbox":[1,2,3,4]}]}]})",
-        R"({"heads":[{"fynId":1,"associatedHeads":[{"bbox":{"left":1,"top":2,"right":3}}]}]})",
-        R"({"heads":[{"fynId":1,"associatedHeads":[{"proximityGroup":7}]}]})",
-        R"({"heads":[{"fynId":1,"associatedHeads":[{"isSpeaker":1}]}]})"}) {
-    const std::string before = room.state();
-    room.send("/ICDOut", text);
-    const Lines lines = room.take();
-    ASSERT_FALSE(lines.empty()) << text;
-    if (lines.back().find("parsing error: ") == std::string::npos) {
-      // Read as a result without anybody of use: each such person is reported and left out.
-      EXPECT_NE(lines.front().find("Head list"), std::string::npos) << text;
-    } else {
-      EXPECT_TRUE(endsWith(lines.back(), std::string(", input=") + text)) << text;
-      EXPECT_EQ(room.state(), before) << text;
-    }
-    room.send(twoPeople());
-    expectWorks(room, text);
-  }
-}
-
 struct Nested {
   const char* topic;
   std::string before;

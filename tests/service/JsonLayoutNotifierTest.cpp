@@ -93,26 +93,5 @@ TEST_F(Notifier, MissingCallbacks) {
   EXPECT_EQ(environment.log.take(), Lines{});
 }
 
-TEST_F(Notifier, SceneNumberCountsWhatIsNoDebugDocument) {
-  takeScenes();
-  takeSecondaries();
-  for (const bool debug : {true, false, true, false}) {
-    notifier.sendLayout(Layout(), FramingMode::GroupFraming, debug);
-  }
-  EXPECT_EQ(calls,
-            (Lines{"scene 0 debug", "camera 1 0 \"uid1\"", "camera 2 0 \"uid2\"", "scene 1",
-                   "camera 1 1 \"uid1\"", "camera 2 1 \"uid2\"", "scene 1 debug", "camera 1 1 \"uid1\"",
-                   "camera 2 1 \"uid2\"", "scene 2", "camera 1 2 \"uid1\"", "camera 2 2 \"uid2\""}));
-}
-
-TEST_F(Notifier, PeopleCountIsLoggedAndHandedOver) {
-  notifier.setPeopleCountCallbackFuncP([this](const std::string& json) { calls.push_back(json); });
-  notifier.sendPeopleCount(3, 4294967295U);
-  EXPECT_EQ(calls, Lines{R"({"face_count":3,"smallestFaceHeight":4294967295})"});
-  EXPECT_EQ(
-      environment.log.take(),
-      Lines{R"(I|JsonLayoutNotifier|sendPeopleCount: {"face_count":3,"smallestFaceHeight":4294967295})"});
-}
-
 }  // namespace
 }  // namespace fyn::productionrules::testing

@@ -2,7 +2,6 @@
 // gone.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <system_error>
@@ -13,62 +12,6 @@
 
 namespace fyn::productionrules::testing {
 namespace {
-
-constexpr const char* kInfo = "I|ProductionRulesIPCService|";
-constexpr const char* kWarning = "W|ProductionRulesIPCService|";
-constexpr const char* kError = "E|ProductionRulesIPCService|";
-
-std::string line(const char* level, const char* text) {
-  return std::string(level) + text;
-}
-
-const std::string kConnecting = line(kInfo, "connectToQuilProvider: Connecting to QuilProvider");
-const std::string kRescheduling =
-    line(kWarning, "rescheduleQuilProviderConnection: Rescheduling connection to QuilProvider");
-const std::string kNone = line(kError, "connectToQuilProvider Could not get interface to camera service");
-const std::string kDied = line(kInfo, "serviceDied: QuilProvider service died");
-
-TEST(ProviderConnection, LogOfTheStart) {
-  for (const bool present : {false, true}) {
-    RoomService room;
-    if (present) {
-      room.providers->up();
-    }
-    PrConfig::load(configurationPath());
-    room.take();
-    room.platform.bus = room.bus.connect();
-    room.service = std::make_unique<ProductionRuleIPCService>(room.platform, "test");
-    Lines expected{line(kInfo, "ProductionRuleIPCService::ctor()"),
-                   line(kInfo, "ProductionRuleIPCService PRB fynOperatingMode: 0"), kConnecting};
-    if (!present) {
-      expected.push_back(kNone);
-    }
-    Lines lines = room.take();
-    // Engines tell of themselves when they are built.
-    lines.erase(std::remove_if(lines.begin(), lines.end(),
-                               [](const std::string& one) {
-                                 return one.find("ProductionRulesIPCService") == std::string::npos;
-                               }),
-                lines.end());
-    EXPECT_EQ(lines, expected);
-  }
-}
-
-TEST(ProviderConnection, OneTryASecondAfterADeath) {
-  RoomService room;
-  room.providers->up();
-  room.start();
-  room.providers->down();
-  EXPECT_EQ(room.take(), (Lines{kDied, kRescheduling}));
-  EXPECT_EQ(room.printed.str(), "serviceDied: QuilProvider service died\n");
-  room.environment.time.advanceTo(999);
-  EXPECT_EQ(room.take(), Lines{});
-  room.environment.time.advanceTo(1000);
-  EXPECT_EQ(room.take(), (Lines{kConnecting, kNone}));
-  room.providers->up();
-  room.environment.time.advanceTo(60000);
-  EXPECT_EQ(room.take(), Lines{}) << "no loop of attempts";
-}
 
 /** A provider that has died between the look-up and the registration. */
 struct DyingProvider final : IQuilCameraProvider {
@@ -98,7 +41,8 @@ TEST(ProviderConnection, RefusedRegistrationIsReported) {
   EXPECT_FALSE(room.service->connectToQuilProvider());
   EXPECT_EQ(
       room.take(),
-      (Lines{kConnecting, line(kError, "connectToQuilProvider Could not link to camera service death")}));
+      (Lines{"I|ProductionRulesIPCService|connectToQuilProvider: Connecting to QuilProvider",
+             "E|ProductionRulesIPCService|connectToQuilProvider Could not link to camera service death"}));
   EXPECT_EQ(providers->asked, "default");
   EXPECT_EQ(providers->provider->lastCookie, 0U);
 }
