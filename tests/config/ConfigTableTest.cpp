@@ -50,27 +50,6 @@ TEST_F(ConfigTest, EveryKeySetsItsOwnFieldAndNoOther) {
   }
 }
 
-TEST_F(ConfigTest, AllKeysAtOnce) {
-  std::string text;
-  for (std::size_t number = 0; number < kConfigKeys.size(); ++number) {
-    const ConfigKey& row = kConfigKeys[number];
-    const std::string value = std::to_string(otherValue(row, number));
-    if (row.source == ConfigSource::File) {
-      text.append(row.key).append("=").append(value).append("\n");
-    } else if (row.source == ConfigSource::Property) {
-      environment.properties.set(std::string(row.key), value);
-    }
-  }
-  const PrConfig& config = load(text);
-  for (std::size_t number = 0; number < kConfigKeys.size(); ++number) {
-    const ConfigKey& row = kConfigKeys[number];
-    const bool isFixed = row.source == ConfigSource::Fixed;
-    EXPECT_EQ(configValue(config, row),
-              isFixed ? configValue(PrConfig::DEFAULT, row) : otherValue(row, number))
-        << row.name;
-  }
-}
-
 TEST(ConfigTable, KeysAreFoundByTheirWholeText) {
   std::set<std::string_view> keys;
   for (const ConfigKey& row : kConfigKeys) {

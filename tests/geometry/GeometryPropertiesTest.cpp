@@ -12,8 +12,6 @@
 #include "geometry/Overlap.h"
 #include "geometry/ProximityRect.h"
 #include "geometry/RuleOfThirds.h"
-#include "platform/VisionSettings.h"
-#include "tests/geometry/AllocationCount.h"
 #include "tests/geometry/GeometryTesting.h"
 #include "tests/testing/CapturedLog.h"
 
@@ -158,30 +156,6 @@ TEST(GeometryProperties, HostileNumbersAreDefined) {
     getProximitySquare(a, image);
     isOffCenter(a, b, shape);
   }
-}
-
-TEST(GeometryProperties, FramingAllocatesNothing) {
-  const testing::CapturedLog atDefaultLevel(VisionSettings::kInfoLevel);
-  RandomRects random;
-  const std::vector<Rect> heads{random.head(), random.head(), random.head()};
-  Frame frame;
-  int hits = 0;
-  const std::size_t before = testing::allocationCount();
-  for (int i = 0; i < 100; ++i) {
-    const Rect head = random.head();
-    GroupFrame::updateGroupFrameLayout(heads, frame, "test", kImage, 2);
-    hits += static_cast<int>(isOffCenter(head, frame.source, kFrameLayoutHeadSingle));
-    hits += static_cast<int>(isGFHeadOnEdge(frame.source, heads)) +
-            static_cast<int>(isGFHeadOutside(head, heads));
-    hits += getRuleOfThirdFrame(head, 1280, 720, kFrameLayoutHeadWide, kImage, 2).left & 1;
-    hits +=
-        static_cast<int>(isInProximity(getProxTriggerRect(head, kImage), getHeadBufferRect(head, kImage)));
-  }
-  EXPECT_EQ(testing::allocationCount(), before);
-  EXPECT_GT(hits, 0);
-  // A plain new expression may be optimised away.
-  ::operator delete(::operator new(1));
-  EXPECT_NE(testing::allocationCount(), before) << "the count counts";
 }
 
 }  // namespace

@@ -86,19 +86,5 @@ TEST(OffCenter, HeadAgainstTheInnerBound) {
   }
 }
 
-TEST(OffCenter, LogsTheBoundAndTheResult) {
-  CapturedLog log;
-  isOffCenter({400, 200, 500, 300}, {100, 100, 1100, 600}, kFrameLayoutHeadSingle);
-  isOffCenter({120, 200, 280, 300}, {100, 100, 1100, 600}, kFrameLayoutNone);
-  EXPECT_EQ(
-      log.lines(),
-      (Lines{
-          "D|FramingUtil|calculateOffcenterFrameBound frameView:{100 100 1100 600} factor {side: 200.000000 "
-          "bottom: 50.000000, bottomTrigger [10], sideTrigger[20]}, offCenterFrame: {300 100 900 550} ",
-          "D|FramingUtil|isOffCenter res 0 \n",
-          "E|FramingUtil|calculateOffcenterFrameBound  NOT defined for this mode [None] \n",
-          "D|FramingUtil|isOffCenter res 0 \n"}));
-}
-
 }  // namespace
 }  // namespace fyn::productionrules

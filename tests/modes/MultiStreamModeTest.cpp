@@ -62,24 +62,6 @@ class MultiStreamMode : public ::testing::Test {
   std::unique_ptr<MultiStreamTrackingMode> mode;
 };
 
-TEST_F(MultiStreamMode, ListsStreamZeroFirst) {
-  EXPECT_TRUE(mode->process(people({1, 2}).mlData()));
-  EXPECT_EQ(textOf(mode->getFramingLayout()->getFinalLayoutPtrs()), "0 GROUP, 1 HEAD, 2 HEAD");
-  EXPECT_EQ(textOf(mode->getFramingLayout()->getNextLayoutPtrs()), "-, -, -");
-  EXPECT_EQ(sent(), "0 GROUP, 1 HEAD, 2 HEAD");
-  for (const Layout& layout : notifier.lastLayouts) {
-    EXPECT_EQ(layout.isLogicalStream, layout.streamId == 0);
-  }
-  // Person 2 leaves: streams 0 and 2 have a layout that waits, each by its own timer.
-  EXPECT_FALSE(mode->process(people({1}).mlData()));
-  EXPECT_EQ(textOf(mode->getFramingLayout()->getNextLayoutPtrs()), "0 HEAD, -, 2 ROOM");
-  environment.time.advanceTo(environment.time.now() + 1001);
-  EXPECT_FALSE(mode->process(people({1}).mlData()));
-  EXPECT_EQ(textOf(notifier.lastFinals), "0 GROUP, 1 HEAD, 2 HEAD");
-  EXPECT_EQ(textOf(notifier.lastNexts), "0 HEAD, -, 2 ROOM");
-  EXPECT_EQ(mode->getFramingLayout()->getPeopleCount(), 1U);
-}
-
 TEST_F(MultiStreamMode, TakesNewWaitsWithTheNextRefresh) {
   mode->process(people({1, 2}).mlData());
   PrConfig config = PrConfig::get();
@@ -92,57 +74,6 @@ TEST_F(MultiStreamMode, TakesNewWaitsWithTheNextRefresh) {
   ASSERT_EQ(textOf(next), "0 HEAD, -, 2 ROOM");
   EXPECT_EQ(next[0]->layoutTimer.duration, 7000U);
   EXPECT_EQ(next[2]->layoutTimer.duration, 5000U - 35 * 80) << "somebody has left";
-}
-
-TEST_F(MultiStreamMode, DumpsTheLatestFrameNumber) {
-  mode->process(people({1, 2}).frameNumber(41).mlData());
-  mode->process(people({1, 2}).frameNumber(42).mlData());
-  EXPECT_NE(mode->getDebugDataInJson().find(R"("frameNumber":42)"), std::string::npos);
-}
-
-TEST_F(MultiStreamMode, TakesTheNumberOfStreamsWithTheNextResult) {
-  mode->process(people({1, 2}).mlData());
-  struct Row {
-    unsigned streams;
-    const char* sent;
-  };
-  const Row rows[] = {{1, "0 GROUP, 1 HEAD"},
-                      {4, "0 GROUP, 1 HEAD, 2 HEAD, 3 ROOM, 4 ROOM"},
-                      {0, "0 GROUP"},
-                      {2, "0 GROUP, 1 HEAD, 2 HEAD"}};
-  for (const Row& row : rows) {
-    mode->setMaxStreams(row.streams);
-    EXPECT_TRUE(mode->process(people({1, 2}).mlData())) << row.streams;
-    EXPECT_EQ(sent(), row.sent);
-  }
-}
-
-TEST_F(MultiStreamMode, GivesASecondaryLayoutToTheStreamItNames) {
-  mode->process(people({1, 2}).mlData());
-  const auto given = [](int stream) {
-    auto layout = std::make_shared<Layout>();
-    layout->layoutType = FramingType::PROXIMITY;
-    layout->streamId = stream;
-    return layout;
-  };
-  struct Row {
-    int stream;
-    const char* sent;
-  };
-  const Row rows[] = {{2, "0 GROUP, 1 HEAD, 2 PROXIMITY"},
-                      {0, "0 PROXIMITY, 1 HEAD, 2 PROXIMITY"},
-                      {9, "0 PROXIMITY, 1 HEAD, 2 PROXIMITY"}};
-  for (const Row& row : rows) {
-    const auto layout = given(row.stream);
-    mode->setSecondaryLayout({layout});
-    EXPECT_TRUE(mode->isLayoutPending());
-    EXPECT_TRUE(mode->process(people({1, 2}).mlData())) << row.stream;
-    EXPECT_EQ(sent(), row.sent);
-    EXPECT_EQ(mode->getFramingLayout()->getFinalLayoutPtrs().at(row.stream == 2 ? 2 : 0), layout);
-    EXPECT_FALSE(mode->isLayoutPending());
-  }
-  mode->setSecondaryLayout({nullptr});
-  EXPECT_FALSE(mode->isLayoutPending());
 }
 
 TEST_F(MultiStreamMode, ResetsAndCutsEveryStream) {

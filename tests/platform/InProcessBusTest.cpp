@@ -23,53 +23,6 @@ class NotingListener final : public IPubSubListener {
   std::function<void()> onReceived;
 };
 
-struct DeliveryRow {
-  const char* rule;
-  std::vector<std::string> subscriptions;
-  std::vector<std::string> published;
-  Lines received;
-};
-
-TEST(InProcessBus, Delivers) {
-  const DeliveryRow rows[] = {
-      {"the topic itself", {"/ctl"}, {"/ctl"}, {"/ctl 0"}},
-      {"topics beneath", {"/debug/log"}, {"/debug/log/fyncamid", "/debug"}, {"/debug/log/fyncamid 0"}},
-      {"nothing that is not subscribed", {"/camera"}, {"/cameras", "/ICDOut"}, {}},
-      {"a message once, however many subscriptions match",
-       {"/ctl", "/ctl/recordStart"},
-       {"/ctl/recordStart"},
-       {"/ctl/recordStart 0"}},
-      {"a message once to who subscribes again", {"/ctl", "/ctl"}, {"/ctl"}, {"/ctl 0"}},
-      {"in the order of publishing", {"/b", "/a"}, {"/a", "/b", "/a"}, {"/a 0", "/b 1", "/a 2"}},
-  };
-  for (const DeliveryRow& row : rows) {
-    InProcessBus bus;
-    const auto subscriber = bus.connect();
-    const auto publisher = bus.connect();
-    NotingListener listener;
-    for (const std::string& topic : row.subscriptions) {
-      subscriber->subscribe(topic, listener);
-    }
-    for (std::size_t i = 0; i < row.published.size(); ++i) {
-      publisher->publish(row.published[i], std::to_string(i));
-    }
-    EXPECT_EQ(listener.received, row.received) << row.rule;
-  }
-}
-
-TEST(InProcessBus, AClientNeverReceivesItsOwnMessages) {
-  InProcessBus bus;
-  const auto one = bus.connect();
-  const auto other = bus.connect();
-  NotingListener atOne;
-  NotingListener atOther;
-  one->subscribe("/ctl/tracking-mode", atOne);
-  other->subscribe("/ctl/tracking-mode", atOther);
-  one->publish("/ctl/tracking-mode", "PeopleFraming");
-  EXPECT_EQ(atOne.received, Lines{});
-  EXPECT_EQ(atOther.received, Lines{"/ctl/tracking-mode PeopleFraming"});
-}
-
 TEST(InProcessBus, EachListenerOfAClientIsReached) {
   InProcessBus bus;
   const auto subscriber = bus.connect();

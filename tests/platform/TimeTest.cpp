@@ -79,12 +79,6 @@ class FrameTracker : public ::testing::Test {
   FynFrameTracker mTracker;
 };
 
-TEST_F(FrameTracker, StaysSilentWhileNoneIsMissing) {
-  EXPECT_EQ(track(0, 100), Lines{});
-  EXPECT_EQ(track(20000, 101), Lines{});
-  EXPECT_EQ(track(40000, 102), Lines{});
-}
-
 TEST_F(FrameTracker, ReportsTheSumOncePerPeriod) {
   EXPECT_EQ(track(0, 1), Lines{});
   EXPECT_EQ(track(4000, 4), Lines{});  // 2 and 3 are missing
