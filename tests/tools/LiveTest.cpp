@@ -149,24 +149,5 @@ TEST(Watch, MessagesThatCannotBeReadAreCountedAndChangeNothing) {
   EXPECT_NE(screen.find("8 messages could not be read\n"), std::string::npos) << screen;
 }
 
-TEST(Live, WrongUsageIsOneLine) {
-  const std::vector<std::pair<std::vector<std::string>, const char*>> cases{
-      {{"ctl", "reset-layouts", "--bus", "embedded"}, "name the bus of the service with --bus"},
-      {{"ctl", "reset-layouts", "--bus", "http://x"}, "http://x"},
-      {{"ctl", "mode", "sideways", "--bus", "mqtt://127.0.0.1:1"},
-       "unknown mode sideways; the modes are off, group"},
-      {{"ctl", "mode", "--bus", "mqtt://127.0.0.1:1"}, "name is required"},
-      {{"play", "/nonexistent.jsonl", "--bus", "mqtt://127.0.0.1:1"}, "/nonexistent.jsonl: cannot be opened"},
-      {{"play", "-", "--loop", "--bus", "mqtt://127.0.0.1:1"}, "standard input cannot be played in a loop"},
-      {{"record", "--bus", "mqtt://127.0.0.1:1"}, "--output is required"},
-      {{"record", "-o", "/nonexistent/x", "--bus", "mqtt://127.0.0.1:1"}, "cannot be opened for writing"},
-      {{"record", "-o", "x", "--topic", "ICDOut", "--bus", "mqtt://127.0.0.1:1"}, "a topic begins with '/'"},
-      {{"watch", "--bus", "embedded"}, "name the bus of the service with --bus"},
-  };
-  for (const auto& [arguments, error] : cases) {
-    expectRefused(arguments, error);
-  }
-}
-
 }  // namespace
 }  // namespace fyn::productionrules::testing

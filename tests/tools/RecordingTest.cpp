@@ -125,14 +125,6 @@ TEST(Recording, TimeMayStandStillButNotGoBack) {
   EXPECT_EQ(faultOf("{\"t\":7}\n{\"t\":6}\n"), "in:2: \"t\" goes back from 7 to 6");
 }
 
-TEST(Recording, EventsBeforeAMalformedLineAreDelivered) {
-  std::istringstream in("{\"t\":1}\nnonsense\n");
-  RecordingReader reader(in, "in");
-  RecordingEvent event;
-  EXPECT_TRUE(reader.next(event));
-  EXPECT_THROW(reader.next(event), UsageError);
-}
-
 TEST(Recording, DepthAndSizeOfAPayloadDoNotMatter) {
   constexpr std::size_t kDepth = 500000;
   const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');

@@ -190,34 +190,5 @@ TEST(Simulate, TheSameSeedGivesTheSameBytes) {
   EXPECT_NE(first.out, withSeed("8").out);
 }
 
-TEST(Simulate, RandomNumbersCoverTheirRange) {
-  Random random(0, 0);
-  std::map<std::int64_t, int> counts;
-  for (int i = 0; i < 50000; ++i) {
-    ++counts[random.between(-2, 2)];
-  }
-  EXPECT_EQ(counts.size(), 5U);
-  for (const auto& [value, count] : counts) {
-    EXPECT_NEAR(count, 10000, 500) << value;
-  }
-}
-
-TEST(Simulate, WrongOptionsAreOneLine) {
-  const std::vector<std::vector<std::string>> cases{
-      {},
-      {"--seed", "x"},
-      {"--seed", "-1"},
-      {"--seed", "1", "--people", "65"},
-      {"--seed", "1", "--minutes", "0"},
-      {"--seed", "1", "--cameras", "0"},
-      {"--seed", "1", "--noise", "loud"},
-      {"--seed", "1", "meeting.jsonl"},
-  };
-  for (std::vector<std::string> arguments : cases) {
-    arguments.insert(arguments.begin(), "simulate");
-    expectRefused(arguments);
-  }
-}
-
 }  // namespace
 }  // namespace fyn::productionrules::testing
