@@ -59,12 +59,6 @@ TEST_F(LiveTools, APlayedMeetingIsRecordedWhole) {
   EXPECT_EQ(withoutTimes(endRecording(SIGINT)), withoutTimes(linesOf(meeting)));
 }
 
-TEST_F(LiveTools, AClosedTerminalEndsARecordingWhole) {
-  const std::string message = "{\"t\":0,\"topic\":\"/PRBOutSecondary/1\",\"payload\":{\"streams\":[]}}\n";
-  runTool({kPrb, "play", mFolder.write("one.jsonl", message), "--bus", mBroker.url("room")});
-  EXPECT_EQ(endRecording(SIGHUP).size(), 1U);
-}
-
 TEST_F(LiveTools, ControlCommandsAreMessages) {
   const std::string store = mFolder.file("properties.db");
   for (const char* const command : {"reset-layouts", "dump-debug", "record-start", "record-stop"}) {

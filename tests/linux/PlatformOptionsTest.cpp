@@ -136,23 +136,5 @@ TEST(ThreadDelayedTasks, RunATaskAfterItsDelayEvenWhenTheirMakerHasGone) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
 }
 
-TEST(ThreadDelayedTasks, SayWhenNoThreadCanBeStarted) {
-  pthread_attr_t former{};
-  pthread_attr_t tooLarge{};
-  ASSERT_EQ(pthread_getattr_default_np(&former), 0);
-  ASSERT_EQ(pthread_getattr_default_np(&tooLarge), 0);
-  // A stack that fits into no address space.
-  ASSERT_EQ(pthread_attr_setstacksize(&tooLarge, std::size_t{1} << 50), 0);
-  ASSERT_EQ(pthread_setattr_default_np(&tooLarge), 0);
-  std::string fault;
-  try {
-    ThreadDelayedTasks().runAfter(std::chrono::milliseconds(0), [] {});
-  } catch (const std::system_error& caught) {
-    fault = caught.what();
-  }
-  pthread_setattr_default_np(&former);
-  EXPECT_EQ(fault.rfind("thread constructor failed", 0), 0U) << fault;
-}
-
 }  // namespace
 }  // namespace fyn::productionrules::testing

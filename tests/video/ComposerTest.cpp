@@ -24,12 +24,6 @@ class Changing {
   std::vector<cv::Mat> pictures;
 };
 
-TEST(Composer, BeginsWithTheWholePictureOfTheFirstCamera) {
-  Changing changing(2);
-  const cv::Mat& output = changing.composer.compose(changing.pictures, 0);
-  EXPECT_EQ(cv::norm(output, changing.pictures[0], cv::NORM_INF), 0.0);
-}
-
 // Whatever the size of the camera's picture, and whatever size its rectangles refer to.
 TEST(Composer, ATileShowsThePartThatItNames) {
   struct Case {
@@ -78,15 +72,6 @@ TEST(Composer, TilesLieEdgeToEdgeAndTheRestIsBlack) {
   }
   changing.composer.show(sceneOf({}), 0);
   EXPECT_EQ(cv::countNonZero(changing.composer.compose(changing.pictures, 0).reshape(1)), 0);
-}
-
-TEST(Composer, LaterTilesLieOverEarlierOnes) {
-  Changing changing;
-  changing.composer.show(sceneOf({{field(0, 0), kWhole}, {field(5, 2), {1000, 500, 200, 100}}}), 0);
-  const cv::Mat& output = changing.composer.compose(changing.pictures, 0);
-  EXPECT_EQ(at(output, 1000, 500), chartColour(5, 2));
-  EXPECT_EQ(at(output, 999, 500), chartColour(0, 0));
-  EXPECT_EQ(at(output, 1200, 599), chartColour(0, 0));
 }
 
 TEST(Composer, ATileOfACameraWithoutAPictureIsBlack) {
@@ -194,22 +179,6 @@ TEST(Composer, ADissolveThatIsInterruptedGoesOnFromTheMixedPicture) {
     changing.composer.show(sceneOf({{field(2, 0), kWhole}}, "dissolve", 100), 2000);
     EXPECT_EQ(changing.middleAt(2000), chartColour(6, 0)) << animation;
   }
-}
-
-TEST(Composer, ACutEndsATransition) {
-  Changing changing;
-  changing.composer.show(sceneOf({{field(4, 0), kWhole}}, "dissolve", 100), 1000);
-  changing.middleAt(1050);
-  changing.composer.show(sceneOf({{field(6, 0), kWhole}}), 1060);
-  EXPECT_EQ(changing.middleAt(1060), chartColour(6, 0));
-}
-
-TEST(Composer, WhileItDissolvesBothPicturesLive) {
-  Changing changing;
-  changing.composer.show(sceneOf({{field(0, 0), kWhole}}), 0);
-  changing.composer.show(sceneOf({{field(4, 0), kWhole}}, "dissolve", 100), 1000);
-  changing.pictures[0] = chart(kOutput, 1);
-  EXPECT_EQ(changing.middleAt(1050)[2], 140);
 }
 
 TEST(Composer, AfterASceneThatCannotBeShownTheLastGoodPictureStays) {

@@ -136,12 +136,6 @@ TEST(NetDetector, SaysWhatIsWrongWithADescription) {
             std::string::npos);
 }
 
-TEST(CascadeDetector, SaysWhenItsFilesAreNotThere) {
-  const ScratchFolder folder;
-  EXPECT_NE(faultOf([&] { CascadeDetector(folder.file("absent")); }).find("cannot be read as a cascade"),
-            std::string::npos);
-}
-
 // Real detectors on a picture that is none of their business: nobody, and no fault.
 TEST(Detectors, FindNobodyInAnEmptyRoom) {
   const cv::Mat grey(720, 1280, CV_8UC3, cv::Scalar::all(128));

@@ -30,30 +30,6 @@ std::string contentOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-json rectangle(const cv::Rect& rect) {
-  return {{"xoffset", rect.x}, {"yoffset", rect.y}, {"width", rect.width}, {"height", rect.height}};
-}
-
-json tile(int camera, const cv::Rect& source, const cv::Rect& dest) {
-  return {{"fynCamId", camera},
-          {"srcRef", {{"width", kWidth}, {"height", kHeight}}},
-          {"source", rectangle(source)},
-          {"dest", rectangle(dest)}};
-}
-
-json stream(int id, int sceneNumber, const std::vector<json>& tiles, const std::string& animation = "cut",
-            int duration = 0) {
-  return {{"streamid", id},         {"sceneNumber", sceneNumber},
-          {"animation", animation}, {"duration", duration},
-          {"timestamp", 0},         {"destRef", {{"width", kWidth}, {"height", kHeight}}},
-          {"scene", tiles}};
-}
-
-/** A line of a replay's effects. */
-std::string effect(int t, const std::vector<json>& streams) {
-  return json{{"t", t}, {"topic", "/PRBOut"}, {"payload", {{"streams", streams}}}}.dump() + "\n";
-}
-
 /** A script with two people, who go from the left to the right with frame 15. */
 std::string walkingScript() {
   const auto line = [](int frame, int x) {
@@ -140,58 +116,6 @@ TEST(CameraProgram, ShowsAReplayTheSameEveryTime) {
     EXPECT_EQ(seen.frame, index + 1);
     EXPECT_TRUE(shows(seen, wanted)) << "frame " << index + 1 << ": " << seen.region << ", not " << wanted;
   }
-}
-
-TEST(CameraProgram, WritesAFilmForEachStreamOfSeveralCameras) {
-  const ScratchFolder folder;
-  const cv::Size size(kWidth, kHeight);
-  for (int camera = 0; camera < 2; ++camera) {
-    FfmpegSink sink(folder.file(std::to_string(camera) + ".mkv"), {size, 10});
-    for (int frame = 0; frame < 8; ++frame) {
-      sink.write(chart(size, camera));
-    }
-    sink.finish();
-  }
-  const std::string calibration = folder.write(
-      "cameras.json", R"({"cameras":[{"input":"0.mkv","from":0,"to":1},{"input":"1.mkv","from":1,"to":2}]})");
-  const cv::Rect leftHalf(0, 0, kWidth / 2, kHeight);
-  const cv::Rect rightHalf(kWidth / 2, 0, kWidth / 2, kHeight);
-  const std::string effects = folder.write(
-      "effects.jsonl",
-      effect(200, {stream(0, 1, {tile(0, field(1, 1), leftHalf), tile(1, field(2, 2), rightHalf)})}) +
-          effect(400, {stream(0, 2, {tile(0, field(5, 1), leftHalf), tile(1, field(6, 2), rightHalf)},
-                              "dissolve", 200),
-                       stream(1, 2, {tile(1, field(7, 3), kWhole)})}) +
-          effect(700, {stream(0, 3, {tile(4, field(1, 1), kWhole)})}));
-  Process camera(
-      {program("prb-camera"), "--cameras", calibration, "--scenes", effects, "-o", folder.file("out.mkv")});
-  ASSERT_EQ(camera.wait(), 0) << camera.errorText();
-  EXPECT_NE(camera.errorText().find("stream 0, scene 3: camera 4 is not known"), std::string::npos)
-      << camera.errorText();
-
-  const std::vector<cv::Mat> first = picturesOf(folder.file("out.mkv"));
-  ASSERT_EQ(first.size(), 8U);
-  EXPECT_EQ(cv::norm(first[1], chart(size), cv::NORM_INF), 0.0);
-  const auto expectHalves = [&](std::size_t frame, const Colour& left, const Colour& right) {
-    EXPECT_LE(difference(at(first[frame], 320, 360), left), 1) << frame;
-    EXPECT_LE(difference(at(first[frame], 960, 360), right), 1) << frame;
-  };
-  const auto between = [](const Colour& a, const Colour& b) {
-    return Colour(cv::Vec3b((cv::Vec3d(a) + cv::Vec3d(b)) / 2));
-  };
-  for (const std::size_t frame : {2U, 3U, 4U}) {
-    expectHalves(frame, chartColour(1, 1, 0), chartColour(2, 2, 1));
-  }
-  expectHalves(5, between(chartColour(1, 1, 0), chartColour(5, 1, 0)),
-               between(chartColour(2, 2, 1), chartColour(6, 2, 1)));
-  // The bad scene changes nothing.
-  for (const std::size_t frame : {6U, 7U}) {
-    expectHalves(frame, chartColour(5, 1, 0), chartColour(6, 2, 1));
-  }
-  // The second stream begins with its first scene.
-  const std::vector<cv::Mat> second = picturesOf(folder.file("out-1.mkv"));
-  ASSERT_EQ(second.size(), 4U);
-  EXPECT_LE(difference(at(second[0], 640, 360), chartColour(7, 3, 1)), 1);
 }
 
 TEST(CameraProgram, AloneShowsItsInputUntilItsEnd) {
