@@ -23,12 +23,6 @@ test.each([
   expect(player.playing).toBe(expected < RANGE.end);
 });
 
-test('what does not play stands still', () => {
-  const player = recording(2000);
-  player.advance(100, RANGE, 9000);
-  expect(player.t).toBe(2000);
-});
-
 test('it stops at a whole millisecond, so that a link can name it', () => {
   const player = recording(2000);
   player.toggle(RANGE);
@@ -83,10 +77,5 @@ describe('live', () => {
     player.jump(1000, RANGE);
     player.advance(16, { start: 3000, end: 6000 }, 6000);
     expect(player.t).toBe(3000);
-  });
-  test('a recording is never followed', () => {
-    const player = recording();
-    player.follow();
-    expect(player.following).toBe(false);
   });
 });

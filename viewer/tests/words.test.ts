@@ -71,10 +71,6 @@ describe('why', () => {
     const reasons = reasonsAt(momentsIn(lines), t);
     expect([reasons.picture?.title ?? null, reasons.wait?.title ?? null]).toEqual([picture, wait]);
   });
-  test('a decision says more than the document that follows from it', () => {
-    const moments = momentsIn(meeting({ seconds: 8 }));
-    expect(reasonsAt(moments, 6500).picture?.reason).toContain('gfToOtherLayoutChangeTimer');
-  });
 });
 
 test('a people count that is told again is no moment', () => {

@@ -5,7 +5,7 @@ import { afterAll, afterEach, beforeAll, describe, expect, test } from 'vitest';
 import { launch } from '../chromium';
 import { meeting } from '../meeting';
 import { serve, type Served } from '../server';
-import { goTo, open, shows, timeOf, WAIT } from './look';
+import { goTo, open, shows, WAIT } from './look';
 
 let browser: Browser;
 let page: Page;
@@ -88,15 +88,6 @@ describe('by keyboard alone', () => {
     await shows(page, t);
   });
 
-  test('keys that are typed into a choice, or with control, do not move the moment', async () => {
-    const page = await pageWith(meeting({ seconds: 13 }));
-    await goTo(page, 9000);
-    await page.getByLabel('Speed', { exact: true }).focus();
-    await page.keyboard.press('End');
-    await page.keyboard.press('Control+ArrowRight');
-    expect(await timeOf(page)).toBe(9000);
-  });
-
   test('the pictures and the moment are said in words', async () => {
     const page = await pageWith(meeting({ seconds: 13, people: 4 }));
     await goTo(page, 6500);
@@ -143,19 +134,6 @@ test('the theme is chosen and remembered', async () => {
   await page.reload();
   await page.locator('body[data-read]').waitFor();
   expect(await theme()).toBe('dark');
-});
-
-test('lines that cannot be shown are listed with their reasons, and the rest is shown', async () => {
-  const lines = meeting({ seconds: 3 });
-  lines.splice(40, 0, '{"t":', '[]', '{"t":700,"topic":"/PRBOut","payload":{"streams":7}}', '{"t":700,"decision":{"kind":4}}');
-  const page = await pageWith(lines);
-  expect(await page.locator('#problems summary').innerText()).toBe('4 lines not shown');
-  await page.locator('#problems summary').click();
-  expect(await page.locator('#problems li').allInnerTexts()).toEqual([
-    'line 41: is not JSON', 'line 42: is not a JSON object', 'line 43: /PRBOut: streams is not a list', 'line 44: kind is not a text',
-  ]);
-  await goTo(page, 2900);
-  expect(await page.locator('.stream').count()).toBe(1);
 });
 
 test('nothing of a message becomes part of the document but its text', async () => {

@@ -187,14 +187,6 @@ describe('stepping', () => {
     await page.keyboard.press('Shift+ArrowLeft');
     await expect.poll(() => timeOf(page), WAIT).toBeLessThan(last);
   });
-
-  test('ends at the ends', async () => {
-    await page.keyboard.press('End');
-    await expect.poll(() => timeOf(page), WAIT).toBeGreaterThan(59_000);
-    const end = await timeOf(page);
-    await page.keyboard.press('ArrowRight');
-    await shows(page, end);
-  });
 });
 
 describe('playing', () => {
@@ -226,16 +218,6 @@ describe('the time line', () => {
     const end = inputs[inputs.length - 1]!.t;
     await page.mouse.click(box.x + (box.width * t) / end + 2, box.y + 16 + 11);
     await shows(page, t);
-  });
-  test('draws the kind of layout that is on air', async () => {
-    const canvas = page.locator('.window canvas');
-    const { width, height } = (await canvas.boundingBox())!;
-    const end = inputs[inputs.length - 1]!.t;
-    const { t } = decisions('adopted').find((d) => d.to === 'HEAD')!;
-    const at = (ms: number): [number, number] => [(width * ms) / end, 16 + 3];
-    const [head, room] = await coloursAt(canvas, { width, height }, [at(t + 400), at(1000)]);
-    expect(far(head!, colourOf('#8ecbf0'))).toBeLessThan(30);
-    expect(far(room!, colourOf('#b8c2d0'))).toBeLessThan(30);
   });
 });
 

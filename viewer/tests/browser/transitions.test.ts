@@ -74,12 +74,3 @@ test.each([
     expect(difference(middle, mixed)).toBeLessThan(whole / 5);
   }
 });
-
-test('a transition is played on when time goes on, and ends', async () => {
-  const { t } = transition('effects.jsonl', 'ease', () => true);
-  await goTo(page, t + 10);
-  await page.getByLabel('Speed', { exact: true }).selectOption('0.1×');
-  await page.getByRole('button', { name: 'Play (space)' }).click();
-  await expect.poll(async () => Number(await played()), { timeout: 20_000 }).toBeGreaterThan(0.3);
-  await expect.poll(played, { timeout: 20_000 }).toBe('1.00');
-});
