@@ -3,7 +3,6 @@
 
 #include "layouts/group/GroupFramingLayout.h"
 #include "layouts/group/GroupFramingTimerSetting.h"
-#include "layouts/group/SecondaryGroupLayout.h"
 #include "platform/SystemEnvironment.h"
 #include "tests/layouts/OpenEngine.h"
 
@@ -101,47 +100,6 @@ TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
   }
 }
 
-TEST_F(BaseDecision, AdoptedLayoutHasCutDurationStreamAndFrame) {
-  env.config.cutAnimationDuration = 33;
-  PrConfig::set(env.config);
-  ASSERT_TRUE(feed(engine, people(2).frameNumber(41)));
-  const Layout& layout = *engine.getLayoutPtr();
-  EXPECT_EQ(layout.animation, "cut");
-  EXPECT_EQ(layout.duration, 33);
-  EXPECT_EQ(layout.frameNumber, 41);
-  EXPECT_EQ(layout.faceCount, 2);
-  EXPECT_EQ(layout.streamId, 0);
-  EXPECT_TRUE(layout.isLogicalStream);
-  EXPECT_FALSE(layout.layoutTimer.isStarted());
-  ASSERT_EQ(engine.getSceneRects().size(), 1U);
-  // Boundary (425,202)-(775,398), then 20 % at the sides, 10 % above and 30 % below.
-  EXPECT_EQ(engine.getSceneRects().front(), (Rect{355, 183, 859, 462}));
-  EXPECT_EQ(layout.frames.front().detectionBoundary, (Rect{425, 202, 775, 398}));
-}
-
-TEST_F(BaseDecision, WithoutAWaitingLayoutNothingIsAdopted) {
-  engine.mState.current = layoutOf(FramingType::ROOM);
-  env.environment.log.take();
-  engine.applyNewLayout();
-  EXPECT_EQ(typeOf(engine.mState.current), "ROOM");
-  EXPECT_EQ(env.environment.log.take(), (Lines{"E|BaseLayout|applyNewLayout() mNextLayout is nullptr"}));
-}
-
-/** Refuses every switch. */
-struct StubbornEngine : OpenEngine<GroupFramingLayout> {
-  bool checkIfLayoutSwitchNeeded(const std::shared_ptr<Layout>& /*candidate*/) override { return false; }
-};
-
-TEST_F(BaseDecision, RefusedSwitchDropsTheWaitingLayout) {
-  StubbornEngine stubborn;
-  stubborn.mState.pending = layoutOf(FramingType::GROUP);
-  env.environment.log.take();
-  EXPECT_FALSE(feed(stubborn, people(1)));
-  EXPECT_EQ(stubborn.mState.pending, nullptr);
-  EXPECT_EQ(env.environment.log.take().back(),
-            "D|GroupFramingLayout|verifyIfLayoutChangeNeeded Layout switch is not needed");
-}
-
 struct ViewCase {
   FramingType type;
   const char* log;
@@ -210,71 +168,6 @@ TEST_F(BaseDecision, OnlyDueFramesAreFramedAnew) {
   engine.mState.current = nullptr;
   engine.updateLayoutViews(false);
   EXPECT_EQ(env.environment.log.take(), Lines{});
-}
-
-struct SecondaryCase {
-  bool beta;
-  std::shared_ptr<Layout> layout;
-  bool accepted;
-};
-
-TEST_F(BaseDecision, LayoutsOfAPrimaryDevice) {
-  const auto shows =
-      layoutOf(FramingType::ROOM, {frameOf(FramingType::ROOM, {}), frameOf(FramingType::ROOM, {0, 0, 9, 9})});
-  const auto zeros = [] { return layoutOf(FramingType::ROOM, {frameOf(FramingType::ROOM, {})}); };
-  const std::vector<SecondaryCase> cases{{false, nullptr, false},
-                                         {true, nullptr, false},
-                                         {false, zeros(), true},
-                                         {true, zeros(), false},
-                                         {true, shows, true},
-                                         {true, layoutOf(FramingType::GROUP), false},
-                                         {false, layoutOf(FramingType::GROUP), true}};
-  for (std::size_t i = 0; i < cases.size(); ++i) {
-    env.config.fpBeta1Enabled = cases[i].beta;
-    PrConfig::set(env.config);
-    OpenEngine<SecondaryGroupLayout> secondary;
-    secondary.mState.pending = layoutOf(FramingType::HEAD);
-    if (cases[i].layout != nullptr) {
-      cases[i].layout->layoutTimer = getTimer(1, 1);
-    }
-    env.environment.log.take();
-    EXPECT_EQ(secondary.applySecondaryLayout(cases[i].layout), cases[i].accepted) << i;
-    EXPECT_EQ(secondary.mState.current, cases[i].accepted ? cases[i].layout : nullptr) << i;
-    EXPECT_EQ(typeOf(secondary.mState.pending), "HEAD") << "the waiting layout stays";
-    const Lines lines = env.environment.log.take();
-    if (cases[i].accepted) {
-      EXPECT_FALSE(cases[i].layout->layoutTimer.isStarted());
-      EXPECT_EQ(
-          lines.back().rfind("I|BaseLayout|printLayoutToLog, New-Secondary-People-Layout:   LayoutType: ", 0),
-          0U);
-    } else {
-      EXPECT_EQ(lines.back(), "E|BaseLayout|applySecondaryLayout layout is nullptr or the LAYOUT WAS Zeros ");
-    }
-  }
-}
-
-TEST_F(BaseDecision, SecondaryEngineDecidesNothing) {
-  OpenEngine<SecondaryGroupLayout> secondary;
-  EXPECT_FALSE(feed(secondary, people(2)));
-  EXPECT_EQ(secondary.getLayoutPtr(), nullptr);
-  Frame frame = frameOf(FramingType::ROOM, {});
-  frame.srcRef = {11, 12};
-  frame.fynCamId = 3;
-  EXPECT_EQ(secondary.getImageSize(frame), (Dimension{11, 12}));
-  FynCamerasConfig::getMutable().setCameraLensModelDimension(3, {21, 22});
-  EXPECT_EQ(engine.getImageSize(frame), (Dimension{21, 22}));
-  frame.fynCamId = FynHead::kNoCamera;
-  EXPECT_EQ(engine.getImageSize(frame), (Dimension{1280, 720}));
-
-  // Frames of a secondary layout are framed anew only while the switch is on.
-  for (const bool enabled : {false, true}) {
-    env.config.pfReframeOnSecondaryEnabled = enabled;
-    PrConfig::set(env.config);
-    Frame group = frameOf(FramingType::GROUP, {0, 0, 100, 100}, {1, 2});
-    secondary.mState.current = layoutOf(FramingType::GROUP, {group});
-    EXPECT_FALSE(secondary.updateLayoutFraming());
-    EXPECT_EQ(secondary.updateLayoutFraming(), enabled) << "the wait of a fresh setting is 0";
-  }
 }
 
 TEST_F(BaseDecision, PeopleCountIsPublishedOnChangeAndEvery5000Ms) {

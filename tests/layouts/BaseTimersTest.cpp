@@ -133,20 +133,6 @@ TEST_F(BaseTimers, EnginesDifferInTheseRows) {
   }
 }
 
-TEST_F(BaseTimers, TransitionsLastAsConfigured) {
-  env.config.cutAnimationDuration = 1;
-  env.config.dissolveAnimationDuration = 2;
-  env.config.easeAnimationDuration = 3;
-  PrConfig::set(env.config);
-  BaseLayout engine;
-  const std::vector<std::pair<const char*, unsigned>> rows{
-      {"cut", 1}, {"dissolve", 2}, {"ease", 3}, {"", 0}, {"Cut", 0}};
-  for (const auto& [name, duration] : rows) {
-    EXPECT_EQ(engine.getLayoutChangeDuration(name), duration) << name;
-  }
-  EXPECT_EQ(engine.getReframeAnimationDuration(HeadPosition::HEAD_OUTSIDE), 1U);
-}
-
 struct PositionCase {
   const char* title;
   Scene scene;
@@ -214,52 +200,6 @@ TEST_F(BaseTimers, WhereAGroupStands) {
   EXPECT_EQ(engine.getCurrentHeadPosition(frameOf(FramingType::GROUP, kGroup)), P::CENTER);
   EXPECT_EQ(env.environment.log.take(),
             (Lines{"W|BaseLayout|getGroupHeadPosition heads are empty, returning head position CENTER"}));
-}
-
-struct ReframeStep {
-  std::uint64_t ms;
-  int x;
-  bool reframe;
-  HeadPosition position;
-  std::int64_t waitEnds;  // ms; -1 when none runs
-};
-
-TEST_F(BaseTimers, ReframeWaitRestartsWithTheClassAndEndsInTheCentre) {
-  using P = HeadPosition;
-  OpenEngine<GroupFramingLayout> engine;
-  engine.setTimerSetting(distinctWaits());
-  Frame frame = frameOf(FramingType::HEAD, kThirds, {1});
-  frame.frameLayout = kFrameLayoutHeadSingle;
-  frame.dest = {0, 0, 1280, 720};
-  engine.mState.current = layoutOf(FramingType::HEAD, {frame});
-  const std::vector<ReframeStep> steps{
-      {0, 640, false, P::CENTER, -1},
-      {10, 430, false, P::HEAD_ON_EDGE, 110},
-      {60, 540, false, P::HEAD_OFF_CENTER, 161},  // another class: its own wait, from now
-      {161 - 1, 540, false, P::HEAD_OFF_CENTER, 161},
-      {160, 640, false, P::CENTER, -1},  // back in time
-      {170, 300, false, P::HEAD_OUTSIDE, 272},
-      {271, 310, false, P::HEAD_OUTSIDE, 272},  // moving within a class changes nothing
-      {272, 310, true, P::CENTER, -1},          // over: framed anew
-      {280, 310, false, P::CENTER, -1}};
-  for (const ReframeStep& step : steps) {
-    env.at(step.ms);
-    const auto result =
-        scene().person(1).at(step.x, 300).frameNumber(static_cast<std::int64_t>(step.ms)).mlData();
-    engine.updatePeopleMap(result);
-    engine.applyingLayout(result);
-    EXPECT_EQ(engine.updateLayoutFraming(), step.reframe) << step.ms;
-    const Frame& seen = engine.mState.current->frames.front();
-    EXPECT_EQ(seen.headPosition, step.position) << step.ms;
-    EXPECT_EQ(seen.headPositionTimer.isStarted(), step.waitEnds >= 0) << step.ms;
-    EXPECT_EQ(engine.isThereATimerRunning(), step.waitEnds >= 0) << step.ms;
-    if (step.waitEnds >= 0) {
-      EXPECT_EQ(seen.headPositionTimer.startTicks + seen.headPositionTimer.duration, 1000000U + step.waitEnds)
-          << step.ms;
-    }
-  }
-  EXPECT_EQ(engine.mState.current->reframeFrameNumber, 170) << "the vision frame that started the last wait";
-  EXPECT_EQ(engine.mState.current->frames.front().source, (Rect{78, 207, 542, 468}));
 }
 
 TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {

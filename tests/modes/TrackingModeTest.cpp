@@ -175,21 +175,6 @@ TEST_F(TrackingMode, OnlyTheFirstAcceptedSecondaryLayoutCounts) {
   EXPECT_EQ(engine->secondary[1], nullptr);
 }
 
-TEST_F(TrackingMode, MultiStreamSendsAllItsLayouts) {
-  MultiStreamTrackingMode mode(notifier, engine);
-  engine->finals = {layoutOf(FramingType::HEAD), nullptr, layoutOf(FramingType::GROUP)};
-  environment.log.take();
-  mode.sendLayout(true);
-  EXPECT_EQ(notifier.take(), Lines{"layouts 2 MultiStream debug"});
-  EXPECT_EQ(environment.log.take(), Lines{"I|MultiStreamTrackingMode|sendLayout: sendLayouts, size 2 "});
-  mode.setLayoutAnimationToCut();
-  EXPECT_EQ(engine->finals[0]->animation, "cut");
-  EXPECT_EQ(engine->finals[2]->animation, "cut");
-  EXPECT_EQ(engine->mState.current->animation, "");
-  mode.setMaxStreams(4);
-  EXPECT_EQ(engine->maxLayouts, 4U);
-}
-
 /** A mode whose engine a test may take away. */
 struct Engineless final : BaseTrackingMode {
   using BaseTrackingMode::BaseTrackingMode;
@@ -215,15 +200,6 @@ TEST_F(TrackingMode, WithoutAnEngineNothingHappens) {
   EXPECT_FALSE(mode.isLayoutPending());
   EXPECT_EQ(notifier.take(), Lines{});
   EXPECT_EQ(mode.getName(), "BaseTrackingMode");
-}
-
-TEST_F(TrackingMode, FirstLayoutOfAModeIsMadeACut) {
-  GroupTrackingMode mode(notifier, engine);
-  engine->mState.current->animation = "dissolve";
-  engine->mState.current->duration = 90;
-  mode.setLayoutAnimationToCut();
-  EXPECT_EQ(engine->mState.current->animation, "cut");
-  EXPECT_EQ(engine->mState.current->duration, 0);
 }
 
 TEST_F(TrackingMode, EngineOfEveryRole) {

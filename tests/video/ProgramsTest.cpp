@@ -11,7 +11,6 @@
 #include "tests/linux/Servers.h"
 #include "tests/video/MeasuringVideo.h"
 #include "tests/video/Pictures.h"
-#include "tools/video/camera/FfmpegSink.h"
 
 namespace fyn::productionrules::video::testing {
 namespace {
