@@ -1,7 +1,7 @@
 // How a tracking mode drives its engine and what it publishes.
 #include <gtest/gtest.h>
 
-#include "config/ConfigKeys.h"
+#include "config/PrConfig.h"
 #include "layouts/group/GroupFramingTimerSetting.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 #include "model/FynCamerasConfig.h"
@@ -265,66 +265,6 @@ TEST_F(TrackingMode, WaitsAreRefreshedOncePerPeriodWhileResultsArrive) {
   EXPECT_TRUE(refreshes(mode, 102001));
   EXPECT_FALSE(refreshes(mode, 102002));
   EXPECT_FALSE(refreshes(never, 200000)) << "the period is that of the start";
-}
-
-/** Every integer of the configuration gets a value of its own. */
-PrConfig distinctConfig() {
-  PrConfig config;
-  std::int32_t value = 1000;
-  for (const ConfigKey& key : kConfigKeys) {
-    if (std::holds_alternative<std::int32_t PrConfig::*>(key.field)) {
-      setConfigValue(config, key, value++);
-    }
-  }
-  return config;
-}
-
-TEST_F(TrackingMode, WaitsComeFromTheirKeys) {
-  const PrConfig c = distinctConfig();
-  const auto same = [](std::uint32_t wait, std::int32_t configured, const char* name) {
-    EXPECT_EQ(wait, static_cast<std::uint32_t>(configured)) << name;
-  };
-#define SAME(field, key) same(setting.field, c.key, #field)
-  {
-    const GroupFramingTimerSetting setting(c);
-    SAME(gfMoveCloseTimer, timersGroupFrameMoveCloser);
-    SAME(gfHeadLeft, timersGroupFrameHeadLeft);
-    SAME(gfHeadOnEdge, timersGroupFrameOnEdge);
-    SAME(gfHeadOutside, timersGroupFrameOutside);
-    SAME(gfToOtherLayoutChangeTimer, timersLayoutChangeGf2Other);
-    SAME(roomToOtherLayoutChangeTimer, timersLayoutChangeRoom2Other);
-    SAME(outsideFrameTimer, timersHeadBoundBoxOutOfFrame);
-    SAME(onFrameEdgeTimer, timersHeadBufferOnEdge);
-    SAME(offCenterTimer, timersHeadBoundBoxOffcenter);
-    SAME(proxToHeadLayoutChangeTimer, timersLayoutChangeProx2Head);
-    SAME(proxToProxLayoutChangeTimer, timersLayoutChangeProx2Prox);
-    SAME(proxToGFLayoutChangeTimer, timersLayoutChangeProx2Gf);
-    EXPECT_EQ(setting.headToOtherLayoutChangeTimer, 0U);
-    EXPECT_EQ(setting.headCountLayoutChangeTimer, 0U);
-  }
-  const PeopleFrameTimerSetting setting(c);
-  SAME(gfMoveCloseTimer, timersPFGroupFrameMoveCloser);
-  SAME(gfHeadLeft, timersPFGroupFrameHeadLeft);
-  SAME(gfHeadOnEdge, timersPFGroupFrameOnEdge);
-  SAME(gfHeadOutside, timersPFGroupFrameOutside);
-  SAME(gfToOtherLayoutChangeTimer, timersPFLayoutChangeGf2Other);
-  SAME(roomToOtherLayoutChangeTimer, timersPFLayoutChangeRoom2Other);
-  SAME(outsideFrameTimer, timersPFHeadBoundBoxOutOfFrame);
-  SAME(onFrameEdgeTimer, timersPFHeadBufferOnEdge);
-  SAME(offCenterTimer, timersPFHeadBoundBoxOffcenter);
-  SAME(proxToHeadLayoutChangeTimer, timersPFLayoutChangeProx2Head);
-  SAME(proxToProxLayoutChangeTimer, timersPFLayoutChangeProx2Prox);
-  SAME(proxToGFLayoutChangeTimer, timersPFLayoutChangeProx2Gf);
-  SAME(headToOtherLayoutChangeTimer, timersPFLayoutChangeHead2Other);
-  SAME(headCountLayoutChangeTimer, timersLayoutChangeHeadCountChange);
-  SAME(headPosLayoutChangeTimer, timersLayoutChangeHeadPosChange);
-  SAME(roomToHeadLayoutChangeTimer, timersPFLayoutChangeRoom2Head);
-  SAME(feedPriorityChangedTimer, timersPFFeedPriorityChange);
-#undef SAME
-  EXPECT_EQ(setting.peopleLeftTimerReduction, static_cast<std::uint32_t>(c.realHeadCounterMax * 80));
-  PrConfig hostile;
-  hostile.realHeadCounterMax = 2147483647;
-  EXPECT_EQ(PeopleFrameTimerSetting(hostile).peopleLeftTimerReduction, 4294967216U) << "wraps";
 }
 
 TEST_F(TrackingMode, RefreshInstallsTheKindOfSettingOfTheMode) {

@@ -92,20 +92,6 @@ SimulationOptions optionsOf(std::uint64_t seed, int people, int minutes, int cam
   return {seed, people, minutes, cameras, *noiseOf(noise)};
 }
 
-TEST(Simulate, FalseBoxesHaveTheMeasuredShare) {
-  Simulation simulation(optionsOf(5, 6, 10, 1, "real"));
-  double heads = 0;
-  double wrong = 0;
-  for (std::int64_t i = 0; i < simulation.resultCount(); ++i) {
-    for (const SeenPerson& person : simulation.next().persons) {
-      ++heads;
-      wrong += person.id >= 10000 ? 1 : 0;
-    }
-  }
-  EXPECT_GE(wrong / heads, 0.07);
-  EXPECT_LE(wrong / heads, 0.38);
-}
-
 /** What must hold of every result of every meeting. */
 void expectSoundMeeting(const SimulationOptions& options) {
   Simulation simulation(options);
