@@ -9,6 +9,7 @@
 #include "geometry/HeadBuffer.h"
 #include "geometry/OffCenter.h"
 #include "geometry/Proximity.h"
+#include "geometry/RectMath.h"
 #include "geometry/RuleOfThirds.h"
 #include "layouts/cycle/BaseLayout.h"
 #include "model/FynCamerasConfig.h"
@@ -144,9 +145,8 @@ void BaseLayout::calculateRuleOfThirdFor(Frame& frame) {
     return;
   }
   const Rect base = getBaseRectForRuleofThirdsFrame(frame, box);
-  frame.source =
-      getRuleOfThirdFrame(base, frame.dest.right - frame.dest.left, frame.dest.bottom - frame.dest.top,
-                          frame.frameLayout, getImageSize(frame), static_cast<int>(getMaxScaleFactor()));
+  frame.source = getRuleOfThirdFrame(base, widthOf(frame.dest), heightOf(frame.dest), frame.frameLayout,
+                                     getImageSize(frame), static_cast<int>(getMaxScaleFactor()));
   frame.detectionBoundary = base;
 }
 

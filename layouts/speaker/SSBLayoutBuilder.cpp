@@ -20,8 +20,8 @@ bool holds(const Rect& box, const Rect& head) {
   return box.left <= head.left && box.top <= head.top && box.right >= head.right && box.bottom >= head.bottom;
 }
 
-/** Pixels of the frame that group framing would place around these persons. */
-std::int64_t groupFrameArea(const std::vector<Person>& persons, const SpeakerScene& scene) {
+/** Pixels of the frame that group framing would place around these persons; exact below 2^53. */
+double groupFrameArea(const std::vector<Person>& persons, const SpeakerScene& scene) {
   std::vector<Rect> heads;
   heads.reserve(persons.size());
   for (const Person& person : persons) {
@@ -30,7 +30,7 @@ std::int64_t groupFrameArea(const std::vector<Person>& persons, const SpeakerSce
   Frame frame;
   frame.fynCamId = scene.camId;
   SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, heads, scene.zoomLimit);
-  return std::int64_t{widthOf(frame.source)} * heightOf(frame.source);
+  return double{1} * widthOf(frame.source) * heightOf(frame.source);
 }
 
 std::vector<Person> selectMembers(const SpeakerScene& scene) {

@@ -170,6 +170,19 @@ TEST_F(BaseDecision, OnlyDueFramesAreFramedAnew) {
   EXPECT_EQ(env.environment.log.take(), Lines{});
 }
 
+TEST_F(BaseDecision, TheSidesOfAPlaceWrap) {
+  engine.updatePeopleMap(people(1).mlData());
+  const auto viewAt = [this](const Rect& dest) {
+    Frame frame = frameOf(FramingType::HEAD, {}, {1});
+    frame.frameLayout = kFrameLayoutHeadSingle;
+    frame.dest = dest;
+    engine.calculateRuleOfThirdFor(frame);
+    return frame.source;
+  };
+  EXPECT_EQ(viewAt({-2147483647, 0, 2147483647, 720}), viewAt({0, 0, -2, 720}));
+  EXPECT_EQ(viewAt({0, 2147483647, 1280, -2147483647}), viewAt({0, 0, 1280, 2}));
+}
+
 TEST_F(BaseDecision, PeopleCountIsPublishedOnChangeAndEvery5000Ms) {
   const auto asks = [this](std::uint64_t ms, int count) {
     env.at(ms);

@@ -73,6 +73,24 @@ TEST(SelectionBox, HoldsAHeadThatTouchesItsEdges) {
   }
 }
 
+// The largest image's area times a percentage is beyond 64 bits.
+TEST(GroupFallback, ComparesTheFramesOfAnyImage) {
+  for (const std::int32_t scale : {1, 1000, 1000000}) {
+    const auto box = [scale](std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
+      return Rect{left * scale, top * scale, right * scale, bottom * scale};
+    };
+    SpeakerRun run({1280 * scale, 720 * scale});
+    run.see(scene()
+                .person(1)
+                .box(box(150, 240, 250, 360))
+                .speaking()
+                .ssb(box(150, 240, 250, 360))
+                .person(2)
+                .box(box(1030, 240, 1130, 360)));
+    EXPECT_EQ(run.picture(), "SUBSET_SPEAKER 1") << scale;
+  }
+}
+
 // Both frames are the whole image, so the selection covers exactly all of the group's.
 TEST(GroupFallback, CountsAnEqualFrameAsTheWholeGroup) {
   const auto meeting = [] {
