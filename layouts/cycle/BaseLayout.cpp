@@ -287,10 +287,12 @@ void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
     PRB_LOGI(kTag, "%s: KORVALDEBUG PEOPLE COUNT CHANGED  current: %d new: %d", "updatePeopleMap", known,
              seen);
   }
-  mState.people.clear();
+  // A map of its own, not the old one cleared: the order of the dump must not depend on who was here before.
+  PeopleMap people;
   for (const std::shared_ptr<FynHead>& person : heads) {
-    mState.people.emplace(person->id, person);
+    people.emplace(person->id, person);
   }
+  mState.people = std::move(people);
 }
 
 unsigned BaseLayout::getPeopleCount() {

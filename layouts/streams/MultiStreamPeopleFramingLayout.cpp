@@ -121,11 +121,11 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
   const std::vector<std::vector<Seat>>& people =
       mAssignment.assign(findSeats(data, camId), PrConfig::get().newPfFeatureEnabled);
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    PeopleMap& known = mStreams[i].state.people;
-    known.clear();
+    PeopleMap followed;
     for (const Seat& seat : people[i]) {
-      known.emplace(seat.person->id, seat.person);
+      followed.emplace(seat.person->id, seat.person);
     }
+    mStreams[i].state.people = std::move(followed);
   }
 }
 

@@ -1,6 +1,8 @@
 // The engine's state as text for the debug dump, byte for byte.
 #include <gtest/gtest.h>
 
+#include "layouts/speaker/SpeakerFramingLayout.h"
+#include "layouts/streams/MultiStreamFramingLayout.h"
 #include "tests/layouts/OpenEngine.h"
 
 namespace fyn::productionrules::testing {
@@ -78,6 +80,27 @@ TEST_F(BaseDebugText, PersonsAreSeparatedByCommaAndBlank) {
   engine.updatePeopleMap(scene().person(1).at(1, 1).person(2).at(2, 2).mlData());
   const std::string text = engine.getDebugDataInJson();
   EXPECT_NE(text.find("]}, {\"camId\":"), std::string::npos) << text;
+}
+
+template <typename Engine>
+std::string dumpAfter(const std::vector<Scene>& results) {
+  OpenEngine<Engine> engine;
+  engine.mState.current = layoutOf(FramingType::GROUP);
+  for (const Scene& result : results) {
+    engine.updatePeopleMap(result.mlData());
+  }
+  return engine.getDebugDataInJson();
+}
+
+TEST_F(BaseDebugText, TheOrderOfPersonsDoesNotDependOnWhoWasThereBefore) {
+  Scene crowd;
+  for (int id = 1; id <= 40; ++id) {
+    crowd.person(id).at(20 * id, 300);
+  }
+  const Scene few = scene().person(17).at(100, 300).person(3).at(500, 300).person(30).at(900, 300);
+  EXPECT_EQ(dumpAfter<BaseLayout>({crowd, few}), dumpAfter<BaseLayout>({few}));
+  EXPECT_EQ(dumpAfter<SpeakerFramingLayout>({crowd, few}), dumpAfter<SpeakerFramingLayout>({few}));
+  EXPECT_EQ(dumpAfter<MultiStreamFramingLayout>({crowd, few}), dumpAfter<MultiStreamFramingLayout>({few}));
 }
 
 }  // namespace
