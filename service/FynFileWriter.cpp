@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <utility>
 
 #include "platform/Clock.h"
 #include "platform/VisionSettings.h"
@@ -41,6 +42,9 @@ void FynFileWriter::write(const std::string& text) {
     return;
   }
   *mFile << text << '\n' << std::flush;
+  if (!*mFile && !std::exchange(mHasFailed, true)) {
+    std::cerr << "Error writing to file '" << mPath << "'." << '\n';
+  }
 }
 
 }  // namespace fyn::productionrules

@@ -17,12 +17,14 @@ class FynFileWriter {
    */
   FynFileWriter(const std::string& name, const DumpOpener& open);
 
-  /** Writes `text` and a newline; a message on standard error when the file is not open. */
+  /** Writes `text` and a newline; a message on standard error when the file is not open, and one, not one per
+   * line, when it can no longer be written (a full disk). */
   void write(const std::string& text);
 
  private:
   std::string mPath;
   std::unique_ptr<std::ostream> mFile;
+  bool mHasFailed = false;
 };
 
 }  // namespace fyn::productionrules

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "service/FynFileWriter.h"
 #include "service/TopicText.h"
 #include "tests/service/RoomService.h"
 
@@ -265,6 +266,25 @@ TEST(Dispatch, DumpWriter) {
     EXPECT_EQ(text, one.opens ? room.service->trackingMode().getDebugDataInJson() + "\n" : "");
     EXPECT_EQ(room.heardTopics(), (Lines{"/PeopleCount", "/PRBOutDebug"})) << "debug documents only";
   }
+}
+
+TEST(Dispatch, ADumpThatCanNoLongerBeWrittenIsReportedOnce) {
+  /** Takes two lines of one letter, then nothing. */
+  struct FullDisk : std::streambuf {
+    int_type overflow(int_type letter) override { return ++bytes > 4 ? traits_type::eof() : letter; }
+    int bytes = 0;
+  };
+  const TestEnvironment environment;
+  FullDisk disk;
+  FynFileWriter writer("PRB_Layouts",
+                       [&](const std::string& /*path*/) { return std::make_unique<std::ostream>(&disk); });
+  ::testing::internal::CaptureStderr();
+  for (int line = 0; line < 5; ++line) {
+    writer.write("x");
+  }
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "Error writing to file '/data/local/cvml-app-test/PRB_Layouts_1700000000000.txt'.\n");
+  EXPECT_GT(disk.bytes, 4);
 }
 
 TEST(Dispatch, SubTopics) {

@@ -39,6 +39,7 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"import", "-", "--pose", "a", "--pose", "b"}, "more pose files than track files"},
       {{"replay", "/no/such/recording"}, "/no/such/recording"},
       {{"replay", "-", "-o", "/no/such/folder/out"}, "/no/such/folder/out"},
+      {{"replay", "-", "--dump", "/no/such/folder/dump"}, "/no/such/folder/dump"},
       {{"replay", "-", "--property", "=value"}, "=value"},
       {{"replay", "-", "--config", "/no/such/config"}, "/no/such/config"},
       {{"replay", "-", "--log", "X"}, "X"},

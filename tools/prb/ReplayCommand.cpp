@@ -37,6 +37,7 @@ ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& contex
   options.configuration = readConfiguration(arguments.config);
   options.properties = keyValues(arguments.properties);
   options.logLevel = logLevelOf(arguments.log);
+  requireWritable(arguments.dump);
   options.dumpPath = arguments.dump;
   options.standardOutput = &context.err;
   return options;
