@@ -12,8 +12,8 @@
 namespace fyn::productionrules {
 
 /** Turns decisions into JSON texts and hands each to the callback for its kind. A missing callback is
- * tolerated. */
-class JsonLayoutNotifier final : public BaseLayoutNotifier {
+ * tolerated. A host may derive its own from it. */
+class JsonLayoutNotifier : public BaseLayoutNotifier {
  public:
   using JsonCallback = std::function<void(const std::string& json, bool debug)>;
   using SecondaryCallback = std::function<void(const std::string& json, int camId)>;

@@ -50,7 +50,10 @@ class Notifier : public ::testing::Test {
   }
 
   TestEnvironment environment{3};
-  JsonLayoutNotifier notifier;
+  /** As a host may build on it. */
+  struct HostNotifier : JsonLayoutNotifier {};
+
+  HostNotifier notifier;
   Lines calls;
 };
 
@@ -72,7 +75,7 @@ TEST_F(Notifier, MissingCallbacks) {
       {true, false, FynOperatingMode::Standalone, {"scene 1"}, {}},
       {true, false, FynOperatingMode::Primary, {"scene 1 \"uid0\""}, {kNoSecondary}}};
   for (const Case& one : cases) {
-    notifier = JsonLayoutNotifier();
+    notifier = HostNotifier();
     calls.clear();
     role(one.role);
     if (one.scene) {
@@ -86,7 +89,7 @@ TEST_F(Notifier, MissingCallbacks) {
     EXPECT_EQ(environment.log.take(), one.log);
   }
   // One layout without a callback is not even an error, and other documents are silently not built.
-  notifier = JsonLayoutNotifier();
+  notifier = HostNotifier();
   notifier.sendLayout(Layout(), FramingMode::GroupFraming, false);
   notifier.sendDebugTimerInfo({}, {});
   notifier.sendPeopleCount(1, 2);
