@@ -36,6 +36,8 @@ struct Layout {
   std::int64_t activeSpeaker = -1;
   /** The type of the layout that is pending behind this one; NONE when there is none. */
   FramingType nextLayoutType = FramingType::NONE;
+  /** By which rule of its own an engine made it, in words; "" for none. Lives as long as the process. */
+  const char* reason = "";
 
   /** Reads a layout of a secondary-layout document; parsed frames are appended. Raises the JSON library's
    * errors; what was read until then stays. */

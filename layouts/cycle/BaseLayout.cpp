@@ -78,7 +78,9 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
   PRB_LOGD(kTag, "%s Enter, with head size: %d ", "verifyIfLayoutChangeNeeded",
            static_cast<int>(mlData->getHeads().size()));
   mLastFrameNumber = mlData->frameNumber;
+  reportInput(*mlData);
   const std::shared_ptr<Layout> candidate = createLayout(mlData);
+  mState.reason = candidate != nullptr ? candidate->reason : "";
   if (!isDifferentLayout(mState.current, candidate)) {
     dropPending(LayoutDifference::None);
     return false;
@@ -201,6 +203,8 @@ bool BaseLayout::process(const std::shared_ptr<MLData>& /*mlData*/) {
 }
 
 // ---- Candidates ----
+
+void BaseLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> BaseLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   auto layout = std::make_shared<Layout>();

@@ -13,6 +13,13 @@
 
 namespace fyn::productionrules {
 
+/** What a frame shows, in camera pixels. */
+struct RuleOfThirdsView {
+  Rect source;
+  /** The box of heads that it was made for, with their buffer. */
+  Rect detectionBoundary;
+};
+
 /**
  * The framing-decision engine. For every vision result its owner calls, in this order,
  * `shouldPublishUpdatedPeopleCount`, `updatePeopleMap`, then until one is true `applyingLayout`,
@@ -190,6 +197,13 @@ class BaseLayout {
   /** Places a frame around its persons by the rule of thirds; without a box of heads it stays as it is. */
   void calculateRuleOfThirdFor(Frame& frame);
 
+  /** The view that the rule of thirds gives the frame around `box`, the box of its heads in camera pixels. */
+  RuleOfThirdsView ruleOfThirdsView(const Frame& frame, const Rect& box);
+
+  /** Says in the log that a person of the frame cannot be framed: no head there (null) or one without a box.
+   */
+  static void reportMissingHead(const Frame& frame, std::int64_t personId, const Head* head);
+
   /** Whether the number of people has changed, or 5000 ms have passed since the last periodic answer. Asked
    * before `updatePeopleMap`. */
   bool shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& mlData);
@@ -209,8 +223,8 @@ class BaseLayout {
     return ms;
   }
 
-  /** Remembers by which rule of its own the engine made the candidate, for the decisions that follow. */
-  void noteReason(const char* reason) { mState.reason = reason; }
+  /** Says in the log what is wrong with a vision result, before a candidate is made of it. */
+  virtual void reportInput(const MLData& data);
 
   /** The waits of the engine as the given setting; null when another kind is installed. */
   template <typename Setting>

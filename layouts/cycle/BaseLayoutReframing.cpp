@@ -144,10 +144,16 @@ void BaseLayout::calculateRuleOfThirdFor(Frame& frame) {
   if (!constructBoundingBox(frame, box, false)) {
     return;
   }
+  const RuleOfThirdsView view = ruleOfThirdsView(frame, box);
+  frame.source = view.source;
+  frame.detectionBoundary = view.detectionBoundary;
+}
+
+RuleOfThirdsView BaseLayout::ruleOfThirdsView(const Frame& frame, const Rect& box) {
   const Rect base = getBaseRectForRuleofThirdsFrame(frame, box);
-  frame.source = getRuleOfThirdFrame(base, widthOf(frame.dest), heightOf(frame.dest), frame.frameLayout,
-                                     getImageSize(frame), static_cast<int>(getMaxScaleFactor()));
-  frame.detectionBoundary = base;
+  return {getRuleOfThirdFrame(base, widthOf(frame.dest), heightOf(frame.dest), frame.frameLayout,
+                              getImageSize(frame), static_cast<int>(getMaxScaleFactor())),
+          base};
 }
 
 Rect BaseLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
@@ -173,14 +179,8 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
       return false;
     }
     const Head* const head = person->second->findHead(frame.fynCamId);
-    if (head == nullptr) {
-      PRB_LOGE(kTag, "%s: HEAD  %d NOT IN CAMERA %d, why did this not get caught by layout change?",
-               "constructBoundingBox", static_cast<int>(id), cameraOf(frame));
-      return false;
-    }
-    if (isZeroRect(head->bbox)) {
-      PRB_LOGE(kTag, "%s: FynHead:%d, associatec camID: %d 's headID %d BOUND [0,0,0,0]",
-               "constructBoundingBox", static_cast<int>(id), cameraOf(frame), static_cast<int>(head->id));
+    if (head == nullptr || isZeroRect(head->bbox)) {
+      reportMissingHead(frame, id, head);
       return false;
     }
     const bool buffered = withHeadBuffer && frame.frameType == FramingType::PROXIMITY;
@@ -189,6 +189,16 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
   }
   getBoundaries(bounds, box.left, box.right, box.top, box.bottom);
   return true;
+}
+
+void BaseLayout::reportMissingHead(const Frame& frame, std::int64_t personId, const Head* head) {
+  if (head == nullptr) {
+    PRB_LOGE(kTag, "%s: HEAD  %d NOT IN CAMERA %d, why did this not get caught by layout change?",
+             "constructBoundingBox", static_cast<int>(personId), cameraOf(frame));
+    return;
+  }
+  PRB_LOGE(kTag, "%s: FynHead:%d, associatec camID: %d 's headID %d BOUND [0,0,0,0]", "constructBoundingBox",
+           static_cast<int>(personId), cameraOf(frame), static_cast<int>(head->id));
 }
 
 // ---- Where a frame's subject stands ----

@@ -3,10 +3,7 @@
 #include <sstream>
 
 #include "config/PrConfig.h"
-#include "layouts/people/PeopleCandidate.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
-#include "layouts/people/PeopleTiles.h"
-#include "layouts/people/PeopleViews.h"
 #include "layouts/people/PeopleWaits.h"
 #include "model/FynCamerasConfig.h"
 
@@ -26,13 +23,17 @@ bool isEased(HeadPosition position) {
   }
 }
 
+std::uint32_t ownCamera() {
+  return static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+}
+
 bool isGroup(const Layout& layout) {
   return layout.layoutType == FramingType::GROUP;
 }
 
 }  // namespace
 
-PeopleFramingLayout::PeopleFramingLayout() {
+PeopleFramingLayout::PeopleFramingLayout() : mTiles(*this) {
   mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
 }
 
@@ -41,29 +42,25 @@ const char* PeopleFramingLayout::getTag() const {
 }
 
 std::shared_ptr<Layout> PeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  mInputFaults.report(*mlData, camId, getTag());
-  return makePeopleCandidate(
-      *this, *mlData, {findSeats(*mlData, camId), PrConfig::get().compositeModeMaxPeople, camId, camId});
+  const std::uint32_t camId = ownCamera();
+  return mTiles.makeCandidate(*mlData, {findSeats(*mlData, headsForTiles(camId)),
+                                        PrConfig::get().compositeModeMaxPeople, camId, camId});
+}
+
+void PeopleFramingLayout::reportInput(const MLData& data) {
+  mInputFaults.report(data, headsForTiles(ownCamera()), getTag());
 }
 
 void PeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
-  if (hasTiles(*layout)) {
-    placeInTiles(*layout);
-  } else {
-    BaseLayout::fillPositionRect(layout);
-  }
+  mTiles.fillPositionRect(layout);
 }
 
 bool PeopleFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
-         BaseLayout::constructBoundingBox(frame, box,
-                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+  return mTiles.constructBoundingBox(frame, box, withHeadBuffer);
 }
 
 Rect PeopleFramingLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
-  const std::optional<Rect> square = neighboursBaseRect(frame, box);
-  return square ? *square : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+  return mTiles.baseRect(frame, box);
 }
 
 // ---- Waits ----

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "layouts/cycle/BaseLayout.h"
-#include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
+#include "layouts/people/TileRules.h"
 
 namespace fyn::productionrules {
 
@@ -17,9 +17,6 @@ class PeopleFramingLayout : public BaseLayout {
   const char* getTag() const override;
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
-  /** With the head buffers also while proximitySquareFeature is on; false as well for heads outside the
-   * image.
-   */
   bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
 
   std::string getLayoutChangeAnimation() override;
@@ -30,16 +27,15 @@ class PeopleFramingLayout : public BaseLayout {
   std::uint32_t getOtherLayoutChangeTimer(FramingType newType, std::stringstream& explanation,
                                           bool peopleCountChanged) override;
 
-  /** For neighbours the square around them, so that a narrow tile does not cut them. */
   Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
 
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
 
  protected:
-  PeopleInputFaults mInputFaults;
+  void reportInput(const MLData& data) override;
 
- private:
-  PeopleHeadFaults mHeadFaults;
+  TileRules mTiles;
+  PeopleInputFaults mInputFaults;
 };
 
 }  // namespace fyn::productionrules

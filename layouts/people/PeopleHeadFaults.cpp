@@ -2,11 +2,11 @@
 
 #include <iterator>
 
-#include "layouts/people/PeopleViews.h"
+#include "layouts/cycle/BaseLayout.h"
 
 namespace fyn::productionrules {
 
-bool PeopleHeadFaults::isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image) {
+bool PeopleHeadFaults::report(const Frame& frame, const PeopleMap& people) {
   // Who has left takes the fault along: the next one is another change.
   for (auto each = mReported.begin(); each != mReported.end();) {
     each = people.count(each->first) == 0 ? mReported.erase(each) : std::next(each);
@@ -14,17 +14,20 @@ bool PeopleHeadFaults::isBoxWorthAsking(const Frame& frame, const PeopleMap& peo
   for (const std::int64_t id : frame.fynHeads) {
     const auto person = people.find(id);
     if (person == people.end()) {
-      return true;
+      return false;
     }
     const Head* const head = person->second->findHead(frame.fynCamId);
     const PersonInCamera key{id, frame.fynCamId};
     if (head == nullptr || isZeroRect(head->bbox)) {
       // The first such person is the one whom the report names.
-      return mReported.insert(key).second;
+      if (mReported.insert(key).second) {
+        BaseLayout::reportMissingHead(frame, id, head);
+      }
+      return false;
     }
     mReported.erase(key);
   }
-  return !hasUnshowableHead(frame, people, image);
+  return true;
 }
 
 }  // namespace fyn::productionrules

@@ -15,11 +15,9 @@ namespace fyn::productionrules {
  */
 class PeopleHeadFaults {
  public:
-  /**
-   * Whether the box of the frame's heads is to be asked for: nobody has a fault that was reported before, and
-   * all heads lie in an image of that size in pixels. A person who is well again, or has left, is forgotten.
-   */
-  bool isBoxWorthAsking(const Frame& frame, const PeopleMap& people, const Dimension& image);
+  /** Reports the frame's first person without a usable head, unless that is known; true when all have one and
+   * all are there. A person who is well again, or has left, is forgotten. */
+  bool report(const Frame& frame, const PeopleMap& people);
 
  private:
   using PersonInCamera = std::pair<std::int64_t, std::uint32_t>;

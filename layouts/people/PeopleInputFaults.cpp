@@ -14,16 +14,13 @@ constexpr std::int32_t kEverybody = -1;
 
 }  // namespace
 
-void PeopleInputFaults::report(const MLData& data, std::uint32_t camId, const char* tag, HeadTest isGood) {
+void PeopleInputFaults::report(const MLData& data, const HeadsInView& heads, const char* tag) {
   Faults faults;
   addRepeatedIds(data, faults);
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
-    const Head* const head = person->findHead(camId);
-    if (head == nullptr) {
-      faults.emplace(Kind::NotSeen, person->id, camId);
-    } else if (!isGood(head, image)) {
-      faults.emplace(Kind::BadBox, person->id, camId);
+    if (heads.find(*person) == nullptr) {
+      const bool isSeen = person->findHead(heads.camId()) != nullptr;
+      faults.emplace(isSeen ? Kind::BadBox : Kind::NotSeen, person->id, heads.camId());
     }
   }
   replaceBy(std::move(faults), tag);
@@ -34,10 +31,9 @@ void PeopleInputFaults::reportAllCameras(const MLData& data, const char* tag) {
   addRepeatedIds(data, faults);
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
     for (const std::uint32_t camId : person->feedPriorityList) {
-      const Dimension image = FynCamerasConfig::get().getCameraLensModelDimension(static_cast<int>(camId));
-      if (image == Dimension{}) {
+      if (FynCamerasConfig::get().getCameraLensModelDimension(static_cast<int>(camId)) == Dimension{}) {
         faults.emplace(Kind::NoImage, kEverybody, camId);
-      } else if (!isShowable(person->findHead(camId), image)) {
+      } else if (headsOfListedCamera(camId).find(*person) == nullptr) {
         faults.emplace(Kind::BadBox, person->id, camId);
       }
     }

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "layouts/people/PeopleUnits.h"
+#include "layouts/people/HeadsInView.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
@@ -16,11 +16,8 @@ namespace fyn::productionrules {
  */
 class PeopleInputFaults {
  public:
-  /** Whether a picture can be made of a head in an image of that size in pixels; never asked about null. */
-  using HeadTest = bool (*)(const Head*, const Dimension&);
-
   /** For an engine that uses the heads of one camera. `tag` is that of the log lines. */
-  void report(const MLData& data, std::uint32_t camId, const char* tag, HeadTest isGood = isShowable);
+  void report(const MLData& data, const HeadsInView& heads, const char* tag);
 
   /** For an engine that uses the heads of all cameras of the list. */
   void reportAllCameras(const MLData& data, const char* tag);

@@ -107,6 +107,10 @@ bool fits(std::string_view row, std::string_view units) {
 
 }  // namespace
 
+bool hasTiles(const Layout& layout) {
+  return layout.layoutType == FramingType::HEAD || layout.layoutType == FramingType::PROXIMITY;
+}
+
 void placeInTiles(Layout& layout) {
   std::string units;
   for (const Frame& frame : layout.frames) {

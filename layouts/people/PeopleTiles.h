@@ -9,6 +9,9 @@ namespace fyn::productionrules {
 /** More units than this have no tiles of their own. */
 constexpr std::size_t kMaxTiles = 8;
 
+/** Whether the layout shows its people in tiles, and not all of them in one picture. */
+bool hasTiles(const Layout& layout);
+
 /**
  * Gives every HEAD and PROXIMITY frame of a layout its tile of the output picture and the shape of the view
  * in it, in the order of the frames. The tiles cover the output without overlap. A layout without frames or

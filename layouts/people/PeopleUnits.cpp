@@ -4,18 +4,12 @@
 #include <cstddef>
 #include <list>
 #include <numeric>
-#include <unordered_set>
 
 #include "geometry/Proximity.h"
-#include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
 
 namespace {
-
-const Head& headOf(const Seat& seat) {
-  return *seat.person->findHead(seat.camId);
-}
 
 /** Sets of seat indices that grow together. */
 class Joiner {
@@ -136,40 +130,6 @@ class UnitForming {
 
 }  // namespace
 
-bool isShowable(const Head* head, const Dimension& image) {
-  if (head == nullptr) {
-    return false;
-  }
-  const Rect& box = head->bbox;
-  return box.left < box.right && box.top < box.bottom && box.left < image.width && box.top < image.height &&
-         box.right > 0 && box.bottom > 0;
-}
-
-std::vector<Seat> findSeats(const MLData& data, std::uint32_t camId) {
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
-  std::vector<Seat> seats;
-  std::unordered_set<std::int32_t> known;
-  for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
-    if (known.insert(person->id).second && isShowable(person->findHead(camId), image)) {
-      seats.push_back({person, camId});
-    }
-  }
-  sortSeats(seats, static_cast<std::int32_t>(camId));
-  return seats;
-}
-
-void sortSeats(std::vector<Seat>& seats, std::int32_t ownCamId) {
-  std::stable_sort(seats.begin(), seats.end(), [ownCamId](const Seat& a, const Seat& b) {
-    const Head& headA = headOf(a);
-    const Head& headB = headOf(b);
-    if (headA.camId != headB.camId) {
-      return headA.camId == ownCamId || (headB.camId != ownCamId && headA.camId < headB.camId);
-    }
-    return headA.bbox.left != headB.bbox.left ? headA.bbox.left < headB.bbox.left
-                                              : headA.bbox.top > headB.bbox.top;
-  });
-}
-
 std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
                                   const Layout* pending) {
   UnitForming forming(seats);
@@ -186,6 +146,15 @@ std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* 
     forming.keepPending(*pending);
   }
   return forming.units();
+}
+
+std::vector<PeopleUnit> unitsOfOne(const std::vector<Seat>& seats) {
+  std::vector<PeopleUnit> units;
+  units.reserve(seats.size());
+  for (const Seat& seat : seats) {
+    units.push_back({seat});
+  }
+  return units;
 }
 
 }  // namespace fyn::productionrules

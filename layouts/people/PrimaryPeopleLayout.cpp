@@ -5,17 +5,14 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "layouts/people/PeopleCameras.h"
-#include "layouts/people/PeopleCandidate.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 #include "layouts/people/PeopleTiles.h"
-#include "layouts/people/PeopleViews.h"
 #include "layouts/people/PeopleWaits.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
 
-PrimaryPeopleLayout::PrimaryPeopleLayout() {
+PrimaryPeopleLayout::PrimaryPeopleLayout() : mTiles(*this) {
   mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
 }
 
@@ -28,13 +25,12 @@ const char* PrimaryPeopleLayout::getTag() const {
 std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   const PrConfig& config = PrConfig::get();
   const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
-  mInputFaults.reportAllCameras(*mlData, getTag());
   PeopleChoice choice;
   choice.seats = chooseSeats(*mlData, mState.current.get(), mState.pending.get(), ownCamId);
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
-  std::shared_ptr<Layout> layout = makePeopleCandidate(*this, *mlData, choice);
+  std::shared_ptr<Layout> layout = mTiles.makeCandidate(*mlData, choice);
   if (hasTiles(*layout)) {
     for (Frame& frame : layout->frames) {
       frame.srcRef = getImageSize(frame);
@@ -43,23 +39,20 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   return layout;
 }
 
+void PrimaryPeopleLayout::reportInput(const MLData& data) {
+  mInputFaults.reportAllCameras(data, getTag());
+}
+
 void PrimaryPeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
-  if (hasTiles(*layout)) {
-    placeInTiles(*layout);
-  } else {
-    BaseLayout::fillPositionRect(layout);
-  }
+  mTiles.fillPositionRect(layout);
 }
 
 bool PrimaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
-         BaseLayout::constructBoundingBox(frame, box,
-                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+  return mTiles.constructBoundingBox(frame, box, withHeadBuffer);
 }
 
 Rect PrimaryPeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
-  const std::optional<Rect> square = neighboursBaseRect(frame, box);
-  return square ? *square : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+  return mTiles.baseRect(frame, box);
 }
 
 bool PrimaryPeopleLayout::isLayoutValid() {
@@ -109,11 +102,13 @@ bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const Fy
   moved.srcRef = getImageSize(moved);
   moved.headPosition = HeadPosition::CENTER;
   resetTimer(moved.headPositionTimer);
-  calculateRuleOfThirdFor(moved);
-  if (!showsWholeHeads(moved, mState.people, moved.srcRef)) {
+  const std::optional<RuleOfThirdsView> view = mTiles.tryView(moved);
+  if (!view) {
     // The better camera cannot fill this tile without cutting the person; asked again after another hold.
     return false;
   }
+  moved.source = view->source;
+  moved.detectionBoundary = view->detectionBoundary;
   frame = std::move(moved);
   const std::string animation = getLayoutChangeAnimation();
   setLayoutAnimation(mState.current, animation, static_cast<int>(getLayoutChangeDuration(animation)));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "layouts/cycle/BaseLayout.h"
-#include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
+#include "layouts/people/TileRules.h"
 
 namespace fyn::productionrules {
 
@@ -24,9 +24,6 @@ class PrimaryPeopleLayout : public BaseLayout {
 
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
-  /** With the head buffers also while proximitySquareFeature is on; false as well for heads outside the
-   * image.
-   */
   bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
 
   std::string getLayoutChangeAnimation() override;
@@ -35,16 +32,18 @@ class PrimaryPeopleLayout : public BaseLayout {
   std::uint32_t getOtherLayoutChangeTimer(FramingType newType, std::stringstream& explanation,
                                           bool peopleCountChanged) override;
 
-  /** For neighbours the square around them, so that a narrow tile does not cut them. */
   Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
 
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
+
+ protected:
+  void reportInput(const MLData& data) override;
 
  private:
   bool updateFeedPriority(std::size_t index, Frame& frame);
   bool moveToCamera(std::size_t index, Frame& frame, const FynHead& person, std::uint32_t camId);
 
-  PeopleHeadFaults mHeadFaults;
+  TileRules mTiles;
   PeopleInputFaults mInputFaults;
 };
 

@@ -1,5 +1,6 @@
 #include "layouts/people/SecondaryPeopleLayout.h"
 
+#include "layouts/people/HeadsInView.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 
 namespace fyn::productionrules {
@@ -17,7 +18,9 @@ bool SecondaryPeopleLayout::applySecondaryLayout(const std::shared_ptr<Layout>& 
 }
 
 bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
+  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
+  return !frame.fynHeads.empty() && mHeadFaults.report(frame, mState.people) &&
+         !heads.misses(mState.people, frame.fynHeads) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 

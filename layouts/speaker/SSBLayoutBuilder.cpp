@@ -52,16 +52,16 @@ std::vector<Person> selectMembers(const SpeakerScene& scene) {
 
 }  // namespace
 
-SpeakerPicture SSBLayoutBuilder::build(const SpeakerScene& scene) const {
+std::shared_ptr<Layout> SSBLayoutBuilder::build(const SpeakerScene& scene) const {
   const std::vector<Person> members = selectMembers(scene);
   if (members.size() == scene.inView.size()) {
-    return {makeLayout(FramingType::GROUP, scene.inView, scene.camId), "the selection holds everybody"};
+    return makeLayout(FramingType::GROUP, scene.inView, scene.camId, "the selection holds everybody");
   }
   if (groupFrameArea(members, scene) * 100 >=
       groupFrameArea(scene.inView, scene) * PrConfig::get().ss2GroupCoverage) {
-    return {makeLayout(FramingType::GROUP, scene.inView, scene.camId), "the selection covers the group"};
+    return makeLayout(FramingType::GROUP, scene.inView, scene.camId, "the selection covers the group");
   }
-  return {makeLayout(FramingType::SUBSET_SPEAKER, members, scene.camId), "the speakers' selection"};
+  return makeLayout(FramingType::SUBSET_SPEAKER, members, scene.camId, "the speakers' selection");
 }
 
 Rect SSBLayoutBuilder::selectionBox(const Head& head, const Dimension& image) {

@@ -11,7 +11,7 @@ namespace fyn::productionrules {
  */
 class SSBLayoutBuilder final : public SpeakerFramingLayoutBuilder {
  public:
-  SpeakerPicture build(const SpeakerScene& scene) const override;
+  std::shared_ptr<Layout> build(const SpeakerScene& scene) const override;
 
   /**
    * The selection box of a head, in camera pixels: its own, or else the head grown by ssbLrSize left and

@@ -2,7 +2,7 @@
 
 #include "config/PrConfig.h"
 #include "layouts/cycle/ZoomLimit.h"
-#include "layouts/people/PersonsInView.h"
+#include "layouts/people/HeadsInView.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 
@@ -26,7 +26,9 @@ bool SecondarySpeakerLayout::applySecondaryLayout(const std::shared_ptr<Layout>&
 }
 
 bool SecondarySpeakerLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return !frame.fynHeads.empty() && mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
+  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
+  return !frame.fynHeads.empty() && mHeadFaults.report(frame, mState.people) &&
+         !heads.misses(mState.people, frame.fynHeads) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 
@@ -39,12 +41,14 @@ std::uint32_t SecondarySpeakerLayout::getWaitTimeForOtherCase(HeadPosition posit
 }
 
 std::vector<Rect> SecondarySpeakerLayout::getGroupHeadBounds(const Frame& frame) {
-  return frame.frameType == FramingType::SUBSET_SPEAKER ? memberBounds(mState.people, frame)
-                                                        : BaseSecondaryLayout::getGroupHeadBounds(frame);
+  return frame.frameType == FramingType::SUBSET_SPEAKER
+             ? headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads)
+             : BaseSecondaryLayout::getGroupHeadBounds(frame);
 }
 
 HeadPosition SecondarySpeakerLayout::getGroupHeadPosition(const Frame& frame) {
-  if (frame.frameType == FramingType::SUBSET_SPEAKER && memberBounds(mState.people, frame).empty()) {
+  if (frame.frameType == FramingType::SUBSET_SPEAKER &&
+      headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads).empty()) {
     return HeadPosition::CENTER;
   }
   return BaseSecondaryLayout::getGroupHeadPosition(frame);
@@ -55,7 +59,7 @@ void SecondarySpeakerLayout::calculateGroupFraming(Frame& frame) {
     BaseSecondaryLayout::calculateGroupFraming(frame);
     return;
   }
-  const std::vector<Rect> members = memberBounds(mState.people, frame);
+  const std::vector<Rect> members = headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads);
   if (!members.empty()) {
     SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, getMaxScaleFactor());
   }

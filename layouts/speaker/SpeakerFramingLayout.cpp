@@ -5,12 +5,10 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "geometry/HeadBuffer.h"
 #include "geometry/PeopleInFrame.h"
 #include "geometry/RectMath.h"
-#include "geometry/RuleOfThirds.h"
 #include "layouts/cycle/ZoomLimit.h"
-#include "layouts/people/PersonsInView.h"
+#include "layouts/people/HeadsInView.h"
 #include "layouts/speaker/SSBLayoutBuilder.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 #include "model/FynCamerasConfig.h"
@@ -86,10 +84,9 @@ std::uint32_t SpeakerFramingLayout::getWaitTimeForOtherCase(HeadPosition positio
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
   BaseLayout::updatePeopleMap(mlData);
   mCamId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  mInputFaults.report(*mlData, mCamId, getTag(), [](const Head* head, const Dimension& image) {
-    return isUsableBox(head->bbox, image);
-  });
-  mInView = personsInView(mlData->getHeads(), mCamId);
+  const HeadsInView heads = headsToFollow(mCamId);
+  mInputFaults.report(*mlData, heads, getTag());
+  mInView = heads.sorted(mlData->getHeads());
   const std::vector<std::shared_ptr<FynHead>> tagged = getActiveSpeakers(mlData, mCamId);
   std::vector<std::shared_ptr<FynHead>> speakers;
   std::copy_if(mInView.begin(), mInView.end(), std::back_inserter(speakers), [&](const auto& person) {
@@ -131,10 +128,10 @@ void SpeakerFramingLayout::noteSpeech(const std::shared_ptr<Layout>& layout, Fra
 }
 
 std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  noteReason(mSpeech.recoveryReason());
   if (isHeld()) {
-    noteReason("held in silence");
-    return mState.current;
+    auto held = std::make_shared<Layout>(*mState.current);
+    held->reason = "held in silence";
+    return held;
   }
   std::shared_ptr<Layout> layout = createCandidate();
   layout->frameNumber = mlData->frameNumber;
@@ -147,12 +144,9 @@ std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr
 std::shared_ptr<Layout> SpeakerFramingLayout::createCandidate() {
   if (mInView.size() < 2 || mSpeech.isRecovering() || mSpeech.speakers().empty()) {
     const FramingType type = getLayoutTypeForGroupFrame(static_cast<int>(mInView.size()));
-    return SpeakerFramingLayoutBuilder::makeLayout(type, mInView, mCamId);
+    return SpeakerFramingLayoutBuilder::makeLayout(type, mInView, mCamId, mSpeech.recoveryReason());
   }
-  const SpeakerPicture picture =
-      builderInForce().build({mInView, mSpeech.speakers(), mCamId, getMaxScaleFactor()});
-  noteReason(picture.reason);
-  return picture.layout;
+  return builderInForce().build({mInView, mSpeech.speakers(), mCamId, getMaxScaleFactor()});
 }
 
 bool SpeakerFramingLayout::showsSpeaker() const {
@@ -170,8 +164,7 @@ bool SpeakerFramingLayout::isHeld() const {
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
   const std::vector<Frame>& frames = mState.current->frames;
   return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
-    return std::all_of(frame.fynHeads.begin(), frame.fynHeads.end(),
-                       [&](std::int64_t id) { return findHeadInView(mState.people, id, frame) != nullptr; });
+    return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
   });
 }
 
@@ -205,7 +198,8 @@ unsigned SpeakerFramingLayout::getMaxScaleFactor() {
 }
 
 bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.isBoxWorthAsking(frame, mState.people, getImageSize(frame)) &&
+  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
+  return mHeadFaults.report(frame, mState.people) && !heads.misses(mState.people, frame.fynHeads) &&
          BaseLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 
@@ -222,9 +216,8 @@ bool SpeakerFramingLayout::updateCurrentTimer() {
     }
     keepMembersWhole(frame);
     if (frame.frameType == FramingType::SUBSET_SPEAKER) {
-      // For its report alone: such a frame is placed around whoever is in view.
-      Rect box;
-      constructBoundingBox(frame, box, false);
+      // Such a frame is placed around whoever is in view: no box of it would ever tell who is missing.
+      mHeadFaults.report(frame, mState.people);
     }
   }
   return BaseLayout::updateCurrentTimer();
@@ -234,12 +227,12 @@ bool SpeakerFramingLayout::hasUnusableMember(const Frame& frame) const {
   if (!isByRuleOfThirds(frame)) {
     return false;
   }
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
   return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
     const auto person = mState.people.find(id);
     const Head* const head =
         person == mState.people.end() ? nullptr : person->second->findHead(frame.fynCamId);
-    return head != nullptr && !isZeroRect(head->bbox) && !isUsableBox(head->bbox, image);
+    return head != nullptr && !isZeroRect(head->bbox) && !heads.isUsable(head->bbox);
   });
 }
 
@@ -253,18 +246,16 @@ void SpeakerFramingLayout::keepMembersWhole(Frame& frame) {
 }
 
 bool SpeakerFramingLayout::wouldCutMembers(const Frame& frame) {
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-  Rect box;
-  for (const std::int64_t id : frame.fynHeads) {
-    const Head* const head = findHeadInView(mState.people, id, frame);
-    if (head == nullptr) {
-      return false;
-    }
-    box = isZeroRect(box) ? head->bbox : enclosing(box, head->bbox);
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  if (!heads.holdsAll(mState.people, frame.fynHeads)) {
+    return false;
   }
-  const Rect view = getRuleOfThirdFrame(getBaseRectForRuleofThirdsFrame(frame, box), widthOf(frame.dest),
-                                        heightOf(frame.dest), frame.frameLayout, getImageSize(frame),
-                                        static_cast<int>(getMaxScaleFactor()));
+  Rect box;
+  for (const Rect& head : heads.bounds(mState.people, frame.fynHeads)) {
+    box = isZeroRect(box) ? head : enclosing(box, head);
+  }
+  const Rect view = ruleOfThirdsView(frame, box).source;
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
   return enclosing(view, insideImage(box, image)) != view;
 }
 
@@ -285,9 +276,10 @@ PeopleMap& SpeakerFramingLayout::getHeadMapForGroup(const Frame& frame) {
 }
 
 std::vector<Rect> SpeakerFramingLayout::getGroupHeadBounds(const Frame& frame) {
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
   std::vector<Rect> bounds;
   for (const auto& [id, person] : getHeadMapForGroup(frame)) {
-    if (const Head* const head = findHeadInView(mState.people, id, frame)) {
+    if (const Head* const head = heads.find(*person)) {
       bounds.push_back(head->bbox);
     }
   }

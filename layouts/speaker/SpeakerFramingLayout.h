@@ -31,7 +31,7 @@ class SpeakerFramingLayout : public BaseLayout {
   bool updateCurrentTimer() override;
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
 
-  /** The layout on screen itself while it is held. */
+  /** A copy of the layout on screen while it is held. */
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
   std::uint32_t getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) override;

@@ -9,7 +9,7 @@
 
 namespace fyn::productionrules {
 
-SpeakerPicture SpeakerFramingLayoutBuilder::build(const SpeakerScene& scene) const {
+std::shared_ptr<Layout> SpeakerFramingLayoutBuilder::build(const SpeakerScene& scene) const {
   std::vector<std::shared_ptr<FynHead>> members;
   std::unordered_set<std::shared_ptr<FynHead>> taken;
   int units = 0;
@@ -23,17 +23,19 @@ SpeakerPicture SpeakerFramingLayoutBuilder::build(const SpeakerScene& scene) con
     members.insert(members.end(), neighbours.begin(), neighbours.end());
   }
   if (units > 1) {
-    return {makeLayout(FramingType::SUBSET_SPEAKER, members, scene.camId), "several speak"};
+    return makeLayout(FramingType::SUBSET_SPEAKER, members, scene.camId, "several speak");
   }
   if (members.size() > 1) {
-    return {makeLayout(FramingType::PROXIMITY, members, scene.camId), "a speaker with neighbours"};
+    return makeLayout(FramingType::PROXIMITY, members, scene.camId, "a speaker with neighbours");
   }
-  return {makeLayout(FramingType::HEAD, members, scene.camId), "a speaker alone"};
+  return makeLayout(FramingType::HEAD, members, scene.camId, "a speaker alone");
 }
 
 std::shared_ptr<Layout> SpeakerFramingLayoutBuilder::makeLayout(
-    FramingType type, const std::vector<std::shared_ptr<FynHead>>& members, std::uint32_t camId) {
+    FramingType type, const std::vector<std::shared_ptr<FynHead>>& members, std::uint32_t camId,
+    const char* reason) {
   auto layout = std::make_shared<Layout>();
+  layout->reason = reason;
   layout->layoutType = type;
   constructGroupLayout(members, layout, camId);
   return layout;

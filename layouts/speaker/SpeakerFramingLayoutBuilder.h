@@ -20,12 +20,6 @@ struct SpeakerScene {
   unsigned zoomLimit = 0;
 };
 
-/** A candidate, and in words what made it one of its type. */
-struct SpeakerPicture {
-  std::shared_ptr<Layout> layout;
-  const char* reason = "";
-};
-
 /**
  * Makes the picture of the speakers from their neighbours: one speaker alone is a HEAD, with neighbours a
  * PROXIMITY; speakers who are no neighbours share one SUBSET_SPEAKER frame.
@@ -34,13 +28,14 @@ class SpeakerFramingLayoutBuilder {
  public:
   virtual ~SpeakerFramingLayoutBuilder() = default;
 
-  /** A layout of one frame with its members; its rectangles stay zero. Needs a scene with a speaker. */
-  virtual SpeakerPicture build(const SpeakerScene& scene) const;
+  /** A layout of one frame with its members and its reason; its rectangles stay zero. Needs a scene with a
+   * speaker. */
+  virtual std::shared_ptr<Layout> build(const SpeakerScene& scene) const;
 
-  /** A layout of one frame of that type around `members`. */
+  /** A layout of one frame of that type around `members`, made for that reason. */
   static std::shared_ptr<Layout> makeLayout(FramingType type,
                                             const std::vector<std::shared_ptr<FynHead>>& members,
-                                            std::uint32_t camId);
+                                            std::uint32_t camId, const char* reason);
 
   /** Places a frame around its members: the group frame around `heads`, boxes in camera pixels. */
   static void calculateGroupFraming(Frame& frame, const std::vector<Rect>& heads, unsigned zoomLimit);

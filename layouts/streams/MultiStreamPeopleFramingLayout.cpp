@@ -7,23 +7,11 @@
 #include "config/PrConfig.h"
 #include "geometry/FramePredicates.h"
 #include "geometry/GroupLayout.h"
-#include "layouts/people/PeopleViews.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
 
 namespace {
-
-// Whether the frame can be cut from its camera without cutting its people. Leaves it as it is.
-bool canShow(BaseLayout& engine, Frame& frame) {
-  const Rect source = frame.source;
-  const Rect boundary = frame.detectionBoundary;
-  engine.calculateRuleOfThirdFor(frame);
-  const bool isWhole = showsWholeHeads(frame, engine.peopleMap(), engine.getImageSize(frame));
-  frame.source = source;
-  frame.detectionBoundary = boundary;
-  return isWhole;
-}
 
 // More people than this in one frame count as a large proximity.
 constexpr std::int32_t kMaxNeighbours = 3;
@@ -117,9 +105,10 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
     mAssignment.setShown(i, peopleOnScreen(mStreams[i]));
   }
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  mInputFaults.report(data, camId, getTag());
+  const HeadsInView heads = headsForTiles(camId);
+  mInputFaults.report(data, heads, getTag());
   const std::vector<std::vector<Seat>>& people =
-      mAssignment.assign(findSeats(data, camId), PrConfig::get().newPfFeatureEnabled);
+      mAssignment.assign(findSeats(data, heads), PrConfig::get().newPfFeatureEnabled);
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
     PeopleMap followed;
     for (const Seat& seat : people[i]) {
@@ -202,6 +191,9 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
 
 // ---- One stream's picture ----
 
+// The people of all streams have been looked at when they were assigned.
+void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
+
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   std::vector<std::shared_ptr<FynHead>> people;
   people.reserve(mState.people.size());
@@ -216,7 +208,7 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   layout->frameNumber = mlData->frameNumber;
   layout->faceCount = static_cast<std::int32_t>(people.size());
   fillPositionRect(layout);
-  if (!people.empty() && !canShow(*this, layout->frames.front())) {
+  if (!people.empty() && !mTiles.tryView(layout->frames.front())) {
     layout->layoutType = FramingType::GROUP;
     layout->frames.front().frameType = FramingType::GROUP;
     layout->frames.front().frameLayout = kFrameLayoutNone;

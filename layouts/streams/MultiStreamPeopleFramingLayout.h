@@ -54,6 +54,9 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   bool updateStreamFraming(std::size_t stream);
   bool applySecondaryLayoutToStream(std::size_t stream, const std::shared_ptr<Layout>& layout);
 
+ protected:
+  void reportInput(const MLData& data) override;
+
  private:
   /** What a stream keeps from one vision result to the next. */
   struct Stream {

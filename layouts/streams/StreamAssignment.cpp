@@ -12,15 +12,7 @@ namespace {
 constexpr std::size_t kNoStream = std::numeric_limits<std::size_t>::max();
 
 std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats, bool joinNeighbours) {
-  if (joinNeighbours) {
-    return formUnits(seats, nullptr, nullptr);
-  }
-  std::vector<PeopleUnit> units;
-  units.reserve(seats.size());
-  for (const Seat& each : seats) {
-    units.push_back({each});
-  }
-  return units;
+  return joinNeighbours ? formUnits(seats, nullptr, nullptr) : unitsOfOne(seats);
 }
 
 }  // namespace

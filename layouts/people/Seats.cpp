@@ -1,20 +1,34 @@
-#include "layouts/people/PeopleCameras.h"
+#include "layouts/people/Seats.h"
 
 #include <algorithm>
 #include <map>
 #include <unordered_set>
 
-#include "layouts/people/PeopleViews.h"
-#include "model/FynCamerasConfig.h"
+#include "layouts/people/PeopleTiles.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
-// A camera that has left the list has no image.
+const Head& headOf(const Seat& seat) {
+  return *seat.person->findHead(seat.camId);
+}
+
+// The seats of `ownCamId` first, then by camera, in each from left to right.
+void sortSeats(std::vector<Seat>& seats, std::int32_t ownCamId) {
+  std::stable_sort(seats.begin(), seats.end(), [ownCamId](const Seat& a, const Seat& b) {
+    const Head& headA = headOf(a);
+    const Head& headB = headOf(b);
+    if (headA.camId != headB.camId) {
+      return headA.camId == ownCamId || (headB.camId != ownCamId && headA.camId < headB.camId);
+    }
+    return headA.bbox.left != headB.bbox.left ? headA.bbox.left < headB.bbox.left
+                                              : headA.bbox.top > headB.bbox.top;
+  });
+}
+
 bool shows(std::uint32_t camId, const FynHead& person) {
-  return isShowable(person.findHead(camId),
-                    FynCamerasConfig::get().getCameraLensModelDimension(static_cast<int>(camId)));
+  return headsOfListedCamera(camId).find(person) != nullptr;
 }
 
 std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& person) {
@@ -34,6 +48,15 @@ bool seesSomebody(const MLData& data, std::int32_t camId) {
 }
 
 }  // namespace
+
+std::vector<Seat> findSeats(const MLData& data, const HeadsInView& heads) {
+  std::vector<Seat> seats;
+  for (const std::shared_ptr<FynHead>& person : heads.persons(data.getHeads())) {
+    seats.push_back({person, heads.camId()});
+  }
+  sortSeats(seats, static_cast<std::int32_t>(heads.camId()));
+  return seats;
+}
 
 std::optional<std::uint32_t> findBestCamera(const FynHead& person) {
   const auto best = std::find_if(person.feedPriorityList.begin(), person.feedPriorityList.end(),

@@ -1,0 +1,113 @@
+#include "layouts/people/HeadsInView.h"
+
+#include <algorithm>
+#include <tuple>
+#include <unordered_set>
+
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+using Person = std::shared_ptr<FynHead>;
+using Ids = std::set<std::int64_t>;
+
+bool isPartlyInside(const Rect& box, const Dimension& image) {
+  return box.left < box.right && box.top < box.bottom && box.left < image.width && box.top < image.height &&
+         box.right > 0 && box.bottom > 0;
+}
+
+bool isNear(std::int64_t low, std::int64_t high, std::int64_t size) {
+  return low >= -size && high <= 2 * size;
+}
+
+}  // namespace
+
+HeadsInView::HeadsInView(std::uint32_t camId, const Dimension& image, HeadRule rule)
+    : mCamId(camId), mImage(image), mRule(rule) {}
+
+bool HeadsInView::isUsable(const Rect& box) const {
+  return isPartlyInside(box, mImage) &&
+         (mRule == HeadRule::PartlyInImage ||
+          (isNear(box.left, box.right, mImage.width) && isNear(box.top, box.bottom, mImage.height)));
+}
+
+const Head* HeadsInView::find(const FynHead& person) const {
+  const Head* const head = person.findHead(mCamId);
+  return head != nullptr && isUsable(head->bbox) ? head : nullptr;
+}
+
+const Head* HeadsInView::find(const PeopleMap& people, std::int64_t personId) const {
+  const auto person = people.find(personId);
+  return person != people.end() ? find(*person->second) : nullptr;
+}
+
+std::vector<Person> HeadsInView::persons(const std::vector<Person>& persons) const {
+  std::vector<Person> inView;
+  inView.reserve(persons.size());
+  // A second entry must not stand in for a first one that cannot be shown.
+  std::unordered_set<std::int32_t> known;
+  for (const Person& person : persons) {
+    if (known.insert(person->id).second && find(*person) != nullptr) {
+      inView.push_back(person);
+    }
+  }
+  return inView;
+}
+
+std::vector<Person> HeadsInView::sorted(const std::vector<Person>& persons) const {
+  std::vector<Person> inView = this->persons(persons);
+  const auto place = [this](const Person& person) {
+    const Rect& box = person->findHead(mCamId)->bbox;
+    return std::make_tuple(box.left, box.top, person->id);
+  };
+  std::sort(inView.begin(), inView.end(),
+            [&](const Person& a, const Person& b) { return place(a) < place(b); });
+  return inView;
+}
+
+std::vector<Rect> HeadsInView::bounds(const PeopleMap& people, const Ids& ids) const {
+  std::vector<Rect> bounds;
+  bounds.reserve(ids.size());
+  for (const std::int64_t id : ids) {
+    if (const Head* const head = find(people, id)) {
+      bounds.push_back(head->bbox);
+    }
+  }
+  return bounds;
+}
+
+bool HeadsInView::holdsAll(const PeopleMap& people, const Ids& ids) const {
+  return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) { return find(people, id) != nullptr; });
+}
+
+bool HeadsInView::misses(const PeopleMap& people, const Ids& ids) const {
+  return std::any_of(ids.begin(), ids.end(),
+                     [&](std::int64_t id) { return people.count(id) != 0 && find(people, id) == nullptr; });
+}
+
+bool HeadsInView::areWhole(const PeopleMap& people, const Ids& ids, const Rect& view) const {
+  return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) {
+    const Head* const head = find(people, id);
+    return head != nullptr && view.left <= std::max(head->bbox.left, 0) &&
+           view.top <= std::max(head->bbox.top, 0) &&
+           view.right >= std::min(head->bbox.right, mImage.width) &&
+           view.bottom >= std::min(head->bbox.bottom, mImage.height);
+  });
+}
+
+HeadsInView headsForTiles(std::uint32_t camId) {
+  return {camId, getCameraLensModelDimension(static_cast<int>(camId)), HeadRule::PartlyInImage};
+}
+
+HeadsInView headsOfListedCamera(std::uint32_t camId) {
+  return {camId, FynCamerasConfig::get().getCameraLensModelDimension(static_cast<int>(camId)),
+          HeadRule::PartlyInImage};
+}
+
+HeadsInView headsToFollow(std::uint32_t camId) {
+  return {camId, getCameraLensModelDimension(static_cast<int>(camId)), HeadRule::NearImage};
+}
+
+}  // namespace fyn::productionrules
