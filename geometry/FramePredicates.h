@@ -12,7 +12,7 @@ namespace fyn::productionrules {
  * current one. */
 bool isGFMoveClose(const Rect& current, const Rect& latest);
 
-/** Whether the new group reaches out of the current one; touching edges count as inside. */
+/** Whether the new group reaches out of the current one; touching edges count as inside. For hosts. */
 bool isGFMoveAway(const Rect& current, const Rect& latest);
 
 /** Whether the head lies across an edge of a frame that it overlaps. A head that only touches an edge does
@@ -28,7 +28,7 @@ bool isOutsideEdge(const Rect& a, const Rect& b);
 /** Whether any head lies wholly outside the frame. */
 bool isGFHeadOutside(const Rect& frame, const std::vector<Rect>& heads);
 
-/** Whether half widths and half heights differ by less than 10 pixels. Positions play no part. */
+/** Whether half widths and half heights differ by less than 10 pixels. Positions play no part. For hosts. */
 bool isCenter(const Rect& a, const Rect& b);
 
 /** Whether both share at least one edge coordinate. */

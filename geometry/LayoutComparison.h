@@ -13,7 +13,7 @@
  */
 namespace fyn::productionrules {
 
-/** Whether all frames are drawn at the same places of the output picture. */
+/** Whether all frames are drawn at the same places of the output picture. For hosts. */
 bool isSameStreamLayoutTemplate(const std::vector<Frame>& current, const std::vector<Frame>& latest);
 
 /** Same places, same cameras, same head ids; the new person ids are among the current ones. */
@@ -29,7 +29,7 @@ bool isBaseLayoutDifferent(const std::shared_ptr<Layout>& current, const std::sh
  */
 bool isDifferentLayout(const std::shared_ptr<Layout>& current, const std::shared_ptr<Layout>& latest);
 
-/** Different types, or frames that are not areSameFrames, group and room layouts included. */
+/** Different types, or frames that are not areSameFrames, group and room layouts included. For hosts. */
 bool isDifferentFrameBasedLayout(const std::shared_ptr<Layout>& current,
                                  const std::shared_ptr<Layout>& latest);
 

@@ -4,13 +4,13 @@
 
 namespace fyn::productionrules {
 
-/** Square pixels, never negative. */
+/** Square pixels, never negative. For hosts. */
 double calculateArea(const Rect& rect);
 
 /**
  * Width of the common part times height of the union, in square pixels: the vertical span runs from the
  * higher top to the lower bottom, and rectangles that lie apart still give a positive value. 0 when either
- * span is 0.
+ * span is 0. For hosts.
  */
 double getOverlappingArea(const Rect& a, const Rect& b);
 
@@ -20,7 +20,7 @@ double getOverlappingArea(const Rect& a, const Rect& b);
  */
 float getOverlap(const Rect& a, const Rect& b);
 
-/** Difference of the areas as a share of the larger one, 0 to 1; 0 when either has no area. */
+/** Difference of the areas as a share of the larger one, 0 to 1; 0 when either has no area. For hosts. */
 float getSizeDelta(const Rect& a, const Rect& b);
 
 }  // namespace fyn::productionrules

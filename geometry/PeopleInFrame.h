@@ -12,7 +12,8 @@
 /** Questions about the persons of a vision result, as camera `camId` sees them. */
 namespace fyn::productionrules {
 
-/** Whether the head of a person who is not in `framed` lies strictly inside `frame` (camera pixels). */
+/** Whether the head of a person who is not in `framed` lies strictly inside `frame` (camera pixels). For
+ * hosts. */
 bool isAdditionalHeadsPresentInFrame(const Rect& frame, const std::shared_ptr<MLData>& mlData,
                                      const std::vector<std::shared_ptr<FynHead>>& framed,
                                      std::uint32_t camId);
@@ -25,7 +26,8 @@ bool isSpeakerFramedAlready(const std::shared_ptr<FynHead>& speaker, const std::
 std::vector<std::shared_ptr<FynHead>> getActiveSpeakers(const std::shared_ptr<MLData>& mlData,
                                                         std::uint32_t camId);
 
-/** The head ids of the persons; an error is logged for each person without a head, in their order. */
+/** The head ids of the persons; an error is logged for each person without a head, in their order. For
+ * hosts, as the three below. */
 std::set<std::int64_t> convertSetVisionFaceToSetIds(const std::vector<std::shared_ptr<FynHead>>& persons,
                                                     std::uint32_t camId);
 

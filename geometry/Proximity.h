@@ -27,7 +27,7 @@ std::vector<std::shared_ptr<FynHead>> findProximityGroup(const std::shared_ptr<F
                                                          std::list<std::shared_ptr<FynHead>>& pool,
                                                          bool useTrigger, std::uint32_t camId);
 
-/** The same as a set. Its order is that of addresses; use findProximityGroup where an order is needed. */
+/** The same as a set, for hosts. Its order is that of addresses: the engines use findProximityGroup. */
 std::set<std::shared_ptr<FynHead>> calculateProximityFor(const std::shared_ptr<FynHead>& person,
                                                          std::list<std::shared_ptr<FynHead>>& pool,
                                                          bool useTrigger, std::uint32_t camId);

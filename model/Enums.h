@@ -73,7 +73,8 @@ std::string framingModeToString(FramingMode mode);
 /** The mode of a text, compared whole and case-sensitively; Off for any other text. */
 FramingMode stringToFramingMode(const std::string& text);
 
-/** Has no text for LARGE_PROXIMITY, which is written "NONE" as any unknown value is. */
+/** Has no text for LARGE_PROXIMITY, which is written "NONE" as any unknown value is. For hosts, as the other
+ * functions that make strings; log lines use the texts. */
 std::string layoutToString(FramingType type);
 
 /** Like layoutToString, for printf formats. The text lives as long as the process. */

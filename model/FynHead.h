@@ -28,18 +28,20 @@ class FynHead {
   /** Like getHead, without sharing ownership and without a log line; null when there is none. */
   const Head* findHead(std::uint32_t camId) const;
 
-  /** Takes the head under its camera and its id as the person's; the feed priority list is not rebuilt. */
+  /** Takes the head under its camera and its id as the person's; the feed priority list is not rebuilt. For
+   * hosts that make persons themselves. */
   void setHead(const std::shared_ptr<Head>& head);
 
   /** The camera with the best view; kNoCamera, with an error logged, when there is none. */
   std::uint32_t getTopFeedPriorityCamID() const;
 
-  /** The head in the camera with the best view; null, with a log line, when it has none. */
+  /** The head in the camera with the best view; null, with a log line, when it has none. For hosts. */
   std::shared_ptr<Head> getTopFeedPriorityHead() const;
 
-  /** Whether the feed priority list names that camera. */
+  /** Whether the feed priority list names that camera. For hosts. */
   bool isFeedPriorityAvailable(int camId) const;
 
+  /** Whether another camera has the best view now. For hosts. */
   bool hasTopFeedPriorityCameraChanged(std::uint32_t camId) const;
 
   /** Person id; negative means invalid. */

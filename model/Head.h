@@ -24,10 +24,12 @@ class Head {
   /** JSON text for logs and the debug dump. */
   std::string str() const;
 
-  /** Head height as a percentage of the image height of the camera `fynCamId`. */
+  /** Sets `imageQuality`: head height as a percentage of the image height of the camera `fynCamId`. For
+   * hosts. */
   void calculatImageQuality();
 
-  /** Rank of the view from yaw and image quality; 0 when the yaw is not a number. */
+  /** Sets `qfactor`: rank of the view from yaw and image quality; 0 when the yaw is not a number. For hosts
+   * and tools; a vision result brings its own. */
   void calculateQfactor();
 
   /** Id of the head within its camera. */

@@ -19,13 +19,14 @@ class MLData {
 
   const std::vector<std::shared_ptr<FynHead>>& getHeads() const { return heads; }
 
-  /** The persons whose first head speaks, in order. */
+  /** The persons whose first head speaks, in order. For hosts. */
   std::vector<std::shared_ptr<FynHead>> getSpeakers() const;
 
+  /** For hosts that make a vision result themselves. */
   void setHeads(const std::vector<std::shared_ptr<FynHead>>& newHeads);
 
   /** Sorts the persons by their place in camera `camId`, left to right; persons it does not see come last, by
-   * camera. */
+   * camera. For hosts; the engines sort whom they show. */
   void sortFynHeads(int camId);
 
   /** Same persons with equal heads, and the same frame number and time. */

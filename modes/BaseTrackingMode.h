@@ -51,6 +51,7 @@ class BaseTrackingMode {
   /** A new engine for the operating mode; the current one where the mode has no engine of its own. */
   virtual std::shared_ptr<BaseLayout> makeLayout(FynOperatingMode mode) const;
 
+  /** For hosts. */
   virtual std::string getName() const;
   virtual FramingMode getTrackingMode() = 0;
 

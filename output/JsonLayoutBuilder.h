@@ -47,7 +47,8 @@ class JsonLayoutBuilder {
   /** Appends an entry that shows nothing, for a stream that has no frame. */
   void generateBlankJsonScene(int camId, nlohmann::ordered_json& target) const;
 
-  /** One scene of the own camera, from pairs of what to show (camera pixels) and where (output picture). */
+  /** One scene of the own camera, from pairs of what to show (camera pixels) and where (output picture).
+   * For hosts. */
   std::string generateLayout(const std::vector<std::pair<Rect, Rect>>& views, const std::string& animation,
                              std::int64_t frameNumber, std::int64_t adjustmentFrame) const;
 

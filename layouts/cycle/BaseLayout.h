@@ -102,6 +102,8 @@ class BaseLayout {
 
   virtual bool isThereATimerRunning() const;
 
+  /** The ids of the streams that layouts are made for, and so their number; none changes nothing. For hosts.
+   */
   virtual void setDisplayLayoutStreamIDS(std::vector<unsigned> ids);
 
   virtual void updateLayoutWithStreamInfo(std::shared_ptr<Layout>& layout, unsigned streamId);
@@ -191,6 +193,7 @@ class BaseLayout {
    * call. */
   virtual void setDecisionListener(DecisionListener* listener) { mDecisionListener = listener; }
 
+  /** Write views and heads into the log; for hosts. */
   void printFrameViews(const std::vector<Frame>& frames) const;
   void printFrameHeads(const std::shared_ptr<Layout>& layout) const;
 

@@ -19,6 +19,7 @@ class BaseSecondaryLayout : public BaseLayout {
   /** The size that the primary device sent with the frame. */
   Dimension getImageSize(const Frame& frame) override;
 
+  /** For hosts whose engines take all streams at once; false here, and nothing changes. */
   virtual bool applyLayout(const SecondaryLayout& layout);
 
  protected:
