@@ -70,23 +70,21 @@ void limitZoom(Rect& box, const GroupBuffers& buffers, const Dimension& image, i
                   truncate(buffers.top * 100.0F), bottomAmount, topAmount, zoomLimit);
 }
 
+// Shifts the span so that it begins in the image, then so that it ends there.
+void keepInside(std::int32_t& low, std::int32_t& high, std::int32_t size) {
+  if (low < 0) {
+    high = wrapSub(high, low);
+    low = 0;
+  }
+  if (high > size) {
+    low = wrapSub(wrapAdd(low, size), high);
+    high = size;
+  }
+}
+
 void keepInside(Rect& box, const Dimension& image) {
-  if (box.left < 0) {
-    box.right = wrapSub(box.right, box.left);
-    box.left = 0;
-  }
-  if (box.right > image.width) {
-    box.left = wrapSub(wrapAdd(box.left, image.width), box.right);
-    box.right = image.width;
-  }
-  if (box.top < 0) {
-    box.bottom = wrapSub(box.bottom, box.top);
-    box.top = 0;
-  }
-  if (box.bottom > image.height) {
-    box.top = wrapSub(wrapAdd(box.top, image.height), box.bottom);
-    box.bottom = image.height;
-  }
+  keepInside(box.left, box.right, image.width);
+  keepInside(box.top, box.bottom, image.height);
   if (widthOf(box) >= image.width || heightOf(box) >= image.height) {
     box = wholeImage(image);
   }

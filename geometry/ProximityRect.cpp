@@ -14,6 +14,17 @@ float shareOf(std::int32_t length, std::int32_t percent) {
   return toFloat(length) * toFloat(percent) / 100.0F;
 }
 
+// A span that sticks out at both ends is shifted from the far end only.
+void shiftInside(std::int32_t& low, std::int32_t& high, std::int32_t size) {
+  if (high > size) {
+    low = wrapSub(wrapAdd(low, size), high);
+    high = size;
+  } else if (low < 0) {
+    high = wrapSub(high, low);
+    low = 0;
+  }
+}
+
 }  // namespace
 
 Rect getProxTriggerRect(const Rect& head, const Dimension& image) {
@@ -39,20 +50,8 @@ Rect getProximitySquare(const Rect& head, const Dimension& image) {
   square.left = wrapSub(square.left, shift);
   square.right = wrapSub(square.right, shift);
 
-  if (square.right > image.width) {
-    square.left = wrapSub(wrapAdd(square.left, image.width), square.right);
-    square.right = image.width;
-  } else if (square.left < 0) {
-    square.right = wrapSub(square.right, square.left);
-    square.left = 0;
-  }
-  if (square.bottom > image.height) {
-    square.top = wrapAdd(wrapSub(square.top, square.bottom), image.height);
-    square.bottom = image.height;
-  } else if (square.top < 0) {
-    square.bottom = wrapSub(square.bottom, square.top);
-    square.top = 0;
-  }
+  shiftInside(square.left, square.right, image.width);
+  shiftInside(square.top, square.bottom, image.height);
   PRB_LOGD("FramingUtil", "%s myHeadBound[ %d, %d, %d, %d], result[ %d, %d, %d, %d]", __func__, head.left,
            head.top, head.right, head.bottom, square.left, square.top, square.right, square.bottom);
   return square;
