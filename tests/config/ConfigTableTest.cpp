@@ -66,23 +66,6 @@ TEST(ConfigTable, KeysAreFoundByTheirWholeText) {
   }
 }
 
-// One default of each group, and those that no key can set.
-TEST(ConfigTable, Defaults) {
-  const PrConfig& config = PrConfig::DEFAULT;
-  EXPECT_EQ(config.timersGroupFrameHeadLeft, 8000);
-  EXPECT_EQ(config.timersPFHeadBufferOnEdge, 2000);
-  EXPECT_EQ(config.timersLayoutChangeSfFrameSpeaker, 100);
-  EXPECT_EQ(config.timersPFFeedPriorityChange, 4000);
-  EXPECT_EQ(config.frameLayoutHeadColumnNarrowBottomLine, 55);
-  EXPECT_EQ(config.headColumnNarrowOffcenterBottomTrigger, 35);
-  EXPECT_EQ(config.proximityTriggerTop, 10);
-  EXPECT_EQ(config.proximityTriggerBottom, 25);
-  EXPECT_EQ(config.proximityTriggerSide, 50);
-  EXPECT_TRUE(config.groupBoundaryEnable);
-  EXPECT_FALSE(config.fpBeta1Enabled);
-  EXPECT_EQ(config.dissolveAnimationDuration, 90);
-}
-
 const char* const kExamplePath = PR_SOURCE_DIR "/conf/fyn.conf.example";
 
 // PR_UPDATE_EXAMPLE=1 writes the file anew from the table.

@@ -60,25 +60,6 @@ bool lies(const Rect& inner, const Rect& outer) {
   return !isGFMoveAway(outer, inner);
 }
 
-TEST(GeometryProperties, SymmetricQuestions) {
-  RandomRects random;
-  int near = 0;
-  for (int i = 0; i < kRounds; ++i) {
-    const Rect a = random.head();
-    const Rect b = random.head();
-    near += static_cast<int>(isInProximity(a, b));
-    ASSERT_EQ(isInProximity(a, b), isInProximity(b, a));
-    ASSERT_EQ(isInProximity(a, b, 400), isInProximity(a, b) || isInProximity(a, b, 400))
-        << "wider loses nobody";
-    ASSERT_EQ(getOverlappingArea(a, b), getOverlappingArea(b, a));
-    ASSERT_EQ(getSizeDelta(a, b), getSizeDelta(b, a));
-    ASSERT_GE(getSizeDelta(a, b), 0.0F);
-    ASSERT_LE(getSizeDelta(a, b), 1.0F);
-    ASSERT_FALSE(isInProximity(a, b) && isOutsideEdge(a, b));
-  }
-  EXPECT_GT(near, 0);
-}
-
 TEST(GeometryProperties, RuleOfThirdsFrameLiesInTheImage) {
   RandomRects random;
   for (int i = 0; i < kRounds; ++i) {

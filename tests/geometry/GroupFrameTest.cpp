@@ -176,13 +176,5 @@ TEST(GroupLayout, HoldsWhomTheCameraSees) {
   EXPECT_EQ(layout->frames.front().heads, Ids{});
 }
 
-TEST(GroupLayout, NoLayoutIsReported) {
-  CapturedLog log;
-  std::shared_ptr<Layout> none;
-  constructGroupLayout({person(1, {}), person(2, {})}, none, 0);
-  EXPECT_EQ(log.lines(),
-            (Lines{"W|FramingUtil|constructGroupLayout faces: 2 layout: 0 layout is null returning"}));
-}
-
 }  // namespace
 }  // namespace fyn::productionrules

@@ -1,8 +1,6 @@
 // How long a change waits and how it is shown: layout changes, reframes, transitions.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "layouts/group/GroupFramingLayout.h"
 #include "layouts/group/GroupFramingTimerSetting.h"
 #include "layouts/group/PrimaryGroupLayout.h"
@@ -61,15 +59,6 @@ TEST_F(BaseTimers, LayoutChangeWaits) {
   };
   check(group);
   check(primary);
-}
-
-TEST_F(BaseTimers, WithoutASettingNothingWaits) {
-  OpenEngine<GroupFramingLayout> engine;
-  engine.mState.current = layoutOf(FramingType::HEAD);
-  EXPECT_EQ(engine.getWaitTime(layoutOf(FramingType::GROUP), true), 0U);
-  for (int position = 0; position <= 8; ++position) {
-    EXPECT_EQ(engine.getWaitTimeFor(static_cast<HeadPosition>(position)), 0U);
-  }
 }
 
 struct EngineCase {
@@ -215,27 +204,6 @@ TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {
     EXPECT_EQ(engine.mState.current->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
     EXPECT_FALSE(engine.mState.current->frames.front().headPositionTimer.isStarted());
   }
-}
-
-TEST_F(BaseTimers, SomethingRunsWhenOneTimerOfTheLayoutsIsStarted) {
-  const Timer started{5, 1, true};
-  const auto running = [](const std::function<void(OpenEngine<BaseLayout>&)>& change) {
-    OpenEngine<BaseLayout> engine;
-    engine.mState.current = layoutOf(FramingType::GROUP, {Frame{}, Frame{}});
-    engine.mState.pending = layoutOf(FramingType::GROUP, {Frame{}});
-    change(engine);
-    return engine.isThereATimerRunning();
-  };
-  EXPECT_FALSE(running([](auto&) {}));
-  EXPECT_FALSE(running([](auto& engine) { engine.mState.current = engine.mState.pending = nullptr; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->layoutTimer = started; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->frames[1].headPositionTimer = started; }));
-  EXPECT_TRUE(running([&](auto& engine) { engine.mState.current->frames[1].feedPriorityTimer = started; }));
-  EXPECT_TRUE(running([&](auto& engine) {
-    engine.mState.current = nullptr;
-    engine.mState.pending->layoutTimer = started;
-  }));
-  EXPECT_FALSE(running([&](auto& engine) { engine.mState.pending->frames[0].headPositionTimer = started; }));
 }
 
 TEST_F(BaseTimers, ClockIsReplaceable) {

@@ -146,18 +146,6 @@ TEST(MultiStreamCount, Ids) {
   }
 }
 
-TEST(MultiStreamCount, OtherIdsRenameThePicturesOnScreen) {
-  EngineRun run;
-  run.engine<MultiStreamFramingLayout>().watch(peopleAt("1@200 2@600 3@1000"), 1000);
-  run.layouts().setDisplayLayoutStreamIDS({11, 12});
-  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000")));
-  EXPECT_EQ(run.streamPictures(), "11 HEAD [1], 12 HEAD [2]") << "two ids are two streams";
-  run.layouts().setDisplayLayoutStreamIDS({11, 13});
-  run.watch(peopleAt("1@200 2@600 3@1000"), kSettled);
-  run.layouts().setDisplayLayoutStreamIDS({11, 14});
-  EXPECT_TRUE(run.see(peopleAt("1@200 2@600 3@1000"))) << "a new name alone has to go out as well";
-}
-
 TEST(MultiStreamCount, TheConfigurationGivesTheNumber) {
   const std::pair<int, std::size_t> rows[] = {{3, 4}, {0, 1}, {-5, 1}, {16, 17}, {2000000000, 65}};
   for (const auto& [configured, layouts] : rows) {

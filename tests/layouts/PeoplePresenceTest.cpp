@@ -62,15 +62,6 @@ TEST(PeoplePresence, BridgesWhatADetectorMissesAndPassesOverWhatFlashesUp) {
   }
 }
 
-TEST(PeoplePresence, TwoResultsOfOneMillisecondAreTwoResults) {
-  PeoplePresence presence;
-  presence.steady(*scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 700, kHoldMs);
-  presence.steady(*scene().person(1).at(310, 360).person(2).at(900, 360).mlData(), 700, kHoldMs);
-  const auto steady = presence.steady(*scene().person(2).at(900, 360).mlData(), 700, kHoldMs);
-  ASSERT_EQ(steady->getHeads().size(), 2U);
-  EXPECT_EQ(steady->getHeads()[1]->findHead(0)->bbox.left, 260);
-}
-
 TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
   PeoplePresence presence;
   presence.steady(*scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0, kHoldMs);

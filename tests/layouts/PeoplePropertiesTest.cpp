@@ -171,37 +171,6 @@ TEST(PeopleProperties, AChangeThatRevertsBeforeItsWaitNeverReachesTheScreen) {
   }
 }
 
-TEST(PeopleProperties, WhoHasLeftIsGoneFromTheTilesAfterTheWait) {
-  for (const Device& device : kDevices) {
-    int left = 0;
-    for (std::uint32_t seed = 200; seed < 200 + 2 * kMeetings; ++seed) {
-      MeetingRun meeting(device, seed);
-      const std::shared_ptr<MLData> everybody = meeting.skip(400).mlData();
-      for (int i = 0; i < 200; ++i) {
-        meeting.run.see(everybody);
-      }
-      if (everybody->heads.empty() || meeting.run.current().layoutType == FramingType::GROUP) {
-        continue;
-      }
-      const auto rest = std::make_shared<MLData>(*everybody);
-      const std::int32_t gone = rest->heads[seed % rest->heads.size()]->id;
-      rest->heads.erase(rest->heads.begin() + static_cast<std::ptrdiff_t>(seed % rest->heads.size()));
-      meeting.run.decisions.clear();
-      meeting.run.see(rest);
-      ASSERT_FALSE(meeting.run.decisions.empty());
-      const std::uint32_t wait = meeting.run.decisions.front().waitMs;
-      for (std::uint64_t ms = 0; ms < wait; ms += EngineRun::kStepMs) {
-        meeting.run.see(rest);
-      }
-      ++left;
-      for (const Frame& frame : meeting.run.current().frames) {
-        EXPECT_EQ(frame.fynHeads.count(gone), 0U) << device.name << ", seed " << seed;
-      }
-    }
-    EXPECT_GT(left, 10) << device.name;
-  }
-}
-
 /** Every picture that goes out, one line each. */
 std::string transcript(const Device& device, std::uint32_t seed, bool otherOrder) {
   MeetingRun meeting(device, seed);

@@ -36,25 +36,6 @@ TEST(PrimaryPeople, TheOwnCameraComesFirstWhateverItsId) {
   EXPECT_EQ(run.picture(), "HEAD [4] [1] [2] [3]");
 }
 
-// A group is cut from one camera; that is no reason to stay with it afterwards.
-TEST(PrimaryPeople, AfterAGroupEverybodyIsTakenFromTheBestCamera) {
-  const auto crowd = [](std::int32_t people) {
-    Scene scene;
-    for (std::int32_t id = 1; id <= people; ++id) {
-      scene.person(id).sized(40, 50).at(130 * id, 360).yaw(50);
-      scene.camera(1).sized(40, 50).at(130 * id, 360).yaw(1);
-    }
-    return scene;
-  };
-  EngineRun run({0, 1});
-  run.engine<PrimaryPeopleLayout>();
-  run.see(crowd(9));
-  ASSERT_EQ(cameras(run.current()), "0");
-  run.watch(crowd(2), 8200);
-  EXPECT_EQ(run.picture(), "HEAD [1] [2]");
-  EXPECT_EQ(cameras(run.current()), "1 1");
-}
-
 TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
   EngineRun run({0, 1});
   run.engine<PrimaryPeopleLayout>();

@@ -1,9 +1,6 @@
 // What holds for every picture of speaker framing, over meetings that nobody has arranged.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
-
 #include "tests/layouts/PictureFaults.h"
 #include "tests/layouts/RandomMeeting.h"
 #include "tests/layouts/SpeakerRun.h"
@@ -48,31 +45,6 @@ TEST_P(SpeakerProperties, EveryPictureIsWholeAndNoChangeComesBeforeItsWait) {
     }
   }
   EXPECT_GT(changes, 10);
-}
-
-// The scene stands still after each departure, because every other change of it begins another wait; so does
-// the recovery mode. Group frames keep the ids of who has left until they are framed anew.
-TEST_P(SpeakerProperties, NobodyWhoHasLeftIsShownForLongerThanTheChangeWaits) {
-  constexpr std::uint64_t kLongestWait = 4000;
-  run.with([](PrConfig& config) { config.sfRecoveryMode = false; });
-  const auto showsSomebodyWhoLeft = [this] {
-    const std::set<std::int64_t>& shown = run.current().frames.front().fynHeads;
-    return run.current().layoutType != FramingType::GROUP &&
-           std::any_of(shown.begin(), shown.end(),
-                       [&](std::int64_t id) { return run.layouts().peopleMap().count(id) == 0; });
-  };
-  int departures = 0;
-  for (int i = 0; i < kResults; ++i) {
-    const Scene scene = meeting.next();
-    run.see(scene);
-    if (!showsSomebodyWhoLeft()) {
-      continue;
-    }
-    ++departures;
-    run.watch(scene, kLongestWait);
-    ASSERT_FALSE(showsSomebodyWhoLeft()) << "result " << i << ": " << run.picture();
-  }
-  EXPECT_GT(departures, 0);
 }
 
 TEST_P(SpeakerProperties, PicturesDoNotDependOnTheOrderOfPersonsOrTheirAddresses) {

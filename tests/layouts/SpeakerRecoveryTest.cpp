@@ -110,14 +110,6 @@ TEST_F(SpeakerRecovery, HasASwitchForEachSign) {
   }
 }
 
-TEST_F(SpeakerRecovery, EndsWhenItIsSwitchedOff) {
-  jump(40, 200);
-  ASSERT_EQ(run.picture(), "GROUP [1 2 3]");
-  run.with([](PrConfig& config) { config.sfRecoveryMode = false; });
-  run.watch(speakerAt(200), 600);
-  EXPECT_EQ(run.picture(), "SUBSET_SPEAKER [1]");
-}
-
 TEST_F(SpeakerRecovery, BearsAnySetting) {
   for (const std::int32_t value :
        {std::numeric_limits<std::int32_t>::min(), -1, 0, 1, std::numeric_limits<std::int32_t>::max()}) {

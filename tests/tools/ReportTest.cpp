@@ -2,7 +2,6 @@
 
 #include <array>
 #include <filesystem>
-#include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -237,12 +236,6 @@ TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
             "standard input: holds no vision results (/ICDOut), nothing to measure\n");
 }
 
-TEST(Report, MeasuresTheDecisions) {
-  const json timing = reportOn(meeting(), {"--timing"}).at("overall").at("timing");
-  EXPECT_GT(timing.at("decision_us").get<double>(), 0);
-  EXPECT_GE(timing.at("decision_p95_us"), timing.at("decision_us"));
-}
-
 TEST(Report, AddsUpTheRecordings) {
   const TemporaryFolder folder;
   const std::string once = folder.write("once.jsonl", meeting());
@@ -298,18 +291,6 @@ TEST(Report, SaysWhatIsWrongInOneLine) {
   for (const auto& [arguments, fault] : rows) {
     expectRefused(arguments, fault, meeting());
   }
-}
-
-TEST(Report, SurvivesDaysOfSilenceAndBoxesFromNowhere) {
-  SecondaryRecording recording;
-  recording.show(0, {0, 0, 1280, 720});
-  const std::int32_t most = std::numeric_limits<std::int32_t>::max();
-  Scene room = scene();
-  room.person(1).camera(1).box({-most - 1, -most - 1, most, most});
-  room.person(2).camera(1).box({most, most, -most, -most});
-  recording.see(0, room);
-  const json report = reportOn(recording.text() + "{\"t\":500000000}\n");
-  EXPECT_EQ(report.at("overall").at("minutes"), 1 / 60.0);
 }
 
 }  // namespace

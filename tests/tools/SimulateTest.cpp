@@ -71,23 +71,6 @@ TEST(Simulate, RealNoiseHasTheMeasuredFigures) {
   }
 }
 
-TEST(Simulate, NoiseGrowsWithItsLevel) {
-  double lastRecall = 1.1;
-  double lastJitter = -1;
-  for (const char* const level : {"none", "low", "0.3", "real", "0.8", "high"}) {
-    const Measured measured = measure(*noiseOf(level), 1);
-    EXPECT_LT(measured.recall, lastRecall) << level;
-    EXPECT_GT(measured.jitter95, lastJitter) << level;
-    lastRecall = measured.recall;
-    lastJitter = measured.jitter95;
-  }
-  EXPECT_EQ(measure(*noiseOf("none"), 1).recall, 1);
-  EXPECT_EQ(measure(*noiseOf("0"), 1).jitter95, 0);
-  for (const char* const wrong : {"", "loud", "-0.1", "1.1", "nan", "0.5x"}) {
-    EXPECT_FALSE(noiseOf(wrong)) << wrong;
-  }
-}
-
 SimulationOptions optionsOf(std::uint64_t seed, int people, int minutes, int cameras, const char* noise) {
   return {seed, people, minutes, cameras, *noiseOf(noise)};
 }

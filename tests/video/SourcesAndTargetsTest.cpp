@@ -165,23 +165,6 @@ TEST(Targets, FilesHoldWhatWasWritten) {
   }
 }
 
-TEST(Targets, SayWhatCannotBeWritten) {
-  const ScratchFolder folder;
-  const std::string absent = folder.file("absent/out.mp4");
-  const std::unique_ptr<PictureSink> sink = openTarget(absent, {{640, 360}, 25});
-  const cv::Mat picture = chart({640, 360});
-  const auto writeAll = [&] {
-    for (int count = 0; count < 100; ++count) {
-      sink->write(picture);
-    }
-    sink->finish();
-  };
-  EXPECT_THROW(writeAll(), std::runtime_error);
-  ASSERT_EQ(unsetenv("DISPLAY"), 0);
-  ASSERT_EQ(unsetenv("WAYLAND_DISPLAY"), 0);
-  EXPECT_THROW(openTarget("window", {{640, 360}, 25}), UsageError);
-}
-
 TEST(StageTimes, QuantilesAreByNearestRank) {
   EXPECT_EQ(quantile({}, 0.5), 0);
   EXPECT_EQ(quantile({4}, 0.99), 4);

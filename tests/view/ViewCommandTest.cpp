@@ -110,23 +110,6 @@ TEST(ViewCommand, AShortTokenIsRefusedAndNotRepeated) {
   EXPECT_EQ(shortToken.errorText().find("secret"), std::string::npos) << shortToken.errorText();
 }
 
-TEST(ViewCommand, OthersNeedTheTokenThatIsPrinted) {
-  const ScratchFolder folder;
-  const std::string meeting = folder.write("meeting.jsonl", "");
-  Viewer viewer({kPrb, "view", meeting, "--listen", "0.0.0.0"});
-  const std::string address = viewer.address();
-  ASSERT_NE(address.find("/?token="), std::string::npos) << address;
-  EXPECT_EQ(viewer.client().Get("/")->status, 401);
-  EXPECT_EQ(viewer.client().Get(address.substr(address.find("/?")))->status, 303);
-  viewer.endsWith(SIGINT);
-
-  const std::string token = "of-the-environment";
-  Viewer known({kPrb, "view", meeting}, {{"PRB_VIEW_TOKEN", token}});
-  EXPECT_EQ(known.address().find(token), std::string::npos) << known.address();
-  EXPECT_EQ(known.client().Get("/")->status, 401);
-  EXPECT_EQ(known.client().Get("/?token=" + token)->status, 303);
-}
-
 TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
   const ScratchFolder folder;
   const std::string meeting =
