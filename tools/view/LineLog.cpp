@@ -65,7 +65,7 @@ std::string LineLog::textOf(const ViewLine& line, std::uint64_t number) const {
 }
 
 void LineLog::put(ViewLine line) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   ++mCount;
   mTime = std::max(mTime, line.t);
   std::string text = textOf(line, mCount);
@@ -87,7 +87,7 @@ void LineLog::put(ViewLine line) {
   mReady = mEnd;
   leaveOutWhatIsOld();
   forgetWhatIsRead();
-  mMore.notify_all();
+  mMore.notifyAll();
 }
 
 void LineLog::moveToFile() {
@@ -100,7 +100,7 @@ void LineLog::moveToFile() {
   mRecent.clear();
   mHeld = 0;
   mReady = mEnd;
-  mMore.notify_all();
+  mMore.notifyAll();
 }
 
 bool LineLog::isReplaced(const Entry& entry) const {
@@ -145,15 +145,15 @@ void LineLog::forgetWhatIsRead() {
 }
 
 void LineLog::finish() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mFinished = true;
-  mMore.notify_all();
+  mMore.notifyAll();
 }
 
 void LineLog::close() {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   mClosed = true;
-  mMore.notify_all();
+  mMore.notifyAll();
 }
 
 std::uint64_t LineLog::seenBy(const std::string& lastEventId) const {
@@ -178,7 +178,7 @@ LineLog::Entries LineLog::currentAfter(std::uint64_t seen) const {
 }
 
 std::unique_ptr<LineLog::Reader> LineLog::open(const std::string& lastEventId) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   if (mFile != nullptr) {
     return std::unique_ptr<Reader>(new Reader(*this, 0, {}, {}));
   }
@@ -198,7 +198,7 @@ LineLog::Reader::Reader(LineLog& log, std::int64_t place, Entries first, std::st
 }
 
 LineLog::Reader::~Reader() {
-  const std::lock_guard lock(mLog.mMutex);
+  const MutexLock lock(mLog.mMutex);
   mLog.mReaders.erase(std::find(mLog.mReaders.begin(), mLog.mReaders.end(), this));
 }
 
@@ -232,11 +232,12 @@ bool LineLog::Reader::take(const Entries& entries, std::string& piece) {
 }
 
 std::optional<std::string> LineLog::Reader::next(milliseconds limit) {
-  std::unique_lock lock(mLog.mMutex);
-  mLog.mMore.wait_for(lock, mLog.mFile != nullptr ? std::min(limit, kMostPatience) : limit, [this] {
-    return mLog.mClosed || mLog.mFinished || mGivenUp || mLog.mReady > mPlace || !mFirst.empty() ||
-           !mWords.empty();
-  });
+  MutexLock lock(mLog.mMutex);
+  mLog.mMore.waitFor(lock, mLog.mFile != nullptr ? std::min(limit, kMostPatience) : limit,
+                     [this]() PR_REQUIRES(mLog.mMutex) {
+                       return mLog.mClosed || mLog.mFinished || mGivenUp || mLog.mReady > mPlace ||
+                              !mFirst.empty() || !mWords.empty();
+                     });
   if (mLog.mClosed || mGivenUp || (mLog.mFinished && mPlace == mLog.mEnd)) {
     return std::nullopt;
   }

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "tools/view/TemporaryFile.h"
 #include "tools/view/ViewLine.h"
 
@@ -87,34 +86,34 @@ class LineLog final : public LineSink {
   LineLog(const LineForm& form, std::string session, const Limits& limits);
 
   std::string textOf(const ViewLine& line, std::uint64_t number) const;
-  void moveToFile();
-  void forgetWhatIsRead();
-  void leaveOutWhatIsOld();
-  bool isReplaced(const Entry& entry) const;
+  void moveToFile() PR_REQUIRES(mMutex);
+  void forgetWhatIsRead() PR_REQUIRES(mMutex);
+  void leaveOutWhatIsOld() PR_REQUIRES(mMutex);
+  bool isReplaced(const Entry& entry) const PR_REQUIRES(mMutex);
   std::uint64_t seenBy(const std::string& lastEventId) const;
-  Entries currentAfter(std::uint64_t seen) const;
+  Entries currentAfter(std::uint64_t seen) const PR_REQUIRES(mMutex);
 
   const LineForm& mForm;
   const std::string mSession;
   const Limits mLimits;
-  std::mutex mMutex;
-  std::condition_variable mMore;
-  std::uint64_t mCount = 0;
-  std::int64_t mTime = 0;
+  Mutex mMutex;
+  ConditionVariable mMore;
+  std::uint64_t mCount PR_GUARDED_BY(mMutex) = 0;
+  std::int64_t mTime PR_GUARDED_BY(mMutex) = 0;
   /** Bytes of all lines ever put, and how many of them readers are woken for. */
-  std::int64_t mEnd = 0;
-  std::int64_t mReady = 0;
+  std::int64_t mEnd PR_GUARDED_BY(mMutex) = 0;
+  std::int64_t mReady PR_GUARDED_BY(mMutex) = 0;
   /** In memory: kept from being left out, and those that came last. */
-  Entries mOld;
-  Entries mRecent;
-  std::int64_t mHeld = 0;
+  Entries mOld PR_GUARDED_BY(mMutex);
+  Entries mRecent PR_GUARDED_BY(mMutex);
+  std::int64_t mHeld PR_GUARDED_BY(mMutex) = 0;
   /** Only of a recording: all lines before those in memory. */
   std::unique_ptr<TemporaryFile> mFile;
   /** Only of a live source: the latest line of each key. */
-  std::map<std::string, std::shared_ptr<const Entry>> mCurrent;
-  std::vector<Reader*> mReaders;
-  bool mFinished = false;
-  bool mClosed = false;
+  std::map<std::string, std::shared_ptr<const Entry>> mCurrent PR_GUARDED_BY(mMutex);
+  std::vector<Reader*> mReaders PR_GUARDED_BY(mMutex);
+  bool mFinished PR_GUARDED_BY(mMutex) = false;
+  bool mClosed PR_GUARDED_BY(mMutex) = false;
 };
 
 /** The place of one page in the log. Used by one thread at a time. */

@@ -13,7 +13,7 @@ LiveRoom::LiveRoom(LineSink& sink, std::function<std::int64_t()> clock, ShadowSe
     : mSink(sink), mClock(std::move(clock)), mStart(mClock()), mShadow(sink, std::move(settings)) {}
 
 void LiveRoom::onMessage(const std::string& topic, const std::string& message) {
-  const std::lock_guard lock(mMutex);
+  const MutexLock lock(mMutex);
   const std::int64_t t = mClock() - mStart;
   if (message.size() > kTooLong) {
     mSink.put(noticeLine(

@@ -2,10 +2,10 @@
 
 #include <array>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <string_view>
 
+#include "platform/Mutex.h"
 #include "platform/PubSub.h"
 #include "platform/Topics.h"
 #include "tools/view/ShadowService.h"
@@ -31,8 +31,8 @@ class LiveRoom final : public com::quil::pubsub::IPubSubListener {
   LineSink& mSink;
   const std::function<std::int64_t()> mClock;
   const std::int64_t mStart;
-  std::mutex mMutex;
-  ShadowService mShadow;
+  Mutex mMutex;
+  ShadowService mShadow PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules
