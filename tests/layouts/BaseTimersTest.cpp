@@ -122,6 +122,20 @@ TEST_F(BaseTimers, EnginesDifferInTheseRows) {
   }
 }
 
+TEST_F(BaseTimers, TransitionsLastAsConfigured) {
+  env.config.cutAnimationDuration = 1;
+  env.config.dissolveAnimationDuration = 2;
+  env.config.easeAnimationDuration = 3;
+  PrConfig::set(env.config);
+  BaseLayout engine;
+  const std::vector<std::pair<const char*, unsigned>> rows{
+      {"cut", 1}, {"dissolve", 2}, {"ease", 3}, {"", 0}, {"Cut", 0}};
+  for (const auto& [name, duration] : rows) {
+    EXPECT_EQ(engine.getLayoutChangeDuration(name), duration) << name;
+  }
+  EXPECT_EQ(engine.getReframeAnimationDuration(HeadPosition::HEAD_OUTSIDE), 1U);
+}
+
 struct PositionCase {
   const char* title;
   Scene scene;
