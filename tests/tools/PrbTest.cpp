@@ -49,6 +49,7 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"view", "-", "--bus", "mqtt://127.0.0.1"}, "--bus"},
       {{"view", "-", "--port", "70000"}, "--port"},
       {{"view", "-", "--config", "nowhere.conf"}, "cannot read the configuration file nowhere.conf"},
+      {{"demo", "--people", "99"}, "prb demo: --people: Value 99 not in range 0 to 64"},
       {{"simulate"}, "--seed"},
       {{"simulate", "--seed", "-1"}, "-1"},
       {{"simulate", "--seed", "1", "--people", "65"}, "65"},

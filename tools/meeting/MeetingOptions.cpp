@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/base/UsageError.h"
 #include "tools/settings/KeyValueTexts.h"
 
 namespace fyn::productionrules {
@@ -22,6 +23,33 @@ void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
   }
   for (BusMessage& message : cameraMessages(cameras)) {
     writer.write({0, std::move(message)});
+  }
+}
+
+CLI::Option* addSeedOption(CLI::App& command, std::uint64_t& seed, const std::string& meaning) {
+  return command.add_option("--seed", seed, meaning)->type_name("N")->check([](const std::string& text) {
+    return text.rfind('-', 0) == 0 ? "must be 0 or more, not " + text : std::string();
+  });
+}
+
+DetectorNoise noiseOption(const std::string& level) {
+  const std::optional<DetectorNoise> noise = noiseOf(level);
+  if (!noise) {
+    throw UsageError("--noise must be none, low, real, high or a number from 0 to 1, not '" + level + "'");
+  }
+  return *noise;
+}
+
+void writeSimulatedMeeting(std::ostream& output, Simulation& simulation, const MeetingOptions& options,
+                           const std::function<void(std::int64_t done)>& tell) {
+  RecordingWriter writer(output);
+  writeMeetingStart(writer, options, simulation.cameras());
+  for (std::int64_t done = 0; done < simulation.resultCount(); ++done) {
+    const VisionResult result = simulation.next();
+    writer.write({result.t, visionMessage(result, simulation.cameras())});
+    if (tell) {
+      tell(done + 1);
+    }
   }
 }
 

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
+#include "tools/meeting/Simulation.h"
 #include "tools/meeting/VisionResult.h"
 #include "tools/recording/RecordingWriter.h"
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace fyn::productionrules {
 
@@ -24,5 +28,16 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options);
 /** Writes what stands at the start of a meeting's recording: the properties, and the cameras. */
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
                        const std::vector<MeetingCamera>& cameras);
+
+/** The option --seed. */
+CLI::Option* addSeedOption(CLI::App& command, std::uint64_t& seed, const std::string& meaning);
+
+/** The noise at a level that a user has named. Raises UsageError for one that is none. */
+DetectorNoise noiseOption(const std::string& level);
+
+/** Writes all of a simulated meeting as a recording. `tell`, which may be empty, learns how many results are
+ * written. */
+void writeSimulatedMeeting(std::ostream& output, Simulation& simulation, const MeetingOptions& options,
+                           const std::function<void(std::int64_t done)>& tell = {});
 
 }  // namespace fyn::productionrules

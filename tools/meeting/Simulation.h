@@ -11,6 +11,10 @@
 namespace fyn::productionrules {
 
 struct SimulationOptions {
+  static constexpr int kMostPeople = 64;
+  static constexpr int kMostMinutes = 24 * 60;
+  static constexpr int kMostCameras = 8;
+
   std::uint64_t seed = 1;
   int people = 4;
   int minutes = 10;

@@ -1,0 +1,183 @@
+#include "tools/demo/DemoRun.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <iterator>
+#include <sstream>
+
+#include "tools/base/NamedStream.h"
+#include "tools/meeting/MeetingOptions.h"
+#include "tools/recording/RecordingReader.h"
+#include "tools/replay/DemoObserver.h"
+#include "tools/replay/ObserverList.h"
+#include "tools/replay/RealTimePace.h"
+#include "tools/settings/KeyValueTexts.h"
+#include "tools/view/LineLog.h"
+#include "tools/view/ReplayLines.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+struct Mode {
+  const char* name;
+  FramingMode mode;
+  int people;
+};
+
+constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming, 5},
+                                      {"people", FramingMode::PeopleFraming, 6},
+                                      {"speaker", FramingMode::SpeakerFraming, 5},
+                                      {"multistream", FramingMode::MultiStream, 5}}};
+
+const Mode& findMode(const std::string& name) {
+  const auto* const row =
+      std::find_if(kModes.begin(), kModes.end(), [&name](const Mode& mode) { return name == mode.name; });
+  if (row == kModes.end()) {
+    throw UsageError("unknown mode " + name);
+  }
+  return *row;
+}
+
+/** Where the meeting of a round comes from: a file, or the simulator. */
+class Meeting {
+ public:
+  Meeting(const DemoOptions& options, PrbContext& context) {
+    if (options.recording.empty()) {
+      SimulationOptions meeting = options.meeting;
+      meeting.people = options.people.value_or(findMode(options.mode).people);
+      meeting.noise = noiseOption(options.noise);
+      Simulation simulation(meeting);
+      writeSimulatedMeeting(mSimulated, simulation, {});
+    } else {
+      mFile.emplace(options.recording, context.in);
+    }
+  }
+
+  RecordingReader reader() {
+    return mFile ? RecordingReader(mFile->stream(), mFile->name())
+                 : RecordingReader(mSimulated, "simulated meeting");
+  }
+
+ private:
+  std::optional<InputFile> mFile;
+  std::stringstream mSimulated;
+};
+
+/** The viewer page beside the demo: each round goes on where the one before has ended. */
+class DemoPage {
+ public:
+  // The page is an addition: without a port the demo goes on.
+  DemoPage(const DemoOptions& options, PrbContext& context) {
+    if (!options.view) {
+      return;
+    }
+    const std::string what = options.recording.empty() ? "simulated meeting" : options.recording;
+    try {
+      mPage = showViewPage(mLog, what + ", " + options.mode + " framing", options.page);
+      context.out << "The viewer page is at " << mPage.address << std::endl;
+    } catch (const UsageError&) {
+      throw;
+    } catch (const std::runtime_error& error) {
+      context.err << "prb demo: no viewer page: " << error.what() << std::endl;
+    }
+  }
+
+  /** Observes the next round, if there is a page. */
+  void beginRound(ObserverList& observers) {
+    if (mPage.server != nullptr) {
+      mLines.emplace(mLog, mStart);
+      observers.add(*mLines, mLines->decisions());
+    }
+  }
+
+  /** Plays an event of the round. */
+  void handle(Replay& replay, const RecordingEvent& event) {
+    if (mLines) {
+      mLines->watch(replay);
+      mLines->handle(event);
+    } else {
+      replay.handle(event);
+    }
+  }
+
+  /** Call it while the round's replay is still there. */
+  void endRound() { mStart = mLines ? mLines->now() : 0; }
+
+ private:
+  LineLog mLog = LineLog::ofLive();
+  ViewPage mPage;
+  std::int64_t mStart = 0;
+  std::optional<ReplayLines> mLines;
+};
+
+ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
+  ReplayOptions replay;
+  replay.configuration = readConfiguration(options.config);
+  const int mode = static_cast<int>(findMode(options.mode).mode);
+  replay.properties = {{"vendor.talkertracking.flag", std::to_string(mode)}};
+  if (options.recording.empty()) {
+    // The simulated detector reports each frame by itself.
+    replay.properties.emplace_back("vendor.feature.pfSteadyPresence", "1");
+  }
+  replay.standardOutput = &context.err;
+  return replay;
+}
+
+/** Plays one round. False when somebody asked to end. */
+bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& scenes, DemoPage& page) {
+  Meeting meeting(options, context);
+  DemoObserver observer(context.out, scenes);
+  ObserverList observers;
+  observers.add(observer, observer);
+  page.beginRound(observers);
+  ReplayOptions replayed = replayOptions(options, context);
+  replayed.decisions = &observers;
+  Replay replay(replayed, observers);
+  observer.watch(replay);
+  const RealTimePace pace(options.fast ? 0.0 : 1.0);
+  RecordingReader reader = meeting.reader();
+  RecordingEvent event;
+  bool goOn = true;
+  while (goOn && reader.next(event)) {
+    goOn = pace.waitUntil(event.t);
+    if (goOn) {
+      page.handle(replay, event);
+    }
+  }
+  replay.finish();
+  page.endRound();
+  scenes.flush();
+  context.out << observer.summary() << std::endl;
+  return goOn;
+}
+
+}  // namespace
+
+std::vector<std::string> demoModes() {
+  std::vector<std::string> names;
+  std::transform(kModes.begin(), kModes.end(), std::back_inserter(names),
+                 [](const Mode& mode) { return mode.name; });
+  return names;
+}
+
+void runDemo(const DemoOptions& options, PrbContext& context) {
+  const std::filesystem::path path(options.scenes);
+  if (path.has_parent_path()) {
+    std::error_code ignored;
+    std::filesystem::create_directories(path.parent_path(), ignored);
+  }
+  OutputFile scenes(options.scenes, context.out);
+  context.out << "Playing " << (options.recording.empty() ? "a simulated meeting" : options.recording)
+              << " in " << options.mode << " framing"
+              << (options.fast ? ", as fast as it can" : ", in real time")
+              << ". One line per change of the picture; scene documents go to " << options.scenes
+              << (options.once ? "." : ". Ctrl-C ends it.") << std::endl;
+  DemoPage page(options, context);
+  while (playRound(options, context, scenes.stream(), page) && !options.once) {
+  }
+  scenes.finish();
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/base/PrbContext.h"
+#include "tools/meeting/Simulation.h"
+#include "tools/view/ViewPage.h"
+
+namespace fyn::productionrules {
+
+/** What is played and shown, as options say it. */
+struct DemoOptions {
+  DemoOptions() { meeting.minutes = 3; }
+
+  /** A recording instead of a simulated meeting; empty for none. */
+  std::string recording;
+  SimulationOptions meeting;
+  /** Without a number as many as the mode is made for. */
+  std::optional<int> people;
+  /** What a detector behind a tracker leaves; the noise of a bare one hides what the service does. */
+  std::string noise = "low";
+  std::string mode = "group";
+  bool once = false;
+  bool fast = false;
+  /** Files: the scene documents that are written, and the configuration that the service reads. */
+  std::string scenes = "out/scenes.jsonl";
+  std::string config;
+  bool view = false;
+  ViewPageOptions page;
+};
+
+/** The names that `DemoOptions::mode` may have. */
+std::vector<std::string> demoModes();
+
+/** Plays the meeting round after round and prints a line per change of the picture, until it is told to end.
+ */
+void runDemo(const DemoOptions& options, PrbContext& context);
+
+}  // namespace fyn::productionrules
