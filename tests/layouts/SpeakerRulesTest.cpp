@@ -87,7 +87,7 @@ TEST(GroupFallback, ComparesTheFramesOfAnyImage) {
                 .ssb(box(150, 240, 250, 360))
                 .person(2)
                 .box(box(1030, 240, 1130, 360)));
-    EXPECT_EQ(run.picture(), "SUBSET_SPEAKER 1") << scale;
+    EXPECT_EQ(run.picture(), "SUBSET_SPEAKER [1]") << scale;
   }
 }
 
