@@ -1,12 +1,18 @@
 #include "benchmarks/BenchService.h"
 
 #include "config/PrConfig.h"
-#include "model/FynCamerasConfig.h"
-#include "platform/SystemEnvironment.h"
-#include "platform/VisionSettings.h"
 #include "platform/embedded/InProcessCameraProviders.h"
 
 namespace fyn::productionrules::bench {
+
+namespace {
+
+class NullLog final : public LogSink {
+ public:
+  void write(LogPriority /*priority*/, const char* /*tag*/, const char* /*text*/) override {}
+};
+
+}  // namespace
 
 class BenchService::Bus final : public com::quil::pubsub::IPubSubClient {
  public:
@@ -25,10 +31,8 @@ class BenchService::Bus final : public com::quil::pubsub::IPubSubClient {
 };
 
 BenchService::BenchService(FramingMode mode, bool withLog) : mBus(std::make_shared<Bus>()) {
-  SystemEnvironment::setClock(&mTime);
-  SystemEnvironment::setLog(&mLog);
-  VisionSettings::setLogCeiling(withLog ? VisionSettings::kDebugLevel : 0);
-  FynCamerasConfig::dispose();
+  ServiceState::current().setClock(mTime);
+  ServiceState::current().setLog(std::make_shared<NullLog>(), withLog ? LogLevels::kDebugLevel : 0);
   PrConfig config;
   config.framingMode = static_cast<std::int32_t>(mode);
   PrConfig::set(config);
@@ -36,16 +40,10 @@ BenchService::BenchService(FramingMode mode, bool withLog) : mBus(std::make_shar
   Platform platform;
   platform.bus = mBus;
   platform.providers = std::make_shared<InProcessCameraProviders>();
-  platform.tasks = std::shared_ptr<DelayedTasks>(&mTime, [](DelayedTasks*) {});
+  platform.tasks = std::shared_ptr<DelayedTasks>(mTime.get(), [](DelayedTasks*) {});
   mService = std::make_unique<ProductionRuleIPCService>(platform, "prServ");
   mService->init();
   mService->process("/camera", R"({"fynCamId":0})");
-}
-
-BenchService::~BenchService() {
-  mService.reset();
-  SystemEnvironment::reset();
-  VisionSettings::setLogCeiling(VisionSettings::kDebugLevel);
 }
 
 const std::string& BenchService::lastScene() const {

@@ -14,6 +14,7 @@
 #include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules::bench {
@@ -32,6 +33,7 @@ std::shared_ptr<MLData> meeting(int shift, int firstId) {
 }
 
 void decide(benchmark::State& state, bool changing) {
+  const ServiceStateScope scope(std::make_shared<ServiceState>());
   VisionSettings::setLogLevel(0);
   PrConfig config = PrConfig::DEFAULT;
   config.maxStreams = static_cast<int>(state.range(0));
@@ -48,8 +50,6 @@ void decide(benchmark::State& state, bool changing) {
     allocations += allocationCount() - before;
   }
   state.counters["allocs"] = static_cast<double>(allocations) / static_cast<double>(state.iterations());
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
 }
 
 void multiStreamSteady(benchmark::State& state) {

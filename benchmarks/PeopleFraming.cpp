@@ -14,6 +14,7 @@
 #include "layouts/people/PrimaryPeopleLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules::bench {
@@ -37,6 +38,7 @@ std::shared_ptr<MLData> swapped(int persons) {
 
 template <typename Engine>
 void decide(benchmark::State& state, bool changing) {
+  const ServiceStateScope scope(std::make_shared<ServiceState>());
   VisionSettings::setLogLevel(0);
   PrConfig config = PrConfig::DEFAULT;
   config.compositeModeMaxPeople = 64;
@@ -59,12 +61,9 @@ void decide(benchmark::State& state, bool changing) {
     allocations += allocationCount() - before;
   }
   state.counters["allocs"] = static_cast<double>(allocations) / static_cast<double>(state.iterations());
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
 }
 
 void peopleReading(benchmark::State& state) {
-  VisionSettings::setLogLevel(0);
   const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
   for (auto _ : state) {
     MLData data;

@@ -12,6 +12,7 @@
 #include "layouts/speaker/SpeakerFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules::bench {
@@ -30,6 +31,7 @@ std::shared_ptr<MLData> meeting(int persons, int speaker) {
 }
 
 void decide(benchmark::State& state, bool useSsb, bool sameSpeaker) {
+  const ServiceStateScope scope(std::make_shared<ServiceState>());
   VisionSettings::setLogLevel(0);
   PrConfig config = PrConfig::DEFAULT;
   config.sfUseSsb = useSsb;
@@ -50,8 +52,6 @@ void decide(benchmark::State& state, bool useSsb, bool sameSpeaker) {
     allocations += allocationCount() - before;
   }
   state.counters["allocs"] = static_cast<double>(allocations) / static_cast<double>(state.iterations());
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
 }
 
 void speakerBySelection(benchmark::State& state) {

@@ -22,8 +22,8 @@ struct PrConfig {
 
   static const PrConfig DEFAULT;
 
-  /** The current snapshot of the process. The reference stays valid; its content changes with `set` and
-   * `load`. */
+  /** The snapshot in force. The reference lives as long as the service state; its content changes with `set`
+   * and `load`. */
   static const PrConfig& get();
 
   /** Replaces the snapshot. */

@@ -1,8 +1,8 @@
 #include "model/FynCamerasConfig.h"
 
 #include <algorithm>
-#include <memory>
 
+#include "platform/ServiceState.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -13,11 +13,6 @@ constexpr const char* kTag = "FynCamerasConfig";
 
 // In every lens model name of a 360-degree camera.
 constexpr const char* k360ModelCode = "R6";
-
-std::unique_ptr<FynCamerasConfig>& instance() {
-  static std::unique_ptr<FynCamerasConfig> config;
-  return config;
-}
 
 }  // namespace
 
@@ -30,15 +25,7 @@ const FynCamerasConfig& FynCamerasConfig::get() {
 }
 
 FynCamerasConfig& FynCamerasConfig::getMutable() {
-  std::unique_ptr<FynCamerasConfig>& config = instance();
-  if (config == nullptr) {
-    config.reset(new FynCamerasConfig());
-  }
-  return *config;
-}
-
-void FynCamerasConfig::dispose() {
-  instance().reset();
+  return ServiceState::current().part<FynCamerasConfig>();
 }
 
 void FynCamerasConfig::update(const FynCameras& cameras) {

@@ -9,16 +9,16 @@
 
 namespace fyn::productionrules {
 
-/** The cameras of the room and which of them is this device's own. One per process, touched only from the
- * dispatch thread. */
+/** The cameras of the room and which of them is this device's own. One per service state, touched only from
+ * the dispatch thread. */
 class FynCamerasConfig {
  public:
-  /** The instance, made on first use (which is logged). */
+  /** Says in the log that it is made. */
+  FynCamerasConfig();
+
+  /** The one in force, made on first use. */
   static const FynCamerasConfig& get();
   static FynCamerasConfig& getMutable();
-
-  /** Forgets the instance, as at the start of a process. A replay begins with it. */
-  static void dispose();
 
   /** Replaces the map by the attached cameras of a list; of two with one id the first stays. */
   void update(const FynCameras& cameras);
@@ -43,9 +43,6 @@ class FynCamerasConfig {
   /** The camera that wins ties of the feed priority; -1 before anything sets it. */
   std::int32_t forCamId = -1;
   std::optional<std::int32_t> cameraType;
-
- private:
-  FynCamerasConfig();
 };
 
 /** Image size in pixels of a camera; 1280 x 720 for -1 and for a camera that is not listed. */

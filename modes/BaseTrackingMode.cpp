@@ -5,8 +5,8 @@
 
 #include "config/PrConfig.h"
 #include "model/Arithmetic.h"
-#include "platform/Clock.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -60,7 +60,7 @@ bool BaseTrackingMode::process(const std::shared_ptr<MLData>& mlData) {
   }
   const bool changed = mLayout->applyingLayout(mlData) || mLayoutPending ||
                        mLayout->updateFeedPriorityOfFrame() || mLayout->updateLayoutFraming();
-  std::uint32_t& lastSend = processTimes().lastDebugTimerSend;
+  std::uint32_t& lastSend = ServiceState::current().times.lastDebugTimerSend;
   if (!changed && (!mLayout->isThereATimerRunning() || GetTicks() - lastSend < kDebugTimerPeriod)) {
     return false;
   }

@@ -7,7 +7,7 @@
 #include "layouts/group/GroupFramingTimerSetting.h"
 #include "layouts/group/PrimaryGroupLayout.h"
 #include "layouts/group/SecondaryGroupLayout.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 
 namespace fyn::productionrules {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "layouts/streams/MultiStreamFramingLayout.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {

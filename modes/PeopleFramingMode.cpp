@@ -8,7 +8,7 @@
 #include "layouts/people/PeopleFramingLayout.h"
 #include "layouts/people/PrimaryPeopleLayout.h"
 #include "layouts/people/SecondaryPeopleLayout.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {

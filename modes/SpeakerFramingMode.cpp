@@ -5,7 +5,7 @@
 #include "layouts/speaker/PrimarySpeakerLayout.h"
 #include "layouts/speaker/SecondarySpeakerLayout.h"
 #include "layouts/speaker/SpeakerFramingLayout.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 
 namespace fyn::productionrules {
 

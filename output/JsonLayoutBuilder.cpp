@@ -5,7 +5,7 @@
 #include "output/LayoutTimers.h"
 #include "output/OrderedObject.h"
 #include "output/StreamObject.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 
 namespace fyn::productionrules {
 

@@ -6,8 +6,8 @@
 
 #include "platform/CameraProvider.h"
 #include "platform/LogSink.h"
+#include "platform/PropertyStore.h"
 #include "platform/PubSub.h"
-#include "platform/SystemProperties.h"
 
 namespace fyn::productionrules {
 

@@ -20,20 +20,4 @@ class Clock {
   virtual std::int64_t wallMs() const = 0;
 };
 
-/** The clock of the machine itself. */
-class SteadyClock final : public Clock {
- public:
-  std::optional<std::uint64_t> monotonicMs() const override;
-  std::int64_t wallMs() const override;
-};
-
-/**
- * Monotonic milliseconds of the process's clock, truncated to 32 bits; 0 when the clock cannot be read.
- * Wraps after about 49.7 days; all timer arithmetic is unsigned 32-bit, so the wrap is harmless.
- */
-std::uint32_t GetTicks();
-
-/** Wall-clock milliseconds since 1970, the time in the names of dump files. */
-std::int64_t getWallTs64();
-
 }  // namespace fyn::productionrules

@@ -2,7 +2,7 @@
 
 #include <cinttypes>
 
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {

@@ -3,7 +3,7 @@
 #include <map>
 
 #include "platform/Mutex.h"
-#include "platform/SystemProperties.h"
+#include "platform/PropertyStore.h"
 
 namespace fyn::productionrules {
 

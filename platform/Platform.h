@@ -17,7 +17,7 @@ using DumpOpener = std::function<std::unique_ptr<std::ostream>(const std::string
 /**
  * What one service is given: its bus client, the camera providers it may find, a way to run work later, and
  * the stream that stands for standard output. What belongs to the whole process (clock, log, properties,
- * files) is in SystemEnvironment.
+ * files) is in ServiceState.
  */
 struct Platform {
   std::shared_ptr<com::quil::pubsub::IPubSubClient> bus;

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/SteadyClock.h"
 
 namespace fyn::productionrules {
 
@@ -24,7 +24,7 @@ char logPriorityLetter(LogPriority priority) {
 }
 
 void StderrLog::write(LogPriority priority, const char* tag, const char* text) {
-  const std::int64_t wallMs = SystemEnvironment::clock().wallMs();
+  const std::int64_t wallMs = SteadyClock().wallMs();
   const auto seconds = static_cast<std::time_t>(wallMs / 1000);
   std::tm local{};
   localtime_r(&seconds, &local);

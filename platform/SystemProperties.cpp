@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -17,7 +17,7 @@ constexpr const char* kTag = "SystemProperties";
 }
 
 int property_set(const char* key, const char* value) {
-  return SystemEnvironment::properties().set(key, value) ? 0 : -1;
+  return ServiceState::current().properties().set(key, value) ? 0 : -1;
 }
 
 std::optional<int> parsePropertyInt(const std::string& text) {
@@ -63,7 +63,7 @@ template <typename Value>
 bool readProperty(const char* key, Value& value, std::optional<Value> (*parse)(const std::string&),
                   const char* kind) {
   using namespace productionrules;
-  const std::optional<std::string> text = SystemEnvironment::properties().get(key);
+  const std::optional<std::string> text = ServiceState::current().properties().get(key);
   if (!text) {
     return false;
   }

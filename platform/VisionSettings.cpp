@@ -1,19 +1,15 @@
 #include "platform/VisionSettings.h"
 
 #include <array>
-#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 
 namespace fyn::productionrules {
 
 namespace {
-
-std::atomic<int> gLogLevel{VisionSettings::kInfoLevel};
-std::atomic<int> gLogCeiling{VisionSettings::kDebugLevel};
 
 void writeLine(LogPriority priority, const char* tag, const char* format, std::va_list arguments) {
   // Most lines fit; the rare long one (a whole document) is formatted a second time into the heap.
@@ -24,9 +20,9 @@ void writeLine(LogPriority priority, const char* tag, const char* format, std::v
   if (length >= 0 && static_cast<std::size_t>(length) >= shortLine.size()) {
     std::string longLine(static_cast<std::size_t>(length) + 1, '\0');
     std::vsnprintf(longLine.data(), longLine.size(), format, again);
-    SystemEnvironment::log().write(priority, tag, longLine.c_str());
+    ServiceState::current().log().write(priority, tag, longLine.c_str());
   } else if (length >= 0) {
-    SystemEnvironment::log().write(priority, tag, shortLine.data());
+    ServiceState::current().log().write(priority, tag, shortLine.data());
   }
   va_end(again);
 }
@@ -34,19 +30,15 @@ void writeLine(LogPriority priority, const char* tag, const char* format, std::v
 }  // namespace
 
 void VisionSettings::setLogLevel(int level) {
-  gLogLevel.store(level, std::memory_order_relaxed);
-}
-
-void VisionSettings::setLogCeiling(int level) {
-  gLogCeiling.store(level, std::memory_order_relaxed);
+  ServiceState::current().setLogLevel(level);
 }
 
 bool VisionSettings::isLogged(int level) {
-  return logLevel() >= level && gLogCeiling.load(std::memory_order_relaxed) >= level;
+  return ServiceState::current().isLogged(level);
 }
 
 int VisionSettings::logLevel() {
-  return gLogLevel.load(std::memory_order_relaxed);
+  return ServiceState::current().logLevel();
 }
 
 #define PRB_DEFINE_LOG_FUNCTION(name, level, priority)                  \

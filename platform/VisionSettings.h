@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/LogLevels.h"
+
 namespace fyn::productionrules {
 
 /**
@@ -8,19 +10,10 @@ namespace fyn::productionrules {
  *
  * Use the macros PRB_LOGE, PRB_LOGW, PRB_LOGI and PRB_LOGD: they test the level before any argument is built.
  */
-class VisionSettings {
+class VisionSettings : public LogLevels {
  public:
-  static constexpr int kErrorLevel = 1;
-  static constexpr int kWarningLevel = 2;
-  static constexpr int kInfoLevel = 3;
-  static constexpr int kDebugLevel = 4;
-
   static void setLogLevel(int level);
   static int logLevel();
-
-  /** Lines above this level are dropped whatever the log level: whoever installs a sink says how much of it
-   * is read. Starts at kDebugLevel. */
-  static void setLogCeiling(int level);
 
   static bool isLogged(int level);
 

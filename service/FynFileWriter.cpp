@@ -5,7 +5,7 @@
 #include <iostream>
 #include <utility>
 
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {

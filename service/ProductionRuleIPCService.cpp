@@ -7,7 +7,9 @@
 
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
+#include "platform/SystemProperties.h"
+#include "platform/Ticks.h"
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "service/TopicText.h"
@@ -259,7 +261,7 @@ void ProductionRuleIPCService::sendPeriodically() {
     return;
   }
   const std::int64_t now = getWallTs64() / 1000;
-  std::int64_t& lastSend = processTimes().lastPeriodicSend;
+  std::int64_t& lastSend = ServiceState::current().times.lastPeriodicSend;
   if (std::difftime(static_cast<std::time_t>(now), static_cast<std::time_t>(lastSend)) <
       PrConfig::get().fynDebugTimer) {
     return;

@@ -8,7 +8,7 @@
 #include "geometry/LayoutComparison.h"
 #include "layouts/cycle/LayoutDebugText.h"
 #include "layouts/cycle/LayoutLog.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {

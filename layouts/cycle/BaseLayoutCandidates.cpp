@@ -4,8 +4,8 @@
 #include "geometry/GroupLayout.h"
 #include "layouts/cycle/BaseLayout.h"
 #include "model/FynCamerasConfig.h"
-#include "platform/Clock.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/Ticks.h"
+#include "platform/ServiceState.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -127,10 +127,10 @@ bool BaseLayout::shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& 
   }
   const std::uint32_t now = GetTicks();
   // In 64 bits, so that a wrapped clock counts as elapsed.
-  if (std::uint64_t{now} - std::uint64_t{processTimes().lastPeopleCountSend} < kPeopleCountPeriod) {
+  if (std::uint64_t{now} - std::uint64_t{ServiceState::current().times.lastPeopleCountSend} < kPeopleCountPeriod) {
     return false;
   }
-  processTimes().lastPeopleCountSend = now;
+  ServiceState::current().times.lastPeopleCountSend = now;
   return true;
 }
 

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "platform/DevicePlatform.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "platform/android/AndroidLogSink.h"
 #include "platform/embedded/InProcessBus.h"
 #include "platform/embedded/InProcessCameraProviders.h"
@@ -13,8 +13,7 @@ namespace fyn::productionrules {
 // Log and threads are Android's. Bus, camera provider and properties stand inside the process until the
 // device's own take their places here.
 DevicePlatform buildPlatform() {
-  static auto* const log = new AndroidLogSink();
-  SystemEnvironment::setLog(log);
+  ServiceState::current().setLog(std::make_shared<AndroidLogSink>());
   // Outlives its clients.
   static auto* const bus = new InProcessBus();
   DevicePlatform device;

@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "config/PrConfig.h"
-#include "platform/SystemEnvironment.h"
 #include "platform/VisionSettings.h"
 #include "tests/testing/TestEnvironment.h"
 
@@ -19,16 +17,9 @@ class ConfigTest : public ::testing::Test {
  protected:
   static constexpr const char* kPath = "/etc/fyn.conf";
 
-  ConfigTest() {
-    PrConfig::set(PrConfig::DEFAULT);
-    SystemEnvironment::setFiles(
-        [this](const std::string& path) { return path == kPath ? file : std::nullopt; });
-  }
-  ~ConfigTest() override { PrConfig::set(PrConfig::DEFAULT); }
-
   /** Loads with `text` as the file's content. */
   const PrConfig& load(const std::string& text) {
-    file = text;
+    environment.files[kPath] = text;
     PrConfig::load(kPath);
     return PrConfig::get();
   }
@@ -40,7 +31,6 @@ class ConfigTest : public ::testing::Test {
   }
 
   TestEnvironment environment{VisionSettings::kInfoLevel};
-  std::optional<std::string> file;
 };
 
 using Lines = std::vector<std::string>;

@@ -12,6 +12,7 @@ namespace fyn::productionrules {
 namespace {
 
 using testing::ConfigTest;
+using testing::TestEnvironment;
 
 // A value that differs from the default, and from row to row where the kind allows it.
 std::int32_t otherValue(const ConfigKey& row, std::size_t number) {
@@ -30,23 +31,18 @@ TEST_F(ConfigTest, EveryKeySetsItsOwnFieldAndNoOther) {
       continue;
     }
     const std::int32_t value = otherValue(row, number);
-    MemoryPropertyStore properties;
-    SystemEnvironment::setProperties(&properties);
-    file = "";
+    TestEnvironment own(VisionSettings::kInfoLevel);
     if (row.source == ConfigSource::File) {
-      file = std::string(row.key) + "=" + std::to_string(value);
+      own.files[kPath] = std::string(row.key) + "=" + std::to_string(value);
     } else {
-      properties.set(std::string(row.key), std::to_string(value));
+      own.properties.set(std::string(row.key), std::to_string(value));
     }
-    PrConfig::set(PrConfig::DEFAULT);
     PrConfig::load(kPath);
-    VisionSettings::setLogLevel(VisionSettings::kInfoLevel);
     for (const ConfigKey& other : kConfigKeys) {
       EXPECT_EQ(configValue(PrConfig::get(), other),
                 &other == &row ? value : configValue(PrConfig::DEFAULT, other))
           << row.key << " and " << other.name;
     }
-    SystemEnvironment::setProperties(&environment.properties);
   }
 }
 
@@ -81,9 +77,8 @@ TEST_F(ConfigTest, TheExampleHoldsEveryFileKeyAndChangesNothing) {
   load(exampleConfiguration());
   EXPECT_EQ(environment.log.take(), testing::Lines{});
   std::map<std::string, int> lines;
-  forEachConfigLine(*file, [&](std::string_view key, std::string_view /*value*/, int /*line*/) {
-    ++lines[std::string(key)];
-  });
+  forEachConfigLine(exampleConfiguration(), [&](std::string_view key, std::string_view /*value*/,
+                                                int /*line*/) { ++lines[std::string(key)]; });
   for (const ConfigKey& row : kConfigKeys) {
     EXPECT_EQ(lines.count(std::string(row.key)), row.source == ConfigSource::File ? 1U : 0U) << row.name;
   }

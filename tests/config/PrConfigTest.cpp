@@ -77,7 +77,7 @@ TEST_F(ConfigTest, AChangeIsSaidOnceWithEveryDifference) {
 }
 
 TEST_F(ConfigTest, WithoutAFileThePropertiesStillApply) {
-  file = std::nullopt;
+  environment.files.clear();
   EXPECT_EQ(loadProperty("vendor.talkertracking.flag", "2").framingMode, 2);
   EXPECT_EQ(environment.log.take(), (Lines{"I|PrConfig|reloaded", "I|PrConfig|framingMode: 0 -> 2"}));
 }
@@ -139,7 +139,7 @@ TEST_F(ConfigTest, TheOperatingModeKeepsToItsThreeValues) {
 }
 
 TEST_F(ConfigTest, ARefusedOperatingModeHoldsNothingElseBack) {
-  file = "animation.cut.duration=5\n";
+  environment.files[kPath] = "animation.cut.duration=5\n";
   EXPECT_EQ(loadProperty("vendor.fynpilot.fynOperatingMode", "9").cutAnimationDuration, 5);
 }
 

@@ -6,7 +6,7 @@
 namespace fyn::productionrules {
 namespace {
 
-using testing::ScopedConfig;
+using testing::configure;
 
 constexpr Rect kFrame{100, 100, 200, 200};
 
@@ -101,7 +101,7 @@ TEST(FramePredicates, GroupMovesCloserByArea) {
       {20, {0, 0, 65536, 65536}, {0, 0, 1, 1}, false},
   };
   for (const auto& row : rows) {
-    const ScopedConfig config([&](PrConfig& c) { c.groupBoundaryBufSizeMoveCloser = row.percent; });
+    configure([&](PrConfig& c) { c.groupBoundaryBufSizeMoveCloser = row.percent; });
     EXPECT_EQ(isGFMoveClose(row.current, row.latest), row.closer)
         << ::testing::PrintToString(row.current) << ::testing::PrintToString(row.latest);
   }

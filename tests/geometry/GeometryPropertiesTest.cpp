@@ -18,7 +18,7 @@
 namespace fyn::productionrules {
 namespace {
 
-using testing::ScopedConfig;
+using testing::configure;
 
 constexpr Dimension kImage{1920, 1080};
 constexpr Rect kWhole{0, 0, 1920, 1080};
@@ -105,7 +105,7 @@ TEST(GeometryProperties, HostileNumbersAreDefined) {
   RandomRects random;
   Frame frame;
   for (int i = 0; i < kRounds; ++i) {
-    const ScopedConfig hostile([&](PrConfig& config) {
+    configure([&](PrConfig& config) {
       if (i % 2 == 1) {
         makeHostile(config, random);
       }

@@ -16,22 +16,13 @@ inline void PrintTo(const Rect& rect, std::ostream* out) {
 
 namespace productionrules::testing {
 
-/** Changes settings until the end of the scope. */
-class ScopedConfig {
- public:
-  template <typename Change>
-  explicit ScopedConfig(Change change) {
-    PrConfig config = mFormer;
-    change(config);
-    PrConfig::set(config);
-  }
-  ~ScopedConfig() { PrConfig::set(mFormer); }
-  ScopedConfig(const ScopedConfig&) = delete;
-  ScopedConfig& operator=(const ScopedConfig&) = delete;
-
- private:
-  const PrConfig mFormer = PrConfig::get();
-};
+/** Puts the default configuration with some changes into force. */
+template <typename Change>
+void configure(Change change) {
+  PrConfig config;
+  change(config);
+  PrConfig::set(config);
+}
 
 /** A person with one head; the head's id is 100 more than the person's. */
 inline std::shared_ptr<FynHead> person(std::int32_t id, const Rect& box, std::uint32_t camId = 0) {

@@ -10,8 +10,8 @@ namespace fyn::productionrules {
 namespace {
 
 using testing::CapturedLog;
+using testing::configure;
 using testing::person;
-using testing::ScopedConfig;
 using Ids = std::set<std::int64_t>;
 using Lines = std::vector<std::string>;
 
@@ -71,7 +71,7 @@ TEST(GroupFrame, BoundaryIsSixteenToNine) {
       {"without size", 0, {{5, 5, 5, 5}}, {5, 5, 5, 5}},
   };
   for (const BoundaryRow& row : rows) {
-    const ScopedConfig config([&](PrConfig& c) { c.headBufSizeEachSide = row.bufferPercent; });
+    configure([&](PrConfig& c) { c.headBufSizeEachSide = row.bufferPercent; });
     EXPECT_EQ(GroupFrame::getGroupDetectionBoundary(row.heads, "test", {1920, 1080}), row.boundary)
         << row.what;
   }
@@ -129,7 +129,7 @@ constexpr SourceRow kSourceRows[] = {
 TEST(GroupFrame, SourceIsTheBoundaryWithBuffersInTheImage) {
   for (const SourceRow& row : kSourceRows) {
     SCOPED_TRACE(row.what);
-    const ScopedConfig config([&](PrConfig& c) {
+    configure([&](PrConfig& c) {
       c.headBufSizeEachSide = 0;
       c.groupBoundaryEnable = row.enabled;
       c.groupBoundaryBufSizeTop = row.top;

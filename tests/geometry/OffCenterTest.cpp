@@ -8,11 +8,11 @@ namespace fyn::productionrules {
 namespace {
 
 using testing::CapturedLog;
-using testing::ScopedConfig;
+using testing::configure;
 using Lines = std::vector<std::string>;
 
 TEST(OffCenter, EachHeadShapeHasItsOwnTriggers) {
-  const ScopedConfig config([](PrConfig& c) {
+  configure([](PrConfig& c) {
     c.headSingleOffcenterBottomTrigger = 1;
     c.headSingleOffcenterSideTrigger = 11;
     c.headSquareOffcenterBottomTrigger = 2;

@@ -10,8 +10,8 @@ namespace fyn::productionrules {
 namespace {
 
 using testing::CapturedLog;
+using testing::configure;
 using testing::person;
-using testing::ScopedConfig;
 using Lines = std::vector<std::string>;
 using Person = std::shared_ptr<FynHead>;
 
@@ -102,7 +102,7 @@ TEST(Proximity, WalkLeavesWhoIsNoNeighbour) {
       << "the trigger reaches further, and 3 is found from 2";
   EXPECT_EQ(idsOf(findProximityGroup(elsewhere, pool, false, 0)), Order{4}) << "nobody without a head here";
 
-  const ScopedConfig config([](PrConfig& c) { c.proximityTriggerFeatureEnabled = false; });
+  configure([](PrConfig& c) { c.proximityTriggerFeatureEnabled = false; });
   pool = {touching};
   EXPECT_EQ(idsOf(findProximityGroup(first, pool, true, 0)), Order{1}) << "switched off";
 }

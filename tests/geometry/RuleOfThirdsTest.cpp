@@ -10,7 +10,7 @@ namespace fyn::productionrules {
 namespace {
 
 using testing::CapturedLog;
-using testing::ScopedConfig;
+using testing::configure;
 using Lines = std::vector<std::string>;
 
 struct ZoomRow {
@@ -70,7 +70,7 @@ TEST(RuleOfThirds, TooLittleLeftForTheBoxLeavesNoNumber) {
 }
 
 TEST(RuleOfThirds, EachShapeHasItsOwnLines) {
-  const ScopedConfig config([](PrConfig& c) {
+  configure([](PrConfig& c) {
     c.frameLayoutHeadSingleBottomLine = 21;
     c.frameLayoutHeadSingleTopLine = 29;
     c.frameLayoutHeadSquareBottomLine = 22;
@@ -131,7 +131,7 @@ constexpr FrameRow kFrameRows[] = {
 };
 
 TEST(RuleOfThirds, FrameStaysInTheImage) {
-  const ScopedConfig config([](PrConfig& c) {
+  configure([](PrConfig& c) {
     c.frameLayoutHeadSquareBottomLine = 25;
     c.frameLayoutHeadSquareTopLine = 25;
   });

@@ -3,7 +3,7 @@
 
 #include "layouts/group/GroupFramingLayout.h"
 #include "layouts/group/GroupFramingTimerSetting.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "tests/layouts/OpenEngine.h"
 
 namespace fyn::productionrules::testing {
@@ -200,9 +200,9 @@ TEST_F(BaseDecision, PeopleCountIsPublishedOnChangeAndEvery5000Ms) {
   EXPECT_FALSE(asks(9999, 2));
   EXPECT_TRUE(asks(10000, 2));
   // The clock of 32 bits begins again: 4293967296 ms after the start of the test it reads 0.
-  processTimes().lastPeopleCountSend = 4294967295U;
+  ServiceState::current().times.lastPeopleCountSend = 4294967295U;
   EXPECT_TRUE(asks(4293967296, 2));
-  EXPECT_EQ(processTimes().lastPeopleCountSend, 0U);
+  EXPECT_EQ(ServiceState::current().times.lastPeopleCountSend, 0U);
   EXPECT_FALSE(asks(4293967296 + 4999, 2));
 }
 

@@ -26,8 +26,6 @@ std::string pictureOf(const Layout& layout) {
 }  // namespace
 
 EngineRun::EngineRun(std::initializer_list<std::int32_t> cameras) {
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
   FynCamerasConfig& config = FynCamerasConfig::getMutable();
   for (const std::int32_t camera : cameras) {
     FynCamInfo info;
@@ -37,11 +35,6 @@ EngineRun::EngineRun(std::initializer_list<std::int32_t> cameras) {
   }
   config.fynCamId = cameras.size() == 0 ? -1 : *cameras.begin();
   config.forCamId = config.fynCamId;
-}
-
-EngineRun::~EngineRun() {
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
 }
 
 EngineRun& EngineRun::with(const std::function<void(PrConfig&)>& change) {

@@ -24,7 +24,6 @@ class EngineRun : public DecisionListener {
 
   /** A camera list of 1280 x 720 cameras; the first is the own one. */
   explicit EngineRun(std::initializer_list<std::int32_t> cameras = {0});
-  ~EngineRun() override;
 
   /** Changes the configuration for the rest of the run. */
   EngineRun& with(const std::function<void(PrConfig&)>& change);

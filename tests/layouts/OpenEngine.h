@@ -26,12 +26,6 @@ struct EngineEnvironment {
     FynCamerasConfig::getMutable().fynCamId = 0;
     environment.log.take();
   }
-  ~EngineEnvironment() {
-    FynCamerasConfig::dispose();
-    PrConfig::set(PrConfig::DEFAULT);
-  }
-  EngineEnvironment(const EngineEnvironment&) = delete;
-  EngineEnvironment& operator=(const EngineEnvironment&) = delete;
 
   /** Milliseconds from the start of the test. */
   void at(std::uint64_t ms) { environment.time.advanceTo(ms); }

@@ -10,8 +10,6 @@ namespace {
 
 class CamerasTest : public ::testing::Test {
  protected:
-  ~CamerasTest() override { FynCamerasConfig::dispose(); }
-
   static FynCamerasConfig& update(const char* document) {
     FynCameras cameras;
     cameras.from_json(nlohmann::json::parse(document));
@@ -25,14 +23,10 @@ class CamerasTest : public ::testing::Test {
 using Lines = std::vector<std::string>;
 
 TEST_F(CamerasTest, TheInstanceIsMadeOnceAndSaysSo) {
-  FynCamerasConfig::dispose();
   EXPECT_EQ(FynCamerasConfig::get().fynCamId, -1);
   EXPECT_EQ(FynCamerasConfig::get().forCamId, -1);
   EXPECT_FALSE(FynCamerasConfig::get().getCameraType());
   EXPECT_EQ(environment.log.take(), Lines{"W|FynCamerasConfig|FynCamerasConfig::ctor()"});
-  FynCamerasConfig::getMutable().fynCamId = 3;
-  FynCamerasConfig::dispose();
-  EXPECT_EQ(FynCamerasConfig::get().fynCamId, -1);
 }
 
 TEST_F(CamerasTest, OnlyAttachedCamerasAreKeptAndTheFirstOfAnId) {

@@ -123,7 +123,6 @@ TEST(Heads, QualityIsTheHeightInPerCentOfTheImage) {
     head.calculatImageQuality();
     EXPECT_FLOAT_EQ(head.imageQuality, row.quality) << row.camera;
   }
-  FynCamerasConfig::dispose();
 }
 
 }  // namespace

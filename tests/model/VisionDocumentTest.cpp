@@ -14,8 +14,6 @@ using Lines = std::vector<std::string>;
 
 class VisionTest : public ::testing::Test {
  protected:
-  ~VisionTest() override { FynCamerasConfig::dispose(); }
-
   static MLData read(const std::string& document) {
     MLData data;
     data.from_json(nlohmann::json::parse(document));

@@ -4,7 +4,6 @@
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
 #include "modes/MultiStreamTrackingMode.h"
-#include "platform/SystemEnvironment.h"
 #include "tests/modes/FakeEngine.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
@@ -39,12 +38,8 @@ class MultiStreamMode : public ::testing::Test {
     config.maxStreams = 2;
     PrConfig::set(config);
     FynCamerasConfig::getMutable().fynCamId = 0;
-    processTimes().lastPeopleCountSend = 1000000;
+    ServiceState::current().times.lastPeopleCountSend = 1000000;
     mode = std::make_unique<MultiStreamTrackingMode>(notifier, nullptr);
-  }
-  ~MultiStreamMode() override {
-    PrConfig::set(PrConfig::DEFAULT);
-    FynCamerasConfig::dispose();
   }
 
   /** Sends and tells what was sent. */

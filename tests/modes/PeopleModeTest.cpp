@@ -4,7 +4,6 @@
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
 #include "modes/PeopleFramingMode.h"
-#include "platform/SystemEnvironment.h"
 #include "tests/modes/FakeEngine.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
@@ -58,8 +57,6 @@ TEST(PeopleMode, BridgesWhatTheDetectorMissesWhereItIsAskedTo) {
     mode.process(people(each.after).mlData());
     EXPECT_EQ(mode.getFramingLayout()->getPeopleCount(), each.known) << each.what;
   }
-  PrConfig::set(PrConfig::DEFAULT);
-  FynCamerasConfig::dispose();
 }
 
 }  // namespace

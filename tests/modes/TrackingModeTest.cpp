@@ -9,7 +9,6 @@
 #include "modes/MultiStreamTrackingMode.h"
 #include "modes/PeopleFramingMode.h"
 #include "modes/SpeakerFramingMode.h"
-#include "platform/SystemEnvironment.h"
 #include "tests/modes/FakeEngine.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
@@ -33,11 +32,7 @@ class TrackingMode : public ::testing::Test {
     PrConfig::set(config);
     engine->mState.current = layoutOf(FramingType::HEAD);
     // No periodic people count while a test runs.
-    processTimes().lastPeopleCountSend = 1000000;
-  }
-  ~TrackingMode() override {
-    PrConfig::set(PrConfig::DEFAULT);
-    FynCamerasConfig::dispose();
+    ServiceState::current().times.lastPeopleCountSend = 1000000;
   }
 
   TestEnvironment environment;

@@ -52,7 +52,6 @@ class SceneDocumentTest : public ::testing::Test {
     cameras.fynCamInfoMap[kOwnCamera].ids.uid = "own";
     cameras.fynCamInfoMap[kRoundCamera].ids.lensModelDimension = {3192, 512};
   }
-  ~SceneDocumentTest() override { FynCamerasConfig::dispose(); }
 
   testing::TestEnvironment environment;
   const JsonLayoutBuilder builder{};

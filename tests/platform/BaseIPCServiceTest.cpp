@@ -113,12 +113,12 @@ TEST(BaseIPCService, ChecksPeriodicallyWhileMessagesNeverEnd) {
   NotingService service({}, 1);
   service.onPeriodicCheck = [&] { service.stop(); };
   std::atomic<bool> ended{false};
-  std::thread producer([&] {
+  const testing::CapturedLog log(0);
+  std::thread producer(inThisServiceState([&] {
     while (!ended) {
       service.onMessage("/ICDOut", "frame");
     }
-  });
-  testing::CapturedLog log(0);
+  }));
   service.run();
   ended = true;
   producer.join();

@@ -2,9 +2,9 @@
 
 #include <limits>
 
-#include "platform/Clock.h"
 #include "platform/FynFrameTracker.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
+#include "platform/Ticks.h"
 #include "tests/testing/TestEnvironment.h"
 
 namespace fyn::productionrules {
@@ -55,15 +55,14 @@ class FixedClock final : public Clock {
 };
 
 TEST(GetTicks, TruncatesTo32BitsAndIsZeroWithoutAClock) {
-  FixedClock clock;
-  SystemEnvironment::setClock(&clock);
+  const auto clock = std::make_shared<FixedClock>();
+  ServiceState::current().setClock(clock);
   EXPECT_EQ(GetTicks(), 0U);
-  clock.monotonic = 4294967295U;
+  clock->monotonic = 4294967295U;
   EXPECT_EQ(GetTicks(), 4294967295U);
-  clock.monotonic = 4294967296U + 7U;
+  clock->monotonic = 4294967296U + 7U;
   EXPECT_EQ(GetTicks(), 7U);
   EXPECT_EQ(getWallTs64(), 42);
-  SystemEnvironment::reset();
 }
 
 class FrameTracker : public ::testing::Test {

@@ -247,7 +247,7 @@ TEST(Dispatch, DumpWriter) {
   };
   for (const Case& one : {Case{"1", true, 1}, Case{"0", true, 0}, Case{"1", false, 1}}) {
     RoomService room;
-    room.configuration = std::string("persist.feature.fynpilot.dumpdebug=") + one.enabledAtStart + "\n";
+    room.configure(std::string("persist.feature.fynpilot.dumpdebug=") + one.enabledAtStart + "\n");
     room.dumpOpens = one.opens;
     room.start();
     ::testing::internal::CaptureStderr();

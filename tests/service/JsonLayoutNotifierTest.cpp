@@ -23,10 +23,6 @@ class Notifier : public ::testing::Test {
     }
     environment.log.take();
   }
-  ~Notifier() override {
-    PrConfig::set(PrConfig::DEFAULT);
-    FynCamerasConfig::dispose();
-  }
 
   void role(FynOperatingMode mode) {
     PrConfig config;

@@ -124,9 +124,9 @@ TEST(ProviderConnectionThreads, ReconnectionOutlivesTheService) {
 
 TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSent) {
   RoomService room(0);
-  room.configuration =
+  room.configure(
       "persist.fdtimers.layoutchange.rmtoother=0\npersist.fdtimers.layoutchange.gftoother=0\n"
-      "persist.tvpr.logs=0\n";
+      "persist.tvpr.logs=0\n");
   std::atomic<int> sent{0};
   const auto providers = std::make_shared<InProcessCameraProviders>([&sent](const std::string&) { ++sent; });
   const auto threads = std::make_shared<CountedThreads>(true);
@@ -137,14 +137,14 @@ TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSent) {
   providers->up();
   room.start();
   std::atomic<bool> over{false};
-  std::thread killer([&] {
+  std::thread killer(inThisServiceState([&] {
     while (!over) {
       providers->up();
       providers->failNextCall();
       std::this_thread::yield();
       providers->down();
     }
-  });
+  }));
   for (int i = 0; i < 300; ++i) {
     room.send(i % 2 == 0 ? scene().person(1).at(640, 300) : scene());
   }

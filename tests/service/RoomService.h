@@ -8,7 +8,6 @@
 
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
-#include "platform/SystemEnvironment.h"
 #include "platform/embedded/InProcessBus.h"
 #include "platform/embedded/InProcessCameraProviders.h"
 #include "service/ProductionRuleIPCService.h"
@@ -32,7 +31,6 @@ class RoomService {
  public:
   /** What is set before `start` is in force when the service is built. */
   explicit RoomService(int logLevel = 3) : environment(logLevel) {
-    SystemEnvironment::setFiles([this](const std::string& /*path*/) { return configuration; });
     set("vendor.talkertracking.flag", "1");
     platform.providers = providers;
     platform.tasks = std::shared_ptr<DelayedTasks>(&environment.time, [](DelayedTasks*) {});
@@ -42,15 +40,9 @@ class RoomService {
       return std::make_unique<std::ostream>(dumpOpens ? &dump : nullptr);
     };
   }
-  ~RoomService() {
-    service.reset();
-    PrConfig::set(PrConfig::DEFAULT);
-    FynCamerasConfig::dispose();
-  }
-  RoomService(const RoomService&) = delete;
-  RoomService& operator=(const RoomService&) = delete;
 
   void set(const std::string& key, const std::string& value) { environment.properties.set(key, value); }
+  void configure(const std::string& text) { environment.files[configurationPath()] = text; }
 
   void start() {
     PrConfig::load(configurationPath());
@@ -100,7 +92,6 @@ class RoomService {
   }
 
   TestEnvironment environment;
-  std::optional<std::string> configuration;
   InProcessBus bus;
   HearingListener listener;
   std::shared_ptr<com::quil::pubsub::IPubSubClient> peer = bus.connect();

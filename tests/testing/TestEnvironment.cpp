@@ -1,17 +1,15 @@
 #include "tests/testing/TestEnvironment.h"
 
-#include "platform/SystemEnvironment.h"
-
 namespace fyn::productionrules::testing {
 
 TestEnvironment::TestEnvironment(int logLevel) : log(logLevel) {
-  SystemEnvironment::setClock(&time);
-  SystemEnvironment::setProperties(&properties);
-}
-
-TestEnvironment::~TestEnvironment() {
-  processTimes() = {};
-  SystemEnvironment::reset();
+  ServiceState& state = ServiceState::current();
+  state.setClock({mThings, &mThings->time});
+  state.setProperties({mThings, &mThings->properties});
+  state.setFiles([things = mThings](const std::string& path) -> std::optional<std::string> {
+    const auto found = things->files.find(path);
+    return found != things->files.end() ? std::optional(found->second) : std::nullopt;
+  });
 }
 
 }  // namespace fyn::productionrules::testing

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <map>
+#include <memory>
+#include <string>
+
 #include "platform/MemoryPropertyStore.h"
 #include "platform/virtual/VirtualTime.h"
 #include "tests/testing/CapturedLog.h"
@@ -7,20 +11,27 @@
 namespace fyn::productionrules::testing {
 
 /**
- * A process environment of a test's own: a virtual clock (monotonic and wall clock read 1000000 and
- * 1700000000000 milliseconds at the start), empty properties and a captured log. Destruction puts the real
- * one back.
+ * A service state of a test's own, the current one until the end of the scope: a virtual clock (monotonic and
+ * wall clock read 1000000 and 1700000000000 milliseconds at the start), no properties, no files but `files`,
+ * a captured log, the default configuration and no cameras.
  */
 class TestEnvironment {
+ private:
+  struct Things {
+    VirtualTime time{1000000, 1700000000000};
+    MemoryPropertyStore properties;
+    std::map<std::string, std::string> files;
+  };
+  const std::shared_ptr<Things> mThings = std::make_shared<Things>();
+
  public:
   explicit TestEnvironment(int logLevel = 4);
-  ~TestEnvironment();
-  TestEnvironment(const TestEnvironment&) = delete;
-  TestEnvironment& operator=(const TestEnvironment&) = delete;
 
-  VirtualTime time{1000000, 1700000000000};
-  MemoryPropertyStore properties;
   CapturedLog log;
+  VirtualTime& time = mThings->time;
+  MemoryPropertyStore& properties = mThings->properties;
+  /** Content by path. */
+  std::map<std::string, std::string>& files = mThings->files;
 };
 
 }  // namespace fyn::productionrules::testing

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <future>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
@@ -47,7 +47,7 @@ void storeProperty(const PlatformOptions& options, const std::string& key, const
   if (options.properties == "memory") {
     throw UsageError("a property in memory is gone with this command: name a file with --properties");
   }
-  if (!SystemEnvironment::properties().set(key, value)) {
+  if (!ServiceState::current().properties().set(key, value)) {
     throw std::runtime_error("the properties cannot be written");
   }
 }

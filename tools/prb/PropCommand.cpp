@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iomanip>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"
 #include "tools/settings/KeyRules.h"
@@ -28,7 +28,7 @@ const ConfigKey& knownKey(const std::string& key) {
 
 void runGet(const PropOptions& options, PrbContext& context) {
   const auto platform = toolPlatform(options.platform);
-  const std::optional<std::string> value = SystemEnvironment::properties().get(options.key);
+  const std::optional<std::string> value = ServiceState::current().properties().get(options.key);
   if (!value) {
     const ConfigKey& row = knownKey(options.key);
     context.err << options.key
@@ -75,7 +75,7 @@ void listRows(ConfigSource source, const char* title, const std::map<std::string
 void runList(const PropOptions& options, PrbContext& context) {
   const auto platform = toolPlatform(options.platform);
   std::map<std::string, std::string> values;
-  SystemEnvironment::properties().forEach(
+  ServiceState::current().properties().forEach(
       [&values](const std::string& key, const std::string& value) { values.emplace(key, value); });
   listRows(ConfigSource::Property, "Properties", values, context.out);
   context.out << "Properties that the service does not know\n";

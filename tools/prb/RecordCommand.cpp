@@ -2,7 +2,7 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/Topics.h"
 #include "tools/base/StopSignals.h"
 #include "tools/live/LiveBus.h"

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "config/PrConfig.h"
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceStateScope.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"
@@ -79,13 +79,15 @@ void viewBus(const ViewArguments& arguments, PrbContext& context) {
   // Said now rather than when the service is told to read it.
   readConfiguration(arguments.config);
   StopSignals stop;
-  LiveBus bus(arguments.platform);
-  // Those of the machine: the shadow puts its own in their place.
-  ShadowSettings settings{arguments.config.empty() ? configurationPath() : arguments.config,
-                          &SystemEnvironment::properties(), keyValues(arguments.properties)};
   LineLog lines = LineLog::ofLive();
-  LiveRoom room(lines, nowMs, std::move(settings));
-  const Deliveries deliveries(bus, room);
+  const auto state = std::make_shared<ServiceState>();
+  const ServiceStateScope scope(state);
+  LiveBus bus(arguments.platform);
+  ShadowSettings settings{arguments.config.empty() ? configurationPath() : arguments.config,
+                          &state->properties(), keyValues(arguments.properties)};
+  const auto room = std::make_shared<LiveRoom>(lines, nowMs, std::move(settings));
+  state->setLog(room, LogLevels::kWarningLevel);
+  const Deliveries deliveries(bus, *room);
   bus.waitUntilReady();
   const ViewPage page = showViewPage(lines, arguments.platform.bus, arguments.page);
   tellAddress(page, context);

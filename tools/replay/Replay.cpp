@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "config/PrConfig.h"
+#include "platform/ServiceStateScope.h"
 
 namespace fyn::productionrules {
 
@@ -39,9 +40,13 @@ Replay::Replay(const ReplayOptions& options, ReplayObserver& observer)
   }
 }
 
-Replay::~Replay() = default;
+Replay::~Replay() {
+  const ServiceStateScope scope(state());
+  mService.reset();
+}
 
 void Replay::handle(const RecordingEvent& event) {
+  const ServiceStateScope scope(state());
   if (mService != nullptr) {
     play(event);
     return;
@@ -53,6 +58,7 @@ void Replay::handle(const RecordingEvent& event) {
 }
 
 void Replay::finish() {
+  const ServiceStateScope scope(state());
   if (mService == nullptr && !mPrelude.empty()) {
     start();
   }

@@ -33,7 +33,7 @@ struct ReplayOptions {
 
 /**
  * Runs the whole service on a recording, event by event, on a virtual clock. The same events give the same
- * effects. One at a time in a process.
+ * effects. Each has a service state of its own, so they run side by side; each on one thread at a time.
  *
  * Properties, configuration and provider that stand before the first message are in force when the service is
  * built, so effects begin with the first message, or with `finish`.
@@ -53,6 +53,9 @@ class Replay {
 
   /** Milliseconds from the start of the recording. */
   std::int64_t now() { return static_cast<std::int64_t>(mEnvironment.time().now()); }
+
+  /** What the service finds as its current state; for whoever looks into the service. */
+  const std::shared_ptr<ServiceState>& state() const { return mEnvironment.state(); }
 
   /** The service; null before the first message. */
   ProductionRuleIPCService* service() { return mService.get(); }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "config/PrConfig.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/Topics.h"
 
 namespace fyn::productionrules {
@@ -91,6 +92,7 @@ void FramingMeter::handle(Replay& replay, const RecordingEvent& event) {
   if (replay.service() == nullptr) {
     return;
   }
+  const ServiceStateScope scope(replay.state());
   const bool isVision = isVisionResult(event);
   if (isVision) {
     ++mMeasurement.visionResults;

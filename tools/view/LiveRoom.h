@@ -6,14 +6,16 @@
 #include <string_view>
 
 #include "platform/Mutex.h"
+#include "platform/LogSink.h"
 #include "platform/PubSub.h"
 #include "platform/Topics.h"
 #include "tools/view/ShadowService.h"
 
 namespace fyn::productionrules {
 
-/** Turns the messages of a live bus into lines, and gives them to a shadow that tells why. */
-class LiveRoom final : public com::quil::pubsub::IPubSubListener {
+/** Turns the messages of a live bus into lines, and gives them to a shadow that tells why. As the log of the
+ * bus client it makes notices of what that has to say; lines of others are dropped. */
+class LiveRoom final : public com::quil::pubsub::IPubSubListener, public LogSink {
  public:
   /** What it wants to be subscribed to. */
   static constexpr std::array kTopics{
@@ -26,6 +28,7 @@ class LiveRoom final : public com::quil::pubsub::IPubSubListener {
 
   /** Called on any thread. */
   void onMessage(const std::string& topic, const std::string& message) override;
+  void write(LogPriority priority, const char* tag, const char* text) override;
 
  private:
   LineSink& mSink;

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/ServiceStateScope.h"
 #include "platform/Topics.h"
 #include "tools/recording/RecordingWriter.h"
 
@@ -37,6 +38,7 @@ void ReplayLines::handle(const RecordingEvent& event) {
   }
   mReplay->handle(event);
   if (mReplay->service() != nullptr) {
+    const ServiceStateScope scope(mReplay->state());
     mEngine.look(*mReplay->service());
   }
 }

@@ -4,16 +4,15 @@
 #include <ostream>
 #include <utility>
 
+#include "platform/ServiceStateScope.h"
 #include "platform/TextFile.h"
 #include "platform/Topics.h"
-#include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
 constexpr const char* kModeProperty = "vendor.talkertracking.flag";
-constexpr const char* kBusTag = "MqttPubSubClient";
 
 /** The shadow prints nothing. */
 std::ostream& nowhere() {
@@ -23,7 +22,6 @@ std::ostream& nowhere() {
 
 ReplayOptions replayOptions(DecisionListener& decisions) {
   ReplayOptions options;
-  options.logLevel = VisionSettings::kWarningLevel;
   options.dumpPath = "/dev/null";
   options.standardOutput = &nowhere();
   options.decisions = &decisions;
@@ -67,14 +65,12 @@ class ModeFinder final : public nlohmann::json_sax<nlohmann::json> {
 }  // namespace
 
 ShadowService::ShadowService(LineSink& sink, ShadowSettings settings)
-    : mSink(sink),
-      mSettings(std::move(settings)),
+    : mSettings(std::move(settings)),
       mEngine(sink, [this] { return mTime; }),
-      mReplay(replayOptions(mEngine), *this) {
+      mReplay(replayOptions(mEngine), mNobody) {
   readSettings();
 }
 
-// Files are read by their own function: the process's is the shadow's.
 void ShadowService::readSettings() {
   KeyValues properties;
   if (mSettings.properties != nullptr) {
@@ -113,6 +109,7 @@ void ShadowService::take(std::int64_t t, const std::string& topic, const std::st
 void ShadowService::deliver(std::string_view topic, std::string_view message) {
   mReplay.handle({mTime, BusMessage{std::string(topic), std::string(message)}});
   if (mReplay.service() != nullptr) {
+    const ServiceStateScope scope(mReplay.state());
     mEngine.look(*mReplay.service());
   }
 }
@@ -136,12 +133,6 @@ void ShadowService::followMode(const std::string& name) {
   mReplay.handle({mTime, SetProperties{{{kModeProperty, mode}}}});
   deliver(topics::kControl, control::kConfigChange);
   deliver(topics::kTrackingMode, name);
-}
-
-void ShadowService::onLog(LogPriority /*priority*/, const char* tag, const char* text) {
-  if (std::string_view(tag) == kBusTag) {
-    mSink.put(noticeLine(mTime, text));
-  }
 }
 
 }  // namespace fyn::productionrules

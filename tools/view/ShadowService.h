@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/PropertyStore.h"
 #include "tools/replay/Replay.h"
 #include "tools/view/EngineLines.h"
 
@@ -22,28 +23,26 @@ struct ShadowSettings {
 /**
  * A service that is given what a live one is given and publishes to nobody: its decisions tell why the live
  * one did what it did. It follows the framing mode of the live one. Its clock is the time of the messages.
- * Used from one thread at a time; one in a process.
+ * Used from one thread at a time.
  */
-class ShadowService final : private ReplayObserver {
+class ShadowService {
  public:
-  /** `sink` gets decisions, waits and frames, and notices for warnings about the bus. */
+  /** `sink` gets decisions, waits and frames. */
   ShadowService(LineSink& sink, ShadowSettings settings);
 
   /** A message of the live bus, whoever sent it. `t`: milliseconds, never less than before. */
   void take(std::int64_t t, const std::string& topic, const std::string& message);
 
  private:
-  void onLog(LogPriority priority, const char* tag, const char* text) override;
-
   void deliver(std::string_view topic, std::string_view message);
   void readSettings();
   void takeScene(const std::string& message);
   void followMode(const std::string& name);
 
-  LineSink& mSink;
   const ShadowSettings mSettings;
   std::int64_t mTime = 0;
   EngineLines mEngine;
+  ReplayObserver mNobody;
   Replay mReplay;
   /** The framing mode that the live service was seen in last; "" for not yet. */
   std::string mMode;

@@ -4,6 +4,8 @@
 #include <future>
 #include <utility>
 
+#include "platform/ServiceStateScope.h"
+
 namespace fyn::productionrules {
 
 using std::chrono::milliseconds;
@@ -48,7 +50,7 @@ std::shared_ptr<DBusConnection> DBusConnection::open(const std::string& bus, con
   auto opened = std::make_shared<DBusConnection>(bus, name);
   const MutexLock lock(opened->mThreadMutex);
   // The thread keeps the connection alive for as long as it serves it.
-  opened->mThread = std::thread([opened] { opened->serve(); });
+  opened->mThread = std::thread(inThisServiceState([opened] { opened->serve(); }));
   return opened;
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/ServiceStateScope.h"
 #include "platform/VisionSettings.h"
 #include "platform/linux/mqtt/MqttTopics.h"
 
@@ -37,7 +38,7 @@ bool isRefusedMessage(int result) {
 
 MqttPubSubClient::MqttPubSubClient(const MqttOptions& options)
     : mOptions(options), mConnection(options, *this), mSubscriptions(options.address.room) {
-  mThread = std::thread([this] { run(); });
+  mThread = std::thread(inThisServiceState([this] { run(); }));
   mNetworkThread = mThread.get_id();
 }
 

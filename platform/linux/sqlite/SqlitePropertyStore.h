@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/Mutex.h"
-#include "platform/SystemProperties.h"
+#include "platform/PropertyStore.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

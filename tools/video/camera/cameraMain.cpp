@@ -3,8 +3,8 @@
 #include <chrono>
 #include <iostream>
 
+#include "platform/ServiceState.h"
 #include "platform/StderrLog.h"
-#include "platform/SystemEnvironment.h"
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "tools/base/NamedStream.h"
@@ -108,7 +108,7 @@ void playAlone(const CameraArguments& arguments, Player& player, StopSignals& st
       player.addScene(arrival->text);
     }
     VisionFrame frame;
-    frame.time = {number, SystemEnvironment::clock().wallMs()};
+    frame.time = {number, ServiceState::current().clock().wallMs()};
     if (!player.show(frame, std::nullopt)) {
       return;
     }
@@ -125,7 +125,7 @@ void runCamera(CameraArguments& arguments) {
   }
   arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kTag, "%s", fault.c_str()); };
   Player player(cameraInputs(arguments.inputs, arguments.calibration), arguments.player,
-                SystemEnvironment::clock());
+                ServiceState::current().clock());
   const auto start = std::chrono::steady_clock::now();
   if (!arguments.scenes.empty()) {
     playOffline(arguments.scenes, arguments.vision, player);

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "platform/SystemEnvironment.h"
+#include "platform/ServiceState.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
@@ -139,7 +139,7 @@ void publish(const VisionArguments& arguments) {
   Pipeline pipeline(arguments, true);
   LiveBus bus(arguments.platform);
   bus.waitUntilReady();
-  const Clock& wall = SystemEnvironment::clock();
+  const Clock& wall = ServiceState::current().clock();
   const std::int64_t startWall = wall.wallMs();
   const auto start = std::chrono::steady_clock::now();
   std::int64_t camerasDue = startWall;

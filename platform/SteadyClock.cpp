@@ -1,8 +1,6 @@
-#include "platform/Clock.h"
+#include "platform/SteadyClock.h"
 
 #include <ctime>
-
-#include "platform/SystemEnvironment.h"
 
 namespace fyn::productionrules {
 
@@ -20,14 +18,6 @@ std::int64_t SteadyClock::wallMs() const {
     return 0;
   }
   return static_cast<std::int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
-}
-
-std::uint32_t GetTicks() {
-  return static_cast<std::uint32_t>(SystemEnvironment::clock().monotonicMs().value_or(0));
-}
-
-std::int64_t getWallTs64() {
-  return SystemEnvironment::clock().wallMs();
 }
 
 }  // namespace fyn::productionrules
