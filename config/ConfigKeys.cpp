@@ -37,6 +37,12 @@ const ConfigKey* findConfigKey(std::string_view key) {
   return found != sorted.end() && (*found)->key == key ? *found : nullptr;
 }
 
+std::string_view configKeyOf(std::int32_t PrConfig::*field) {
+  const auto row = std::find_if(kConfigKeys.begin(), kConfigKeys.end(),
+                                [&](const ConfigKey& each) { return each.field == ConfigField(field); });
+  return row != kConfigKeys.end() ? row->key : std::string_view();
+}
+
 std::string_view configUnitText(ConfigUnit unit) {
   switch (unit) {
     case ConfigUnit::Milliseconds:

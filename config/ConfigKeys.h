@@ -45,6 +45,9 @@ void setConfigValue(PrConfig& config, const ConfigKey& key, std::int32_t value);
 /** The row of a key text, or null. */
 const ConfigKey* findConfigKey(std::string_view key);
 
+/** The key that sets a field; empty for a Fixed row. */
+std::string_view configKeyOf(std::int32_t PrConfig::*field);
+
 /** "ms", "s", "%", "px", ... ; empty for plain numbers. */
 std::string_view configUnitText(ConfigUnit unit);
 

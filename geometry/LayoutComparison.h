@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -13,10 +14,44 @@
  */
 namespace fyn::productionrules {
 
+/** In what a new layout differs from the one on air; the first that is found, in this order within a frame.
+ */
+enum class LayoutDifference {
+  None,
+  /** Only one of the two layouts is there. */
+  FirstPicture,
+  LayoutType,
+  FrameCount,
+  Placement,
+  HeadCount,
+  Heads,
+  Camera,
+  People,
+};
+
+/** In words, such as "the camera". */
+const char* layoutDifferenceText(LayoutDifference difference);
+
+/** The first difference between two layouts. */
+struct LayoutComparison {
+  LayoutDifference difference = LayoutDifference::None;
+  /** The frame in which they differ; -1 when the difference is not one of a frame. */
+  std::int32_t frameIndex = -1;
+
+  bool isDifferent() const { return difference != LayoutDifference::None; }
+};
+
+/** Types first, then frames by compareFrames. Two group layouts or two room layouts never differ. */
+LayoutComparison compareLayouts(const std::shared_ptr<Layout>& current,
+                                const std::shared_ptr<Layout>& latest);
+
+/** Places of all frames first, then frame by frame head ids, cameras and new person ids. */
+LayoutComparison compareFrames(const std::vector<Frame>& current, const std::vector<Frame>& latest);
+
 /** Whether all frames are drawn at the same places of the output picture. For hosts. */
 bool isSameStreamLayoutTemplate(const std::vector<Frame>& current, const std::vector<Frame>& latest);
 
-/** Same places, same cameras, same head ids; the new person ids are among the current ones. */
+/** Whether compareFrames finds nothing. */
 bool isSameLayout(const std::vector<Frame>& current, const std::vector<Frame>& latest);
 
 /** Same frame types and head ids. */
@@ -25,8 +60,7 @@ bool areSameFrames(const std::vector<Frame>& current, const std::vector<Frame>& 
 /** Whether the layouts are of different types, or only one of them is there. */
 bool isBaseLayoutDifferent(const std::shared_ptr<Layout>& current, const std::shared_ptr<Layout>& latest);
 
-/** Different types, or frames that are not isSameLayout. Two group layouts or two room layouts never differ.
- */
+/** Whether compareLayouts finds a difference. */
 bool isDifferentLayout(const std::shared_ptr<Layout>& current, const std::shared_ptr<Layout>& latest);
 
 /** Different types, or frames that are not areSameFrames, group and room layouts included. For hosts. */

@@ -74,27 +74,27 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
   reportInput(*mlData);
   const std::shared_ptr<Layout> candidate = createLayout(mlData);
   mState.reason = candidate != nullptr ? candidate->reason : "";
-  if (!isDifferentLayout(mState.current, candidate)) {
-    dropPending(LayoutDifference::None);
+  const LayoutComparison comparison = compareLayouts(mState.current, candidate);
+  if (!comparison.isDifferent()) {
+    dropPending("the scene went back");
     return false;
   }
   if (isDifferentLayout(mState.pending, candidate)) {
     if (!checkIfLayoutSwitchNeeded(candidate)) {
       PRB_LOGD(getTag(), "%s Layout switch is not needed", "verifyIfLayoutChangeNeeded");
-      dropPending(LayoutDifference::NoSwitchNeeded);
+      dropPending("no switch is needed");
       return false;
     }
     const bool peopleCountChanged =
         mState.current == nullptr || mState.current->faceCount != candidate->faceCount;
-    mState.chosenTimer = "";
+    mState.cause = {comparison};
     const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
     candidate->layoutTimer = getTimer(waitTime, tick());
     mState.pending = candidate;
     updateLayoutWithStreamInfo(mState.pending, mState.streamId);
     PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
              static_cast<int>(waitTime));
-    reportLayout(DecisionKind::Pending, mState.current.get(), *mState.pending, {},
-                 mState.pending->layoutTimer, 0);
+    reportChange(DecisionKind::Pending, mState.current.get(), *mState.pending, mState.pending->layoutTimer);
   }
   // A candidate that equals the waiting layout leaves its timer running: a steady scene is adopted after one
   // wait.
@@ -105,11 +105,12 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
   return true;
 }
 
-void BaseLayout::dropPending(LayoutDifference why) {
-  if (mState.pending != nullptr) {
-    const std::uint32_t waitedMs = tick() - mState.pending->layoutTimer.startTicks;
-    reportLayout(DecisionKind::Dropped, mState.current.get(), *mState.pending, why,
-                 mState.pending->layoutTimer, waitedMs);
+void BaseLayout::dropPending(const std::string& why) {
+  if (mState.pending != nullptr && hasDecisionListener()) {
+    LayoutDecision decision = describe(DecisionKind::Dropped, mState.current.get(), *mState.pending);
+    decision.reason = decision.reason.empty() ? why : why + " (" + decision.reason + ")";
+    addWait(decision, mState.pending->layoutTimer);
+    decide(decision);
   }
   mState.pending = nullptr;
 }
@@ -122,7 +123,6 @@ void BaseLayout::applyNewLayout() {
   const std::string animation = getLayoutChangeAnimation();
   setLayoutAnimation(mState.pending, animation, static_cast<int>(getLayoutChangeDuration(animation)));
   const Timer wait = mState.pending->layoutTimer;
-  const std::uint32_t waitedMs = wait.isStarted() ? tick() - wait.startTicks : 0;
   // Only the layout's own timer: the frames keep theirs, so a frame that was due stays due.
   resetTimer(mState.pending->layoutTimer);
   PRB_LOGD(kTag, "BaseLayout::%s currentLayout: %x nextLayout: %x setting and calling updateLayoutViews()",
@@ -131,7 +131,7 @@ void BaseLayout::applyNewLayout() {
       std::exchange(mState.current, std::exchange(mState.pending, nullptr));
   updateLayoutViews(false);
   printLayoutToLog(mState.current, "New-People-Layout: ");
-  reportLayout(DecisionKind::Adopted, previous.get(), *mState.current, {}, wait, waitedMs);
+  reportChange(DecisionKind::Adopted, previous.get(), *mState.current, wait);
 }
 
 bool BaseLayout::updateLayoutFraming() {
@@ -166,7 +166,9 @@ bool BaseLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {
   const std::shared_ptr<Layout> previous = std::exchange(mState.current, layout);
   updateLayoutViews(false);
   printLayoutToLog(mState.current, "New-Secondary-People-Layout: ");
-  reportLayout(DecisionKind::Secondary, previous.get(), *mState.current, {}, {}, 0);
+  if (hasDecisionListener()) {
+    decide(describe(DecisionKind::Secondary, previous.get(), *mState.current));
+  }
   return true;
 }
 
@@ -185,7 +187,7 @@ void BaseLayout::resetLayouts() {
   if (mState.current != nullptr && hasDecisionListener()) {
     Layout none;
     none.streamId = mState.current->streamId;
-    reportLayout(DecisionKind::Reset, mState.current.get(), none, {}, {}, 0);
+    decide(describe(DecisionKind::Reset, mState.current.get(), none));
   }
   mState.forgetLayouts();
 }
@@ -209,29 +211,38 @@ void BaseLayout::printFrameHeads(const std::shared_ptr<Layout>& layout) const {
   logFrameHeads(*layout, mState.people);
 }
 
-void BaseLayout::reportLayout(DecisionKind kind, const Layout* from, const Layout& to,
-                              LayoutDifference difference, const Timer& wait, std::uint32_t waitedMs) const {
+void BaseLayout::reportChange(DecisionKind kind, const Layout* from, const Layout& to,
+                              const Timer& wait) const {
   if (!hasDecisionListener()) {
     return;
   }
+  LayoutDecision decision = describe(kind, from, to);
+  decision.difference = mState.cause.comparison.difference;
+  decision.frameIndex = mState.cause.comparison.frameIndex;
+  addWait(decision, wait);
+  decide(decision);
+}
+
+void BaseLayout::addWait(LayoutDecision& decision, const Timer& wait) const {
+  nameWait(decision, mState.cause.source);
+  decision.configuredMs = mState.cause.configuredMs;
+  decision.reductionMs = mState.cause.reductionMs;
+  decision.waitMs = wait.duration;
+  decision.waitedMs = wait.isStarted() ? tick() - wait.startTicks : 0;
+}
+
+LayoutDecision BaseLayout::describe(DecisionKind kind, const Layout* from, const Layout& to) const {
   LayoutDecision decision;
   decision.kind = kind;
   decision.streamId = to.streamId;
   decision.from = from == nullptr ? FramingType::NONE : from->layoutType;
   decision.to = to.layoutType;
-  decision.difference = difference;
   decision.reason = mState.reason;
-  if (kind == DecisionKind::Pending || kind == DecisionKind::Adopted) {
-    decision.difference = findLayoutDifference(from, to);
-    decision.timer = mState.chosenTimer;
-  }
-  decision.waitMs = wait.duration;
-  decision.waitedMs = waitedMs;
   for (const Frame& frame : to.frames) {
     decision.people.insert(decision.people.end(), frame.fynHeads.begin(), frame.fynHeads.end());
   }
   std::sort(decision.people.begin(), decision.people.end());
-  mDecisionListener->onDecision(decision);
+  return decision;
 }
 
 }  // namespace fyn::productionrules

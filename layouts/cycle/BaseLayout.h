@@ -220,11 +220,12 @@ class BaseLayout {
  protected:
   std::uint32_t tick() const { return mTick(); }
 
-  /** Remembers which layout change wait was chosen, the reason of the decision that follows; returns `ms`. */
-  std::uint32_t noteTimer(const char* name, std::uint32_t ms) {
-    mState.chosenTimer = name;
-    return ms;
-  }
+  /** Remembers which wait of the installed setting holds the next layout back; returns its milliseconds. */
+  std::uint32_t chooseWait(WaitField wait);
+
+  /** The chosen wait of `ms` less `reductionMs`; one that is negative as a signed number is logged and none.
+   */
+  std::uint32_t shortenWait(std::uint32_t ms, std::uint32_t reductionMs);
 
   /** Says in the log what is wrong with a vision result, before a candidate is made of it. */
   virtual void reportInput(const MLData& data);
@@ -247,7 +248,7 @@ class BaseLayout {
   static bool isTimerRunning(const Layout* current, const Layout* next);
 
   bool hasDecisionListener() const { return mDecisionListener != nullptr; }
-  void decide(const LayoutDecision& decision) {
+  void decide(const LayoutDecision& decision) const {
     if (mDecisionListener != nullptr) {
       mDecisionListener->onDecision(decision);
     }
@@ -261,9 +262,10 @@ class BaseLayout {
   unsigned mLayoutCount = 1;
 
  private:
-  void dropPending(LayoutDifference why);
-  void reportLayout(DecisionKind kind, const Layout* from, const Layout& to, LayoutDifference difference,
-                    const Timer& wait, std::uint32_t waitedMs) const;
+  void dropPending(const std::string& why);
+  LayoutDecision describe(DecisionKind kind, const Layout* from, const Layout& to) const;
+  void addWait(LayoutDecision& decision, const Timer& wait) const;
+  void reportChange(DecisionKind kind, const Layout* from, const Layout& to, const Timer& wait) const;
   bool isFrameDue(Frame& frame, bool creatingNewLayout);
   void updateFrameView(Frame& frame);
   void startFrameTimer(std::size_t index, Frame& frame, HeadPosition position);
@@ -278,16 +280,8 @@ std::uint32_t BaseLayout::waitForSingleHead(HeadPosition position) {
   if (setting == nullptr) {
     return 0;
   }
-  switch (position) {
-    case HeadPosition::HEAD_ON_EDGE:
-      return setting->onFrameEdgeTimer;
-    case HeadPosition::HEAD_OFF_CENTER:
-      return setting->offCenterTimer;
-    case HeadPosition::HEAD_OUTSIDE:
-      return setting->outsideFrameTimer;
-    default:
-      return 0;
-  }
+  const WaitField wait = Setting::singleHeadWait(position);
+  return wait != nullptr ? setting->*wait : 0;
 }
 
 }  // namespace fyn::productionrules

@@ -1,12 +1,12 @@
 // The part of BaseLayout that waits: where a frame's subject stands and how long it may, and how long a new
 // layout waits and how it comes.
-#include <array>
 #include <sstream>
 
 #include "config/PrConfig.h"
 #include "geometry/Proximity.h"
 #include "layouts/cycle/BaseLayout.h"
 #include "layouts/cycle/HeadPositions.h"
+#include "layouts/cycle/SingleHeadTimerSetting.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -15,13 +15,10 @@ namespace {
 
 constexpr const char* kTag = "BaseLayout";
 
-// The wait of the timer setting that a head position calls for.
-const char* reframeTimerName(HeadPosition position) {
-  static constexpr std::array<const char*, 9> kNames{
-      "onFrameEdgeTimer", "offCenterTimer", "outsideFrameTimer", "", "gfMoveCloseTimer",
-      "gfHeadLeft",       "gfHeadOnEdge",   "gfHeadOutside",     ""};
-  const auto index = static_cast<std::size_t>(position);
-  return index < kNames.size() ? kNames[index] : "";
+// The wait that a head position calls for; null for none.
+WaitField reframeWait(HeadPosition position) {
+  const WaitField ofGroup = BaseTimerSetting::groupReframeWait(position);
+  return ofGroup != nullptr ? ofGroup : SingleHeadTimerSetting::singleHeadWait(position);
 }
 
 }  // namespace
@@ -60,21 +57,10 @@ HeadPosition BaseLayout::getCurrentHeadPosition(const Frame& frame) {
 // ---- Reframe waits ----
 
 std::uint32_t BaseLayout::getWaitTimeFor(HeadPosition position) {
-  const BaseTimerSetting& setting = *getTimerSetting();
-  switch (position) {
-    case HeadPosition::GROUP_MOVE_CLOSE:
-      return setting.gfMoveCloseTimer;
-    case HeadPosition::GROUP_HEAD_LEFT:
-      return setting.gfHeadLeft;
-    case HeadPosition::GROUP_HEAD_ON_EDGE:
-      return setting.gfHeadOnEdge;
-    case HeadPosition::GROUP_HEAD_OUTSIDE:
-      return setting.gfHeadOutside;
-    case HeadPosition::CENTER:
-      return 0;
-    default:
-      return getWaitTimeForOtherCase(position);
+  if (const WaitField ofGroup = BaseTimerSetting::groupReframeWait(position)) {
+    return (*getTimerSetting()).*ofGroup;
   }
+  return position == HeadPosition::CENTER ? 0 : getWaitTimeForOtherCase(position);
 }
 
 std::uint32_t BaseLayout::getWaitTimeForOtherCase(HeadPosition position) {
@@ -178,16 +164,30 @@ std::uint32_t BaseLayout::getLayoutChangeTimer(FramingType newType, bool peopleC
 }
 
 std::uint32_t BaseLayout::getGroupLayoutChangeTimer(FramingType newType) {
-  return newType == FramingType::GROUP
-             ? 0
-             : noteTimer("gfToOtherLayoutChangeTimer", getTimerSetting()->gfToOtherLayoutChangeTimer);
+  return newType == FramingType::GROUP ? 0 : chooseWait(&BaseTimerSetting::gfToOtherLayoutChangeTimer);
 }
 
 std::uint32_t BaseLayout::getOtherLayoutChangeTimer(FramingType newType, std::stringstream& /*explanation*/,
                                                     bool /*peopleCountChanged*/) {
-  return newType == mState.current->layoutType
-             ? 0
-             : noteTimer("roomToOtherLayoutChangeTimer", getTimerSetting()->roomToOtherLayoutChangeTimer);
+  return newType == mState.current->layoutType ? 0
+                                               : chooseWait(&BaseTimerSetting::roomToOtherLayoutChangeTimer);
+}
+
+std::uint32_t BaseLayout::chooseWait(WaitField wait) {
+  const BaseTimerSetting& setting = *getTimerSetting();
+  mState.cause.source = setting.findSource(wait);
+  mState.cause.configuredMs = setting.*wait;
+  return setting.*wait;
+}
+
+std::uint32_t BaseLayout::shortenWait(std::uint32_t ms, std::uint32_t reductionMs) {
+  mState.cause.reductionMs = reductionMs;
+  const auto wait = static_cast<std::int32_t>(ms - reductionMs);
+  if (wait < 0) {
+    PRB_LOGE(getTag(), "Invalid wait time for layout change, wt: %d", wait);
+    return 0;
+  }
+  return static_cast<std::uint32_t>(wait);
 }
 
 std::string BaseLayout::getLayoutChangeAnimation() {
@@ -225,7 +225,8 @@ void BaseLayout::reportFrame(DecisionKind kind, std::size_t index, const Frame& 
   decision.streamId = mState.current->streamId;
   decision.from = frame.frameType;
   decision.to = frame.frameType;
-  decision.timer = reframeTimerName(frame.headPosition);
+  nameWait(decision, mTimerSetting->findSource(reframeWait(frame.headPosition)));
+  decision.configuredMs = frame.headPositionTimer.duration;
   decision.waitMs = frame.headPositionTimer.duration;
   decision.waitedMs = waitedMs;
   decision.frameIndex = static_cast<std::int32_t>(index);

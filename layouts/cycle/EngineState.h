@@ -1,12 +1,25 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
+#include "geometry/LayoutComparison.h"
 #include "geometry/PeopleMap.h"
+#include "layouts/cycle/BaseTimerSetting.h"
 #include "model/Layout.h"
 
 namespace fyn::productionrules {
+
+/** Why a layout waits: what it changes and which wait holds it back. Times in milliseconds. */
+struct PendingCause {
+  LayoutComparison comparison;
+  /** What sets the wait; null when nothing waits. */
+  const WaitSource* source = nullptr;
+  std::uint32_t configuredMs = 0;
+  /** Taken off because people have left. */
+  std::uint32_t reductionMs = 0;
+};
 
 /** What an engine keeps of one picture from one vision result to the next. */
 struct EngineState {
@@ -18,8 +31,8 @@ struct EngineState {
   std::shared_ptr<Layout> current;
   /** The layout that waits for its layout timer; null for none. */
   std::shared_ptr<Layout> pending;
-  /** Name of the wait that holds the waiting layout back. */
-  const char* chosenTimer = "";
+  /** Why `pending` waits. */
+  PendingCause cause;
   /** By which rule of its own the engine made the latest candidate, in words; "" for none. */
   const char* reason = "";
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <string>
 #include <vector>
 
+#include "geometry/LayoutComparison.h"
+#include "layouts/cycle/BaseTimerSetting.h"
 #include "model/Layout.h"
 
 namespace fyn::productionrules {
@@ -30,18 +32,6 @@ enum class DecisionKind {
   Reset,
 };
 
-/** What made a candidate layout a different one. */
-enum class LayoutDifference {
-  None,
-  FirstPicture,
-  LayoutType,
-  FrameCount,
-  Placement,
-  People,
-  Camera,
-  NoSwitchNeeded
-};
-
 /** One decision with its reason: what differed, which timer held it back and for how long. Times in
  * milliseconds. */
 struct LayoutDecision {
@@ -50,20 +40,34 @@ struct LayoutDecision {
   /** Type of the layout on screen before, NONE without one; the frame's type for the reframe kinds. */
   FramingType from = FramingType::NONE;
   FramingType to = FramingType::NONE;
+  /** What made the candidate a different one. */
   LayoutDifference difference = LayoutDifference::None;
-  /** What the engine's own rule was, in words; "" when it had none. Lives as long as the process. */
-  const char* reason = "";
-  /** Name of the wait in the timer setting; "" when nothing waits. Lives as long as the process. */
-  const char* timer = "";
+  /** What the engine's own rule was, or why a waiting layout was dropped, in words; empty for none. */
+  std::string reason;
+  /** Name of the wait in the timer setting; empty when nothing waits. */
+  std::string timer;
+  /** The configuration key that sets the wait; empty when none does. */
+  std::string key;
+  std::uint32_t configuredMs = 0;
+  /** Taken off the configured wait because people have left. */
+  std::uint32_t reductionMs = 0;
+  /** What the wait came to. */
   std::uint32_t waitMs = 0;
   std::uint32_t waitedMs = 0;
   /** Whom the layout was made for, ascending; empty for the reframe kinds. */
   std::vector<std::int64_t> people;
-  /** Index of the frame for the reframe kinds, else -1. */
+  /** Index of the frame for the reframe kinds and of the one in which layouts differ, else -1. */
   std::int32_t frameIndex = -1;
   /** Where the frame's subject stands, for the reframe kinds. */
   HeadPosition headPosition = HeadPosition::CENTER;
 };
+
+/** Fills in by what a decision's wait is set; null for no wait. */
+void nameWait(LayoutDecision& decision, const WaitSource* source);
+
+/** The engine's rule and what was taken off the wait, such as "4000 ms, less 2800 because people have left";
+ * empty for neither. */
+std::string reasonText(const LayoutDecision& decision);
 
 /** Told every decision when it is made, on the dispatch thread. */
 class DecisionListener {
@@ -75,11 +79,5 @@ class DecisionListener {
 /** "pending", "dropped", "adopted", "reframeWait", "reframeCancelled", "reframed", "feedPriority",
  * "secondary", "reset" */
 const char* decisionKindText(DecisionKind kind);
-
-/** In words, such as "the people". */
-const char* layoutDifferenceText(LayoutDifference difference);
-
-/** The first thing in which two layouts differ, in the order in which the engine compares them. */
-LayoutDifference findLayoutDifference(const Layout* current, const Layout& candidate);
 
 }  // namespace fyn::productionrules

@@ -5,25 +5,40 @@
 namespace fyn::productionrules {
 
 namespace {
-// A negative number of the configuration becomes a very long wait, -1 one that is never started.
-std::uint32_t ms(std::int32_t value) {
-  return static_cast<std::uint32_t>(value);
+
+using Setting = GroupFramingTimerSetting;
+
+const WaitSources& waitSources() {
+  static const WaitSources kSources{
+      {waitOf(&Setting::gfMoveCloseTimer), "gfMoveCloseTimer", &PrConfig::timersGroupFrameMoveCloser},
+      {waitOf(&Setting::gfHeadLeft), "gfHeadLeft", &PrConfig::timersGroupFrameHeadLeft},
+      {waitOf(&Setting::gfHeadOnEdge), "gfHeadOnEdge", &PrConfig::timersGroupFrameOnEdge},
+      {waitOf(&Setting::gfHeadOutside), "gfHeadOutside", &PrConfig::timersGroupFrameOutside},
+      {waitOf(&Setting::gfToOtherLayoutChangeTimer), "gfToOtherLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeGf2Other},
+      {waitOf(&Setting::roomToOtherLayoutChangeTimer), "roomToOtherLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeRoom2Other},
+      {waitOf(&Setting::outsideFrameTimer), "outsideFrameTimer", &PrConfig::timersHeadBoundBoxOutOfFrame},
+      {waitOf(&Setting::onFrameEdgeTimer), "onFrameEdgeTimer", &PrConfig::timersHeadBufferOnEdge},
+      {waitOf(&Setting::offCenterTimer), "offCenterTimer", &PrConfig::timersHeadBoundBoxOffcenter},
+      {waitOf(&Setting::proxToHeadLayoutChangeTimer), "proxToHeadLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeProx2Head},
+      {waitOf(&Setting::proxToProxLayoutChangeTimer), "proxToProxLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeProx2Prox},
+      {waitOf(&Setting::proxToGFLayoutChangeTimer), "proxToGFLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeProx2Gf},
+  };
+  return kSources;
 }
+
 }  // namespace
 
 GroupFramingTimerSetting::GroupFramingTimerSetting(const PrConfig& config) {
-  gfMoveCloseTimer = ms(config.timersGroupFrameMoveCloser);
-  gfHeadLeft = ms(config.timersGroupFrameHeadLeft);
-  gfHeadOnEdge = ms(config.timersGroupFrameOnEdge);
-  gfHeadOutside = ms(config.timersGroupFrameOutside);
-  gfToOtherLayoutChangeTimer = ms(config.timersLayoutChangeGf2Other);
-  roomToOtherLayoutChangeTimer = ms(config.timersLayoutChangeRoom2Other);
-  outsideFrameTimer = ms(config.timersHeadBoundBoxOutOfFrame);
-  onFrameEdgeTimer = ms(config.timersHeadBufferOnEdge);
-  offCenterTimer = ms(config.timersHeadBoundBoxOffcenter);
-  proxToHeadLayoutChangeTimer = ms(config.timersLayoutChangeProx2Head);
-  proxToProxLayoutChangeTimer = ms(config.timersLayoutChangeProx2Prox);
-  proxToGFLayoutChangeTimer = ms(config.timersLayoutChangeProx2Gf);
+  takeWaits(config, waitSources());
+}
+
+const WaitSources& GroupFramingTimerSetting::sources() const {
+  return waitSources();
 }
 
 }  // namespace fyn::productionrules

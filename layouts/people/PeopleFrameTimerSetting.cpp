@@ -11,35 +11,56 @@ namespace {
 // Milliseconds by which each counted vision result shortens the wait after people have left.
 constexpr std::int32_t kReductionPerCount = 80;
 
-std::uint32_t ms(std::int32_t value) {
-  return static_cast<std::uint32_t>(value);
-}
 unsigned long wide(std::uint32_t value) {
   return value;
+}
+
+using Setting = PeopleFrameTimerSetting;
+
+const WaitSources& waitSources() {
+  static const WaitSources kSources{
+      {waitOf(&Setting::gfMoveCloseTimer), "gfMoveCloseTimer", &PrConfig::timersPFGroupFrameMoveCloser},
+      {waitOf(&Setting::gfHeadLeft), "gfHeadLeft", &PrConfig::timersPFGroupFrameHeadLeft},
+      {waitOf(&Setting::gfHeadOnEdge), "gfHeadOnEdge", &PrConfig::timersPFGroupFrameOnEdge},
+      {waitOf(&Setting::gfHeadOutside), "gfHeadOutside", &PrConfig::timersPFGroupFrameOutside},
+      {waitOf(&Setting::gfToOtherLayoutChangeTimer), "gfToOtherLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeGf2Other},
+      {waitOf(&Setting::roomToOtherLayoutChangeTimer), "roomToOtherLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeRoom2Other},
+      {waitOf(&Setting::outsideFrameTimer), "outsideFrameTimer", &PrConfig::timersPFHeadBoundBoxOutOfFrame},
+      {waitOf(&Setting::onFrameEdgeTimer), "onFrameEdgeTimer", &PrConfig::timersPFHeadBufferOnEdge},
+      {waitOf(&Setting::offCenterTimer), "offCenterTimer", &PrConfig::timersPFHeadBoundBoxOffcenter},
+      {waitOf(&Setting::proxToHeadLayoutChangeTimer), "proxToHeadLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeProx2Head},
+      {waitOf(&Setting::proxToProxLayoutChangeTimer), "proxToProxLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeProx2Prox},
+      {waitOf(&Setting::proxToGFLayoutChangeTimer), "proxToGFLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeProx2Gf},
+      {waitOf(&Setting::headToOtherLayoutChangeTimer), "headToOtherLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeHead2Other},
+      // Kept: the two waits for a changed count and for changed places are those without PF in their name.
+      {waitOf(&Setting::headCountLayoutChangeTimer), "headCountLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeHeadCountChange},
+      {waitOf(&Setting::headPosLayoutChangeTimer), "headPosLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeHeadPosChange},
+      {waitOf(&Setting::roomToHeadLayoutChangeTimer), "roomToHeadLayoutChangeTimer",
+       &PrConfig::timersPFLayoutChangeRoom2Head},
+      {waitOf(&Setting::feedPriorityChangedTimer), "feedPriorityChangedTimer",
+       &PrConfig::timersPFFeedPriorityChange},
+  };
+  return kSources;
 }
 
 }  // namespace
 
 PeopleFrameTimerSetting::PeopleFrameTimerSetting(const PrConfig& config) {
-  gfMoveCloseTimer = ms(config.timersPFGroupFrameMoveCloser);
-  gfHeadLeft = ms(config.timersPFGroupFrameHeadLeft);
-  gfHeadOnEdge = ms(config.timersPFGroupFrameOnEdge);
-  gfHeadOutside = ms(config.timersPFGroupFrameOutside);
-  gfToOtherLayoutChangeTimer = ms(config.timersPFLayoutChangeGf2Other);
-  roomToOtherLayoutChangeTimer = ms(config.timersPFLayoutChangeRoom2Other);
-  outsideFrameTimer = ms(config.timersPFHeadBoundBoxOutOfFrame);
-  onFrameEdgeTimer = ms(config.timersPFHeadBufferOnEdge);
-  offCenterTimer = ms(config.timersPFHeadBoundBoxOffcenter);
-  proxToHeadLayoutChangeTimer = ms(config.timersPFLayoutChangeProx2Head);
-  proxToProxLayoutChangeTimer = ms(config.timersPFLayoutChangeProx2Prox);
-  proxToGFLayoutChangeTimer = ms(config.timersPFLayoutChangeProx2Gf);
-  headToOtherLayoutChangeTimer = ms(config.timersPFLayoutChangeHead2Other);
-  // Kept: the two waits for a changed count and for changed places are those without PF in their name.
-  headCountLayoutChangeTimer = ms(config.timersLayoutChangeHeadCountChange);
-  headPosLayoutChangeTimer = ms(config.timersLayoutChangeHeadPosChange);
-  peopleLeftTimerReduction = ms(wrapMul(config.realHeadCounterMax, kReductionPerCount));
-  roomToHeadLayoutChangeTimer = ms(config.timersPFLayoutChangeRoom2Head);
-  feedPriorityChangedTimer = ms(config.timersPFFeedPriorityChange);
+  takeWaits(config, waitSources());
+  peopleLeftTimerReduction =
+      static_cast<std::uint32_t>(wrapMul(config.realHeadCounterMax, kReductionPerCount));
+}
+
+const WaitSources& PeopleFrameTimerSetting::sources() const {
+  return waitSources();
 }
 
 void PeopleFrameTimerSetting::printCurrentTimerValues(const std::string& tag) const {

@@ -1,25 +1,19 @@
 #pragma once
 
-#include "layouts/cycle/BaseTimerSetting.h"
+#include "layouts/cycle/SingleHeadTimerSetting.h"
 
 namespace fyn::productionrules {
 
 struct PrConfig;
 
 /** The waits of the people engines, in milliseconds. */
-class PeopleFrameTimerSetting : public BaseTimerSetting {
+class PeopleFrameTimerSetting : public SingleHeadTimerSetting {
  public:
   PeopleFrameTimerSetting() = default;
   explicit PeopleFrameTimerSetting(const PrConfig& config);
 
   void printCurrentTimerValues(const std::string& tag) const override;
 
-  /** Reframe wait for HEAD_OUTSIDE. */
-  std::uint32_t outsideFrameTimer = 0;
-  /** Reframe wait for HEAD_ON_EDGE. */
-  std::uint32_t onFrameEdgeTimer = 0;
-  /** Reframe wait for HEAD_OFF_CENTER. */
-  std::uint32_t offCenterTimer = 0;
   std::uint32_t proxToHeadLayoutChangeTimer = 0;
   std::uint32_t proxToProxLayoutChangeTimer = 0;
   std::uint32_t proxToGFLayoutChangeTimer = 0;
@@ -31,6 +25,9 @@ class PeopleFrameTimerSetting : public BaseTimerSetting {
   std::uint32_t roomToHeadLayoutChangeTimer = 0;
   /** Hold before a person is shown by a better camera. */
   std::uint32_t feedPriorityChangedTimer = 0;
+
+ protected:
+  const WaitSources& sources() const override;
 };
 
 }  // namespace fyn::productionrules

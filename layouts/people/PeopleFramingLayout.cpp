@@ -72,12 +72,8 @@ std::uint32_t PeopleFramingLayout::getWaitTimeForOtherCase(HeadPosition position
 std::uint32_t PeopleFramingLayout::getOtherLayoutChangeTimer(FramingType newType,
                                                              std::stringstream& /*explanation*/,
                                                              bool peopleCountChanged) {
-  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (setting == nullptr) {
-    return 0;
-  }
-  const PeopleWait wait = findPeopleWait(*setting, mState.current->layoutType, newType, peopleCountChanged);
-  return noteTimer(wait.timer, wait.ms);
+  const WaitRule* const wait = findPeopleWait(mState.current->layoutType, newType, peopleCountChanged);
+  return wait != nullptr && timerSettingAs<PeopleFrameTimerSetting>() != nullptr ? chooseWait(wait->wait) : 0;
 }
 
 std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
@@ -86,8 +82,9 @@ std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& ca
   if (mState.current == nullptr || setting == nullptr) {
     return 0;
   }
-  return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
-                              *mState.current, *candidate, getTag());
+  const bool havePeopleLeft = mState.current->faceCount > candidate->faceCount;
+  return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
+                     havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
 }
 
 // ---- Transitions ----

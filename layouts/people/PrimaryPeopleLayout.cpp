@@ -119,7 +119,8 @@ bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const Fy
   decision.from = frame.frameType;
   decision.to = frame.frameType;
   decision.difference = LayoutDifference::Camera;
-  decision.timer = "feedPriorityChangedTimer";
+  nameWait(decision, mTimerSetting->findSource(waitOf(&PeopleFrameTimerSetting::feedPriorityChangedTimer)));
+  decision.configuredMs = hold.duration;
   decision.waitMs = hold.duration;
   decision.waitedMs = tick() - hold.startTicks;
   decision.frameIndex = static_cast<std::int32_t>(index);
@@ -141,16 +142,13 @@ std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType
                                                              std::stringstream& explanation,
                                                              bool peopleCountChanged) {
   explanation << "PrimaryPeopleLayout, ";
-  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (setting == nullptr) {
+  const WaitRule* const wait = findPeopleWait(mState.current->layoutType, newType, peopleCountChanged);
+  if (wait == nullptr || timerSettingAs<PeopleFrameTimerSetting>() == nullptr) {
     return 0;
   }
-  const PeopleWait wait = findPeopleWait(*setting, mState.current->layoutType, newType, peopleCountChanged);
-  explanation << wait.explanation;
-  if (*wait.explanation != '\0') {
-    explanation << wait.ms;
-  }
-  return noteTimer(wait.timer, wait.ms);
+  const std::uint32_t ms = chooseWait(wait->wait);
+  explanation << wait->explanation << ms;
+  return ms;
 }
 
 std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
@@ -159,8 +157,9 @@ std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& ca
   if (mState.current == nullptr || setting == nullptr) {
     return 0;
   }
-  return reduceWhenPeopleLeft(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged), *setting,
-                              *mState.current, *candidate, getTag());
+  const bool havePeopleLeft = mState.current->faceCount > candidate->faceCount;
+  return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
+                     havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
 }
 
 }  // namespace fyn::productionrules

@@ -11,6 +11,7 @@
 #include "layouts/people/HeadsInView.h"
 #include "layouts/speaker/SSBLayoutBuilder.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
+#include "layouts/speaker/SpeakerWaits.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -66,13 +67,11 @@ std::shared_ptr<BaseTimerSetting>& SpeakerFramingLayout::getTimerSetting() {
 }
 
 std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bool /*peopleCountChanged*/) {
-  const auto* const setting = timerSettingAs<SpeakerFramingTimerSetting>();
-  if (mState.current == nullptr || setting == nullptr) {
+  if (mState.current == nullptr) {
     return 0;
   }
-  const SpeakerFramingTimerSetting::Wait wait =
-      setting->layoutChangeWait(mState.current->layoutType, newType);
-  return noteTimer(wait.name, wait.ms);
+  const WaitRule* const wait = findSpeakerWait(mState.current->layoutType, newType);
+  return wait != nullptr ? chooseWait(wait->wait) : 0;
 }
 
 std::uint32_t SpeakerFramingLayout::getWaitTimeForOtherCase(HeadPosition position) {

@@ -1,83 +1,56 @@
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 
-#include <algorithm>
-#include <array>
-
 #include "config/PrConfig.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
-// A negative number of the configuration becomes a very long wait, -1 one that is never started.
-std::uint32_t ms(std::int32_t value) {
-  return static_cast<std::uint32_t>(value);
-}
-
-/** One row of the table of waits; NONE stands for every type that has no row of its own above. */
-struct WaitRow {
-  FramingType to;
-  FramingType from;
-  std::uint32_t SpeakerFramingTimerSetting::*wait;
-  const char* name;
-};
-
 using Setting = SpeakerFramingTimerSetting;
 
-constexpr FramingType kAny = FramingType::NONE;
-
-constexpr std::array<WaitRow, 10> kWaits{{
-    {FramingType::GROUP, FramingType::PROXIMITY, &Setting::proxToGFLayoutChangeTimer,
-     "proxToGFLayoutChangeTimer"},
-    {FramingType::GROUP, kAny, &Setting::anyToGFLayoutChangeTimer, "anyToGFLayoutChangeTimer"},
-    {FramingType::PROXIMITY, FramingType::PROXIMITY, &Setting::proxToProxLayoutChangeTimer,
-     "proxToProxLayoutChangeTimer"},
-    {FramingType::PROXIMITY, FramingType::SUBSET_SPEAKER, &Setting::ssToProxLayoutChangeTimer,
-     "ssToProxLayoutChangeTimer"},
-    {FramingType::PROXIMITY, kAny, &Setting::anyToProxLayoutChangeTimer, "anyToProxLayoutChangeTimer"},
-    {FramingType::HEAD, FramingType::PROXIMITY, &Setting::proxToHeadLayoutChangeTimer,
-     "proxToHeadLayoutChangeTimer"},
-    {FramingType::HEAD, FramingType::SUBSET_SPEAKER, &Setting::ssToHeadLayoutChangeTimer,
-     "ssToHeadLayoutChangeTimer"},
-    {FramingType::HEAD, kAny, &Setting::frameSpeakerLayoutChangeTimer, "frameSpeakerLayoutChangeTimer"},
-    {FramingType::SUBSET_SPEAKER, FramingType::SUBSET_SPEAKER, &Setting::frameSpeakerLayoutChangeTimer,
-     "frameSpeakerLayoutChangeTimer"},
-    {FramingType::SUBSET_SPEAKER, kAny, &Setting::otherToSsLayoutChangeTimer, "otherToSsLayoutChangeTimer"},
-}};
+const WaitSources& waitSources() {
+  static const WaitSources kSources{
+      {waitOf(&Setting::gfMoveCloseTimer), "gfMoveCloseTimer", &PrConfig::timersGroupFrameMoveCloser},
+      {waitOf(&Setting::gfHeadLeft), "gfHeadLeft", &PrConfig::timersGroupFrameHeadLeft},
+      {waitOf(&Setting::gfHeadOnEdge), "gfHeadOnEdge", &PrConfig::timersGroupFrameOnEdge},
+      {waitOf(&Setting::gfHeadOutside), "gfHeadOutside", &PrConfig::timersGroupFrameOutside},
+      {waitOf(&Setting::gfToOtherLayoutChangeTimer), "gfToOtherLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeGf2Other},
+      {waitOf(&Setting::roomToOtherLayoutChangeTimer), "roomToOtherLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeRoom2Other},
+      {waitOf(&Setting::outsideFrameTimer), "outsideFrameTimer", &PrConfig::timersHeadBoundBoxOutOfFrame},
+      {waitOf(&Setting::onFrameEdgeTimer), "onFrameEdgeTimer", &PrConfig::timersHeadBufferOnEdge},
+      {waitOf(&Setting::offCenterTimer), "offCenterTimer", &PrConfig::timersHeadBoundBoxOffcenter},
+      {waitOf(&Setting::anyToGFLayoutChangeTimer), "anyToGFLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfAny2Gf},
+      {waitOf(&Setting::proxToGFLayoutChangeTimer), "proxToGFLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfProx2Gf},
+      {waitOf(&Setting::anyToProxLayoutChangeTimer), "anyToProxLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfAny2Prox},
+      {waitOf(&Setting::proxToProxLayoutChangeTimer), "proxToProxLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfProx2Prox},
+      {waitOf(&Setting::ssToProxLayoutChangeTimer), "ssToProxLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfSs2Prox},
+      {waitOf(&Setting::proxToHeadLayoutChangeTimer), "proxToHeadLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfProx2Head},
+      {waitOf(&Setting::ssToHeadLayoutChangeTimer), "ssToHeadLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfSs2Head},
+      {waitOf(&Setting::frameSpeakerLayoutChangeTimer), "frameSpeakerLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfFrameSpeaker},
+      {waitOf(&Setting::otherToSsLayoutChangeTimer), "otherToSsLayoutChangeTimer",
+       &PrConfig::timersLayoutChangeSfOther2Ss},
+  };
+  return kSources;
+}
 
 }  // namespace
 
 SpeakerFramingTimerSetting::SpeakerFramingTimerSetting(const PrConfig& config) {
-  gfMoveCloseTimer = ms(config.timersGroupFrameMoveCloser);
-  gfHeadLeft = ms(config.timersGroupFrameHeadLeft);
-  gfHeadOnEdge = ms(config.timersGroupFrameOnEdge);
-  gfHeadOutside = ms(config.timersGroupFrameOutside);
-  gfToOtherLayoutChangeTimer = ms(config.timersLayoutChangeGf2Other);
-  roomToOtherLayoutChangeTimer = ms(config.timersLayoutChangeRoom2Other);
-  outsideFrameTimer = ms(config.timersHeadBoundBoxOutOfFrame);
-  onFrameEdgeTimer = ms(config.timersHeadBufferOnEdge);
-  offCenterTimer = ms(config.timersHeadBoundBoxOffcenter);
-  anyToGFLayoutChangeTimer = ms(config.timersLayoutChangeSfAny2Gf);
-  proxToGFLayoutChangeTimer = ms(config.timersLayoutChangeSfProx2Gf);
-  anyToProxLayoutChangeTimer = ms(config.timersLayoutChangeSfAny2Prox);
-  proxToProxLayoutChangeTimer = ms(config.timersLayoutChangeSfProx2Prox);
-  ssToProxLayoutChangeTimer = ms(config.timersLayoutChangeSfSs2Prox);
-  proxToHeadLayoutChangeTimer = ms(config.timersLayoutChangeSfProx2Head);
-  ssToHeadLayoutChangeTimer = ms(config.timersLayoutChangeSfSs2Head);
-  frameSpeakerLayoutChangeTimer = ms(config.timersLayoutChangeSfFrameSpeaker);
-  otherToSsLayoutChangeTimer = ms(config.timersLayoutChangeSfOther2Ss);
+  takeWaits(config, waitSources());
 }
 
-SpeakerFramingTimerSetting::Wait SpeakerFramingTimerSetting::layoutChangeWait(FramingType from,
-                                                                              FramingType to) const {
-  const FramingType target = to == FramingType::ROOM ? FramingType::GROUP : to;
-  const auto row = std::find_if(kWaits.begin(), kWaits.end(), [&](const WaitRow& wait) {
-    return wait.to == target && (wait.from == from || wait.from == kAny);
-  });
-  if (row == kWaits.end()) {
-    return {"", 0};
-  }
-  return {row->name, this->*row->wait};
+const WaitSources& SpeakerFramingTimerSetting::sources() const {
+  return waitSources();
 }
 
 }  // namespace fyn::productionrules

@@ -1,35 +1,19 @@
 #pragma once
 
-#include "layouts/cycle/BaseTimerSetting.h"
-#include "model/Enums.h"
+#include "layouts/cycle/SingleHeadTimerSetting.h"
 
 namespace fyn::productionrules {
 
 struct PrConfig;
 
 /** The waits of the speaker engines, in milliseconds. */
-class SpeakerFramingTimerSetting : public BaseTimerSetting {
+class SpeakerFramingTimerSetting : public SingleHeadTimerSetting {
  public:
-  /** One layout change wait and the name under which decisions report it. */
-  struct Wait {
-    const char* name;
-    std::uint32_t ms;
-  };
-
   SpeakerFramingTimerSetting() = default;
 
   /** The reframe waits are those of group framing. */
   explicit SpeakerFramingTimerSetting(const PrConfig& config);
 
-  /** The wait for a change between two types of layout; 0 for a type that speaker framing never shows. */
-  Wait layoutChangeWait(FramingType from, FramingType to) const;
-
-  /** Reframe wait for HEAD_OUTSIDE. */
-  std::uint32_t outsideFrameTimer = 0;
-  /** Reframe wait for HEAD_ON_EDGE. */
-  std::uint32_t onFrameEdgeTimer = 0;
-  /** Reframe wait for HEAD_OFF_CENTER. */
-  std::uint32_t offCenterTimer = 0;
   /** To the group or the room. */
   std::uint32_t anyToGFLayoutChangeTimer = 0;
   std::uint32_t proxToGFLayoutChangeTimer = 0;
@@ -44,6 +28,9 @@ class SpeakerFramingTimerSetting : public BaseTimerSetting {
   std::uint32_t frameSpeakerLayoutChangeTimer = 0;
   /** To a selection of speakers from any other picture. */
   std::uint32_t otherToSsLayoutChangeTimer = 0;
+
+ protected:
+  const WaitSources& sources() const override;
 };
 
 }  // namespace fyn::productionrules

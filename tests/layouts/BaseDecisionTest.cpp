@@ -1,6 +1,9 @@
 // When a new picture is decided: candidate, waiting layout, adopted layout.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+
 #include "layouts/group/GroupFramingLayout.h"
 #include "layouts/group/GroupFramingTimerSetting.h"
 #include "platform/ServiceState.h"
@@ -97,6 +100,65 @@ TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
       EXPECT_EQ(typeOf(engine.mState.current), step.current) << script.title << " at " << step.ms;
       EXPECT_EQ(typeOf(engine.mState.pending), step.waiting) << script.title << " at " << step.ms;
     }
+  }
+}
+
+/** Decides on the candidate that it is given. */
+struct GivenCandidate : OpenEngine<GroupFramingLayout>, DecisionListener {
+  GivenCandidate() { setDecisionListener(this); }
+  std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& /*mlData*/) override {
+    return candidate;
+  }
+  void onDecision(const LayoutDecision& decision) override { decisions.push_back(decision); }
+
+  std::shared_ptr<Layout> candidate;
+  std::vector<LayoutDecision> decisions;
+};
+
+struct DifferenceCase {
+  std::function<void(Layout&)> change;
+  LayoutDifference difference;
+  std::int32_t frameIndex;
+  /** What the log says of it; "" for nothing. */
+  std::string log;
+};
+
+TEST_F(BaseDecision, ADecisionNamesTheDifferenceThatTheLogNames) {
+  using What = LayoutDifference;
+  const std::string kSame = "D|FramingUtil|isSameLayout ";
+  const DifferenceCase cases[] = {
+      {[](Layout& l) { l.layoutType = FramingType::PROXIMITY; }, What::LayoutType, -1,
+       "D|FramingUtil|isDifferentLayout layout Types (HEAD --> PROXIMITY)are different, ret true"},
+      {[](Layout& l) { l.frames.pop_back(); }, What::FrameCount, -1, ""},
+      {[](Layout& l) { l.frames[1].dest.right = 600; }, What::Placement, 1, ""},
+      {[](Layout& l) { l.frames[1].heads.insert(7); }, What::HeadCount, 1,
+       kSame + "heads size diff For frame [1] a.size(1), b.size(2)"},
+      {[](Layout& l) { l.frames[1].heads = {7}; }, What::Heads, 1,
+       kSame + "head ids for this frame are different, new head 7 not found"},
+      {[](Layout& l) {
+         l.frames[0].fynCamId = 3;
+         l.frames[1].heads = {7};
+       },
+       What::Camera, 0, kSame + "FynCamId are different for frame [0] a(0), b(3)"},
+      {[](Layout& l) { l.frames[0].fynHeads = {7}; }, What::People, 0,
+       kSame + "FynHeadId are different for frame [0] nDH not found [7]"},
+  };
+  for (const DifferenceCase& each : cases) {
+    const std::vector<Frame> frames{frameOf(FramingType::HEAD, {}, {1}), frameOf(FramingType::HEAD, {}, {2})};
+    GivenCandidate given;
+    given.mState.current = layoutOf(FramingType::HEAD, frames);
+    given.candidate = layoutOf(FramingType::HEAD, frames);
+    each.change(*given.candidate);
+    env.environment.log.take();
+    EXPECT_TRUE(feed(given, people(0)));
+    ASSERT_EQ(given.decisions.size(), 2U) << "pending and adopted";
+    for (const LayoutDecision& decision : given.decisions) {
+      EXPECT_EQ(layoutDifferenceText(decision.difference),
+                std::string(layoutDifferenceText(each.difference)));
+      EXPECT_EQ(decision.frameIndex, each.frameIndex) << layoutDifferenceText(each.difference);
+    }
+    const Lines log = env.environment.log.take();
+    EXPECT_EQ(std::count(log.begin(), log.end(), each.log), each.log.empty() ? 0 : 1) << each.log;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/ConfigKeys.h"
 #include "layouts/people/PeopleFramingLayout.h"
 #include "tests/layouts/EngineRun.h"
 
@@ -113,8 +114,16 @@ TEST(PeopleFraming, EveryChangeHasItsWait) {
     ASSERT_FALSE(run.decisions.empty()) << each.name;
     const LayoutDecision& pending = run.decisions.front();
     EXPECT_EQ(decisionKindText(pending.kind), std::string("pending")) << each.name;
-    EXPECT_STREQ(pending.timer, each.timer) << each.name;
+    EXPECT_EQ(pending.timer, each.timer) << each.name;
     EXPECT_EQ(pending.waitMs, each.waitMs) << each.name;
+
+    EngineRun tuned;
+    tuned.with([&](PrConfig& config) { setConfigValue(config, *findConfigKey(pending.key), 77000); })
+        .engine<PeopleFramingLayout>();
+    tuned.see(each.from);
+    tuned.decisions.clear();
+    tuned.see(each.to);
+    EXPECT_EQ(tuned.decisions.front().configuredMs, 77000U) << pending.key << " sets it";
   }
 }
 
