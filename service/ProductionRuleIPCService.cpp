@@ -39,6 +39,9 @@ int number(FynOperatingMode mode) {
 ProductionRuleIPCService::ProductionRuleIPCService(const Platform& platform, const std::string& name)
     : BaseIPCService(platform, kPeriodMs, name),
       mProvider(std::make_shared<QuilProviderConnection>(platform)),
+      mDecisionPublisher([this](const std::string& document) {
+        pubSubClient().publish(std::string(topics::kDecisions), document);
+      }),
       mSpeakerFramingMode(mNotifier),
       mPeopleFramingMode(mNotifier),
       mGroupTrackingMode(mNotifier),
@@ -57,6 +60,7 @@ ProductionRuleIPCService::ProductionRuleIPCService(const Platform& platform, con
   }
   connectToQuilProvider();
   installCallbacks();
+  listenToDecisions();
 }
 
 ProductionRuleIPCService::~ProductionRuleIPCService() {
@@ -122,6 +126,14 @@ void ProductionRuleIPCService::rescheduleQuilProviderConnection() {
 void ProductionRuleIPCService::periodicCheck() {}
 
 void ProductionRuleIPCService::setDecisionListener(DecisionListener* listener) {
+  mDecisionPublisher.setNext(listener);
+  listenToDecisions();
+}
+
+// An engine that nobody listens to makes no decision documents at all.
+void ProductionRuleIPCService::listenToDecisions() {
+  DecisionListener* const listener =
+      PrConfig::get().fynDebugDecisionsEnabled ? &mDecisionPublisher : mDecisionPublisher.next();
   for (BaseTrackingMode* mode : std::initializer_list<BaseTrackingMode*>{
            &mSpeakerFramingMode, &mPeopleFramingMode, &mGroupTrackingMode, &mMultiStreamTrackingMode}) {
     mode->setDecisionListener(listener);
@@ -274,6 +286,7 @@ void ProductionRuleIPCService::sendPeriodically() {
 
 void ProductionRuleIPCService::reloadConfiguration(const std::string& /*topic*/, const std::string& /*msg*/) {
   PrConfig::load(configurationPath());
+  listenToDecisions();
   mMultiStreamTrackingMode.setMaxStreams(static_cast<unsigned>(std::max(PrConfig::get().maxStreams, 0)));
 }
 

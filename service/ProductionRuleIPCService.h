@@ -13,6 +13,7 @@
 #include "modes/SpeakerFramingMode.h"
 #include "platform/BaseIPCService.h"
 #include "platform/FynFrameTracker.h"
+#include "service/DecisionPublisher.h"
 #include "service/FynFileWriter.h"
 #include "service/JsonLayoutNotifier.h"
 #include "service/QuilProviderConnection.h"
@@ -52,6 +53,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
   void installCallbacks();
   void installSecondaryCallback();
   void openDumpWriter();
+  void listenToDecisions();
 
   // Vision results
   void handleVisionResult(const std::string& topic, const std::string& msg);
@@ -94,6 +96,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
   std::unique_ptr<FynFileWriter> mFileWriter;
   bool mDebug = false;
   JsonLayoutNotifier mNotifier;
+  DecisionPublisher mDecisionPublisher;
   SpeakerFramingMode mSpeakerFramingMode;
   PeopleFramingMode mPeopleFramingMode;
   GroupTrackingMode mGroupTrackingMode;

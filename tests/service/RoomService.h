@@ -50,7 +50,7 @@ class RoomService {
     service = std::make_unique<ProductionRuleIPCService>(platform, "test");
     for (const char* const topic :
          {"/PRBOut", "/PRBOutDebug", "/PRBOutSecondary", "/TimerDebug", "/PeopleCount", "/ForwardMessage",
-          "/ctl-passthru-remote", "/ctl/tracking-mode"}) {
+          "/ctl-passthru-remote", "/ctl/tracking-mode", "/PRBDecisions"}) {
       peer->subscribe(topic, listener);
     }
     service->init();

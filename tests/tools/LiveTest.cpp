@@ -105,18 +105,22 @@ TEST(Watch, OneScreenSaysWhatTheServiceDoes) {
                   R"({"currentLayout":{"layouts":[{"layoutType":"GROUP","layoutTimer":0,"frames":[)"
                   R"({"frameindex":0,"headPosition":"HEAD_OUTSIDE","frameTimer":1950}]}]},)"
                   R"("nextLayout":{"layouts":[{"layoutType":"HEAD","layoutTimer":7999,"frames":[]}]}})");
+  state.onMessage("/PRBDecisions", R"({"kind":"feedPriority","frameindex":1})");
+  state.onMessage("/PRBDecisions", R"({"kind":"reframeWait","frameindex":1,"headPosition":"HEAD_OUTSIDE"})");
   EXPECT_EQ(state.screen(500),
             "Mode    GroupFraming\n"
             "People  2 in view, 1 speaking\n"
             "Picture\n"
             "  stream 0: GROUP by cut\n"
             "    camera 0 640x360 at 10,20 to 1280x720 at 0,0\n"
+            "Why     frame 1 shown by a better camera, at once\n"
             "Waits\n"
             "  shown GROUP: 0.0 s\n"
             "    frame 0 HEAD_OUTSIDE: 1.9 s\n"
             "  pending HEAD: 7.9 s\n"
             "Messages\n"
             "  /ICDOut  2 a second\n"
+            "  /PRBDecisions  4 a second\n"
             "  /PRBOut  2 a second\n"
             "  /TimerDebug  2 a second\n");
 }
@@ -125,10 +129,11 @@ TEST(Watch, LinesNameEachChangeOnce) {
   WatchState state;
   state.onMessage("/ctl/tracking-mode", "PeopleFraming");
   state.onMessage("/PRBOut", kScene);
+  state.onMessage("/PRBDecisions", R"({"kind":"reset","from":"GROUP"})");
   state.onMessage("/PeopleCount", R"({"face_count":3,"smallestFaceHeight":40})");
   EXPECT_EQ(state.takeLines(),
             (std::vector<std::string>{"mode PeopleFraming", "picture GROUP by cut, camera 0 640x360 at 10,20",
-                                      "people 3"}));
+                                      "why layouts forgotten, was GROUP", "people 3"}));
   EXPECT_EQ(state.takeLines(), std::vector<std::string>());
 }
 

@@ -3,6 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/Topics.h"
+#include "service/DecisionDocument.h"
+#include "tools/recording/DecisionSentence.h"
 
 namespace fyn::productionrules {
 
@@ -51,7 +53,7 @@ void appendSection(std::string& screen, const char* title, const std::vector<std
 std::vector<std::string> WatchState::topics() {
   std::vector<std::string> wanted;
   for (const std::string_view topic : {topics::kScene, topics::kTimerDebug, topics::kVisionResult,
-                                       topics::kPeopleCount, topics::kTrackingMode}) {
+                                       topics::kPeopleCount, topics::kTrackingMode, topics::kDecisions}) {
     wanted.emplace_back(topic);
   }
   return wanted;
@@ -63,6 +65,10 @@ void WatchState::onMessage(const std::string& topic, const std::string& message)
   if (topic == topics::kTrackingMode) {
     mMode = printable(message);
     mLines.push_back("mode " + mMode);
+    return;
+  }
+  if (topic == topics::kDecisions) {
+    readReason(message);
     return;
   }
   try {
@@ -78,6 +84,19 @@ void WatchState::onMessage(const std::string& topic, const std::string& message)
     }
   } catch (const json::exception&) {
     ++mUnreadable;
+  }
+}
+
+void WatchState::readReason(const std::string& message) {
+  const std::optional<LayoutDecision> decision = readDecision(message);
+  if (!decision) {
+    ++mUnreadable;
+    return;
+  }
+  const std::string sentence = printable(decisionSentence(*decision));
+  mLines.push_back("why " + sentence);
+  if (changesPicture(decision->kind)) {
+    mWhy = sentence;
   }
 }
 
@@ -133,6 +152,7 @@ std::string WatchState::screen(std::int64_t elapsedMs) {
   const MutexLock lock(mMutex);
   std::string text = "Mode    " + mMode + "\nPeople  " + mPeople + "\n";
   appendSection(text, "Picture", mFrames);
+  text += "Why     " + mWhy + "\n";
   appendSection(text, "Waits", mWaits);
   std::vector<std::string> rates;
   for (auto& [topic, count] : mMessages) {

@@ -12,7 +12,8 @@
 namespace fyn::productionrules {
 
 /**
- * What a service's messages tell of it now: mode, layout, frames, waits, people, message rates. Messages may
+ * What a service's messages tell of it now: mode, layout, frames, reason, waits, people, message
+ * rates. Messages may
  * come from any thread; one that cannot be read is counted and changes nothing.
  */
 class WatchState final : public com::quil::pubsub::IPubSubListener {
@@ -25,10 +26,11 @@ class WatchState final : public com::quil::pubsub::IPubSubListener {
   /** One screen of text. `elapsedMs` is the time since the last call, for the rates. */
   std::string screen(std::int64_t elapsedMs);
 
-  /** One line for each picture, mode change and people count since the last call. */
+  /** One line for each picture, reason, mode change and people count since the last call. */
   std::vector<std::string> takeLines();
 
  private:
+  void readReason(const std::string& message) PR_REQUIRES(mMutex);
   void readScene(const nlohmann::json& document) PR_REQUIRES(mMutex);
   void readTimers(const nlohmann::json& document) PR_REQUIRES(mMutex);
   void readVision(const nlohmann::json& document) PR_REQUIRES(mMutex);
@@ -37,6 +39,8 @@ class WatchState final : public com::quil::pubsub::IPubSubListener {
   Mutex mMutex;
   std::string mMode PR_GUARDED_BY(mMutex) = "not known yet";
   std::string mPeople PR_GUARDED_BY(mMutex) = "not known yet";
+  std::string mWhy PR_GUARDED_BY(mMutex) =
+      "not known: told while the property vendor.fyndebug.decisions is 1";
   std::vector<std::string> mFrames PR_GUARDED_BY(mMutex);
   std::vector<std::string> mWaits PR_GUARDED_BY(mMutex){
       "not known: told while the property vendor.fyndebug.enabled is 1"};

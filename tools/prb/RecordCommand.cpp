@@ -19,7 +19,7 @@ constexpr std::array kInputTopics{topics::kVisionResult,  topics::kCameraParamet
                                   topics::kSecondaryScene};
 /** What the service decides. */
 constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::kTimerDebug,
-                                   topics::kPeopleCount};
+                                   topics::kPeopleCount, topics::kDecisions};
 
 /** What was published before the end may still be on its way. */
 constexpr std::chrono::milliseconds kOnTheWay{200};

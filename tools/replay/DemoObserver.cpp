@@ -3,11 +3,15 @@
 #include <ostream>
 
 #include "platform/Topics.h"
-#include "tools/replay/DecisionSentence.h"
+#include "tools/recording/DecisionSentence.h"
 
 namespace fyn::productionrules {
 
 namespace {
+
+std::string peopleText(unsigned persons) {
+  return ", " + std::to_string(persons) + (persons == 1 ? " person" : " people");
+}
 
 // Who is in a picture that does not show everybody.
 std::string shownText(const LayoutDecision& decision) {
@@ -40,8 +44,8 @@ void DemoObserver::onDecision(const LayoutDecision& decision) {
   ++(decision.kind == DecisionKind::Reframed ? mReframes : mLayoutChanges);
   const std::shared_ptr<BaseLayout> engine = mReplay->service()->trackingMode().getFramingLayout();
   const unsigned persons = engine != nullptr ? engine->getPeopleCount() : 0;
-  mLines << clockText(mReplay->now()) << "  " << decisionSentence(decision, persons) << shownText(decision)
-         << std::endl;
+  mLines << clockText(mReplay->now()) << "  " << decisionSentence(decision) << peopleText(persons)
+         << shownText(decision) << std::endl;
 }
 
 std::string DemoObserver::summary() {

@@ -1,10 +1,11 @@
 #include "tools/replay/EffectWriter.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 
+#include "platform/Clock.h"
 #include "platform/StderrLog.h"
+#include "service/DecisionDocument.h"
 #include "tools/recording/CompactText.h"
 
 namespace fyn::productionrules {
@@ -52,31 +53,8 @@ void EffectWriter::onLog(LogPriority priority, const char* tag, const char* word
 void EffectWriter::onDecision(const LayoutDecision& decision) {
   write([&](CompactText& text) {
     text.key("decision");
-    text.json(decisionJson(decision));
+    text.json(decisionDocument(GetTicks(), decision));
   });
-}
-
-std::string decisionJson(const LayoutDecision& decision) {
-  nlohmann::ordered_json json{{"kind", decisionKindText(decision.kind)},
-                              {"stream", decision.streamId},
-                              {"from", layoutToText(decision.from)},
-                              {"to", layoutToText(decision.to)}};
-  if (decision.difference != LayoutDifference::None) {
-    json["differs"] = layoutDifferenceText(decision.difference);
-  }
-  if (*decision.reason != '\0') {
-    json["reason"] = decision.reason;
-  }
-  if (*decision.timer != '\0') {
-    json["timer"] = decision.timer;
-  }
-  json["waitMs"] = decision.waitMs;
-  json["waitedMs"] = decision.waitedMs;
-  if (decision.frameIndex >= 0) {
-    json["frame"] = decision.frameIndex;
-    json["headPosition"] = headPositionText(decision.headPosition);
-  }
-  return json.dump();
 }
 
 }  // namespace fyn::productionrules

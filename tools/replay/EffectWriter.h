@@ -30,7 +30,4 @@ class EffectWriter final : public ReplayObserver, public DecisionListener {
   const std::function<std::int64_t()> mNow;
 };
 
-/** A decision as a JSON object, as the viewer and reports read it. */
-std::string decisionJson(const LayoutDecision& decision);
-
 }  // namespace fyn::productionrules

@@ -1,4 +1,4 @@
-#include "tools/replay/DecisionSentence.h"
+#include "tools/recording/DecisionSentence.h"
 
 #include <array>
 #include <cstdio>
@@ -28,11 +28,20 @@ std::string secondsText(std::uint32_t milliseconds) {
   return text.data();
 }
 
+// What set the wait, by the name that users know.
+std::string waitName(const LayoutDecision& decision) {
+  return decision.key.empty() ? decision.timer : decision.key;
+}
+
+std::string waitingText(const LayoutDecision& decision) {
+  return secondsText(decision.waitMs) + (decision.timer.empty() ? "" : " (" + waitName(decision) + ")");
+}
+
 std::string waitText(const LayoutDecision& decision) {
-  if (*decision.timer == '\0') {
+  if (decision.timer.empty()) {
     return "at once";
   }
-  return "after " + secondsText(decision.waitedMs) + " (" + decision.timer + " " +
+  return "after " + secondsText(decision.waitedMs) + " (" + waitName(decision) + " " +
          std::to_string(decision.waitMs) + " ms)";
 }
 
@@ -43,28 +52,44 @@ std::string typesText(const LayoutDecision& decision) {
   return std::string(layoutToText(decision.from)) + " -> " + layoutToText(decision.to);
 }
 
-std::string peopleText(unsigned persons) {
-  return persons == 1 ? "1 person" : std::to_string(persons) + " people";
-}
-
-// The engine's own rule, where it named one.
-std::string ruleText(const LayoutDecision& decision) {
-  return *decision.reason != '\0' ? std::string(" (") + decision.reason + ")" : "";
-}
-
+// What made the layout a different one, and in which of several frames.
 std::string differenceText(const LayoutDecision& decision) {
-  switch (decision.difference) {
-    case LayoutDifference::None:
-    case LayoutDifference::FirstPicture:
-    case LayoutDifference::NoSwitchNeeded:
-      return layoutDifferenceText(decision.difference);
-    default:
-      return std::string("the difference is ") + layoutDifferenceText(decision.difference);
+  const std::string text = layoutDifferenceText(decision.difference);
+  if (decision.difference == LayoutDifference::FirstPicture) {
+    return text;
   }
+  return "the difference is " + text +
+         (decision.frameIndex >= 0 ? " of frame " + std::to_string(decision.frameIndex) : "");
 }
 
 std::string whyText(const LayoutDecision& decision) {
-  return differenceText(decision) + ruleText(decision);
+  const std::string reason = reasonText(decision);
+  return differenceText(decision) + (reason.empty() ? "" : " (" + reason + ")");
+}
+
+// The sentence behind its title.
+std::string restText(const LayoutDecision& decision) {
+  switch (decision.kind) {
+    case DecisionKind::Pending:
+      return " " + waitingText(decision) + ", " + whyText(decision);
+    case DecisionKind::Dropped:
+      return " " + waitText(decision) + ", " + reasonText(decision);
+    case DecisionKind::Adopted:
+      return ", " + whyText(decision) + ", " + waitText(decision);
+    case DecisionKind::ReframeWait:
+      return " " + waitingText(decision) + ", " + positionText(decision.headPosition);
+    case DecisionKind::ReframeCancelled:
+      return ", the subject came back " + waitText(decision);
+    case DecisionKind::Reframed:
+      return ", " + positionText(decision.headPosition) + std::string(", ") + waitText(decision);
+    case DecisionKind::FeedPriority:
+      return ", " + waitText(decision);
+    case DecisionKind::Secondary:
+      return ", " + typesText(decision);
+    case DecisionKind::Reset:
+      return std::string(", was ") + layoutToText(decision.from);
+  }
+  return {};
 }
 
 }  // namespace
@@ -89,38 +114,35 @@ bool changesPicture(DecisionKind kind) {
   }
 }
 
-std::string decisionSentence(const LayoutDecision& decision, unsigned persons) {
-  const std::string stream =
-      decision.streamId > 0 ? "stream " + std::to_string(decision.streamId) + ": " : "";
+std::string decisionTitle(const LayoutDecision& decision) {
   const std::string frame = "frame " + std::to_string(decision.frameIndex);
   switch (decision.kind) {
     case DecisionKind::Pending:
-      return stream + typesText(decision) + " waits " + secondsText(decision.waitMs) + ", " +
-             whyText(decision);
+      return typesText(decision) + " waits";
     case DecisionKind::Dropped:
-      return stream + layoutToText(decision.to) + " dropped " + waitText(decision) + ", " +
-             (decision.difference == LayoutDifference::NoSwitchNeeded ? differenceText(decision)
-                                                                      : "the scene went back") +
-             ruleText(decision);
+      return layoutToText(decision.to) + std::string(" dropped");
     case DecisionKind::Adopted:
-      return stream + "new picture " + typesText(decision) + " for " + peopleText(persons) + ", " +
-             whyText(decision) + ", " + waitText(decision);
+      return "new picture " + typesText(decision);
     case DecisionKind::ReframeWait:
-      return stream + frame + " waits " + secondsText(decision.waitMs) + ", " +
-             positionText(decision.headPosition);
+      return frame + " waits";
     case DecisionKind::ReframeCancelled:
-      return stream + frame + " stays, the subject came back " + waitText(decision);
+      return frame + " stays";
     case DecisionKind::Reframed:
-      return stream + frame + " (" + layoutToText(decision.to) + ") framed anew, " +
-             positionText(decision.headPosition) + ", " + waitText(decision);
+      return frame + " (" + layoutToText(decision.to) + ") framed anew";
     case DecisionKind::FeedPriority:
-      return stream + frame + " shown by a better camera, " + waitText(decision);
+      return frame + " shown by a better camera";
     case DecisionKind::Secondary:
-      return stream + "picture from the primary device, " + typesText(decision);
+      return "picture from the primary device";
     case DecisionKind::Reset:
-      return stream + "layouts forgotten, was " + layoutToText(decision.from);
+      return "layouts forgotten";
   }
   return {};
+}
+
+std::string decisionSentence(const LayoutDecision& decision) {
+  const std::string stream =
+      decision.streamId > 0 ? "stream " + std::to_string(decision.streamId) + ": " : "";
+  return stream + decisionTitle(decision) + restText(decision);
 }
 
 }  // namespace fyn::productionrules

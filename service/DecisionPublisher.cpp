@@ -1,0 +1,15 @@
+#include "service/DecisionPublisher.h"
+
+#include "platform/Clock.h"
+#include "service/DecisionDocument.h"
+
+namespace fyn::productionrules {
+
+void DecisionPublisher::onDecision(const LayoutDecision& decision) {
+  if (mNext != nullptr) {
+    mNext->onDecision(decision);
+  }
+  mPublish(decisionDocument(GetTicks(), decision));
+}
+
+}  // namespace fyn::productionrules
