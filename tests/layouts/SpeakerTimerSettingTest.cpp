@@ -12,8 +12,7 @@ TEST(SpeakerTimerSetting, FollowsTheConfigurationWheneverItIsAskedFor) {
   SpeakerRun run;
   const auto waitToHead = [&] {
     return dynamic_cast<SpeakerFramingTimerSetting&>(*run.layouts().getTimerSetting())
-        .layoutChangeWait(FramingType::GROUP, FramingType::HEAD)
-        .ms;
+        .frameSpeakerLayoutChangeTimer;
   };
   EXPECT_EQ(waitToHead(), 100U);
   run.with([](PrConfig& config) { config.timersLayoutChangeSfFrameSpeaker = 250; });
@@ -25,11 +24,6 @@ TEST(SpeakerTimerSetting, StaysOfItsOwnKind) {
   run.layouts().setTimerSetting(std::make_shared<GroupFramingTimerSetting>());
   run.layouts().setTimerSetting(nullptr);
   EXPECT_NE(dynamic_cast<SpeakerFramingTimerSetting*>(run.layouts().getTimerSetting().get()), nullptr);
-}
-
-TEST(SpeakerTimerSetting, HasNoWaitForAPictureThatIsNeverShown) {
-  const SpeakerFramingTimerSetting setting(PrConfig::DEFAULT);
-  EXPECT_EQ(setting.layoutChangeWait(FramingType::HEAD, FramingType::PARTIAL_GROUP).ms, 0U);
 }
 
 }  // namespace

@@ -1,11 +1,7 @@
-// A live bus as the page sees it: its messages, and the reasons of the shadow beside them.
+// A live bus as the page sees it.
 #include <gtest/gtest.h>
 
-#include "platform/MemoryPropertyStore.h"
-#include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tests/view/NotedLines.h"
-#include "tools/recording/RecordingReader.h"
 #include "tools/view/LiveRoom.h"
 
 namespace fyn::productionrules::testing {
@@ -13,32 +9,14 @@ namespace {
 
 using nlohmann::json;
 
-std::string meeting() {
-  return runPrbWith(
-             {"simulate", "--seed", "5", "--minutes", "1", "--people", "3", "--noise", "none", "-o", "-"})
-      .out;
-}
-
 /** A room whose clock the messages drive. */
 class Room {
  public:
-  explicit Room(ShadowSettings settings = {})
-      : mRoom(
-            noted, [this] { return mNow; }, std::move(settings)) {}
+  Room() : mRoom(noted, [this] { return mNow; }) {}
 
   void send(std::int64_t t, const std::string& topic, const std::string& text) {
     mNow = t;
     mRoom.onMessage(topic, text);
-  }
-
-  void play(const std::string& recording, std::int64_t start = 0) {
-    std::istringstream input(recording);
-    RecordingReader reader(input, "recording");
-    for (RecordingEvent event; reader.next(event);) {
-      if (const auto* const message = std::get_if<BusMessage>(&event.what)) {
-        send(start + event.t, message->topic, message->payload);
-      }
-    }
   }
 
   NotedLines noted;
@@ -48,69 +26,19 @@ class Room {
   LiveRoom mRoom;
 };
 
-TEST(LiveRoom, TheShadowDecidesAsAReplayOfTheSameMessagesDoes) {
-  const std::string recording = meeting();
-  const TemporaryFolder folder;
-  const std::string quick =
-      folder.write("quick.conf", "persist.fdtimers.layout.roomtoother=1000\npersist.fdtimers.unknown=1\n");
-  Room room({quick, nullptr, {{"vendor.talkertracking.flag", "4"}}});
-  room.play(recording);
-  const PrbRun replay = runPrbWith({"replay", folder.write("m.jsonl", recording), "--decisions", "--config",
-                                    quick, "--property", "vendor.talkertracking.flag=4"});
-  std::vector<std::string> expected;
-  for (const std::string& line : linesOf(replay.out)) {
-    if (line.find("\"decision\"") != std::string::npos) {
-      expected.push_back(line);
-    }
-  }
-  EXPECT_GT(expected.size(), 5U);
-  EXPECT_EQ(room.noted.with("\"decision\""), expected);
-  // What the shadow publishes goes nowhere.
-  EXPECT_TRUE(room.noted.with("/PRBOut").empty());
-  EXPECT_TRUE(room.noted.with("/PeopleCount").empty());
-  EXPECT_EQ(room.noted.with("/ICDOut").size(), 1800U);
-}
-
-TEST(LiveRoom, TheShadowFollowsTheModeOfTheLiveScenes) {
+TEST(LiveRoom, ADecisionOfTheServiceIsShownInWords) {
   Room room;
-  room.send(0, "/PRBOut",
-            R"({"version":1,"streams":[{"streamid":0,"TrackingMode":"PeopleFraming","scene":[]}]})");
-  room.play(meeting());
-  // Group framing never has a second frame.
-  const std::size_t tiled = room.noted.with("\"frameindex\":1").size();
-  EXPECT_GT(tiled, 0U);
-  room.send(70000, "/ctl/tracking-mode", "GroupFraming");
-  const std::size_t adopted = room.noted.with("\"kind\":\"adopted\"").size();
-  room.play(meeting(), 80000);
-  EXPECT_GT(room.noted.with("\"kind\":\"adopted\"").size(), adopted);
-  EXPECT_EQ(room.noted.with("\"frameindex\":1").size(), tiled);
-}
-
-TEST(LiveRoom, PropertiesOfTheMachineAreReadAgainWhenTheServiceReloads) {
-  MemoryPropertyStore machine;
-  machine.set("vendor.talkertracking.flag", "1");
-  Room room({"", &machine, {}});
-  const std::string recording = meeting();
-  room.play(recording);
-  EXPECT_TRUE(room.noted.with("\"frameindex\":1").empty());
-  machine.set("vendor.talkertracking.flag", "4");
-  room.send(70000, "/ctl", "config-change");
-  room.play(recording, 80000);
-  EXPECT_FALSE(room.noted.with("\"frameindex\":1").empty());
-  // The shadow's own settings never reach the machine.
-  EXPECT_EQ(machine.get("vendor.talkertracking.flag"), "4");
-}
-
-TEST(LiveRoom, LiveWaitsTakeThePlaceOfTheShadows) {
-  Room room;
-  const std::string recording = meeting();
-  room.play(recording);
-  EXPECT_GT(room.noted.with("/TimerDebug").size(), 2U);
-  room.send(70000, "/TimerDebug", R"({"currentLayout":{"layouts":[]},"nextLayout":{"layouts":[]}})");
-  const std::size_t before = room.noted.with("/TimerDebug").size();
-  room.send(71000, "/ctl", "reset-layouts");
-  room.play(recording, 80000);
-  EXPECT_EQ(room.noted.with("/TimerDebug").size(), before);
+  const std::string document =
+      R"({"t":99,"streamid":1,"kind":"adopted","from":"HEAD","to":"GROUP","difference":"the kind of layout",)"
+      R"("timer":"x","key":"a.key","waitMs":2000,"waitedMs":2033})";
+  room.send(5, "/PRBDecisions", document);
+  EXPECT_EQ(room.noted.lines.back().text,
+            R"({"t":5,"decision":)" + document + R"(,"title":"new picture HEAD -> GROUP",)"
+            R"("sentence":"stream 1: new picture HEAD -> GROUP, the difference is the kind of layout, )"
+            R"(after 2.0 s (a.key 2000 ms)"
+})");
+  room.send(6, "/PRBDecisions", R"({"kind":"whim"})");
+EXPECT_EQ(room.noted.lines.back().text, R"({"t":6,"topic":"/PRBDecisions","payload":{"kind":"whim"}})");
 }
 
 TEST(LiveRoom, HostileMessagesEndNothing) {
@@ -131,8 +59,6 @@ TEST(LiveRoom, HostileMessagesEndNothing) {
     EXPECT_TRUE(json::accept(line.text) || line.text.size() > 100000) << line.text.substr(0, 200);
   }
   EXPECT_EQ(room.noted.with("2000000 bytes").size(), LiveRoom::kTopics.size() + 1);
-  room.play(meeting(), 1000);
-  EXPECT_GT(room.noted.with("\"decision\"").size(), 5U);
 }
 
 }  // namespace

@@ -128,14 +128,14 @@ TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
 }
 
 #if PR_HAVE_MQTT
-TEST(ViewCommand, ShowsALiveBusWithScenesOfTheServiceAndReasonsOfTheShadow) {
+TEST(ViewCommand, ShowsALiveBusWithScenesAndReasonsOfTheService) {
   Broker broker;
   const ScratchFolder folder;
   const std::string store = folder.file("properties.db");
   runTool({kPrb, "prop", "set", "vendor.talkertracking.flag", "4", "--properties", store});
+  runTool({kPrb, "prop", "set", "vendor.fyndebug.decisions", "1", "--properties", store});
   Process service(
       {PR_PROGRAM_DIR "/productionrulesd", "--bus", broker.url(), "--properties", store, "--log", "stderr"});
-  // The viewer has a store of its own: it learns the mode from the scenes.
   Viewer viewer({kPrb, "view", "--bus", broker.url(), "--properties", "memory"});
   const std::string meeting = folder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--noise", "none", "-o", meeting});
@@ -143,8 +143,7 @@ TEST(ViewCommand, ShowsALiveBusWithScenesOfTheServiceAndReasonsOfTheShadow) {
   // A meeting of a minute has tiles sooner or later; each page begins with what is current.
   const std::string lines = viewer.linesUntil([](const std::string& text) {
     return text.find("\"topic\":\"/PRBOut\"") != std::string::npos &&
-           text.find("\"decision\"") != std::string::npos && text.find("\"frames\"") != std::string::npos &&
-           text.find("/ICDOut") != std::string::npos;
+           text.find("\"sentence\"") != std::string::npos && text.find("/ICDOut") != std::string::npos;
   });
   EXPECT_NE(lines.find("\"TrackingMode\":\"PeopleFraming\""), std::string::npos) << lines.substr(0, 3000);
   std::set<std::string> ids;

@@ -2,7 +2,6 @@
 #include <chrono>
 #include <memory>
 
-#include "config/PrConfig.h"
 #include "platform/ServiceStateScope.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/StopSignals.h"
@@ -76,16 +75,12 @@ class Deliveries {
 };
 
 void viewBus(const ViewArguments& arguments, PrbContext& context) {
-  // Said now rather than when the service is told to read it.
-  readConfiguration(arguments.config);
   StopSignals stop;
   LineLog lines = LineLog::ofLive();
   const auto state = std::make_shared<ServiceState>();
   const ServiceStateScope scope(state);
   LiveBus bus(arguments.platform);
-  ShadowSettings settings{arguments.config.empty() ? configurationPath() : arguments.config,
-                          &state->properties(), keyValues(arguments.properties)};
-  const auto room = std::make_shared<LiveRoom>(lines, nowMs, std::move(settings));
+  const auto room = std::make_shared<LiveRoom>(lines, nowMs);
   state->setLog(room, LogLevels::kWarningLevel);
   const Deliveries deliveries(bus, *room);
   bus.waitUntilReady();
@@ -105,20 +100,20 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
               "Replay this recording and show it; '-' is standard input. Without one: what happens on --bus")
           ->type_name("RECORDING");
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->needs(recording);
   addPropertyOption(command, arguments->properties);
+  command.get_option("--property")->needs(recording);
   addViewPageOptions(command, arguments->page);
   addPlatformOptions(command, arguments->platform, true);
   recording->excludes(command.get_option("--bus"));
   command.footer(
       "Serves a page that shows the room, the picture, the waits and why the picture changed, and prints its "
       "address.\n"
-      "A recording is replayed as 'prb replay' does it. On a live bus, scenes are those of the live service; "
-      "the\n"
-      "reasons are those of a service that prb runs beside it on the same messages. That one begins when the "
-      "page "
-      "does,\n"
-      "so for the first seconds its reasons may differ.\n"
+      "A recording is replayed as 'prb replay' does it. On a live bus, all is what the live service says; "
+      "its\n"
+      "reasons are there while its property vendor.fyndebug.decisions is 1, its waits while "
+      "vendor.fyndebug.enabled is.\n"
       "\n"
       "Examples:\n"
       "  prb view meeting.jsonl\n"

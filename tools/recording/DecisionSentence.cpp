@@ -81,7 +81,7 @@ std::string restText(const LayoutDecision& decision) {
     case DecisionKind::ReframeCancelled:
       return ", the subject came back " + waitText(decision);
     case DecisionKind::Reframed:
-      return ", " + positionText(decision.headPosition) + std::string(", ") + waitText(decision);
+      return std::string(", ") + positionText(decision.headPosition) + std::string(", ") + waitText(decision);
     case DecisionKind::FeedPriority:
       return ", " + waitText(decision);
     case DecisionKind::Secondary:

@@ -3,9 +3,10 @@
 #include "geometry/FrameShapes.h"
 #include "geometry/OffCenter.h"
 #include "output/JsonLayoutBuilder.h"
+#include "platform/Clock.h"
 #include "platform/Topics.h"
+#include "service/DecisionDocument.h"
 #include "tools/recording/CompactText.h"
-#include "tools/replay/EffectWriter.h"
 
 namespace fyn::productionrules {
 
@@ -80,11 +81,7 @@ void writeFrame(CompactText& text, const Layout& layout, const Frame& frame) {
 }  // namespace
 
 void EngineLines::onDecision(const LayoutDecision& decision) {
-  const std::int64_t t = mNow();
-  mSink.put(
-      {t, LineWorth::Kept,
-       std::string("decision/") + std::to_string(decision.streamId) + '/' + decisionKindText(decision.kind),
-       lineWith(t, "decision", decisionJson(decision))});
+  mSink.put(decisionLine(mNow(), decision, decisionDocument(GetTicks(), decision)));
 }
 
 void EngineLines::look(ProductionRuleIPCService& service) {
@@ -93,9 +90,7 @@ void EngineLines::look(ProductionRuleIPCService& service) {
     return;
   }
   const Layouts current = engine->getFinalLayoutPtrs();
-  if (mWritesWaits) {
-    writeWaits(current, engine->getNextLayoutPtrs());
-  }
+  writeWaits(current, engine->getNextLayoutPtrs());
   writeFrames(current);
 }
 

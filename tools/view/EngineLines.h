@@ -22,9 +22,6 @@ class EngineLines final : public DecisionListener {
   /** Writes waits and frames where they have changed since the last call. */
   void look(ProductionRuleIPCService& service);
 
-  /** From now on waits come from elsewhere. */
-  void leaveOutWaits() { mWritesWaits = false; }
-
  private:
   using Layouts = std::vector<std::shared_ptr<Layout>>;
 
@@ -33,7 +30,6 @@ class EngineLines final : public DecisionListener {
 
   LineSink& mSink;
   const std::function<std::int64_t()> mNow;
-  bool mWritesWaits = true;
   /** All that a wait consists of, so that equal lists mean equal waits. */
   std::vector<std::int64_t> mWaits;
   std::string mFrames;

@@ -1,5 +1,10 @@
 #include "tools/view/LiveRoom.h"
 
+#include <optional>
+#include <utility>
+
+#include "service/DecisionDocument.h"
+
 namespace fyn::productionrules {
 
 namespace {
@@ -11,25 +16,28 @@ constexpr std::string_view kBusTag = "MqttPubSubClient";
 
 }  // namespace
 
-LiveRoom::LiveRoom(LineSink& sink, std::function<std::int64_t()> clock, ShadowSettings settings)
-    : mSink(sink), mClock(std::move(clock)), mStart(mClock()), mShadow(sink, std::move(settings)) {}
+LiveRoom::LiveRoom(LineSink& sink, std::function<std::int64_t()> clock)
+    : mSink(sink), mClock(std::move(clock)), mStart(mClock()) {}
 
 void LiveRoom::onMessage(const std::string& topic, const std::string& message) {
   const MutexLock lock(mMutex);
-  const std::int64_t t = mClock() - mStart;
+  mSink.put(lineOf(mClock() - mStart, topic, message));
+}
+
+ViewLine LiveRoom::lineOf(std::int64_t t, const std::string& topic, const std::string& message) const {
   if (message.size() > kTooLong) {
-    mSink.put(noticeLine(
-        t, "a message of " + std::to_string(message.size()) + " bytes on " + topic + " was left out"));
-  } else {
-    mSink.put(messageLine(t, topic, message));
+    return noticeLine(
+        t, "a message of " + std::to_string(message.size()) + " bytes on " + topic + " was left out");
   }
-  mShadow.take(t, topic, message);
+  const std::optional<LayoutDecision> decision =
+      topic == topics::kDecisions ? readDecision(message) : std::nullopt;
+  return decision ? decisionLine(t, *decision, message) : messageLine(t, topic, message);
 }
 
 void LiveRoom::write(LogPriority /*priority*/, const char* tag, const char* text) {
   // Lines of others may come from within onMessage, those of the bus client never do.
   if (tag == kBusTag) {
-    const std::lock_guard lock(mMutex);
+    const MutexLock lock(mMutex);
     mSink.put(noticeLine(mClock() - mStart, text));
   }
 }

@@ -14,7 +14,7 @@ namespace {
 
 /** What only the service itself sends: in a recording it tells of another run than the one shown. */
 constexpr std::array kOwnTopics{topics::kScene, topics::kDebugScene, topics::kTimerDebug,
-                                topics::kPeopleCount};
+                                topics::kPeopleCount, topics::kDecisions};
 
 }  // namespace
 

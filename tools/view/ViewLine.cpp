@@ -6,6 +6,7 @@
 #include "platform/PubSub.h"
 #include "platform/Topics.h"
 #include "tools/recording/CompactText.h"
+#include "tools/recording/DecisionSentence.h"
 #include "tools/recording/RecordingWriter.h"
 
 namespace fyn::productionrules {
@@ -42,6 +43,17 @@ ViewLine messageLine(std::int64_t t, const std::string& topic, const std::string
     }
   }
   return line;
+}
+
+ViewLine decisionLine(std::int64_t t, const LayoutDecision& decision, const std::string& document) {
+  return {t, LineWorth::Kept,
+          "decision/" + std::to_string(decision.streamId) + '/' + decisionKindText(decision.kind),
+          lineOfTime(t, [&](CompactText& text) {
+            text.key("decision");
+            text.payload(document);
+            text.member("title", decisionTitle(decision));
+            text.member("sentence", decisionSentence(decision));
+          })};
 }
 
 ViewLine noticeLine(std::int64_t t, const std::string& words) {

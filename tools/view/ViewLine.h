@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "layouts/cycle/LayoutDecision.h"
+
 namespace fyn::productionrules {
 
 /** What may become of a line when a page reads more slowly than lines come. */
@@ -34,6 +36,9 @@ class LineSink {
 
 /** A message on the bus. */
 ViewLine messageLine(std::int64_t t, const std::string& topic, const std::string& payload);
+
+/** A decision: its document and what it says in words. */
+ViewLine decisionLine(std::int64_t t, const LayoutDecision& decision, const std::string& document);
 
 /** Something that a person should know, in words. */
 ViewLine noticeLine(std::int64_t t, const std::string& words);

@@ -73,10 +73,12 @@ export class App implements Feed {
   private readonly drawWaits = makeWaits(part('waits'));
   private readonly drawWhy = makeWhy(part('why'), (t) => this.jump(t));
 
+  private readonly live: boolean;
+
   constructor(info: Info) {
-    const live = info.source === 'live';
-    this.history = new History(live ? LIVE_LIMITS : KEEP_ALL);
-    this.player = new Player(live);
+    this.live = info.source === 'live';
+    this.history = new History(this.live ? LIVE_LIMITS : KEEP_ALL);
+    this.player = new Player(this.live);
     this.timeline = new Timeline(part('timeline'), this.lanes, (t) => this.jump(t), this.redrawn);
     this.header = new Header(info, () => {
       this.timeline.retheme();
@@ -223,7 +225,7 @@ export class App implements Feed {
     this.timeline.draw(all, t);
     if (this.textsAreDue(now)) {
       this.drawWaits(state, t);
-      this.drawWhy(this.moments, t);
+      this.drawWhy(this.moments, t, this.live && !this.explained && this.moments.length > 0);
       this.drawNumbers(state);
       this.timeline.say(all, t);
       this.header.draw(state, history.count(t - 1000, t, (e) => e.kind === 'vision'));

@@ -66,21 +66,14 @@ export interface FrameExtra {
   heads: number[];
 }
 
-/** Why something happened or did not. */
+/** Why something happened or did not, in the words of prb. */
 export interface Decision {
   stream: number;
   kind: string;
-  from: string;
   to: string;
-  differs: string;
-  /** The engine's own rule, in words; empty when it had none. */
-  reason: string;
-  timer: string;
-  /** The whole wait and what of it has passed, milliseconds; null when the line does not say. */
-  waitMs: number | null;
-  waitedMs: number | null;
-  frame: number | null;
-  headPosition: string;
+  /** A few words, for the time line and lists. */
+  title: string;
+  sentence: string;
 }
 
 /** Columns of a row of `VisionEvent.heads`. */

@@ -2,7 +2,7 @@
 
 import type { Event, Layout } from './events';
 import type { State } from './state';
-import { decisionWords, sceneWords } from './words';
+import { sceneWords } from './words';
 
 export type Lane = 'layout' | 'wait' | 'reframe' | 'people' | 'control';
 
@@ -92,7 +92,7 @@ function marksOf(event: Event, before: State, after: State): Moment[] {
       const { decision } = event;
       const lane = DECISION_LANES[decision.kind] ?? 'wait';
       const changes = CHANGES.has(decision.kind);
-      return [{ t: event.t, lane, stream: decision.stream, ...decisionWords(decision), value: decision.to, inferred: false, changes, waits: !changes }];
+      return [{ t: event.t, lane, stream: decision.stream, title: decision.title, reason: decision.sentence, value: decision.to, inferred: false, changes, waits: !changes }];
     }
     case 'people':
       if (event.count === before.people?.count) return [];

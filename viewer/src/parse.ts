@@ -45,10 +45,6 @@ function text(from: Obj, key: string, missing?: string): string {
   return value.length > 2000 ? `${value.slice(0, 2000)} …` : value;
 }
 
-function optional(from: Obj, key: string): number | null {
-  return from[key] === undefined || from[key] === null ? null : num(from, key, 'decision');
-}
-
 function box(value: unknown, where: string): Box {
   const o = obj(value, where);
   return {
@@ -170,20 +166,15 @@ function timedLayouts(half: unknown, where: string): TimedLayout[] {
   });
 }
 
-function decision(value: unknown): Decision {
-  const o = obj(value, 'decision');
+function decision(line: Obj): Decision {
+  const o = obj(line.decision, 'decision');
+  const kind = text(o, 'kind');
   return {
-    stream: num(o, 'stream', 'decision', 0),
-    kind: text(o, 'kind'),
-    from: text(o, 'from', ''),
+    stream: num(o, 'streamid', 'decision', 0),
+    kind,
     to: text(o, 'to', ''),
-    differs: text(o, 'differs', ''),
-    reason: text(o, 'reason', ''),
-    timer: text(o, 'timer', ''),
-    waitMs: optional(o, 'waitMs'),
-    waitedMs: optional(o, 'waitedMs'),
-    frame: optional(o, 'frame'),
-    headPosition: text(o, 'headPosition', ''),
+    title: text(line, 'title', kind),
+    sentence: text(line, 'sentence', ''),
   };
 }
 
@@ -262,7 +253,7 @@ function provider(t: number, line: Obj): Event {
 function read(line: Obj, own: number): Event {
   const t = num(line, 't', 'the line');
   if (line.topic !== undefined) return message(t, text(line, 'topic'), line.payload, own);
-  if (line.decision !== undefined) return { kind: 'decision', t, decision: decision(line.decision) };
+  if (line.decision !== undefined) return { kind: 'decision', t, decision: decision(line) };
   if (line.frames !== undefined) return { kind: 'frames', t, frames: extras(line.frames) };
   if (line.property !== undefined) return settings(t, 'property', line.property);
   if (line.config !== undefined) return settings(t, 'config', line.config);

@@ -1,6 +1,6 @@
-/** Decisions and states in words that a person reads without knowing the code. */
+/** States in words that a person reads without knowing the code; decisions bring their own. */
 
-import type { Decision, Layout } from './events';
+import type { Layout } from './events';
 
 const LAYOUTS: Record<string, string> = {
   HEAD: 'one tile per person',
@@ -51,77 +51,6 @@ export interface Sentence {
   title: string;
   /** Whole sentences. */
   reason: string;
-}
-
-function stop(text: string): string {
-  return text ? `${text.charAt(0).toUpperCase()}${text.slice(1)}${/[.!?]$/.test(text) ? '' : '.'}` : '';
-}
-
-function wait(d: Decision): string {
-  const timer = d.timer ? ` (${d.timer})` : '';
-  const begins = d.waitedMs === 0 && (d.kind === 'pending' || d.kind === 'reframeWait');
-  if (d.waitedMs !== null && d.waitMs !== null && d.waitMs > 0 && !begins) return `It waited ${seconds(d.waitedMs)} of ${seconds(d.waitMs)}${timer}.`;
-  if (d.waitMs === null && d.waitedMs !== null) return `It waited ${seconds(d.waitedMs)}${timer}.`;
-  if (d.waitMs !== null) return d.waitMs > 0 ? `The wait is ${seconds(d.waitMs)}${timer}.` : `There is no wait${timer}.`;
-  return d.timer ? `Timer: ${d.timer}.` : '';
-}
-
-const frameName = (d: Decision) => (d.frame === null ? 'A frame' : `Frame ${d.frame}`);
-const differs = (d: Decision) => (d.differs ? `What differs: ${stop(d.differs)}` : '');
-const rule = (d: Decision) => (d.reason ? `Rule: ${stop(d.reason)}` : '');
-/** What ended a wait: the engine says it when it is anything but a scene that went back. */
-const cancelled = (d: Decision) => (d.differs ? stop(d.differs) : `The room fits ${d.from || 'what is shown'} again, or calls for something else.`);
-const place = (d: Decision) => positionWords(d.headPosition || 'CENTER');
-
-/** One row per kind of decision. */
-const KINDS: Record<string, (d: Decision) => { title: string; parts: string[] }> = {
-  pending: (d) => ({
-    title: `${d.to} pending`,
-    parts: [`A change from ${d.from || 'nothing'} to ${d.to} (${layoutWords(d.to)}) is waiting.`, differs(d), rule(d), wait(d)],
-  }),
-  dropped: (d) => ({
-    title: `${d.to} dropped`,
-    parts: [`The pending ${d.to} was dropped; ${d.from || 'the picture'} stays.`, cancelled(d), rule(d), wait(d)],
-  }),
-  adopted: (d) => ({
-    title: d.from && d.from !== d.to ? `${d.from} → ${d.to}` : `${d.to} adopted`,
-    parts: [
-      d.from && d.from !== d.to
-        ? `The picture changed from ${d.from} (${layoutWords(d.from)}) to ${d.to} (${layoutWords(d.to)}).`
-        : `A new ${d.to} layout (${layoutWords(d.to)}) was adopted.`,
-      differs(d),
-      rule(d),
-      wait(d),
-    ],
-  }),
-  reframeWait: (d) => ({
-    title: `frame ${d.frame ?? ''}: ${place(d)}`,
-    parts: [`${frameName(d)}: ${place(d)} (${d.headPosition}).`, 'It is reframed if this lasts.', wait(d)],
-  }),
-  reframeCancelled: (d) => ({
-    title: `frame ${d.frame ?? ''}: reframe cancelled`,
-    parts: [`${frameName(d)} needs no reframe any more: its subject is back in place.`, d.differs ? stop(d.differs) : '', wait(d)],
-  }),
-  reframed: (d) => ({
-    title: `frame ${d.frame ?? ''} reframed`,
-    parts: [`${frameName(d)} was cut anew: ${place(d)} (${d.headPosition}).`, d.differs ? stop(d.differs) : '', wait(d)],
-  }),
-  feedPriority: (d) => ({
-    title: `frame ${d.frame ?? ''}: better camera`,
-    parts: [`${frameName(d)}: another camera shows the person better.`, differs(d), wait(d)],
-  }),
-  secondary: (d) => ({
-    title: `${d.to} from the primary`,
-    parts: [`The primary device sent the layout ${d.to} (${layoutWords(d.to)}).`, d.differs ? stop(d.differs) : ''],
-  }),
-  reset: (d) => ({ title: 'layouts reset', parts: ['The layouts were reset: framing starts anew.', d.differs ? stop(d.differs) : ''] }),
-};
-
-export function decisionWords(d: Decision): Sentence {
-  const known = KINDS[d.kind];
-  if (!known) return { title: d.kind, reason: [`Decision "${d.kind}".`, differs(d), rule(d), wait(d)].filter(Boolean).join(' ') };
-  const { title, parts } = known(d);
-  return { title, reason: parts.filter(Boolean).join(' ') };
 }
 
 /** What a new scene document changed, for recordings that carry no decisions. */

@@ -10,7 +10,7 @@ function lanesOf(lines: (string | object)[]): Lanes {
 }
 
 const people = (t: number, n: number) => ({ t, topic: '/PeopleCount', payload: { face_count: n } });
-const decision = (t: number, kind: string, stream = 0) => ({ t, decision: { kind, stream, from: 'HEAD', to: 'GROUP' } });
+const decision = (t: number, kind: string, stream = 0) => ({ t, decision: { kind, streamid: stream, from: 'HEAD', to: 'GROUP' } });
 
 test.each([
   ['a people count lasts until the next one', [people(0, 2), people(500, 3)], 'people', [[0, 500], [500, null]]],

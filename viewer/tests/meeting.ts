@@ -152,12 +152,15 @@ function bounds(type: string, people: number, t: number, position: string): unkn
   });
 }
 
+/** What the layout changes of the meeting wait for. */
+const KEY = 'persist.fdtimers.layoutchange.gftoother';
+
 /** The lines of a meeting of which the picture changes between GROUP and HEAD every six seconds. */
 export function meeting(options: MeetingOptions = {}): string[] {
   const { people = 4, seconds = 20, animation = 'dissolve', streams = 1 } = options;
   const lines: string[] = [];
   const put = (t: number, rest: object) => lines.push(JSON.stringify({ t, ...rest }));
-  const decide = (t: number, rest: object) => put(t, { decision: { stream: 0, ...rest } });
+  const decide = (t: number, kind: string, to: string, sentence: string) => put(t, { decision: { streamid: 0, kind, to }, title: `${kind} ${to}`, sentence });
   const send = (type: string, t: number, frameNumber: number, how: string) =>
     put(t, { topic: '/PRBOut', payload: scene(type, people, t, { frameNumber, sceneNumber: frameNumber, animation: how, streams }) });
   put(0, { topic: '/camera', payload: { fynCamId: 0 } });
@@ -171,7 +174,7 @@ export function meeting(options: MeetingOptions = {}): string[] {
     put(t, { topic: '/ICDOut', payload: vision(people, frame, t) });
     if (frame === 0) {
       put(t, { topic: '/PeopleCount', payload: { face_count: people, smallestFaceHeight: 57 } });
-      decide(t, { kind: 'adopted', from: '', to: 'GROUP', differs: 'there was no layout', waitMs: 0, waitedMs: 0 });
+      decide(t, 'adopted', 'GROUP', 'new picture NONE -> GROUP, there was no picture yet, at once');
       type = 'GROUP';
       send(type, t, frame, 'cut');
       continue;
@@ -179,10 +182,10 @@ export function meeting(options: MeetingOptions = {}): string[] {
     const phase = t % 6000;
     if (phase >= 4000 && !pending) {
       pending = { type: type === 'GROUP' ? 'HEAD' : 'GROUP', since: t };
-      decide(t, { kind: 'pending', from: type, to: pending.type, differs: `layout type ${type} and ${pending.type}`, timer: type === 'GROUP' ? 'gfToOtherLayoutChangeTimer' : 'headToOtherLayoutChangeTimer', waitMs: 2000 });
+      decide(t, 'pending', pending.type, `${type} -> ${pending.type} waits 2.0 s (${KEY}), the difference is the kind of layout`);
     }
     if (pending && phase < 4000) {
-      decide(t, { kind: 'adopted', from: type, to: pending.type, timer: 'gfToOtherLayoutChangeTimer', differs: `layout type ${type} and ${pending.type}`, waitMs: 2000, waitedMs: t - pending.since });
+      decide(t, 'adopted', pending.type, `new picture ${type} -> ${pending.type}, the difference is the kind of layout, after 2.0 s (${KEY} 2000 ms)`);
       type = pending.type;
       pending = null;
       waiting = null;
@@ -190,10 +193,10 @@ export function meeting(options: MeetingOptions = {}): string[] {
     }
     if (phase >= 1000 && phase < 2500 && waiting === null) {
       waiting = t;
-      decide(t, { kind: 'reframeWait', frame: 0, headPosition: 'HEAD_ON_EDGE', timer: 'onFrameEdgeTimer', waitMs: 1500 });
+      decide(t, 'reframeWait', type, 'frame 0 waits 1.5 s, the head is on the edge of the frame');
     }
     if (waiting !== null && phase >= 2500) {
-      decide(t, { kind: 'reframed', frame: 0, headPosition: 'HEAD_ON_EDGE', timer: 'onFrameEdgeTimer', waitMs: 1500, waitedMs: t - waiting });
+      decide(t, 'reframed', type, 'frame 0 framed anew, the head is on the edge of the frame, after 1.5 s');
       waiting = null;
       send(type, t, frame, animation === 'dissolve' ? 'ease' : animation);
     }

@@ -36,7 +36,7 @@ test.each([
   [on('/cameraParameters/head/0', { imageWidth: 0, imageHeight: 720 }), 'camera size 0 x 720'],
   [{ t: 1, provider: 'asleep' }, 'provider "asleep" is not known'],
   [{ t: 1, decision: [] }, 'decision is not an object'],
-  [{ t: 1, decision: { kind: 'pending', waitMs: 'long' } }, 'decision.waitMs is not a number'],
+  [{ t: 1, decision: { kind: 'pending', streamid: 'long' } }, 'decision.streamid is not a number'],
   [{ t: 1, frames: [{}] }, 'frameindex is not a number'],
   [{ t: 1, notice: {} }, 'notice is not a text'],
 ])('a line that cannot be shown is refused with a reason: %j', (line, reason) => {
@@ -65,7 +65,7 @@ test.each([
   [on('/cameraParameters/head/2', { imageWidth: 100, imageHeight: 50, horizontalPeriod: 400 }), { id: 2, size: { width: 400, height: 50 } }],
   [on('/PRBOutSecondary/3', { streams: [] }), { kind: 'scene', key: 'camera 3' }],
   [{ t: 1, config: { a: 1, b: null } }, { values: [['a', '1'], ['b', 'null']] }],
-  [{ t: 1, decision: { kind: 'dropped', reason: 'held in silence' } }, { decision: { kind: 'dropped', reason: 'held in silence', waitMs: null, frame: null } }],
+  [{ t: 1, decision: { kind: 'dropped', to: 'HEAD' }, title: 'HEAD dropped', sentence: 'HEAD dropped at once' }, { decision: { kind: 'dropped', stream: 0, to: 'HEAD', title: 'HEAD dropped', sentence: 'HEAD dropped at once' } }],
 ])('%j is read', (line, event) => {
   expect(eventsOf([line])[0]).toMatchObject(event);
 });

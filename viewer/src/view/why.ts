@@ -24,7 +24,10 @@ function makeReason(name: string, none: string): { node: HTMLElement; draw: (mom
   return { node, draw };
 }
 
-export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments: readonly Moment[], t: number) => void {
+/** Said beside a live picture while the service tells no reasons. */
+const HOW_TO_HEAR = 'The service tells no reasons. Switch them on with: prb prop set vendor.fyndebug.decisions 1, then prb ctl config-change.';
+
+export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
   const picture = makeReason('Picture', 'Nothing has changed yet');
   const wait = makeReason('Wait', 'Nothing has waited since then');
   const list = html('ol', { class: 'moments' });
@@ -32,8 +35,10 @@ export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments:
     const button = (event.target as Element).closest('button');
     if (button?.dataset.t) jump(Number(button.dataset.t));
   });
-  root.append(html('div', { class: 'reasons' }, picture.node, wait.node), html('div', {}, html('h3', {}, 'Moments'), list));
-  return (moments, t) => {
+  const how = html('p', { class: 'how' }, HOW_TO_HEAR);
+  root.append(html('div', {}, how, html('div', { class: 'reasons' }, picture.node, wait.node)), html('div', {}, html('h3', {}, 'Moments'), list));
+  return (moments, t, reasonsMissing) => {
+    how.hidden = !reasonsMissing;
     const reasons = reasonsAt(moments, t);
     picture.draw(reasons.picture, t);
     wait.draw(reasons.wait, t);

@@ -139,7 +139,7 @@ test('the theme is chosen and remembered', async () => {
 test('nothing of a message becomes part of the document but its text', async () => {
   const evil = '<img src=x onerror="document.title=1">';
   const lines = meeting({ seconds: 1 });
-  lines.push(JSON.stringify({ t: 2000, decision: { kind: 'adopted', to: evil, from: evil, differs: evil } }), JSON.stringify({ t: 2000, topic: '/ctl', payload: evil }), JSON.stringify({ t: 2000, notice: evil }));
+  lines.push(JSON.stringify({ t: 2000, decision: { kind: 'adopted', to: evil }, title: evil, sentence: evil }), JSON.stringify({ t: 2000, topic: '/ctl', payload: evil }), JSON.stringify({ t: 2000, notice: evil }));
   const page = await pageWith(lines);
   await goTo(page, 2000);
   expect(await page.locator('.why-picture').innerText()).toContain(evil);

@@ -29,7 +29,7 @@ interface Scene {
 interface Decision {
   kind: string;
   to: string;
-  timer?: string;
+  key?: string;
   waitMs: number;
 }
 
@@ -72,7 +72,7 @@ function scenes(): { t: number; scene: Scene }[] {
 }
 
 const decisions = (kind: string) =>
-  effects.filter((e) => (e.decision as Decision | undefined)?.kind === kind).map((e) => ({ t: e.t, ...(e.decision as Decision) }));
+  effects.filter((e) => (e.decision as Decision | undefined)?.kind === kind).map((e) => ({ ...(e.decision as Decision), t: e.t }));
 
 describe('what is drawn is what the scene documents say', () => {
   test('the meeting has pictures of several kinds', () => {
@@ -229,16 +229,16 @@ test('a link opens the moment that it names', async () => {
 });
 
 test('why the picture changed is said in words, with timer and wait', async () => {
-  const adopted = decisions('adopted').filter((d) => d.timer);
+  const adopted = decisions('adopted').filter((d) => d.key);
   expect(adopted.length).toBeGreaterThan(1);
-  for (const { t, to, timer } of adopted) {
+  for (const { t, to, key } of adopted) {
     await goTo(page, t);
     const said = await page.locator('.why-picture').innerText();
-    for (const words of [to, timer!, 'What differs:', 'It waited']) expect(said).toContain(words);
+    for (const words of [to, key!, 'the difference is', 'after']) expect(said).toContain(words);
   }
-  const { t, timer } = decisions('reframed')[0]!;
+  const { t, key } = decisions('reframed')[0]!;
   await goTo(page, t);
-  expect(await page.locator('.why-picture').innerText()).toContain(timer!);
+  expect(await page.locator('.why-picture').innerText()).toContain(key!);
 });
 
 test('a wait is shown with what remains of it', async () => {
@@ -248,7 +248,7 @@ test('a wait is shown with what remains of it', async () => {
   const pending = page.locator('.pending');
   expect(await pending.getAttribute('data-pending')).toBe(to);
   expect(Math.abs(Number(await pending.locator('.left').getAttribute('data-remaining')) - (waitMs - 400))).toBeLessThanOrEqual(40);
-  expect(await page.locator('.why-wait').innerText()).toContain(`${to} pending`);
+  expect(await page.locator('.why-wait').innerText()).toContain(`${to} waits`);
   const reframe = decisions('reframeWait').find((d) => next(d.t) > d.t + 100);
   if (reframe) {
     await goTo(page, reframe.t + 50);
