@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/StderrLog.h"
-#include "tools/replay/DecisionSentence.h"
 
 namespace fyn::productionrules::testing {
 
@@ -92,11 +91,44 @@ std::string payloadText(const std::string& payload) {
   return " " + payload;
 }
 
+std::string decisionText(const LayoutDecision& decision) {
+  std::string text = decisionKindText(decision.kind);
+  if (decision.streamId != 0) {
+    text += " stream " + std::to_string(decision.streamId);
+  }
+  text += std::string(" ") + layoutToText(decision.from) + " -> " + layoutToText(decision.to);
+  if (decision.difference != LayoutDifference::None) {
+    text += std::string(", ") + layoutDifferenceText(decision.difference);
+  }
+  if (decision.frameIndex >= 0) {
+    text += ", frame " + std::to_string(decision.frameIndex);
+  }
+  if (decision.headPosition != HeadPosition::CENTER) {
+    text += std::string(" ") + headPositionText(decision.headPosition);
+  }
+  if (!decision.reason.empty()) {
+    text += ", " + decision.reason;
+  }
+  if (!decision.timer.empty()) {
+    text += ", " + (decision.key.empty() ? decision.timer : decision.key) + " " +
+            std::to_string(decision.configuredMs) +
+            (decision.reductionMs != 0 ? " - " + std::to_string(decision.reductionMs) : "") + ": waited " +
+            std::to_string(decision.waitedMs) + " of " + std::to_string(decision.waitMs) + " ms";
+  }
+  if (!decision.people.empty()) {
+    text += ", shows";
+    for (const std::int64_t person : decision.people) {
+      text += " " + std::to_string(person);
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 void ReadableEffects::line(const std::string& text) {
   std::array<char, 32> seconds{};
-  std::snprintf(seconds.data(), seconds.size(), "%.3f ", static_cast<double>(mSource.now()) / 1000.0);
+  std::snprintf(seconds.data(), seconds.size(), "%.3f ", static_cast<double>(mNow()) / 1000.0);
   mText.append(seconds.data()).append(text).append("\n");
 }
 
@@ -134,7 +166,7 @@ void ReadableEffects::onLog(LogPriority priority, const char* tag, const char* t
 }
 
 void ReadableEffects::onDecision(const LayoutDecision& decision) {
-  line("  decision: " + decisionSentence(decision, mSource.people()));
+  line("  decision: " + decisionText(decision));
 }
 
 }  // namespace fyn::productionrules::testing

@@ -16,14 +16,8 @@ namespace fyn::productionrules::testing {
  */
 class ReadableEffects final : public ReplayObserver, public DecisionListener {
  public:
-  struct Source {
-    /** Milliseconds from the start of the recording. */
-    std::function<std::int64_t()> now;
-    /** How many people the engine knows. */
-    std::function<unsigned()> people;
-  };
-
-  explicit ReadableEffects(Source source) : mSource(std::move(source)) {}
+  /** `now` gives the milliseconds from the start of the recording. */
+  explicit ReadableEffects(std::function<std::int64_t()> now) : mNow(std::move(now)) {}
 
   void onPublish(const std::string& topic, const std::string& payload) override;
   void onScene(const std::string& json, bool delivered) override;
@@ -38,7 +32,7 @@ class ReadableEffects final : public ReplayObserver, public DecisionListener {
   void line(const std::string& text);
   void call(const char* name, const std::string& topic);
 
-  Source mSource;
+  std::function<std::int64_t()> mNow;
   std::string mText;
   /** The latest line of subscriptions or advertisements, and which of the two it holds. */
   std::string mCalls;

@@ -46,11 +46,7 @@ std::string readableEffects(const fs::path& recording) {
       fs::path(::testing::TempDir()) / (recording.parent_path().filename().string() + ".dump");
   fs::remove(dump);
   Replay* running = nullptr;
-  ReadableEffects effects({[&running] { return running->now(); },
-                           [&running] {
-                             const auto engine = running->service()->trackingMode().getFramingLayout();
-                             return engine != nullptr ? engine->getPeopleCount() : 0;
-                           }});
+  ReadableEffects effects([&running] { return running->now(); });
   std::ostringstream printed;
   ReplayOptions options;
   options.logLevel = kWarnings;
