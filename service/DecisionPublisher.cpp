@@ -1,6 +1,6 @@
 #include "service/DecisionPublisher.h"
 
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "service/DecisionDocument.h"
 
 namespace fyn::productionrules {

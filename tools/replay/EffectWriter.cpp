@@ -3,7 +3,7 @@
 #include <ostream>
 #include <utility>
 
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/StderrLog.h"
 #include "service/DecisionDocument.h"
 #include "tools/recording/CompactText.h"

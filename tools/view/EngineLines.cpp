@@ -3,7 +3,7 @@
 #include "geometry/FrameShapes.h"
 #include "geometry/OffCenter.h"
 #include "output/JsonLayoutBuilder.h"
-#include "platform/Clock.h"
+#include "platform/Ticks.h"
 #include "platform/Topics.h"
 #include "service/DecisionDocument.h"
 #include "tools/recording/CompactText.h"
