@@ -33,14 +33,14 @@ const char* BaseLayout::getTag() const {
 }
 
 std::string BaseLayout::getLayoutDataInJson() {
-  return layoutDebugText(*mState.current, mState.pending.get(), tick());
+  return layoutDebugText(*mState.mCurLayout, mState.mNextLayout.get(), tick());
 }
 
 std::string BaseLayout::getDebugDataInJson() {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return "{}";
   }
-  return engineDebugText(getLayoutDataInJson(), mState.people, mLastFrameNumber, *mState.current);
+  return engineDebugText(getLayoutDataInJson(), mState.people, mLastFrameNumber, *mState.mCurLayout);
 }
 
 void BaseLayout::setTimerSetting(std::shared_ptr<BaseTimerSetting> setting) {
@@ -74,64 +74,65 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
   reportInput(*mlData);
   const std::shared_ptr<Layout> candidate = createLayout(mlData);
   mState.reason = candidate != nullptr ? candidate->reason : "";
-  const LayoutComparison comparison = compareLayouts(mState.current, candidate);
+  const LayoutComparison comparison = compareLayouts(mState.mCurLayout, candidate);
   if (!comparison.isDifferent()) {
     dropPending("the scene went back");
     return false;
   }
-  if (isDifferentLayout(mState.pending, candidate)) {
+  if (isDifferentLayout(mState.mNextLayout, candidate)) {
     if (!checkIfLayoutSwitchNeeded(candidate)) {
       PRB_LOGD(getTag(), "%s Layout switch is not needed", "verifyIfLayoutChangeNeeded");
       dropPending("no switch is needed");
       return false;
     }
     const bool peopleCountChanged =
-        mState.current == nullptr || mState.current->faceCount != candidate->faceCount;
+        mState.mCurLayout == nullptr || mState.mCurLayout->faceCount != candidate->faceCount;
     mState.cause = {comparison};
     const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
     candidate->layoutTimer = getTimer(waitTime, tick());
-    mState.pending = candidate;
-    updateLayoutWithStreamInfo(mState.pending, mState.streamId);
+    mState.mNextLayout = candidate;
+    updateLayoutWithStreamInfo(mState.mNextLayout, mState.streamId);
     PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
              static_cast<int>(waitTime));
-    reportChange(DecisionKind::Pending, mState.current.get(), *mState.pending, mState.pending->layoutTimer);
+    reportChange(DecisionKind::Pending, mState.mCurLayout.get(), *mState.mNextLayout,
+                 mState.mNextLayout->layoutTimer);
   }
   // A candidate that equals the waiting layout leaves its timer running: a steady scene is adopted after one
   // wait.
-  if (mState.pending == nullptr || !isTimerExpire(mState.pending->layoutTimer, mTick)) {
+  if (mState.mNextLayout == nullptr || !isTimerExpire(mState.mNextLayout->layoutTimer, mTick)) {
     return false;
   }
   PRB_LOGI(kTag, "KORVALDEBUG Timer expired, need to change layout");
   return true;
 }
 
-void BaseLayout::dropPending(const std::string& why) {
-  if (mState.pending != nullptr && hasDecisionListener()) {
-    LayoutDecision decision = describe(DecisionKind::Dropped, mState.current.get(), *mState.pending);
-    decision.reason = decision.reason.empty() ? why : why + " (" + decision.reason + ")";
-    addWait(decision, mState.pending->layoutTimer);
+void BaseLayout::dropPending(const char* why) {
+  if (mState.mNextLayout != nullptr && hasDecisionListener()) {
+    LayoutDecision decision = describe(DecisionKind::Dropped, mState.mCurLayout.get(), *mState.mNextLayout);
+    decision.reason = decision.reason.empty() ? why : std::string(why) + " (" + decision.reason + ")";
+    addWait(decision, mState.mNextLayout->layoutTimer);
     decide(decision);
   }
-  mState.pending = nullptr;
+  mState.mNextLayout = nullptr;
 }
 
 void BaseLayout::applyNewLayout() {
-  if (mState.pending == nullptr) {
+  if (mState.mNextLayout == nullptr) {
     PRB_LOGE(kTag, "%s() mNextLayout is nullptr", "applyNewLayout");
     return;
   }
   const std::string animation = getLayoutChangeAnimation();
-  setLayoutAnimation(mState.pending, animation, static_cast<int>(getLayoutChangeDuration(animation)));
-  const Timer wait = mState.pending->layoutTimer;
+  setLayoutAnimation(mState.mNextLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
+  const Timer wait = mState.mNextLayout->layoutTimer;
   // Only the layout's own timer: the frames keep theirs, so a frame that was due stays due.
-  resetTimer(mState.pending->layoutTimer);
+  resetTimer(mState.mNextLayout->layoutTimer);
   PRB_LOGD(kTag, "BaseLayout::%s currentLayout: %x nextLayout: %x setting and calling updateLayoutViews()",
-           "applyNewLayout", addressOf(mState.current), addressOf(mState.pending));
+           "applyNewLayout", addressOf(mState.mCurLayout), addressOf(mState.mNextLayout));
   const std::shared_ptr<Layout> previous =
-      std::exchange(mState.current, std::exchange(mState.pending, nullptr));
+      std::exchange(mState.mCurLayout, std::exchange(mState.mNextLayout, nullptr));
   updateLayoutViews(false);
-  printLayoutToLog(mState.current, "New-People-Layout: ");
-  reportChange(DecisionKind::Adopted, previous.get(), *mState.current, wait);
+  printLayoutToLog(mState.mCurLayout, "New-People-Layout: ");
+  reportChange(DecisionKind::Adopted, previous.get(), *mState.mCurLayout, wait);
 }
 
 bool BaseLayout::updateLayoutFraming() {
@@ -141,7 +142,7 @@ bool BaseLayout::updateLayoutFraming() {
   PRB_LOGI(kTag, "%s KORVALDEBUG updateCurrentTimer returned true, calling updateLayoutViews() from %s",
            "updateLayoutFraming", getTag());
   updateLayoutViews(true);
-  printLayoutToLog(mState.current, "KORVALDEBUG New-Centering-Layout: ");
+  printLayoutToLog(mState.mCurLayout, "KORVALDEBUG New-Centering-Layout: ");
   return true;
 }
 
@@ -163,11 +164,11 @@ bool BaseLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {
     return false;
   }
   resetTimer(layout->layoutTimer);
-  const std::shared_ptr<Layout> previous = std::exchange(mState.current, layout);
+  const std::shared_ptr<Layout> previous = std::exchange(mState.mCurLayout, layout);
   updateLayoutViews(false);
-  printLayoutToLog(mState.current, "New-Secondary-People-Layout: ");
+  printLayoutToLog(mState.mCurLayout, "New-Secondary-People-Layout: ");
   if (hasDecisionListener()) {
-    decide(describe(DecisionKind::Secondary, previous.get(), *mState.current));
+    decide(describe(DecisionKind::Secondary, previous.get(), *mState.mCurLayout));
   }
   return true;
 }
@@ -184,10 +185,10 @@ bool BaseLayout::isNoneLayout(const std::shared_ptr<Layout>& layout) {
 }
 
 void BaseLayout::resetLayouts() {
-  if (mState.current != nullptr && hasDecisionListener()) {
+  if (mState.mCurLayout != nullptr && hasDecisionListener()) {
     Layout none;
-    none.streamId = mState.current->streamId;
-    decide(describe(DecisionKind::Reset, mState.current.get(), none));
+    none.streamId = mState.mCurLayout->streamId;
+    decide(describe(DecisionKind::Reset, mState.mCurLayout.get(), none));
   }
   mState.forgetLayouts();
 }

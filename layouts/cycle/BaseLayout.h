@@ -182,8 +182,8 @@ class BaseLayout {
   /** The size of the image that a frame is cut from, in pixels. */
   virtual Dimension getImageSize(const Frame& frame);
 
-  std::shared_ptr<Layout> getLayoutPtr() const { return mState.current; }
-  std::shared_ptr<Layout> getNextLayoutPtr() const { return mState.pending; }
+  std::shared_ptr<Layout> getLayoutPtr() const { return mState.mCurLayout; }
+  std::shared_ptr<Layout> getNextLayoutPtr() const { return mState.mNextLayout; }
   const PeopleMap& peopleMap() const { return mState.people; }
 
   /** Replaces the clock of every timer that this engine starts or tests. */
@@ -262,7 +262,7 @@ class BaseLayout {
   unsigned mLayoutCount = 1;
 
  private:
-  void dropPending(const std::string& why);
+  void dropPending(const char* why);
   LayoutDecision describe(DecisionKind kind, const Layout* from, const Layout& to) const;
   void addWait(LayoutDecision& decision, const Timer& wait) const;
   void reportChange(DecisionKind kind, const Layout* from, const Layout& to, const Timer& wait) const;

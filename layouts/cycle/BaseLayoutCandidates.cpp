@@ -4,8 +4,8 @@
 #include "geometry/GroupLayout.h"
 #include "layouts/cycle/BaseLayout.h"
 #include "model/FynCamerasConfig.h"
-#include "platform/Ticks.h"
 #include "platform/ServiceState.h"
+#include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -80,20 +80,20 @@ void BaseLayout::setMaxLayouts(unsigned /*count*/) {
 }
 
 std::vector<std::shared_ptr<Layout>> BaseLayout::getFinalLayoutPtrs() const {
-  return {mState.current};
+  return {mState.mCurLayout};
 }
 
 std::vector<std::shared_ptr<Layout>> BaseLayout::getNextLayoutPtrs() const {
-  return {mState.pending};
+  return {mState.mNextLayout};
 }
 
 std::vector<Rect> BaseLayout::getSceneRects() const {
   std::vector<Rect> rects;
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return rects;
   }
-  rects.reserve(mState.current->frames.size());
-  for (const Frame& frame : mState.current->frames) {
+  rects.reserve(mState.mCurLayout->frames.size());
+  for (const Frame& frame : mState.mCurLayout->frames) {
     rects.push_back(frame.source);
   }
   return rects;
@@ -127,7 +127,8 @@ bool BaseLayout::shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& 
   }
   const std::uint32_t now = GetTicks();
   // In 64 bits, so that a wrapped clock counts as elapsed.
-  if (std::uint64_t{now} - std::uint64_t{ServiceState::current().times.lastPeopleCountSend} < kPeopleCountPeriod) {
+  if (std::uint64_t{now} - std::uint64_t{ServiceState::current().times.lastPeopleCountSend} <
+      kPeopleCountPeriod) {
     return false;
   }
   ServiceState::current().times.lastPeopleCountSend = now;

@@ -70,12 +70,12 @@ std::uint32_t BaseLayout::getWaitTimeForOtherCase(HeadPosition position) {
 }
 
 bool BaseLayout::updateCurrentTimer() {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return false;
   }
   bool reframe = false;
-  for (std::size_t index = 0; index < mState.current->frames.size(); ++index) {
-    Frame& frame = mState.current->frames[index];
+  for (std::size_t index = 0; index < mState.mCurLayout->frames.size(); ++index) {
+    Frame& frame = mState.mCurLayout->frames[index];
     reframe |= updateFrameTimer(index, frame, getCurrentHeadPosition(frame));
   }
   return reframe;
@@ -98,7 +98,7 @@ bool BaseLayout::updateFrameTimer(std::size_t index, Frame& frame, HeadPosition 
     return false;
   }
   // The timer stays as it is: updateLayoutViews sees by it that the frame is due.
-  setLayoutAnimation(mState.current, getReframeAnimation(position),
+  setLayoutAnimation(mState.mCurLayout, getReframeAnimation(position),
                      static_cast<int>(getReframeAnimationDuration(position)));
   return true;
 }
@@ -116,7 +116,7 @@ void BaseLayout::startFrameTimer(std::size_t index, Frame& frame, HeadPosition p
              headPositionText(position), static_cast<int>(waitTime));
     return;
   }
-  mState.current->reframeFrameNumber = mLastFrameNumber;
+  mState.mCurLayout->reframeFrameNumber = mLastFrameNumber;
   frame.headPositionTimer = getTimer(waitTime, tick());
   PRB_LOGI(kTag,
            "%s() KORVALDEBUG setting timer for frameType: %s, head position %s current head position %s, "
@@ -128,7 +128,7 @@ void BaseLayout::startFrameTimer(std::size_t index, Frame& frame, HeadPosition p
 }
 
 bool BaseLayout::isThereATimerRunning() const {
-  return isTimerRunning(mState.current.get(), mState.pending.get());
+  return isTimerRunning(mState.mCurLayout.get(), mState.mNextLayout.get());
 }
 
 bool BaseLayout::isTimerRunning(const Layout* current, const Layout* next) {
@@ -148,14 +148,14 @@ bool BaseLayout::isTimerRunning(const Layout* current, const Layout* next) {
 // ---- Layout change waits and transitions ----
 
 std::uint32_t BaseLayout::getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) {
-  return mState.current == nullptr ? 0 : getLayoutChangeTimer(candidate->layoutType, peopleCountChanged);
+  return mState.mCurLayout == nullptr ? 0 : getLayoutChangeTimer(candidate->layoutType, peopleCountChanged);
 }
 
 std::uint32_t BaseLayout::getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return 0;
   }
-  if (mState.current->layoutType == FramingType::GROUP) {
+  if (mState.mCurLayout->layoutType == FramingType::GROUP) {
     return getGroupLayoutChangeTimer(newType);
   }
   std::stringstream explanation;
@@ -169,8 +169,9 @@ std::uint32_t BaseLayout::getGroupLayoutChangeTimer(FramingType newType) {
 
 std::uint32_t BaseLayout::getOtherLayoutChangeTimer(FramingType newType, std::stringstream& /*explanation*/,
                                                     bool /*peopleCountChanged*/) {
-  return newType == mState.current->layoutType ? 0
-                                               : chooseWait(&BaseTimerSetting::roomToOtherLayoutChangeTimer);
+  return newType == mState.mCurLayout->layoutType
+             ? 0
+             : chooseWait(&BaseTimerSetting::roomToOtherLayoutChangeTimer);
 }
 
 std::uint32_t BaseLayout::chooseWait(WaitField wait) {
@@ -222,7 +223,7 @@ void BaseLayout::reportFrame(DecisionKind kind, std::size_t index, const Frame& 
   }
   LayoutDecision decision;
   decision.kind = kind;
-  decision.streamId = mState.current->streamId;
+  decision.streamId = mState.mCurLayout->streamId;
   decision.from = frame.frameType;
   decision.to = frame.frameType;
   nameWait(decision, mTimerSetting->findSource(reframeWait(frame.headPosition)));

@@ -21,12 +21,12 @@ int cameraOf(const Frame& frame) {
 }  // namespace
 
 void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return;
   }
-  std::vector<Frame>& frames = mState.current->frames;
+  std::vector<Frame>& frames = mState.mCurLayout->frames;
   PRB_LOGD(kTag, "%s() layoutType: %s frame size: %d heads: %d mlSize: %d", "updateLayoutViews",
-           layoutToText(mState.current->layoutType), static_cast<int>(frames.size()),
+           layoutToText(mState.mCurLayout->layoutType), static_cast<int>(frames.size()),
            frames.empty() ? -1 : static_cast<int>(frames.front().heads.size()),
            static_cast<int>(getPeopleCount()));
   const bool creatingNewLayout = !fromFrameTimer;

@@ -28,10 +28,10 @@ struct EngineState {
   /** The people of the latest vision result. */
   PeopleMap people;
   /** The layout on screen; null for none. */
-  std::shared_ptr<Layout> current;
+  std::shared_ptr<Layout> mCurLayout;
   /** The layout that waits for its layout timer; null for none. */
-  std::shared_ptr<Layout> pending;
-  /** Why `pending` waits. */
+  std::shared_ptr<Layout> mNextLayout;
+  /** Why `mNextLayout` waits. */
   PendingCause cause;
   /** By which rule of its own the engine made the latest candidate, in words; "" for none. */
   const char* reason = "";

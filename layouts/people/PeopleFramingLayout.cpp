@@ -72,17 +72,17 @@ std::uint32_t PeopleFramingLayout::getWaitTimeForOtherCase(HeadPosition position
 std::uint32_t PeopleFramingLayout::getOtherLayoutChangeTimer(FramingType newType,
                                                              std::stringstream& /*explanation*/,
                                                              bool peopleCountChanged) {
-  const WaitRule* const wait = findPeopleWait(mState.current->layoutType, newType, peopleCountChanged);
+  const WaitRule* const wait = findPeopleWait(mState.mCurLayout->layoutType, newType, peopleCountChanged);
   return wait != nullptr && timerSettingAs<PeopleFrameTimerSetting>() != nullptr ? chooseWait(wait->wait) : 0;
 }
 
 std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
                                                bool peopleCountChanged) {
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (mState.current == nullptr || setting == nullptr) {
+  if (mState.mCurLayout == nullptr || setting == nullptr) {
     return 0;
   }
-  const bool havePeopleLeft = mState.current->faceCount > candidate->faceCount;
+  const bool havePeopleLeft = mState.mCurLayout->faceCount > candidate->faceCount;
   return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
                      havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
 }
@@ -90,10 +90,10 @@ std::uint32_t PeopleFramingLayout::getWaitTime(const std::shared_ptr<Layout>& ca
 // ---- Transitions ----
 
 std::string PeopleFramingLayout::getLayoutChangeAnimation() {
-  if (PrConfig::get().pfAnimationCutOnly || mState.current == nullptr || mState.pending == nullptr) {
+  if (PrConfig::get().pfAnimationCutOnly || mState.mCurLayout == nullptr || mState.mNextLayout == nullptr) {
     return "cut";
   }
-  return isGroup(*mState.current) != isGroup(*mState.pending) ? "dissolve" : "cut";
+  return isGroup(*mState.mCurLayout) != isGroup(*mState.mNextLayout) ? "dissolve" : "cut";
 }
 
 std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {

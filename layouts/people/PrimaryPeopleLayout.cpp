@@ -26,7 +26,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   const PrConfig& config = PrConfig::get();
   const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
   PeopleChoice choice;
-  choice.seats = chooseSeats(*mlData, mState.current.get(), mState.pending.get(), ownCamId);
+  choice.seats = chooseSeats(*mlData, mState.mCurLayout.get(), mState.mNextLayout.get(), ownCamId);
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
@@ -56,20 +56,20 @@ Rect PrimaryPeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, co
 }
 
 bool PrimaryPeopleLayout::isLayoutValid() {
-  return mState.current != nullptr &&
-         std::any_of(mState.current->frames.begin(), mState.current->frames.end(),
+  return mState.mCurLayout != nullptr &&
+         std::any_of(mState.mCurLayout->frames.begin(), mState.mCurLayout->frames.end(),
                      [](const Frame& frame) { return !isZeroRect(frame.source); });
 }
 
 // ---- The better camera ----
 
 bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return false;
   }
   bool moved = false;
-  for (std::size_t index = 0; index < mState.current->frames.size(); ++index) {
-    Frame& frame = mState.current->frames[index];
+  for (std::size_t index = 0; index < mState.mCurLayout->frames.size(); ++index) {
+    Frame& frame = mState.mCurLayout->frames[index];
     if (frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1) {
       moved |= updateFeedPriority(index, frame);
     }
@@ -111,11 +111,11 @@ bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const Fy
   moved.detectionBoundary = view->detectionBoundary;
   frame = std::move(moved);
   const std::string animation = getLayoutChangeAnimation();
-  setLayoutAnimation(mState.current, animation, static_cast<int>(getLayoutChangeDuration(animation)));
+  setLayoutAnimation(mState.mCurLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
 
   LayoutDecision decision;
   decision.kind = DecisionKind::FeedPriority;
-  decision.streamId = mState.current->streamId;
+  decision.streamId = mState.mCurLayout->streamId;
   decision.from = frame.frameType;
   decision.to = frame.frameType;
   decision.difference = LayoutDifference::Camera;
@@ -142,7 +142,7 @@ std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType
                                                              std::stringstream& explanation,
                                                              bool peopleCountChanged) {
   explanation << "PrimaryPeopleLayout, ";
-  const WaitRule* const wait = findPeopleWait(mState.current->layoutType, newType, peopleCountChanged);
+  const WaitRule* const wait = findPeopleWait(mState.mCurLayout->layoutType, newType, peopleCountChanged);
   if (wait == nullptr || timerSettingAs<PeopleFrameTimerSetting>() == nullptr) {
     return 0;
   }
@@ -154,10 +154,10 @@ std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType
 std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
                                                bool peopleCountChanged) {
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (mState.current == nullptr || setting == nullptr) {
+  if (mState.mCurLayout == nullptr || setting == nullptr) {
     return 0;
   }
-  const bool havePeopleLeft = mState.current->faceCount > candidate->faceCount;
+  const bool havePeopleLeft = mState.mCurLayout->faceCount > candidate->faceCount;
   return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
                      havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
 }

@@ -43,7 +43,7 @@ SpeakerFramingLayout::~SpeakerFramingLayout() = default;
 
 std::string SpeakerFramingLayout::getDebugDataInJson() {
   std::string text = BaseLayout::getDebugDataInJson();
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return text;
   }
   std::ostringstream speech;
@@ -67,10 +67,10 @@ std::shared_ptr<BaseTimerSetting>& SpeakerFramingLayout::getTimerSetting() {
 }
 
 std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bool /*peopleCountChanged*/) {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return 0;
   }
-  const WaitRule* const wait = findSpeakerWait(mState.current->layoutType, newType);
+  const WaitRule* const wait = findSpeakerWait(mState.mCurLayout->layoutType, newType);
   return wait != nullptr ? chooseWait(wait->wait) : 0;
 }
 
@@ -92,8 +92,8 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
     return std::find(tagged.begin(), tagged.end(), person) != tagged.end();
   });
   mSpeech.update(mInView, std::move(speakers), mCamId, showsSpeaker(), mTick);
-  if (showsSpeaker() && isAnySpeakerIn(mState.current->frames.front())) {
-    mSpeakersPicture = mState.current;
+  if (showsSpeaker() && isAnySpeakerIn(mState.mCurLayout->frames.front())) {
+    mSpeakersPicture = mState.mCurLayout;
   }
 }
 
@@ -107,15 +107,16 @@ bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLDa
   const bool isDue = BaseLayout::verifyIfLayoutChangeNeeded(mlData);
   if (isDue) {
     // Its people may have moved while it waited.
-    Frame& frame = mState.pending->frames.front();
-    frame.frameType = mState.pending->layoutType;
+    Frame& frame = mState.mNextLayout->frames.front();
+    frame.frameType = mState.mNextLayout->layoutType;
     keepMembersWhole(frame);
     if (isAnySpeakerIn(frame)) {
-      mSpeakersPicture = mState.pending;
+      mSpeakersPicture = mState.mNextLayout;
     }
   }
-  noteSpeech(mState.current, mState.pending != nullptr ? mState.pending->layoutType : FramingType::NONE);
-  noteSpeech(mState.pending, FramingType::NONE);
+  noteSpeech(mState.mCurLayout,
+             mState.mNextLayout != nullptr ? mState.mNextLayout->layoutType : FramingType::NONE);
+  noteSpeech(mState.mNextLayout, FramingType::NONE);
   return isDue;
 }
 
@@ -128,7 +129,7 @@ void SpeakerFramingLayout::noteSpeech(const std::shared_ptr<Layout>& layout, Fra
 
 std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   if (isHeld()) {
-    auto held = std::make_shared<Layout>(*mState.current);
+    auto held = std::make_shared<Layout>(*mState.mCurLayout);
     held->reason = "held in silence";
     return held;
   }
@@ -149,19 +150,19 @@ std::shared_ptr<Layout> SpeakerFramingLayout::createCandidate() {
 }
 
 bool SpeakerFramingLayout::showsSpeaker() const {
-  return mState.current != nullptr && (mState.current->layoutType == FramingType::HEAD ||
-                                       mState.current->layoutType == FramingType::PROXIMITY ||
-                                       mState.current->layoutType == FramingType::SUBSET_SPEAKER);
+  return mState.mCurLayout != nullptr && (mState.mCurLayout->layoutType == FramingType::HEAD ||
+                                          mState.mCurLayout->layoutType == FramingType::PROXIMITY ||
+                                          mState.mCurLayout->layoutType == FramingType::SUBSET_SPEAKER);
 }
 
 // Holding anything else too would go on showing who came in first while the room fills.
 bool SpeakerFramingLayout::isHeld() const {
   return PrConfig::get().sfLayoutHold && !mSpeech.isRecovering() && mSpeech.speakers().empty() &&
-         showsSpeaker() && mSpeakersPicture == mState.current && isEverybodyOnScreenPresent();
+         showsSpeaker() && mSpeakersPicture == mState.mCurLayout && isEverybodyOnScreenPresent();
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
-  const std::vector<Frame>& frames = mState.current->frames;
+  const std::vector<Frame>& frames = mState.mCurLayout->frames;
   return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
     return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
   });
@@ -173,7 +174,7 @@ bool SpeakerFramingLayout::checkIfLayoutSwitchNeeded(const std::shared_ptr<Layou
     return true;
   }
   return !std::all_of(speakers.begin(), speakers.end(), [this](const auto& speaker) {
-    return isSpeakerFramedAlready(speaker, mState.current, mCamId);
+    return isSpeakerFramedAlready(speaker, mState.mCurLayout, mCamId);
   });
 }
 
@@ -185,8 +186,9 @@ std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
   const auto showsOneFrame = [](const std::shared_ptr<Layout>& layout) {
     return layout != nullptr && layout->frames.size() == 1;
   };
-  const bool canMove = showsOneFrame(mState.current) && showsOneFrame(mState.pending) &&
-                       mState.current->frames.front().fynCamId == mState.pending->frames.front().fynCamId;
+  const bool canMove =
+      showsOneFrame(mState.mCurLayout) && showsOneFrame(mState.mNextLayout) &&
+      mState.mCurLayout->frames.front().fynCamId == mState.mNextLayout->frames.front().fynCamId;
   return config.animationEnableEase && canMove ? "ease" : "dissolve";
 }
 
@@ -203,10 +205,10 @@ bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, b
 }
 
 bool SpeakerFramingLayout::updateCurrentTimer() {
-  if (mState.current == nullptr) {
+  if (mState.mCurLayout == nullptr) {
     return false;
   }
-  for (Frame& frame : mState.current->frames) {
+  for (Frame& frame : mState.mCurLayout->frames) {
     if (hasUnusableMember(frame)) {
       // No view can be made of such a box; the layout change follows.
       frame.headPosition = HeadPosition::CENTER;

@@ -129,8 +129,8 @@ bool MultiStreamFramingLayout::isThereATimerRunning() const {
 }
 
 void MultiStreamFramingLayout::mirrorFirstStream() {
-  mState.current = mGroup.getLayoutPtr();
-  mState.pending = mGroup.getNextLayoutPtr();
+  mState.mCurLayout = mGroup.getLayoutPtr();
+  mState.mNextLayout = mGroup.getNextLayoutPtr();
 }
 
 // ---- Streams ----

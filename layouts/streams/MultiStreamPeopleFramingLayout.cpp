@@ -70,7 +70,7 @@ bool MultiStreamPeopleFramingLayout::inEveryStream(Operation operation) {
 bool MultiStreamPeopleFramingLayout::setStreamIds(const std::vector<unsigned>& ids) {
   bool changed = false;
   for (std::size_t i = ids.size(); i < mStreams.size(); ++i) {
-    changed |= mStreams[i].state.current != nullptr;
+    changed |= mStreams[i].state.mCurLayout != nullptr;
   }
   if (mStreams.size() != ids.size()) {
     mStreams.resize(ids.size());
@@ -81,22 +81,22 @@ bool MultiStreamPeopleFramingLayout::setStreamIds(const std::vector<unsigned>& i
     if (std::exchange(stream.state.streamId, ids[i]) == ids[i]) {
       continue;
     }
-    for (std::shared_ptr<Layout>* const layout : {&stream.state.current, &stream.state.pending}) {
+    for (std::shared_ptr<Layout>* const layout : {&stream.state.mCurLayout, &stream.state.mNextLayout}) {
       if (*layout != nullptr) {
         updateLayoutWithStreamInfo(*layout, ids[i]);
       }
     }
-    changed |= stream.state.current != nullptr;
+    changed |= stream.state.mCurLayout != nullptr;
   }
   return changed;
 }
 
 const std::set<std::int64_t>& MultiStreamPeopleFramingLayout::peopleOnScreen(const Stream& stream) {
   static const std::set<std::int64_t> kNobody;
-  if (stream.state.current == nullptr || stream.state.current->frames.empty()) {
+  if (stream.state.mCurLayout == nullptr || stream.state.mCurLayout->frames.empty()) {
     return kNobody;
   }
-  const Frame& frame = stream.state.current->frames.front();
+  const Frame& frame = stream.state.mCurLayout->frames.front();
   return frame.frameType == FramingType::GROUP ? stream.group : frame.fynHeads;
 }
 
@@ -167,7 +167,7 @@ void MultiStreamPeopleFramingLayout::resetLayouts() {
 
 bool MultiStreamPeopleFramingLayout::isThereATimerRunning() const {
   return std::any_of(mStreams.begin(), mStreams.end(), [](const Stream& stream) {
-    return isTimerRunning(stream.state.current.get(), stream.state.pending.get());
+    return isTimerRunning(stream.state.mCurLayout.get(), stream.state.mNextLayout.get());
   });
 }
 
@@ -175,7 +175,7 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getFinalLay
   std::vector<std::shared_ptr<Layout>> layouts;
   layouts.reserve(mStreams.size());
   for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.state.current);
+    layouts.push_back(stream.state.mCurLayout);
   }
   return layouts;
 }
@@ -184,7 +184,7 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
   std::vector<std::shared_ptr<Layout>> layouts;
   layouts.reserve(mStreams.size());
   for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.state.pending);
+    layouts.push_back(stream.state.mNextLayout);
   }
   return layouts;
 }
@@ -235,8 +235,8 @@ void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
 bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {
   return inEveryStream([&] {
     bool reframe = false;
-    for (std::size_t i = 0; mState.current != nullptr && i < mState.current->frames.size(); ++i) {
-      Frame& frame = mState.current->frames[i];
+    for (std::size_t i = 0; mState.mCurLayout != nullptr && i < mState.mCurLayout->frames.size(); ++i) {
+      Frame& frame = mState.mCurLayout->frames[i];
       reframe |= updateFrameTimer(i, frame, positionOf(frame));
     }
     return reframe;

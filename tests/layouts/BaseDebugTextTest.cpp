@@ -13,7 +13,7 @@ class BaseDebugText : public ::testing::Test {
   BaseDebugText() {
     frame = frameOf(FramingType::GROUP, {-5, 6, 700, 800});
     frame.dest = {1, 2, 3, 4};
-    engine.mState.current = layoutOf(FramingType::GROUP, {frame});
+    engine.mState.mCurLayout = layoutOf(FramingType::GROUP, {frame});
     engine.setCurrentTimerTickFun([] { return 5000U; });
   }
 
@@ -30,22 +30,22 @@ TEST_F(BaseDebugText, NothingButTheLayout) {
   EXPECT_EQ(engine.getDebugDataInJson(),
             std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +
                 R"(]}"heads": [],"frameNumber":-1,"streamID":"0", "isLogicalStream":"1"})");
-  engine.mState.current = nullptr;
-  engine.mState.pending = layoutOf(FramingType::HEAD);
+  engine.mState.mCurLayout = nullptr;
+  engine.mState.mNextLayout = layoutOf(FramingType::HEAD);
   EXPECT_EQ(engine.getDebugDataInJson(), "{}");
 }
 
 TEST_F(BaseDebugText, WaitingLayout) {
-  engine.mState.current = layoutOf(FramingType::ROOM);
-  engine.mState.pending = layoutOf(FramingType::HEAD);
+  engine.mState.mCurLayout = layoutOf(FramingType::ROOM);
+  engine.mState.mNextLayout = layoutOf(FramingType::HEAD);
   const std::string end = R"(, "frames": []})";
   EXPECT_EQ(engine.getLayoutDataInJson(), R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD")" + end);
-  engine.mState.pending->layoutTimer = getTimer(1500, 4000);
+  engine.mState.mNextLayout->layoutTimer = getTimer(1500, 4000);
   EXPECT_EQ(
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":500)" +
           end);
-  engine.mState.pending->layoutTimer = {999, 4000, true};
+  engine.mState.mNextLayout->layoutTimer = {999, 4000, true};
   EXPECT_EQ(
       engine.getLayoutDataInJson(),
       R"("layout": {, "curLayout":"ROOM", "nextLayout":"HEAD", "waitMs":1000, "LayoutTimeRemainingToSwitch":4294967295)" +
@@ -58,14 +58,14 @@ TEST_F(BaseDebugText, FramesPersonsAndStream) {
   waiting.frameType = FramingType::PROXIMITY;
   waiting.headPosition = HeadPosition::GROUP_MOVE_CLOSE;
   waiting.headPositionTimer = getTimer(30, 4990);
-  engine.mState.current = layoutOf(FramingType::GROUP, {frame, waiting});
-  engine.mState.current->streamId = -3;
-  engine.mState.current->isLogicalStream = false;
+  engine.mState.mCurLayout = layoutOf(FramingType::GROUP, {frame, waiting});
+  engine.mState.mCurLayout->streamId = -3;
+  engine.mState.mCurLayout->isLogicalStream = false;
   const auto result =
       scene().frameNumber(1234567890123).person(9).at(100, 200).speaking().ssb({1, 2, 3, 4}).mlData();
   engine.updatePeopleMap(result);
   engine.verifyIfLayoutChangeNeeded(result);
-  engine.mState.pending = nullptr;
+  engine.mState.mNextLayout = nullptr;
   EXPECT_EQ(
       engine.getDebugDataInJson(),
       std::string(R"({"layout": {, "curLayout":"GROUP", "frames": [)") + kFrame +
@@ -85,7 +85,7 @@ TEST_F(BaseDebugText, PersonsAreSeparatedByCommaAndBlank) {
 template <typename Engine>
 std::string dumpAfter(const std::vector<Scene>& results) {
   OpenEngine<Engine> engine;
-  engine.mState.current = layoutOf(FramingType::GROUP);
+  engine.mState.mCurLayout = layoutOf(FramingType::GROUP);
   for (const Scene& result : results) {
     engine.updatePeopleMap(result.mlData());
   }

@@ -97,8 +97,8 @@ TEST_F(BaseDecision, ScriptsOfCandidatesAndWaits) {
     for (const Step& step : script.steps) {
       env.at(start + step.ms);
       EXPECT_EQ(feed(engine, people(step.people)), step.adopted) << script.title << " at " << step.ms;
-      EXPECT_EQ(typeOf(engine.mState.current), step.current) << script.title << " at " << step.ms;
-      EXPECT_EQ(typeOf(engine.mState.pending), step.waiting) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mState.mCurLayout), step.current) << script.title << " at " << step.ms;
+      EXPECT_EQ(typeOf(engine.mState.mNextLayout), step.waiting) << script.title << " at " << step.ms;
     }
   }
 }
@@ -146,7 +146,7 @@ TEST_F(BaseDecision, ADecisionNamesTheDifferenceThatTheLogNames) {
   for (const DifferenceCase& each : cases) {
     const std::vector<Frame> frames{frameOf(FramingType::HEAD, {}, {1}), frameOf(FramingType::HEAD, {}, {2})};
     GivenCandidate given;
-    given.mState.current = layoutOf(FramingType::HEAD, frames);
+    given.mState.mCurLayout = layoutOf(FramingType::HEAD, frames);
     given.candidate = layoutOf(FramingType::HEAD, frames);
     each.change(*given.candidate);
     env.environment.log.take();
@@ -188,10 +188,10 @@ TEST_F(BaseDecision, EveryKindOfFrameHasItsView) {
     frame.frameLayout = kFrameLayoutHeadSingle;
     frame.dest = {0, 0, 1280, 720};
     frame.headPosition = HeadPosition::HEAD_OUTSIDE;
-    engine.mState.current = layoutOf(kind.type, {frame});
+    engine.mState.mCurLayout = layoutOf(kind.type, {frame});
     env.environment.log.take();
     engine.updateLayoutViews(false);
-    const Frame& seen = engine.mState.current->frames.front();
+    const Frame& seen = engine.mState.mCurLayout->frames.front();
     EXPECT_EQ(seen.source, kind.source) << layoutToText(kind.type);
     EXPECT_EQ(seen.headPosition, HeadPosition::CENTER);
     Lines errors;
@@ -212,22 +212,22 @@ TEST_F(BaseDecision, OnlyDueFramesAreFramedAnew) {
   frames[0].headPositionTimer = getTimer(1000, now - 1000);
   frames[1].headPositionTimer = getTimer(1000, now - 999);
   frames[2].feedPriorityTimer = getTimer(10, now - 10);
-  engine.mState.current = layoutOf(FramingType::ROOM, frames);
+  engine.mState.mCurLayout = layoutOf(FramingType::ROOM, frames);
   engine.updateLayoutViews(true);
   const std::vector<bool> due{true, false, true, false};
   for (std::size_t i = 0; i < due.size(); ++i) {
-    EXPECT_EQ(engine.mState.current->frames[i].source != former, due[i]) << i;
+    EXPECT_EQ(engine.mState.mCurLayout->frames[i].source != former, due[i]) << i;
   }
-  EXPECT_TRUE(engine.mState.current->frames[1].headPositionTimer.isStarted());
+  EXPECT_TRUE(engine.mState.mCurLayout->frames[1].headPositionTimer.isStarted());
   const Lines lines = env.environment.log.take();
   EXPECT_EQ(lines.back(),
             "D|BaseLayout|updateLayoutViews() timer didn't expire for frameType: ROOM , skipping the frame");
   // A layout without frames and no layout at all only log, if that.
-  engine.mState.current = layoutOf(FramingType::GROUP);
+  engine.mState.mCurLayout = layoutOf(FramingType::GROUP);
   engine.updateLayoutViews(false);
   EXPECT_EQ(env.environment.log.take(),
             (Lines{"D|BaseLayout|updateLayoutViews() layoutType: GROUP frame size: 0 heads: -1 mlSize: 0"}));
-  engine.mState.current = nullptr;
+  engine.mState.mCurLayout = nullptr;
   engine.updateLayoutViews(false);
   EXPECT_EQ(env.environment.log.take(), Lines{});
 }

@@ -47,7 +47,7 @@ TEST_F(BaseTimers, LayoutChangeWaits) {
     EXPECT_EQ(engine.getLayoutChangeTimer(T::GROUP, true), 0U) << "without a layout";
     EXPECT_EQ(engine.getWaitTime(layoutOf(T::GROUP), true), 0U) << "without a layout";
     for (const T current : types) {
-      engine.mState.current = layoutOf(current);
+      engine.mState.mCurLayout = layoutOf(current);
       for (const T next : types) {
         const unsigned wait = current == next ? 0 : current == T::GROUP ? 200 : 300;
         for (const bool countChanged : {false, true}) {
@@ -210,13 +210,13 @@ TEST_F(BaseTimers, WaitOfMinusOneIsNeverStarted) {
   auto waits = distinctWaits();
   waits->gfHeadOnEdge = kInvalidTimer;
   engine.setTimerSetting(waits);
-  engine.mState.current = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
+  engine.mState.mCurLayout = layoutOf(FramingType::GROUP, {frameOf(FramingType::GROUP, kGroup)});
   engine.updatePeopleMap(scene().person(1).at(400, 300).mlData());
   for (const std::uint64_t ms : {0U, 100000U}) {
     env.at(ms);
     EXPECT_FALSE(engine.updateLayoutFraming());
-    EXPECT_EQ(engine.mState.current->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
-    EXPECT_FALSE(engine.mState.current->frames.front().headPositionTimer.isStarted());
+    EXPECT_EQ(engine.mState.mCurLayout->frames.front().headPosition, HeadPosition::GROUP_HEAD_ON_EDGE);
+    EXPECT_FALSE(engine.mState.mCurLayout->frames.front().headPositionTimer.isStarted());
   }
 }
 
@@ -225,7 +225,7 @@ TEST_F(BaseTimers, ClockIsReplaceable) {
   std::uint32_t ticks = 4294967290U;
   engine.setCurrentTimerTickFun([&ticks] { return ticks; });
   engine.setTimerSetting(distinctWaits());
-  engine.mState.current = layoutOf(FramingType::ROOM);
+  engine.mState.mCurLayout = layoutOf(FramingType::ROOM);
   const auto result = scene().person(1).at(640, 300).mlData();
   engine.updatePeopleMap(result);
   EXPECT_FALSE(engine.applyingLayout(result));

@@ -30,7 +30,7 @@ class TrackingMode : public ::testing::Test {
     config.prPollTimerThreshold = 0;
     config.fynDebugEnabled = true;
     PrConfig::set(config);
-    engine->mState.current = layoutOf(FramingType::HEAD);
+    engine->mState.mCurLayout = layoutOf(FramingType::HEAD);
     // No periodic people count while a test runs.
     ServiceState::current().times.lastPeopleCountSend = 1000000;
   }
@@ -143,7 +143,7 @@ TEST_F(TrackingMode, SendingALayout) {
     GroupTrackingMode mode(notifier, engine);
     mode.setSecondaryLayout({full});
     EXPECT_TRUE(mode.isLayoutPending());
-    engine->mState.current = one.layout;
+    engine->mState.mCurLayout = one.layout;
     environment.log.take();
     mode.sendLayout(false);
     EXPECT_EQ(notifier.take(), one.sent) << one.title;
