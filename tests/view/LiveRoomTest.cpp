@@ -33,12 +33,12 @@ TEST(LiveRoom, ADecisionOfTheServiceIsShownInWords) {
       R"("timer":"x","key":"a.key","waitMs":2000,"waitedMs":2033})";
   room.send(5, "/PRBDecisions", document);
   EXPECT_EQ(room.noted.lines.back().text,
-            R"({"t":5,"decision":)" + document + R"(,"title":"new picture HEAD -> GROUP",)"
-            R"("sentence":"stream 1: new picture HEAD -> GROUP, the difference is the kind of layout, )"
-            R"(after 2.0 s (a.key 2000 ms)"
-})");
+            R"({"t":5,"decision":)" + document +
+                R"(,"title":"new picture HEAD -> GROUP",)"
+                R"("sentence":"stream 1: new picture HEAD -> GROUP, the difference is the kind of layout, )"
+                R"~(after 2.0 s (a.key 2000 ms)"})~");
   room.send(6, "/PRBDecisions", R"({"kind":"whim"})");
-EXPECT_EQ(room.noted.lines.back().text, R"({"t":6,"topic":"/PRBDecisions","payload":{"kind":"whim"}})");
+  EXPECT_EQ(room.noted.lines.back().text, R"({"t":6,"topic":"/PRBDecisions","payload":{"kind":"whim"}})");
 }
 
 TEST(LiveRoom, HostileMessagesEndNothing) {
