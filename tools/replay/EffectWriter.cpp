@@ -3,8 +3,8 @@
 #include <ostream>
 #include <utility>
 
-#include "platform/Ticks.h"
 #include "platform/StderrLog.h"
+#include "platform/Ticks.h"
 #include "service/DecisionDocument.h"
 #include "tools/recording/CompactText.h"
 
