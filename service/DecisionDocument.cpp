@@ -23,6 +23,15 @@ std::string textOf(const nlohmann::json& document, const char* key) {
   return document.value(key, std::string());
 }
 
+// An integer member, `absent` without it. A fraction is refused as a text is: it may lie outside of the type.
+template <typename Number>
+Number numberOf(const nlohmann::json& document, const char* key, Number absent) {
+  const auto member = document.find(key);
+  return member == document.end()
+             ? absent
+             : static_cast<Number>(member->get_ref<const nlohmann::json::number_integer_t&>());
+}
+
 // The value up to `last` that has a member's text.
 template <typename Enum, typename Text>
 std::optional<Enum> valueOf(const std::string& member, Enum last, Text text) {
@@ -45,7 +54,7 @@ std::optional<LayoutDecision> read(const nlohmann::json& document) {
   }
   LayoutDecision decision;
   decision.kind = *kind;
-  decision.streamId = document.value("streamid", 0);
+  decision.streamId = numberOf(document, "streamid", 0);
   decision.from = typeOf(document, "from");
   decision.to = typeOf(document, "to");
   decision.difference =
@@ -54,9 +63,9 @@ std::optional<LayoutDecision> read(const nlohmann::json& document) {
   decision.reason = textOf(document, "reason");
   decision.timer = textOf(document, "timer");
   decision.key = textOf(document, "key");
-  decision.waitMs = document.value("waitMs", 0U);
-  decision.waitedMs = document.value("waitedMs", 0U);
-  decision.frameIndex = document.value("frameindex", -1);
+  decision.waitMs = numberOf(document, "waitMs", 0U);
+  decision.waitedMs = numberOf(document, "waitedMs", 0U);
+  decision.frameIndex = numberOf(document, "frameindex", -1);
   decision.headPosition = valueOf(textOf(document, "headPosition"), HeadPosition::CENTER, headPositionText)
                               .value_or(HeadPosition::CENTER);
   return decision;

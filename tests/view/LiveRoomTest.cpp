@@ -45,9 +45,10 @@ TEST(LiveRoom, HostileMessagesEndNothing) {
   Room room;
   std::int64_t t = 0;
   const std::string deep(200000, '[');
-  for (const std::string& text :
-       {std::string(), std::string("{"), std::string("\xff\xfe\n"), deep, std::string(2'000'000, 'x'),
-        std::string(R"({"TrackingMode":7})"), std::string(R"({"heads":7,"streams":{"TrackingMode":""}})")}) {
+  for (const std::string& text : {std::string(), std::string("{"), std::string("\xff\xfe\n"), deep,
+                                  std::string(2'000'000, 'x'), std::string(R"({"TrackingMode":7})"),
+                                  std::string(R"({"kind":"adopted","streamid":1e300,"waitMs":-1e99})"),
+                                  std::string(R"({"heads":7,"streams":{"TrackingMode":""}})")}) {
     for (const std::string_view topic : LiveRoom::kTopics) {
       room.send(++t, std::string(topic), text);
     }
