@@ -12,10 +12,6 @@
 
 namespace fyn::productionrules {
 
-PrimaryPeopleLayout::PrimaryPeopleLayout() : mTiles(*this) {
-  mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
-}
-
 const char* PrimaryPeopleLayout::getTag() const {
   return "PrimaryPeopleLayout";
 }
@@ -30,7 +26,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
-  std::shared_ptr<Layout> layout = mTiles.makeCandidate(*mlData, choice);
+  std::shared_ptr<Layout> layout = makeCandidate(*mlData, choice);
   if (hasTiles(*layout)) {
     for (Frame& frame : layout->frames) {
       frame.srcRef = getImageSize(frame);
@@ -41,18 +37,6 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
 
 void PrimaryPeopleLayout::reportInput(const MLData& data) {
   mInputFaults.reportAllCameras(data, getTag());
-}
-
-void PrimaryPeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
-  mTiles.fillPositionRect(layout);
-}
-
-bool PrimaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mTiles.constructBoundingBox(frame, box, withHeadBuffer);
-}
-
-Rect PrimaryPeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
-  return mTiles.baseRect(frame, box);
 }
 
 bool PrimaryPeopleLayout::isLayoutValid() {
@@ -102,7 +86,7 @@ bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const Fy
   moved.srcRef = getImageSize(moved);
   moved.headPosition = HeadPosition::CENTER;
   resetTimer(moved.headPositionTimer);
-  const std::optional<RuleOfThirdsView> view = mTiles.tryView(moved);
+  const std::optional<RuleOfThirdsView> view = tryView(moved);
   if (!view) {
     // The better camera cannot fill this tile without cutting the person; asked again after another hold.
     return false;
@@ -134,32 +118,17 @@ std::string PrimaryPeopleLayout::getLayoutChangeAnimation() {
   return "cut";
 }
 
-std::uint32_t PrimaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<PeopleFrameTimerSetting>(position);
-}
-
 std::uint32_t PrimaryPeopleLayout::getOtherLayoutChangeTimer(FramingType newType,
                                                              std::stringstream& explanation,
                                                              bool peopleCountChanged) {
+  const std::uint32_t ms =
+      BasePeopleLayout::getOtherLayoutChangeTimer(newType, explanation, peopleCountChanged);
   explanation << "PrimaryPeopleLayout, ";
-  const WaitRule* const wait = findPeopleWait(mState.mCurLayout->layoutType, newType, peopleCountChanged);
-  if (wait == nullptr || timerSettingAs<PeopleFrameTimerSetting>() == nullptr) {
-    return 0;
+  if (const WaitRule* const wait =
+          findPeopleWait(mState.mCurLayout->layoutType, newType, peopleCountChanged)) {
+    explanation << wait->explanation << ms;
   }
-  const std::uint32_t ms = chooseWait(wait->wait);
-  explanation << wait->explanation << ms;
   return ms;
-}
-
-std::uint32_t PrimaryPeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
-                                               bool peopleCountChanged) {
-  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
-  if (mState.mCurLayout == nullptr || setting == nullptr) {
-    return 0;
-  }
-  const bool havePeopleLeft = mState.mCurLayout->faceCount > candidate->faceCount;
-  return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
-                     havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
 }
 
 }  // namespace fyn::productionrules

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "layouts/cycle/BaseLayout.h"
-#include "layouts/people/PeopleInputFaults.h"
-#include "layouts/people/TileRules.h"
+#include "layouts/people/BasePeopleLayout.h"
 
 namespace fyn::productionrules {
 
@@ -10,10 +8,8 @@ namespace fyn::productionrules {
  * A tile for everyone, from all cameras of the room. A person is taken from the camera with the best view and
  * stays with it; the move to a better camera waits for the feed-priority hold.
  */
-class PrimaryPeopleLayout : public BaseLayout {
+class PrimaryPeopleLayout : public BasePeopleLayout {
  public:
-  PrimaryPeopleLayout();
-
   const char* getTag() const override;
 
   /** Moves each HEAD frame whose person has been shown better by another camera for the whole hold. */
@@ -24,17 +20,11 @@ class PrimaryPeopleLayout : public BaseLayout {
 
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
-  bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
-
   std::string getLayoutChangeAnimation() override;
-  void fillPositionRect(std::shared_ptr<Layout>& layout) override;
-  std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
+
+  /** Appends the wait that it found to the explanation. */
   std::uint32_t getOtherLayoutChangeTimer(FramingType newType, std::stringstream& explanation,
                                           bool peopleCountChanged) override;
-
-  Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
-
-  std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
 
  protected:
   void reportInput(const MLData& data) override;
@@ -42,9 +32,6 @@ class PrimaryPeopleLayout : public BaseLayout {
  private:
   bool updateFeedPriority(std::size_t index, Frame& frame);
   bool moveToCamera(std::size_t index, Frame& frame, const FynHead& person, std::uint32_t camId);
-
-  TileRules mTiles;
-  PeopleInputFaults mInputFaults;
 };
 
 }  // namespace fyn::productionrules

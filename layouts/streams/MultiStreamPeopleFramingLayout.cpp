@@ -208,7 +208,7 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   layout->frameNumber = mlData->frameNumber;
   layout->faceCount = static_cast<std::int32_t>(people.size());
   fillPositionRect(layout);
-  if (!people.empty() && !mTiles.tryView(layout->frames.front())) {
+  if (!people.empty() && !tryView(layout->frames.front())) {
     layout->layoutType = FramingType::GROUP;
     layout->frames.front().frameType = FramingType::GROUP;
     layout->frames.front().frameLayout = kFrameLayoutNone;

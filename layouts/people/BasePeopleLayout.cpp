@@ -1,0 +1,161 @@
+#include "layouts/people/BasePeopleLayout.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "config/PrConfig.h"
+#include "geometry/GroupLayout.h"
+#include "geometry/ProximityRect.h"
+#include "layouts/people/PeopleFrameTimerSetting.h"
+#include "layouts/people/PeopleTiles.h"
+#include "layouts/people/PeopleWaits.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Neighbours up to this number share a tile as PROXIMITY; more of them are a large proximity.
+constexpr std::size_t kMaxNeighbours = 3;
+
+// The type of a layout with a tile for each unit; GROUP when they can have none.
+FramingType tilesType(const std::vector<PeopleUnit>& units) {
+  if (units.size() > kMaxTiles || (units.size() == 1 && units.front().size() > kMaxNeighbours)) {
+    return FramingType::GROUP;
+  }
+  const bool neighbours =
+      std::any_of(units.begin(), units.end(), [](const PeopleUnit& unit) { return unit.size() > 1; });
+  return neighbours ? FramingType::PROXIMITY : FramingType::HEAD;
+}
+
+void addFrame(Layout& layout, const PeopleUnit& unit) {
+  Frame frame;
+  frame.frameIndex = static_cast<std::int32_t>(layout.frames.size());
+  frame.frameType = unit.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
+  frame.fynCamId = unit.front().camId;
+  for (const Seat& seat : unit) {
+    frame.heads.insert(seat.person->findHead(seat.camId)->id);
+    frame.fynHeads.insert(seat.person->id);
+  }
+  std::int32_t& counter = unit.size() == 1                ? layout.headFrameCount
+                          : unit.size() <= kMaxNeighbours ? layout.proximityFrameCount
+                                                          : layout.largeProximityFrameCount;
+  ++counter;
+  layout.frames.push_back(std::move(frame));
+}
+
+}  // namespace
+
+BasePeopleLayout::BasePeopleLayout() {
+  mTimerSetting = std::make_shared<PeopleFrameTimerSetting>();
+}
+
+// ---- Candidates ----
+
+std::shared_ptr<Layout> BasePeopleLayout::makeCandidate(const MLData& data, const PeopleChoice& choice) {
+  std::shared_ptr<Layout> layout = layoutFor(data, choice);
+  layout->frameNumber = data.frameNumber;
+  layout->faceCount = static_cast<std::int32_t>(choice.seats.size());
+  return layout;
+}
+
+std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const PeopleChoice& choice) {
+  if (choice.seats.empty()) {
+    return oneFrame(data, FramingType::ROOM, choice.roomCamId);
+  }
+  const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
+  const std::vector<PeopleUnit> units = isTooMany ? std::vector<PeopleUnit>() : unitsOf(choice.seats);
+  const FramingType type = isTooMany ? FramingType::GROUP : tilesType(units);
+  if (type == FramingType::GROUP) {
+    return oneFrame(data, FramingType::GROUP, choice.groupCamId);
+  }
+  auto tiles = std::make_shared<Layout>();
+  tiles->layoutType = type;
+  for (const PeopleUnit& unit : units) {
+    addFrame(*tiles, unit);
+  }
+  fillPositionRect(tiles);
+  const bool showsAll = std::all_of(tiles->frames.begin(), tiles->frames.end(),
+                                    [this](const Frame& frame) { return tryView(frame).has_value(); });
+  return showsAll ? tiles : oneFrame(data, FramingType::GROUP, choice.groupCamId);
+}
+
+std::vector<PeopleUnit> BasePeopleLayout::unitsOf(const std::vector<Seat>& seats) const {
+  return PrConfig::get().newPfFeatureEnabled
+             ? formUnits(seats, mState.mCurLayout.get(), mState.mNextLayout.get())
+             : unitsOfOne(seats);
+}
+
+std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type,
+                                                   std::uint32_t camId) {
+  auto layout = std::make_shared<Layout>();
+  layout->layoutType = type;
+  constructGroupLayout(data.getHeads(), layout, camId);
+  fillPositionRect(layout);
+  return layout;
+}
+
+void BasePeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
+  if (hasTiles(*layout)) {
+    placeInTiles(*layout);
+  } else {
+    BaseLayout::fillPositionRect(layout);
+  }
+}
+
+// ---- Views ----
+
+std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
+  const HeadsInView heads = headsOf(frame);
+  Rect box;
+  // The base's box: a trial must not count as a report of heads that are missing.
+  if (heads.misses(mState.people, frame.fynHeads) ||
+      !BaseLayout::constructBoundingBox(frame, box, PrConfig::get().proximitySquareFeature)) {
+    return std::nullopt;
+  }
+  const RuleOfThirdsView view = ruleOfThirdsView(frame, box);
+  return heads.areWhole(mState.people, frame.fynHeads, view.source) ? std::optional(view) : std::nullopt;
+}
+
+bool BasePeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  return mHeadFaults.report(frame, mState.people) && !headsOf(frame).misses(mState.people, frame.fynHeads) &&
+         BaseLayout::constructBoundingBox(frame, box,
+                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+}
+
+Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
+  if (frame.frameType != FramingType::PROXIMITY || !PrConfig::get().proximitySquareFeature) {
+    return BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+  }
+  return getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
+}
+
+HeadsInView BasePeopleLayout::headsOf(const Frame& frame) {
+  return {frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage};
+}
+
+// ---- Waits ----
+
+std::uint32_t BasePeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
+  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+}
+
+std::uint32_t BasePeopleLayout::getOtherLayoutChangeTimer(FramingType newType,
+                                                          std::stringstream& /*explanation*/,
+                                                          bool peopleCountChanged) {
+  const WaitRule* const wait = findPeopleWait(mState.mCurLayout->layoutType, newType, peopleCountChanged);
+  return wait != nullptr && timerSettingAs<PeopleFrameTimerSetting>() != nullptr ? chooseWait(wait->wait) : 0;
+}
+
+std::uint32_t BasePeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
+                                            bool peopleCountChanged) {
+  const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
+  if (mState.mCurLayout == nullptr || setting == nullptr) {
+    return 0;
+  }
+  const bool havePeopleLeft = mState.mCurLayout->faceCount > candidate->faceCount;
+  return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
+                     havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
+}
+
+}  // namespace fyn::productionrules
