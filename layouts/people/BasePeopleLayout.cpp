@@ -106,10 +106,10 @@ void BasePeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
 // ---- Views ----
 
 std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
-  const HeadsInView heads = headsOf(frame);
+  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
   Rect box;
   // The base's box: a trial must not count as a report of heads that are missing.
-  if (heads.misses(mState.people, frame.fynHeads) ||
+  if (!heads.holdsAll(mState.people, frame.fynHeads) ||
       !BaseLayout::constructBoundingBox(frame, box, PrConfig::get().proximitySquareFeature)) {
     return std::nullopt;
   }
@@ -118,7 +118,7 @@ std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
 }
 
 bool BasePeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.report(frame, mState.people) && !headsOf(frame).misses(mState.people, frame.fynHeads) &&
+  return mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
          BaseLayout::constructBoundingBox(frame, box,
                                           withHeadBuffer || PrConfig::get().proximitySquareFeature);
 }
@@ -128,10 +128,6 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
     return BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
   }
   return getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
-}
-
-HeadsInView BasePeopleLayout::headsOf(const Frame& frame) {
-  return {frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage};
 }
 
 // ---- Waits ----

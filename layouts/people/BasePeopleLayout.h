@@ -69,7 +69,6 @@ class BasePeopleLayout : public BaseLayout {
   std::shared_ptr<Layout> layoutFor(const MLData& data, const PeopleChoice& choice);
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId);
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
-  HeadsInView headsOf(const Frame& frame);
 
   PeopleHeadFaults mHeadFaults;
 };

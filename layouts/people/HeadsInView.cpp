@@ -82,11 +82,6 @@ bool HeadsInView::holdsAll(const PeopleMap& people, const Ids& ids) const {
   return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) { return find(people, id) != nullptr; });
 }
 
-bool HeadsInView::misses(const PeopleMap& people, const Ids& ids) const {
-  return std::any_of(ids.begin(), ids.end(),
-                     [&](std::int64_t id) { return people.count(id) != 0 && find(people, id) == nullptr; });
-}
-
 bool HeadsInView::areWhole(const PeopleMap& people, const Ids& ids, const Rect& view) const {
   return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) {
     const Head* const head = find(people, id);

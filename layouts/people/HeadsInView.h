@@ -50,9 +50,6 @@ class HeadsInView {
   /** Whether all of `ids` are in view. */
   bool holdsAll(const PeopleMap& people, const std::set<std::int64_t>& ids) const;
 
-  /** Whether somebody of `ids` who is among `people` is not in view. */
-  bool misses(const PeopleMap& people, const std::set<std::int64_t>& ids) const;
-
   /** Whether all of `ids` are in view, with their heads inside `view` as far as these lie in the image. */
   bool areWhole(const PeopleMap& people, const std::set<std::int64_t>& ids, const Rect& view) const;
 

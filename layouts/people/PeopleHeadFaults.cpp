@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "layouts/cycle/BaseLayout.h"
+#include "layouts/people/HeadsInView.h"
 
 namespace fyn::productionrules {
 
@@ -28,6 +29,11 @@ bool PeopleHeadFaults::report(const Frame& frame, const PeopleMap& people) {
     mReported.erase(key);
   }
   return true;
+}
+
+bool PeopleHeadFaults::allowFraming(const Frame& frame, const PeopleMap& people, const Dimension& image) {
+  return report(frame, people) &&
+         HeadsInView(frame.fynCamId, image, HeadRule::PartlyInImage).holdsAll(people, frame.fynHeads);
 }
 
 }  // namespace fyn::productionrules

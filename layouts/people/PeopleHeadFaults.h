@@ -19,6 +19,9 @@ class PeopleHeadFaults {
    * all are there. A person who is well again, or has left, is forgotten. */
   bool report(const Frame& frame, const PeopleMap& people);
 
+  /** The same; false as well while a head lies outside the camera's image, of `image` pixels. */
+  bool allowFraming(const Frame& frame, const PeopleMap& people, const Dimension& image);
+
  private:
   using PersonInCamera = std::pair<std::int64_t, std::uint32_t>;
 

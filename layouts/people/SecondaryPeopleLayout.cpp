@@ -1,6 +1,5 @@
 #include "layouts/people/SecondaryPeopleLayout.h"
 
-#include "layouts/people/HeadsInView.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 
 namespace fyn::productionrules {
@@ -18,9 +17,7 @@ bool SecondaryPeopleLayout::applySecondaryLayout(const std::shared_ptr<Layout>& 
 }
 
 bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
-  return !frame.fynHeads.empty() && mHeadFaults.report(frame, mState.people) &&
-         !heads.misses(mState.people, frame.fynHeads) &&
+  return !frame.fynHeads.empty() && mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 

@@ -26,9 +26,7 @@ bool SecondarySpeakerLayout::applySecondaryLayout(const std::shared_ptr<Layout>&
 }
 
 bool SecondarySpeakerLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
-  return !frame.fynHeads.empty() && mHeadFaults.report(frame, mState.people) &&
-         !heads.misses(mState.people, frame.fynHeads) &&
+  return !frame.fynHeads.empty() && mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
          BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 

@@ -199,8 +199,7 @@ unsigned SpeakerFramingLayout::getMaxScaleFactor() {
 }
 
 bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
-  return mHeadFaults.report(frame, mState.people) && !heads.misses(mState.people, frame.fynHeads) &&
+  return mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
          BaseLayout::constructBoundingBox(frame, box, withHeadBuffer);
 }
 
