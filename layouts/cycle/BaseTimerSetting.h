@@ -22,14 +22,16 @@ constexpr WaitField waitOf(std::uint32_t Setting::*field) {
   return static_cast<WaitField>(field);
 }
 
+/** Where the milliseconds of a wait come from; a negative number becomes a very long wait, -1 one that is
+ * never started. */
+using WaitTunable = std::int32_t PrConfig::*;
+
 /** What sets one wait. */
 struct WaitSource {
   WaitField wait;
   /** The name of the field. */
   const char* name;
-  /** Where its milliseconds come from; a negative number becomes a very long wait, -1 one that is never
-   * started. */
-  std::int32_t PrConfig::*tunable;
+  WaitTunable tunable;
 };
 
 using WaitSources = std::vector<WaitSource>;

@@ -16,6 +16,13 @@ class SingleHeadTimerSetting : public BaseTimerSetting {
   std::uint32_t onFrameEdgeTimer = 0;
   /** Reframe wait for HEAD_OFF_CENTER. */
   std::uint32_t offCenterTimer = 0;
+
+ protected:
+  /** What sets the waits above and those of the base in group framing, and then `others`. */
+  static WaitSources withGroupFramingKeys(const WaitSources& others);
+
+  /** The same in people framing. */
+  static WaitSources withPeopleFramingKeys(const WaitSources& others);
 };
 
 }  // namespace fyn::productionrules

@@ -15,21 +15,17 @@ unsigned long wide(std::uint32_t value) {
   return value;
 }
 
-using Setting = PeopleFrameTimerSetting;
+}  // namespace
 
-const WaitSources& waitSources() {
-  static const WaitSources kSources{
-      {waitOf(&Setting::gfMoveCloseTimer), "gfMoveCloseTimer", &PrConfig::timersPFGroupFrameMoveCloser},
-      {waitOf(&Setting::gfHeadLeft), "gfHeadLeft", &PrConfig::timersPFGroupFrameHeadLeft},
-      {waitOf(&Setting::gfHeadOnEdge), "gfHeadOnEdge", &PrConfig::timersPFGroupFrameOnEdge},
-      {waitOf(&Setting::gfHeadOutside), "gfHeadOutside", &PrConfig::timersPFGroupFrameOutside},
-      {waitOf(&Setting::gfToOtherLayoutChangeTimer), "gfToOtherLayoutChangeTimer",
-       &PrConfig::timersPFLayoutChangeGf2Other},
-      {waitOf(&Setting::roomToOtherLayoutChangeTimer), "roomToOtherLayoutChangeTimer",
-       &PrConfig::timersPFLayoutChangeRoom2Other},
-      {waitOf(&Setting::outsideFrameTimer), "outsideFrameTimer", &PrConfig::timersPFHeadBoundBoxOutOfFrame},
-      {waitOf(&Setting::onFrameEdgeTimer), "onFrameEdgeTimer", &PrConfig::timersPFHeadBufferOnEdge},
-      {waitOf(&Setting::offCenterTimer), "offCenterTimer", &PrConfig::timersPFHeadBoundBoxOffcenter},
+PeopleFrameTimerSetting::PeopleFrameTimerSetting(const PrConfig& config) {
+  takeWaits(config, PeopleFrameTimerSetting::sources());
+  peopleLeftTimerReduction =
+      static_cast<std::uint32_t>(wrapMul(config.realHeadCounterMax, kReductionPerCount));
+}
+
+const WaitSources& PeopleFrameTimerSetting::sources() const {
+  using Setting = PeopleFrameTimerSetting;
+  static const WaitSources kSources = withPeopleFramingKeys({
       {waitOf(&Setting::proxToHeadLayoutChangeTimer), "proxToHeadLayoutChangeTimer",
        &PrConfig::timersPFLayoutChangeProx2Head},
       {waitOf(&Setting::proxToProxLayoutChangeTimer), "proxToProxLayoutChangeTimer",
@@ -47,20 +43,8 @@ const WaitSources& waitSources() {
        &PrConfig::timersPFLayoutChangeRoom2Head},
       {waitOf(&Setting::feedPriorityChangedTimer), "feedPriorityChangedTimer",
        &PrConfig::timersPFFeedPriorityChange},
-  };
+  });
   return kSources;
-}
-
-}  // namespace
-
-PeopleFrameTimerSetting::PeopleFrameTimerSetting(const PrConfig& config) {
-  takeWaits(config, waitSources());
-  peopleLeftTimerReduction =
-      static_cast<std::uint32_t>(wrapMul(config.realHeadCounterMax, kReductionPerCount));
-}
-
-const WaitSources& PeopleFrameTimerSetting::sources() const {
-  return waitSources();
 }
 
 void PeopleFrameTimerSetting::printCurrentTimerValues(const std::string& tag) const {

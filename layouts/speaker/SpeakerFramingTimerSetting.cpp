@@ -4,23 +4,13 @@
 
 namespace fyn::productionrules {
 
-namespace {
+SpeakerFramingTimerSetting::SpeakerFramingTimerSetting(const PrConfig& config) {
+  takeWaits(config, SpeakerFramingTimerSetting::sources());
+}
 
-using Setting = SpeakerFramingTimerSetting;
-
-const WaitSources& waitSources() {
-  static const WaitSources kSources{
-      {waitOf(&Setting::gfMoveCloseTimer), "gfMoveCloseTimer", &PrConfig::timersGroupFrameMoveCloser},
-      {waitOf(&Setting::gfHeadLeft), "gfHeadLeft", &PrConfig::timersGroupFrameHeadLeft},
-      {waitOf(&Setting::gfHeadOnEdge), "gfHeadOnEdge", &PrConfig::timersGroupFrameOnEdge},
-      {waitOf(&Setting::gfHeadOutside), "gfHeadOutside", &PrConfig::timersGroupFrameOutside},
-      {waitOf(&Setting::gfToOtherLayoutChangeTimer), "gfToOtherLayoutChangeTimer",
-       &PrConfig::timersLayoutChangeGf2Other},
-      {waitOf(&Setting::roomToOtherLayoutChangeTimer), "roomToOtherLayoutChangeTimer",
-       &PrConfig::timersLayoutChangeRoom2Other},
-      {waitOf(&Setting::outsideFrameTimer), "outsideFrameTimer", &PrConfig::timersHeadBoundBoxOutOfFrame},
-      {waitOf(&Setting::onFrameEdgeTimer), "onFrameEdgeTimer", &PrConfig::timersHeadBufferOnEdge},
-      {waitOf(&Setting::offCenterTimer), "offCenterTimer", &PrConfig::timersHeadBoundBoxOffcenter},
+const WaitSources& SpeakerFramingTimerSetting::sources() const {
+  using Setting = SpeakerFramingTimerSetting;
+  static const WaitSources kSources = withGroupFramingKeys({
       {waitOf(&Setting::anyToGFLayoutChangeTimer), "anyToGFLayoutChangeTimer",
        &PrConfig::timersLayoutChangeSfAny2Gf},
       {waitOf(&Setting::proxToGFLayoutChangeTimer), "proxToGFLayoutChangeTimer",
@@ -39,18 +29,8 @@ const WaitSources& waitSources() {
        &PrConfig::timersLayoutChangeSfFrameSpeaker},
       {waitOf(&Setting::otherToSsLayoutChangeTimer), "otherToSsLayoutChangeTimer",
        &PrConfig::timersLayoutChangeSfOther2Ss},
-  };
+  });
   return kSources;
-}
-
-}  // namespace
-
-SpeakerFramingTimerSetting::SpeakerFramingTimerSetting(const PrConfig& config) {
-  takeWaits(config, waitSources());
-}
-
-const WaitSources& SpeakerFramingTimerSetting::sources() const {
-  return waitSources();
 }
 
 }  // namespace fyn::productionrules
