@@ -236,8 +236,7 @@ class BaseLayout {
     return dynamic_cast<const Setting*>(getTimerSetting().get());
   }
 
-  /** The reframe waits of single heads, for every engine whose setting has them. */
-  template <typename Setting>
+  /** The reframe wait of a single head; 0 when the installed setting has none. */
   std::uint32_t waitForSingleHead(HeadPosition position);
 
   /** The wait cycle of one frame of the layout on screen, whose subject stands at `position`; true when its
@@ -273,15 +272,5 @@ class BaseLayout {
 
   DecisionListener* mDecisionListener = nullptr;
 };
-
-template <typename Setting>
-std::uint32_t BaseLayout::waitForSingleHead(HeadPosition position) {
-  const Setting* const setting = timerSettingAs<Setting>();
-  if (setting == nullptr) {
-    return 0;
-  }
-  const WaitField wait = Setting::singleHeadWait(position);
-  return wait != nullptr ? setting->*wait : 0;
-}
 
 }  // namespace fyn::productionrules

@@ -69,6 +69,12 @@ std::uint32_t BaseLayout::getWaitTimeForOtherCase(HeadPosition position) {
   return 0;
 }
 
+std::uint32_t BaseLayout::waitForSingleHead(HeadPosition position) {
+  const auto* const setting = timerSettingAs<SingleHeadTimerSetting>();
+  const WaitField wait = SingleHeadTimerSetting::singleHeadWait(position);
+  return setting != nullptr && wait != nullptr ? setting->*wait : 0;
+}
+
 bool BaseLayout::updateCurrentTimer() {
   if (mState.mCurLayout == nullptr) {
     return false;

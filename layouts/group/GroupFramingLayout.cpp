@@ -23,7 +23,7 @@ std::string GroupFramingLayout::getLayoutChangeAnimation() {
 }
 
 std::uint32_t GroupFramingLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<GroupFramingTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 }  // namespace fyn::productionrules

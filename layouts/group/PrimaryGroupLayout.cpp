@@ -25,7 +25,7 @@ std::shared_ptr<Layout> PrimaryGroupLayout::createLayout(const std::shared_ptr<M
 }
 
 std::uint32_t PrimaryGroupLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<GroupFramingTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 }  // namespace fyn::productionrules

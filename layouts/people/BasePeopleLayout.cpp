@@ -133,7 +133,7 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
 // ---- Waits ----
 
 std::uint32_t BasePeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 std::uint32_t BasePeopleLayout::getOtherLayoutChangeTimer(FramingType newType,

@@ -22,7 +22,7 @@ bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, 
 }
 
 std::uint32_t SecondaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<PeopleFrameTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 }  // namespace fyn::productionrules

@@ -35,7 +35,7 @@ unsigned SecondarySpeakerLayout::getMaxScaleFactor() {
 }
 
 std::uint32_t SecondarySpeakerLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<SpeakerFramingTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 std::vector<Rect> SecondarySpeakerLayout::getGroupHeadBounds(const Frame& frame) {

@@ -75,7 +75,7 @@ std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bo
 }
 
 std::uint32_t SpeakerFramingLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead<SpeakerFramingTimerSetting>(position);
+  return waitForSingleHead(position);
 }
 
 // ---- The decision ----
