@@ -85,20 +85,28 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
       dropPending("no switch is needed");
       return false;
     }
-    const bool peopleCountChanged =
-        mState.mCurLayout == nullptr || mState.mCurLayout->faceCount != candidate->faceCount;
-    mState.cause = {comparison};
-    const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
-    candidate->layoutTimer = getTimer(waitTime, tick());
-    mState.mNextLayout = candidate;
-    updateLayoutWithStreamInfo(mState.mNextLayout, mState.streamId);
-    PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
-             static_cast<int>(waitTime));
-    reportChange(DecisionKind::Pending, mState.mCurLayout.get(), *mState.mNextLayout,
-                 mState.mNextLayout->layoutTimer);
+    holdBack(candidate, comparison);
   }
   // A candidate that equals the waiting layout leaves its timer running: a steady scene is adopted after one
   // wait.
+  return isPendingDue();
+}
+
+void BaseLayout::holdBack(const std::shared_ptr<Layout>& candidate, const LayoutComparison& comparison) {
+  const bool peopleCountChanged =
+      mState.mCurLayout == nullptr || mState.mCurLayout->faceCount != candidate->faceCount;
+  mState.cause = {comparison};
+  const std::uint32_t waitTime = getWaitTime(candidate, peopleCountChanged);
+  candidate->layoutTimer = getTimer(waitTime, tick());
+  mState.mNextLayout = candidate;
+  updateLayoutWithStreamInfo(mState.mNextLayout, mState.streamId);
+  PRB_LOGI(kTag, "KORVALDEBUG new layout is different than any previous layout waitTime: %d",
+           static_cast<int>(waitTime));
+  reportChange(DecisionKind::Pending, mState.mCurLayout.get(), *mState.mNextLayout,
+               mState.mNextLayout->layoutTimer);
+}
+
+bool BaseLayout::isPendingDue() {
   if (mState.mNextLayout == nullptr || !isTimerExpire(mState.mNextLayout->layoutTimer, mTick)) {
     return false;
   }

@@ -265,8 +265,11 @@ class BaseLayout {
   LayoutDecision describe(DecisionKind kind, const Layout* from, const Layout& to) const;
   void addWait(LayoutDecision& decision, const Timer& wait) const;
   void reportChange(DecisionKind kind, const Layout* from, const Layout& to, const Timer& wait) const;
-  bool isFrameDue(Frame& frame, bool creatingNewLayout);
+  void holdBack(const std::shared_ptr<Layout>& candidate, const LayoutComparison& comparison);
+  bool isPendingDue();
+  bool isReframeDue(Frame& frame);
   void updateFrameView(Frame& frame);
+  void reframe(std::size_t index, Frame& frame);
   void startFrameTimer(std::size_t index, Frame& frame, HeadPosition position);
   void reportFrame(DecisionKind kind, std::size_t index, const Frame& frame, std::uint32_t waitedMs) const;
 

@@ -29,10 +29,9 @@ void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
            layoutToText(mState.mCurLayout->layoutType), static_cast<int>(frames.size()),
            frames.empty() ? -1 : static_cast<int>(frames.front().heads.size()),
            static_cast<int>(getPeopleCount()));
-  const bool creatingNewLayout = !fromFrameTimer;
   for (std::size_t index = 0; index < frames.size(); ++index) {
     Frame& frame = frames[index];
-    if (!isFrameDue(frame, creatingNewLayout)) {
+    if (!isReframeDue(frame) && fromFrameTimer) {
       PRB_LOGD(kTag, "%s() timer didn't expire for frameType: %s , skipping the frame", "updateLayoutViews",
                layoutToText(frame.frameType));
       continue;
@@ -42,22 +41,26 @@ void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
         "%s() frametype: %s  Need to update the view of frame[%d], are we creating new layout --> %s, else "
         "frame timer has expired for head position %s",
         "updateLayoutViews", layoutToText(frame.frameType), static_cast<int>(index),
-        creatingNewLayout ? "yes" : "no", headPositionText(frame.headPosition));
-    const std::uint32_t waitedMs = fromFrameTimer && frame.headPositionTimer.isStarted()
-                                       ? tick() - frame.headPositionTimer.startTicks
-                                       : 0;
-    updateFrameView(frame);
+        fromFrameTimer ? "no" : "yes", headPositionText(frame.headPosition));
     if (fromFrameTimer) {
-      reportFrame(DecisionKind::Reframed, index, frame, waitedMs);
+      reframe(index, frame);
+    } else {
+      updateFrameView(frame);
     }
     resetTimer(frame.headPositionTimer);
     frame.headPosition = HeadPosition::CENTER;
   }
 }
 
-bool BaseLayout::isFrameDue(Frame& frame, bool creatingNewLayout) {
-  return isTimerExpire(frame.feedPriorityTimer, mTick) || isTimerExpire(frame.headPositionTimer, mTick) ||
-         creatingNewLayout;
+bool BaseLayout::isReframeDue(Frame& frame) {
+  return isTimerExpire(frame.feedPriorityTimer, mTick) || isTimerExpire(frame.headPositionTimer, mTick);
+}
+
+void BaseLayout::reframe(std::size_t index, Frame& frame) {
+  const Timer& wait = frame.headPositionTimer;
+  const std::uint32_t waitedMs = wait.isStarted() ? tick() - wait.startTicks : 0;
+  updateFrameView(frame);
+  reportFrame(DecisionKind::Reframed, index, frame, waitedMs);
 }
 
 void BaseLayout::updateFrameView(Frame& frame) {
