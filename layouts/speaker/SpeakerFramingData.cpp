@@ -49,8 +49,9 @@ void SpeakerFramingData::update(const std::vector<std::shared_ptr<FynHead>>& inV
   checkTags(!inView.empty(), pictureShowsSpeaker, now);
 }
 
-std::uint32_t SpeakerFramingData::recoveryRemainingMs(std::uint32_t now) const {
-  return remainingMs(mRecoveryTimer, now);
+std::string SpeakerFramingData::debugText(std::uint32_t now) const {
+  return R"(, "activeSpeaker":)" + std::to_string(mActiveSpeaker) + R"(, "recovery":")" + mRecoveryReason +
+         R"(", "recoveryRemainingMs":)" + std::to_string(remainingMs(mRecoveryTimer, now));
 }
 
 void SpeakerFramingData::updateActiveSpeaker() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "model/FynHead.h"
@@ -43,8 +44,8 @@ class SpeakerFramingData {
   /** Why the recovery mode is on; "" while it is off. */
   const char* recoveryReason() const { return mRecoveryReason; }
 
-  /** Milliseconds until the recovery mode ends; 0 while it is off. */
-  std::uint32_t recoveryRemainingMs(std::uint32_t now) const;
+  /** Who speaks and the recovery mode, as members of a JSON object that has some before them. */
+  std::string debugText(std::uint32_t now) const;
 
  private:
   void updateActiveSpeaker();

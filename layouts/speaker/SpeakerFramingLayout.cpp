@@ -1,7 +1,6 @@
 #include "layouts/speaker/SpeakerFramingLayout.h"
 
 #include <algorithm>
-#include <sstream>
 #include <utility>
 
 #include "config/PrConfig.h"
@@ -17,11 +16,6 @@
 namespace fyn::productionrules {
 
 namespace {
-
-Rect insideImage(const Rect& box, const Dimension& image) {
-  return Rect{std::max(box.left, 0), std::max(box.top, 0), std::min(box.right, image.width),
-              std::min(box.bottom, image.height)};
-}
 
 bool isByRuleOfThirds(const Frame& frame) {
   return frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
@@ -46,10 +40,7 @@ std::string SpeakerFramingLayout::getDebugDataInJson() {
   if (mState.mCurLayout == nullptr) {
     return text;
   }
-  std::ostringstream speech;
-  speech << R"(, "activeSpeaker":)" << mSpeech.activeSpeaker() << R"(, "recovery":")"
-         << mSpeech.recoveryReason() << R"(", "recoveryRemainingMs":)" << mSpeech.recoveryRemainingMs(tick());
-  text.insert(text.size() - 1, speech.str());
+  text.insert(text.size() - 1, mSpeech.debugText(tick()));
   return text;
 }
 
@@ -254,9 +245,7 @@ bool SpeakerFramingLayout::wouldCutMembers(const Frame& frame) {
   for (const Rect& head : heads.bounds(mState.people, frame.fynHeads)) {
     box = isZeroRect(box) ? head : enclosing(box, head);
   }
-  const Rect view = ruleOfThirdsView(frame, box).source;
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-  return enclosing(view, insideImage(box, image)) != view;
+  return !heads.areWhole(mState.people, frame.fynHeads, ruleOfThirdsView(frame, box).source);
 }
 
 // ---- Group framing of a selection ----
