@@ -1,5 +1,6 @@
 // The part of BaseLayout that computes what a frame shows.
-#include "config/PrConfig.h"
+#include <optional>
+
 #include "geometry/GroupFrame.h"
 #include "geometry/HeadBuffer.h"
 #include "geometry/RectMath.h"
@@ -149,8 +150,7 @@ unsigned BaseLayout::getMaxScaleFactor() {
 }
 
 bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  std::vector<Rect> bounds;
-  bounds.reserve(frame.fynHeads.size());
+  std::optional<Rect> around;
   for (const std::int64_t id : frame.fynHeads) {
     const auto person = mState.people.find(id);
     if (person == mState.people.end()) {
@@ -162,10 +162,15 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
       return false;
     }
     const bool buffered = withHeadBuffer && frame.frameType == FramingType::PROXIMITY;
-    bounds.push_back(buffered ? getHeadBufferRect(head->bbox, getCameraLensModelDimension(cameraOf(frame)))
-                              : head->bbox);
+    const Rect bound =
+        buffered ? getHeadBufferRect(head->bbox, getCameraLensModelDimension(cameraOf(frame))) : head->bbox;
+    around = around ? enclosing(*around, bound) : bound;
   }
-  getBoundaries(bounds, box.left, box.right, box.top, box.bottom);
+  if (around) {
+    box = *around;
+  } else {
+    getBoundaries({}, box.left, box.right, box.top, box.bottom);  // says that there is nobody
+  }
   return true;
 }
 
