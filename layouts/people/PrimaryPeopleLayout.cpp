@@ -6,7 +6,6 @@
 
 #include "config/PrConfig.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
-#include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PeopleWaits.h"
 #include "model/FynCamerasConfig.h"
 
@@ -26,13 +25,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
-  std::shared_ptr<Layout> layout = makeCandidate(*mlData, choice);
-  if (hasTiles(*layout)) {
-    for (Frame& frame : layout->frames) {
-      frame.srcRef = getImageSize(frame);
-    }
-  }
-  return layout;
+  return makeCandidate(*mlData, choice);
 }
 
 void PrimaryPeopleLayout::reportInput(const MLData& data) {

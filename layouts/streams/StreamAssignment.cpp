@@ -18,11 +18,8 @@ std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats, bool joinNeighbo
 }  // namespace
 
 void StreamAssignment::resize(std::size_t count) {
-  const std::size_t former = mStreams.size();
-  if (count > former && former > 0) {
-    mFormerLast = former - 1;
-  } else if (count < former) {
-    mFormerLast.reset();
+  if (count > mStreams.size()) {
+    mFormerCount = mStreams.size();
   }
   for (auto place = mPlaces.begin(); place != mPlaces.end();) {
     place = place->second.stream >= count ? mPlaces.erase(place) : std::next(place);
@@ -39,7 +36,7 @@ const std::vector<std::vector<Seat>>& StreamAssignment::assign(const std::vector
     return mStreams;
   }
   findInView(seats);
-  if (mFormerLast) {
+  if (mFormerCount) {
     spreadFormerLast(seats, joinNeighbours);
   }
   if (std::any_of(seats.begin(), seats.end(), [this](const Seat& each) { return find(each) == nullptr; })) {
@@ -120,11 +117,11 @@ std::size_t StreamAssignment::lowestFreeOrLast() const {
 }
 
 void StreamAssignment::spreadFormerLast(const std::vector<Seat>& seats, bool joinNeighbours) {
-  const std::size_t formerLast = *std::exchange(mFormerLast, std::nullopt);
+  const std::size_t formerCount = *std::exchange(mFormerCount, std::nullopt);
   std::vector<Seat> shared;
   std::copy_if(seats.begin(), seats.end(), std::back_inserter(shared), [&](const Seat& each) {
     const Place* const place = find(each);
-    return place != nullptr && place->stream == formerLast;
+    return place != nullptr && place->stream + 1 == formerCount;
   });
   std::vector<PeopleUnit> units = unitsOf(shared, joinNeighbours);
   std::sort(units.begin(), units.end(),

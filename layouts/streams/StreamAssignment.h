@@ -66,8 +66,8 @@ class StreamAssignment {
   std::map<std::int64_t, Place> mPlaces;
   std::vector<std::vector<Seat>> mStreams;
   std::uint64_t mArrivals = 0;
-  /** The last stream before streams were added, until its units are spread. */
-  std::optional<std::size_t> mFormerLast;
+  /** The number of streams before some were added, until the units of the last of them are spread. */
+  std::optional<std::size_t> mFormerCount;
 };
 
 }  // namespace fyn::productionrules
