@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "config/ConfigKeys.h"
 #include "layouts/people/PeopleFramingLayout.h"
@@ -14,10 +15,10 @@ Scene pairAt(std::int32_t distance) {
   return scene().person(1).at(400, 360).person(2).at(400 + distance, 360);
 }
 
-Scene rowOf(std::int32_t people, std::int32_t distance) {
+Scene rowOf(std::int32_t people, std::int32_t distance, std::int64_t firstHead = 1) {
   Scene scene;
   for (std::int32_t i = 0; i < people; ++i) {
-    scene.person(i + 1).sized(40, 50).at(60 + i * distance, 360);
+    scene.person(i + 1).headId(firstHead + i).sized(40, 50).at(60 + i * distance, 360);
   }
   return scene;
 }
@@ -60,17 +61,10 @@ TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
 // A group frame names heads: who shares it must not depend on how heads are numbered, nor on who has come
 // since.
 TEST(PeopleFraming, AGroupKeepsTogetherWhomItShows) {
-  const auto row = [](std::int32_t people, std::int32_t distance) {
-    Scene scene;
-    for (std::int32_t i = 0; i < people; ++i) {
-      scene.person(i + 1).headId(100 + i).sized(40, 50).at(60 + i * distance, 360);
-    }
-    return scene;
-  };
   EngineRun run;
   run.engine<PeopleFramingLayout>();
-  run.see(row(4, 59));
-  run.watch(row(5, 70), 20000);
+  run.see(rowOf(4, 59, 100));
+  run.watch(rowOf(5, 70, 100), 20000);
   EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
 }
 
@@ -83,13 +77,23 @@ struct WaitCase {
   std::uint32_t waitMs;
 };
 
+/** The decision to hold the second scene back. */
+LayoutDecision pendingOf(const WaitCase& each, const std::function<void(PrConfig&)>& change) {
+  EngineRun run;
+  run.with(change).engine<PeopleFramingLayout>();
+  run.see(each.from);
+  run.decisions.clear();
+  run.see(each.to);
+  return run.decisions.at(0);
+}
+
 TEST(PeopleFraming, EveryChangeHasItsWait) {
   const Scene nobody = scene();
   const Scene one = scene().person(1).at(640, 360);
   const Scene two = pairAt(400);
-  const Scene twoSwapped = scene().person(2).at(400, 360).person(1).at(800, 360);
+  const Scene twoSwapped = peopleAt("2@400,360 1@800,360");
   const Scene pair = pairAt(120);
-  const Scene pairAndOne = scene().person(1).at(400, 360).person(2).at(520, 360).person(3).at(900, 360);
+  const Scene pairAndOne = peopleAt("1@400,360 2@520,360 3@900,360");
   const Scene crowd = rowOf(7, 150);
   const WaitCase cases[] = {
       {"room to head", nobody, one, "roomToHeadLayoutChangeTimer", 4000},
@@ -106,24 +110,13 @@ TEST(PeopleFraming, EveryChangeHasItsWait) {
       {"group to proximity", crowd, pair, "gfToOtherLayoutChangeTimer", 5200},
   };
   for (const WaitCase& each : cases) {
-    EngineRun run;
-    run.engine<PeopleFramingLayout>();
-    run.see(each.from);
-    run.decisions.clear();
-    run.see(each.to);
-    ASSERT_FALSE(run.decisions.empty()) << each.name;
-    const LayoutDecision& pending = run.decisions.front();
+    const LayoutDecision pending = pendingOf(each, [](PrConfig&) {});
     EXPECT_EQ(decisionKindText(pending.kind), std::string("pending")) << each.name;
     EXPECT_EQ(pending.timer, each.timer) << each.name;
     EXPECT_EQ(pending.waitMs, each.waitMs) << each.name;
-
-    EngineRun tuned;
-    tuned.with([&](PrConfig& config) { setConfigValue(config, *findConfigKey(pending.key), 77000); })
-        .engine<PeopleFramingLayout>();
-    tuned.see(each.from);
-    tuned.decisions.clear();
-    tuned.see(each.to);
-    EXPECT_EQ(tuned.decisions.front().configuredMs, 77000U) << pending.key << " sets it";
+    const LayoutDecision tuned = pendingOf(
+        each, [&](PrConfig& config) { setConfigValue(config, *findConfigKey(pending.key), 77000); });
+    EXPECT_EQ(tuned.configuredMs, 77000U) << pending.key << " sets it";
   }
 }
 
@@ -166,25 +159,31 @@ TEST(PeopleFraming, TransitionsDissolveBetweenTilesAndGroupOnly) {
   }
 }
 
-TEST(PeopleFraming, WithoutTheSquareTheWideBoxOfNeighboursWouldBeCut) {
-  const Scene neighbours = scene()
-                               .person(1)
-                               .at(80, 360)
-                               .person(2)
-                               .at(500, 360)
-                               .person(3)
-                               .at(640, 360)
-                               .person(4)
-                               .at(780, 360)
-                               .person(5)
-                               .at(1200, 360);
-  EngineRun run;
-  run.engine<PeopleFramingLayout>();
-  run.see(neighbours);
-  EXPECT_EQ(run.picture(), "PROXIMITY [1] [2 3 4] [5]");
-  run.with([](PrConfig& config) { config.proximitySquareFeature = false; }).engine<PeopleFramingLayout>();
-  run.see(neighbours);
-  EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
+struct PictureCase {
+  const char* what;
+  std::function<void(PrConfig&)> change;
+  const char* people;
+  const char* picture;
+};
+
+TEST(PeopleFraming, PicturesOfPeopleWhoSitStill) {
+  const auto asItIs = [](PrConfig&) {};
+  const char* const wide = "1@80,360 2@500,360 3@640,360 4@780,360 5@1200,360";
+  const PictureCase cases[] = {
+      {"of two one above the other the lower comes first", asItIs, "1@300,150 2@300,550 3@299,350",
+       "HEAD [3] [2] [1]"},
+      {"without the feature everybody is alone", [](PrConfig& config) { config.newPfFeatureEnabled = false; },
+       "1@300 2@410 3@900", "HEAD [1] [2] [3]"},
+      {"the square holds neighbours", asItIs, wide, "PROXIMITY [1] [2 3 4] [5]"},
+      {"without it their wide box would be cut",
+       [](PrConfig& config) { config.proximitySquareFeature = false; }, wide, "GROUP [1 2 3 4 5]"},
+  };
+  for (const PictureCase& each : cases) {
+    EngineRun run;
+    run.with(each.change).engine<PeopleFramingLayout>();
+    run.see(peopleAt(each.people));
+    EXPECT_EQ(run.picture(), each.picture) << each.what;
+  }
 }
 
 TEST(PeopleFraming, ReframesEaseWhereTheyAreAllowedTo) {

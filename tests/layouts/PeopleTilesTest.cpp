@@ -61,19 +61,5 @@ TEST(PeopleTiles, CountersTellHeadsNeighboursAndLargeGroupsApart) {
   EXPECT_EQ(run.current().frames.back().frameType, FramingType::PROXIMITY);
 }
 
-TEST(PeopleTiles, OfTwoOneAboveTheOtherTheLowerComesFirst) {
-  EngineRun run;
-  run.engine<PeopleFramingLayout>();
-  run.see(scene().person(1).at(300, 150).person(2).at(300, 550).person(3).at(299, 350));
-  EXPECT_EQ(run.picture(), "HEAD [3] [2] [1]");
-}
-
-TEST(PeopleTiles, WithoutTheFeatureEverybodyIsAlone) {
-  EngineRun run;
-  run.with([](PrConfig& config) { config.newPfFeatureEnabled = false; }).engine<PeopleFramingLayout>();
-  run.see(unitsInARow("PH"));
-  EXPECT_EQ(run.picture(), "HEAD [1] [2] [3]");
-}
-
 }  // namespace
 }  // namespace fyn::productionrules::testing

@@ -8,17 +8,7 @@ namespace {
 
 /** Persons 1 and 2 in camera 0, person 3 in camera 1, person 4 in camera 2. */
 Scene roomOfThreeCameras() {
-  return scene()
-      .person(1)
-      .at(300, 360)
-      .person(2)
-      .at(900, 360)
-      .person(3)
-      .camera(1)
-      .at(500, 300)
-      .person(4)
-      .camera(2)
-      .at(700, 400);
+  return peopleAt("1@300,360 2@900,360").person(3).camera(1).at(500, 300).person(4).camera(2).at(700, 400);
 }
 
 std::string cameras(const Layout& layout) {
@@ -55,14 +45,8 @@ struct StayCase {
 TEST(PrimaryPeople, AFrameStaysWhereABetterCameraCannotShowIt) {
   // One number for both heads, as a group frame names heads and not persons.
   const auto both = [](double yawInCamera0, double yawInCamera1, const Rect& inCamera1) {
-    return scene()
-        .person(1)
-        .at(400, 360)
-        .yaw(yawInCamera0)
-        .camera(1)
-        .box(inCamera1)
-        .headId(1)
-        .yaw(yawInCamera1);
+    Scene one = scene().person(1).at(400, 360).yaw(yawInCamera0);
+    return one.camera(1).box(inCamera1).headId(1).yaw(yawInCamera1);
   };
   constexpr Rect kUsual{650, 240, 750, 360};
   constexpr Rect kFlat{300, 300, 1000, 310};

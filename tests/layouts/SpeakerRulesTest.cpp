@@ -3,6 +3,7 @@
 
 #include "layouts/speaker/SSBLayoutBuilder.h"
 #include "layouts/speaker/SecondarySpeakerLayout.h"
+#include "layouts/speaker/SpeakerFramingTimerSetting.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/layouts/SpeakerRun.h"
 
@@ -17,16 +18,13 @@ void byNeighbours(PrConfig& config) {
 
 // Three people far apart; who of them speaks.
 Scene three(bool first, bool second, bool third) {
-  return scene()
-      .person(1)
-      .at(200, 300)
-      .speaking(first)
-      .person(2)
-      .at(640, 300)
-      .speaking(second)
-      .person(3)
-      .at(1080, 300)
-      .speaking(third);
+  Scene people;
+  std::int32_t id = 1;
+  for (const bool speaks : {first, second, third}) {
+    people.person(id).at(440 * id - 240, 300).speaking(speaks);
+    ++id;
+  }
+  return people;
 }
 
 // ---- Selection boxes ----
@@ -79,36 +77,25 @@ TEST(GroupFallback, ComparesTheFramesOfAnyImage) {
     const auto box = [scale](std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
       return Rect{left * scale, top * scale, right * scale, bottom * scale};
     };
-    SpeakerRun run({1280 * scale, 720 * scale});
-    run.see(scene()
-                .person(1)
-                .box(box(150, 240, 250, 360))
-                .speaking()
-                .ssb(box(150, 240, 250, 360))
-                .person(2)
-                .box(box(1030, 240, 1130, 360)));
+    constexpr std::int32_t kCamera = 5;
+    SpeakerRun run({1280 * scale, 720 * scale}, kCamera);
+    const Rect left = box(150, 240, 250, 360);
+    run.see(scene().person(1).camera(kCamera).box(left).speaking().ssb(left).person(2).camera(kCamera).box(
+        box(1030, 240, 1130, 360)));
     EXPECT_EQ(run.picture(), "SUBSET_SPEAKER [1]") << scale;
   }
 }
 
 // Both frames are the whole image, so the selection covers exactly all of the group's.
 TEST(GroupFallback, CountsAnEqualFrameAsTheWholeGroup) {
-  const auto meeting = [] {
-    return scene()
-        .person(1)
-        .at(100, 300)
-        .speaking()
-        .ssb({50, 200, 150, 400})
-        .person(2)
-        .at(1180, 300)
-        .speaking()
-        .ssb({1130, 200, 1230, 400})
-        .person(3)
-        .at(640, 600);
-  };
-  for (const auto& [percent, picture] : {std::pair{100, "GROUP [1 2 3]"}, {101, "SUBSET_SPEAKER [1 2]"}}) {
+  Scene meeting = scene().person(3).at(640, 600);
+  for (const std::int32_t x : {100, 1180}) {
+    meeting.person(x).at(x, 300).speaking().ssb({x - 50, 200, x + 50, 400});
+  }
+  for (const auto& [percent, picture] :
+       {std::pair{100, "GROUP [3 100 1180]"}, {101, "SUBSET_SPEAKER [100 1180]"}}) {
     SpeakerRun run;
-    run.with([percent = percent](PrConfig& config) { config.ss2GroupCoverage = percent; }).see(meeting());
+    run.with([percent = percent](PrConfig& config) { config.ss2GroupCoverage = percent; }).see(meeting);
     EXPECT_EQ(run.picture(), picture) << percent;
   }
 }
@@ -158,6 +145,21 @@ TEST(Switch, RemovesWhoHasLeftAlthoughTheSpeakerIsFramed) {
   ASSERT_EQ(run.picture(), "PROXIMITY [1 2]");
   run.watch(pair(false), 4000);
   EXPECT_EQ(run.takePictures().back(), "3500 HEAD [1]");
+}
+
+// ---- Waits ----
+
+TEST(SpeakerTimerSetting, FollowsTheConfigurationAndStaysOfItsOwnKind) {
+  SpeakerRun run;
+  const auto waitToHead = [&] {
+    return dynamic_cast<SpeakerFramingTimerSetting&>(*run.layouts().getTimerSetting())
+        .frameSpeakerLayoutChangeTimer;
+  };
+  EXPECT_EQ(waitToHead(), 100U);
+  run.with([](PrConfig& config) { config.timersLayoutChangeSfFrameSpeaker = 250; });
+  run.layouts().setTimerSetting(std::make_shared<BaseTimerSetting>());
+  run.layouts().setTimerSetting(nullptr);
+  EXPECT_EQ(waitToHead(), 250U);
 }
 
 // ---- What goes out with the picture ----

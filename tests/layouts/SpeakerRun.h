@@ -6,10 +6,10 @@
 
 namespace fyn::productionrules::testing {
 
-/** A run of a speaker engine in front of one camera of `image` pixels. */
+/** A run of a speaker engine in front of one camera, `camId`, of `image` pixels. */
 struct SpeakerRun : EngineRun {
-  explicit SpeakerRun(Dimension image = kDefaultImageSize) {
-    FynCamerasConfig::getMutable().setCameraLensModelDimension(0, image);
+  explicit SpeakerRun(Dimension image = kDefaultImageSize, std::int32_t camId = 0) : EngineRun({camId}) {
+    FynCamerasConfig::getMutable().setCameraLensModelDimension(camId, image);
     engine<SpeakerFramingLayout>();
   }
 };
