@@ -24,6 +24,8 @@ TEST(PrimaryPeople, TheOwnCameraComesFirstWhateverItsId) {
   run.engine<PrimaryPeopleLayout>();
   run.see(roomOfThreeCameras());
   EXPECT_EQ(run.picture(), "HEAD [4] [1] [2] [3]");
+  run.watch(scene(), 10000);
+  EXPECT_EQ(run.picture() + " " + cameras(run.current()), "ROOM 2");
 }
 
 TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
