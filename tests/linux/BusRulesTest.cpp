@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "platform/embedded/InProcessBus.h"
-#include "tests/linux/NotingListener.h"
 #include "tests/linux/Processes.h"
+#include "tests/testing/NotingListener.h"
 #if PR_HAVE_MQTT
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"

@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
-#include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
+#include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
 namespace {

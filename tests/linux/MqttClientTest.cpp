@@ -7,9 +7,9 @@
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "platform/linux/mqtt/MqttTopics.h"
-#include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"
+#include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
 namespace {

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
-#include "tests/linux/NotingListener.h"
 #include "tests/linux/Servers.h"
+#include "tests/testing/NotingListener.h"
 #include "tests/testing/SceneBuilder.h"
 
 namespace fyn::productionrules::testing {

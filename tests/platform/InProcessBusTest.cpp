@@ -1,27 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "platform/embedded/InProcessBus.h"
+#include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules {
 namespace {
 
-using com::quil::pubsub::IPubSubListener;
+using testing::NotingListener;
 using Lines = std::vector<std::string>;
-
-class NotingListener final : public IPubSubListener {
- public:
-  void onMessage(const std::string& topic, const std::string& message) override {
-    received.push_back(topic + " " + message);
-    if (onReceived) {
-      onReceived();
-    }
-  }
-
-  Lines received;
-  std::function<void()> onReceived;
-};
 
 TEST(InProcessBus, EachListenerOfAClientIsReached) {
   InProcessBus bus;
@@ -31,8 +17,8 @@ TEST(InProcessBus, EachListenerOfAClientIsReached) {
   subscriber->subscribe("/ctl", first);
   subscriber->subscribe("/ctl", second);
   bus.connect()->publish("/ctl", "x");
-  EXPECT_EQ(first.received, Lines{"/ctl x"});
-  EXPECT_EQ(second.received, Lines{"/ctl x"});
+  EXPECT_EQ(first.received(), Lines{"/ctl x"});
+  EXPECT_EQ(second.received(), Lines{"/ctl x"});
 }
 
 TEST(InProcessBus, AClosedClientNeitherSendsNorReceives) {
@@ -47,8 +33,8 @@ TEST(InProcessBus, AClosedClientNeitherSendsNorReceives) {
   open->publish("/ctl", "x");
   closed->publish("/ctl", "y");
   closed->close();
-  EXPECT_EQ(atClosed.received, Lines{});
-  EXPECT_EQ(atOpen.received, Lines{});
+  EXPECT_EQ(atClosed.received(), Lines{});
+  EXPECT_EQ(atOpen.received(), Lines{});
 }
 
 TEST(InProcessBus, AListenerMayAnswerSubscribeAndCloseWhileItIsCalled) {
@@ -68,12 +54,12 @@ TEST(InProcessBus, AListenerMayAnswerSubscribeAndCloseWhileItIsCalled) {
   };
   answering->subscribe("/question", questions);
   asking->publish("/question", "?");
-  EXPECT_EQ(answers.received, Lines{"/answer 42"});
-  EXPECT_EQ(questions.received, Lines{"/question ?"});
-  EXPECT_EQ(neverReached.received, Lines{});
+  EXPECT_EQ(answers.received(), Lines{"/answer 42"});
+  EXPECT_EQ(questions.received(), Lines{"/question ?"});
+  EXPECT_EQ(neverReached.received(), Lines{});
   questions.onReceived = nullptr;
   asking->publish("/later", "!");
-  EXPECT_EQ(questions.received.back(), "/later !");
+  EXPECT_EQ(questions.received().back(), "/later !");
 }
 
 }  // namespace

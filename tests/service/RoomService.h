@@ -11,20 +11,13 @@
 #include "platform/embedded/InProcessBus.h"
 #include "platform/embedded/InProcessCameraProviders.h"
 #include "service/ProductionRuleIPCService.h"
+#include "tests/testing/NotingListener.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
 
 namespace fyn::productionrules::testing {
 
 using Lines = std::vector<std::string>;
-
-/** Notes what it hears as "TOPIC TEXT". */
-struct HearingListener final : com::quil::pubsub::IPubSubListener {
-  void onMessage(const std::string& topic, const std::string& message) override {
-    heard.push_back(topic + " " + message);
-  }
-  Lines heard;
-};
 
 /** The service on a bus inside the test, with another client that talks to it and hears what it publishes. */
 class RoomService {
@@ -73,7 +66,7 @@ class RoomService {
   /** The log since the last call. */
   Lines take() { return environment.log.take(); }
 
-  Lines heard() { return std::exchange(listener.heard, {}); }
+  Lines heard() { return listener.take(); }
 
   /** The topics heard since the last call. */
   Lines heardTopics() {
@@ -93,7 +86,7 @@ class RoomService {
 
   TestEnvironment environment;
   InProcessBus bus;
-  HearingListener listener;
+  NotingListener listener;
   std::shared_ptr<com::quil::pubsub::IPubSubClient> peer = bus.connect();
   Lines scenes;
   std::shared_ptr<InProcessCameraProviders> providers =

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Mutex.h"
@@ -13,8 +15,13 @@ namespace fyn::productionrules::testing {
 class NotingListener final : public com::quil::pubsub::IPubSubListener {
  public:
   void onMessage(const std::string& topic, const std::string& message) override {
-    const MutexLock lock(mMutex);
-    mReceived.push_back(topic + " " + message);
+    {
+      const MutexLock lock(mMutex);
+      mReceived.push_back(topic + " " + message);
+    }
+    if (onReceived) {
+      onReceived();
+    }
   }
 
   std::vector<std::string> received() const {
@@ -22,10 +29,19 @@ class NotingListener final : public com::quil::pubsub::IPubSubListener {
     return mReceived;
   }
 
+  /** What it has received since the last call. */
+  std::vector<std::string> take() {
+    const MutexLock lock(mMutex);
+    return std::exchange(mReceived, {});
+  }
+
   bool has(const std::string& line) const {
     const std::vector<std::string> lines = received();
     return std::find(lines.begin(), lines.end(), line) != lines.end();
   }
+
+  /** Called after each message, where it arrives; set before the first. */
+  std::function<void()> onReceived;
 
  private:
   mutable Mutex mMutex;
