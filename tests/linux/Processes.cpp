@@ -13,8 +13,6 @@
 
 #include <array>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -94,23 +92,6 @@ bool isListening(const std::string& path) {
   address.sun_family = AF_UNIX;
   std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
   return canConnect(address);
-}
-
-ScratchFolder::ScratchFolder() {
-  mPath = (std::filesystem::temp_directory_path() / "prb-test-XXXXXX").string();
-  if (mkdtemp(mPath.data()) == nullptr) {
-    throw std::runtime_error("no scratch folder");
-  }
-}
-
-ScratchFolder::~ScratchFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(mPath, ignored);
-}
-
-std::string ScratchFolder::write(const std::string& name, const std::string& text) const {
-  std::ofstream(file(name)) << text;
-  return file(name);
 }
 
 Process::Process(const std::vector<std::string>& command,

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Mutex.h"
+#include "tests/testing/ScratchFolder.h"
 
 namespace fyn::productionrules::testing {
 
@@ -25,21 +26,6 @@ bool isListening(int port);
 
 /** Whether somebody listens on a socket in the file system. */
 bool isListening(const std::string& path);
-
-/** A folder of a test's own, removed with all that is in it. */
-class ScratchFolder {
- public:
-  ScratchFolder();
-  ~ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  std::string file(const std::string& name) const { return mPath + "/" + name; }
-  std::string write(const std::string& name, const std::string& text) const;
-
- private:
-  std::string mPath;
-};
 
 /** A program that a test runs. It is killed, if need be, when the object goes. */
 class Process {

@@ -8,8 +8,8 @@
 #include <nlohmann/json.hpp>
 
 #include "config/ConfigKeys.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -59,7 +59,7 @@ class RealRoomReplay : public ::testing::Test {
   const std::string front = dataFile("tracks_campus_ip2");
   const std::string side = dataFile("tracks_campus_ip5");
   const std::string turns = dataFile("turns_ami_is1008a");
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
 };
 
 struct RoomCase {

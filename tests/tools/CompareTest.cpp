@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/testing/SceneBuilder.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tools/base/Random.h"
 #include "tools/report/Bootstrap.h"
 #include "tools/report/Comparison.h"
@@ -91,7 +91,7 @@ std::string minute(int shift) {
 }
 
 TEST(Compare, ShowsWhatTheWaitsDo) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string slow = folder.write("slow.conf", "");
   const std::string quick = folder.write("quick.conf", "persist.fdtimers.headboundbox.outofframe=0\n");
   const std::string one = folder.write("one.jsonl", minute(0));

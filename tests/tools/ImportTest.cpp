@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 
 #include "model/MLData.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tools/recording/RecordingReader.h"
 
 namespace fyn::productionrules::testing {
@@ -76,7 +76,7 @@ TEST(Import, ResamplingRepeatsAFrameAsLongAsTheGapAllows) {
 }
 
 TEST(Import, CamerasMeetByPersonAndTime) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string front = folder.write("front.csv", std::string(kHeader) + "0,1,1,1,9,9\n100,1,2,1,9,9\n");
   const std::string side = folder.write("side.csv",
                                         "person_id,t_ms,left,top,right,bottom,note\n"
@@ -93,7 +93,7 @@ TEST(Import, CamerasMeetByPersonAndTime) {
 }
 
 TEST(Import, SpeakersGoToPersonsByPresence) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string tracks = folder.write("tracks.csv", std::string(kHeader) +
                                                             "0,4,1,1,9,9\n100,4,1,1,9,9\n100,9,2,2,9,9\n"
                                                             "200,4,1,1,9,9\n200,9,2,2,9,9\n");
@@ -107,7 +107,7 @@ TEST(Import, SpeakersGoToPersonsByPresence) {
 }
 
 TEST(Import, PosesAndRanksAreInTheDocument) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string tracks =
       folder.write("tracks.csv", std::string(kHeader) + "0,4,1,0,90,36\n0,5,1,0,9,9\n");
   const std::string pose = folder.write("pose.csv", "t_ms,person_id,yaw_deg,pitch_deg\n0,4,-61.5,3.4\n");
@@ -147,7 +147,7 @@ TEST(Import, AMalformedFileIsNamedWithLineAndFault) {
 }
 
 TEST(Import, MalformedTurnsAndPosesAreNamedToo) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string tracks = folder.write("tracks.csv", std::string(kHeader) + "0,4,1,0,90,36\n");
   const std::vector<std::array<std::string, 3>> cases{
       {"--turns", "start_ms,end_ms,speaker\n5,5,a\n", ":2: a turn must end after its start"},

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tools/live/Recorder.h"
 #include "tools/live/WatchState.h"
 
@@ -11,9 +11,9 @@ namespace fyn::productionrules::testing {
 namespace {
 
 TEST(Record, WritesWhatItReceives) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   std::int64_t now = 5000;
-  Recorder recorder({folder.path("room.jsonl"), 0, 1}, [&now] { return now; });
+  Recorder recorder({folder.file("room.jsonl"), 0, 1}, [&now] { return now; });
   recorder.onMessage("/ctl", "config-change");
   now += 40;
   recorder.onMessage("/ICDOut", "{\"heads\": []}");
@@ -25,9 +25,9 @@ TEST(Record, WritesWhatItReceives) {
 }
 
 TEST(Record, EachRotatedFileCanBeReplayedAlone) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   std::int64_t now = 0;
-  Recorder recorder({folder.path("room.jsonl"), 200, 3}, [&now] { return now++; });
+  Recorder recorder({folder.file("room.jsonl"), 200, 3}, [&now] { return now++; });
   const std::string camera = R"(,"topic":"/camera","payload":{"fynCamId":0}})";
   recorder.onMessage("/camera", "{\"fynCamId\":0}");
   constexpr int kMessages = 12;
@@ -42,7 +42,7 @@ TEST(Record, EachRotatedFileCanBeReplayedAlone) {
     EXPECT_LT(text.find(camera), text.find("/ICDOut")) << name;
     all += text;
   }
-  EXPECT_FALSE(std::filesystem::exists(folder.path("room.jsonl.3")));
+  EXPECT_FALSE(std::filesystem::exists(folder.file("room.jsonl.3")));
   // The newest messages are all there, in order.
   std::size_t position = 0;
   for (int i = kMessages - 5; i < kMessages; ++i) {
@@ -53,8 +53,8 @@ TEST(Record, EachRotatedFileCanBeReplayedAlone) {
 }
 
 TEST(Record, WithoutALimitOfFilesNothingIsDeleted) {
-  const TemporaryFolder folder;
-  Recorder recorder({folder.path("room.jsonl"), 1, 0}, [] { return std::int64_t{0}; });
+  const ScratchFolder folder;
+  Recorder recorder({folder.file("room.jsonl"), 1, 0}, [] { return std::int64_t{0}; });
   constexpr int kMessages = 5;
   for (int i = 0; i < kMessages; ++i) {
     recorder.onMessage("/ctl", std::to_string(i));
@@ -68,10 +68,10 @@ TEST(Record, WithoutALimitOfFilesNothingIsDeleted) {
 }
 
 TEST(Record, AFileThatCannotBeMovedAwayIsNotOverwritten) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   folder.write("room.jsonl.1", "older");
-  std::filesystem::create_directory(folder.path("room.jsonl.2"));
-  Recorder recorder({folder.path("room.jsonl"), 1, 3}, [] { return std::int64_t{0}; });
+  std::filesystem::create_directory(folder.file("room.jsonl.2"));
+  Recorder recorder({folder.file("room.jsonl"), 1, 3}, [] { return std::int64_t{0}; });
   recorder.onMessage("/ctl", "first");
   recorder.onMessage("/ctl", "second");
   EXPECT_TRUE(recorder.hasFailed());

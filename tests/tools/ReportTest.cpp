@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/testing/SceneBuilder.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -237,7 +237,7 @@ TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
 }
 
 TEST(Report, AddsUpTheRecordings) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string once = folder.write("once.jsonl", meeting());
   const std::string again = folder.write("again.jsonl", meeting());
   const std::string silent = folder.write("silent.jsonl", "{\"t\":0}\n");
@@ -251,9 +251,9 @@ TEST(Report, AddsUpTheRecordings) {
 }
 
 TEST(Report, PageStandsAloneAndHoldsHostileNamesAsText) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string recording = folder.write("<!--<script>alert(1)<.jsonl", meeting());
-  const PrbRun run = runPrbWith({"report", recording, "--json", "-", "--html", folder.path("report.html")});
+  const PrbRun run = runPrbWith({"report", recording, "--json", "-", "--html", folder.file("report.html")});
   ASSERT_EQ(run.status, 0) << run.err;
   const std::string page = folder.read("report.html");
   EXPECT_EQ(page.find("http"), std::string::npos);
@@ -267,16 +267,16 @@ TEST(Report, PageStandsAloneAndHoldsHostileNamesAsText) {
 }
 
 TEST(Report, AFaultInTheRecordingTakesNoOlderOutput) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string html = folder.write("old.html", "old");
-  const std::string figures = folder.path("new.json");
+  const std::string figures = folder.file("new.json");
   EXPECT_EQ(runPrbWith({"report", "-", "--json", figures, "--html", html}, "nonsense\n").status, 2);
   EXPECT_EQ(folder.read("old.html"), "old");
   EXPECT_FALSE(std::filesystem::exists(figures));
 }
 
 TEST(Report, SaysWhatIsWrongInOneLine) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   const std::string broken = folder.write("broken.jsonl", "{\"t\":0}\n{\"t\":-1}\n");
   const std::string missing = "No such file or directory\n";
   const std::pair<std::vector<std::string>, std::string> rows[] = {

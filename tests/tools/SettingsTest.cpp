@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "config/ConfigKeys.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -69,12 +69,12 @@ class Prop : public ::testing::Test {
  protected:
   PrbRun prop(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "prop");
-    arguments.insert(arguments.end(), {"--properties", mFolder.path("properties.db")});
+    arguments.insert(arguments.end(), {"--properties", mFolder.file("properties.db")});
     return runPrbWith(arguments);
   }
 
  private:
-  TemporaryFolder mFolder;
+  ScratchFolder mFolder;
 };
 
 TEST_F(Prop, WhatWasSetIsThereForTheNextRun) {

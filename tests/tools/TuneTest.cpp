@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "tests/testing/SceneBuilder.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tools/tune/GoalExpression.h"
 #include "tools/tune/ParetoFront.h"
 #include "tools/tune/SearchSpace.h"
@@ -163,7 +163,7 @@ class Tune : public ::testing::Test {
   PrbRun tune(std::vector<std::string> more = {}) {
     more.insert(more.begin(),
                 {"tune", mRecording, "--key", "persist.fdtimers.headboundbox.outofframe=0..4000:2000",
-                 "--goal", "latency_s", "--results", mFolder.path("tune.jsonl")});
+                 "--goal", "latency_s", "--results", mFolder.file("tune.jsonl")});
     return runPrbWith(more);
   }
   std::vector<std::string> results() const {
@@ -176,12 +176,12 @@ class Tune : public ::testing::Test {
     return lines;
   }
 
-  TemporaryFolder mFolder;
+  ScratchFolder mFolder;
   std::string mRecording = mFolder.write("it's.jsonl", minute());
 };
 
 TEST_F(Tune, FindsTheShortestWaitAndGoesOnWhereItStopped) {
-  const PrbRun run = tune({"--configs", mFolder.path("front"), "--html", mFolder.path("front.html")});
+  const PrbRun run = tune({"--configs", mFolder.file("front"), "--html", mFolder.file("front.html")});
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_NE(run.out.find("Smallest goal: 0.2 with persist.fdtimers.headboundbox.outofframe=0\n"),
             std::string::npos)
@@ -205,9 +205,9 @@ TEST_F(Tune, JobsGiveTheSameResults) {
   const PrbRun run = tune();
   const std::vector<std::string> all = results();
   mFolder.write("tune.jsonl", "");
-  ASSERT_EQ(tune({"--jobs-out", mFolder.path("jobs")}).status, 0);
-  const std::string command = "cd " PR_PROGRAM_DIR " && PATH=.:$PATH sh -e " + mFolder.path("jobs") + " > " +
-                              mFolder.path("tune.jsonl");
+  ASSERT_EQ(tune({"--jobs-out", mFolder.file("jobs")}).status, 0);
+  const std::string command = "cd " PR_PROGRAM_DIR " && PATH=.:$PATH sh -e " + mFolder.file("jobs") + " > " +
+                              mFolder.file("tune.jsonl");
   ASSERT_EQ(std::system(command.c_str()), 0);
   EXPECT_EQ(results(), all);
   EXPECT_EQ(tune({"--workers", "1"}).out, run.out);
@@ -224,14 +224,14 @@ TEST_F(Tune, SaysWhatIsWrongInOneLine) {
   const std::string empty = mFolder.write("empty.jsonl", "{\"t\":0}\n");
   const PrbRun nothing =
       runPrbWith({"tune", empty, "--key", "persist.fdtimers.headboundbox.outofframe=0..4000:2000",
-                  "--results", mFolder.path("nothing.jsonl")});
+                  "--results", mFolder.file("nothing.jsonl")});
   EXPECT_EQ(nothing.status, 2);
   EXPECT_EQ(nothing.err, empty +
                              ": holds no vision results (/ICDOut), nothing to measure\n"
                              "prb tune: there is nothing to tune on\n");
 
   ASSERT_EQ(tune().status, 0);
-  const std::string file = mFolder.path("tune.jsonl");
+  const std::string file = mFolder.file("tune.jsonl");
   const std::string other = mFolder.write("other.conf", "persist.fdtimers.groupframe.outside=1\n");
   EXPECT_EQ(tune({"--config", other}).err,
             "prb tune: " + file +

@@ -6,8 +6,8 @@
 #include <set>
 
 #include "platform/TextFile.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
-#include "tests/tools/TemporaryFolder.h"
 #include "tests/view/NotedLines.h"
 #include "tools/view/RecordingPlay.h"
 
@@ -157,7 +157,7 @@ TEST(ReplayLines, ASecondRoundGoesOnWhereTheFirstEnded) {
 
 /** All that a page reads of a recording. */
 std::string playedLines(const std::string& recording) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   std::istringstream in;
   std::ostringstream out;
   std::ostringstream err;
