@@ -32,8 +32,8 @@ class FakeEngine final : public BaseLayout {
     calls += "setting ";
     BaseLayout::setTimerSetting(std::move(setting));
   }
-  void setMaxLayouts(unsigned count) override { maxLayouts = count; }
-  std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override { return finals; }
+  /** None, which tells them from the waiting ones. */
+  std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override { return {}; }
 
   bool applies = false;
   bool feedChanges = false;
@@ -42,8 +42,6 @@ class FakeEngine final : public BaseLayout {
   bool acceptsSecondary = true;
   std::string calls;
   std::vector<std::shared_ptr<Layout>> secondary;
-  std::vector<std::shared_ptr<Layout>> finals;
-  unsigned maxLayouts = 0;
 
  private:
   bool answer(const char* call, bool result) {
@@ -66,8 +64,6 @@ class FakeNotifier final : public BaseLayoutNotifier {
                           const std::vector<std::shared_ptr<Layout>>& nextLayouts) const override {
     sent.push_back("timers " + std::to_string(finalLayouts.size()) + " " +
                    std::to_string(nextLayouts.size()));
-    lastFinals = finalLayouts;
-    lastNexts = nextLayouts;
   }
   void sendPeopleCount(unsigned count, unsigned minHeadHeight) const override {
     sent.push_back("people " + std::to_string(count) + " " + std::to_string(minHeadHeight));
@@ -76,10 +72,8 @@ class FakeNotifier final : public BaseLayoutNotifier {
   std::vector<std::string> take() { return std::exchange(sent, {}); }
 
   mutable std::vector<std::string> sent;
-  /** What the latest call of its kind was given. */
+  /** What the latest `sendLayouts` was given. */
   std::vector<Layout> lastLayouts;
-  mutable std::vector<std::shared_ptr<Layout>> lastFinals;
-  mutable std::vector<std::shared_ptr<Layout>> lastNexts;
 
  private:
   void note(const std::string& what, FramingMode mode, bool debug) {
