@@ -33,6 +33,13 @@ std::string faultOf(const std::string& text) {
 
 TEST(Recording, EveryKindOfLineComesBackAsItWas) {
   const std::string text =
+      R"({"t":0,"recorded":{"by":"x","at":[1,{}]}})"
+      "\n"
+      R"({"t":0,"truth":[]})"
+      "\n"
+      R"({"t":0,"truth":[{"id":1,"fynCamId":0,"bbox":{"left":-1,"top":2,"right":3,"bottom":4},"speaks":true},)"
+      R"({"id":1,"fynCamId":2,"bbox":{"left":0,"top":0,"right":0,"bottom":0},"speaks":false}]})"
+      "\n"
       "{\"t\":0,\"property\":{\"b\":\"1\",\"a\":\"\"}}\n"
       "{\"t\":0,\"config\":{}}\n"
       "{\"t\":0,\"provider\":\"up\"}\n"
@@ -105,6 +112,28 @@ TEST(Recording, AMalformedLineIsNamedWithItsFault) {
       {R"({"t":1,"provider":"gone"})", "\"provider\" must be \"up\", \"down\" or \"fail\", not \"gone\""},
       {R"({"t":1,"provider":true})", "\"provider\" must be a text, not true"},
       {R"({"t":1,"provider":"up","config":{}})", "two kinds of event in one line"},
+      {R"({"t":1,"truth":[],"recorded":{}})", "two kinds of event in one line"},
+      {R"({"t":1,"recorded":{}})", "\"recorded\" stands only at the beginning"},
+      {R"({"t":1,"recorded":[]})", "\"recorded\" must be an object, not an array"},
+      {R"({"t":1,"truth":{}})", "\"truth\" must be an array, not an object"},
+      {R"({"t":1,"truth":[[]]})", "truth: an entry must be an object, not an array"},
+      {R"({"t":1,"truth":[null]})", "truth: an entry must be an object, not null"},
+      {R"({"t":1,"truth":[{"name":1}]})", "truth: unknown key \"name\""},
+      {R"({"t":1,"truth":[{"id":1,"id":1}]})", "truth: key \"id\" stands twice"},
+      {R"({"t":1,"truth":[{"id":1.5}]})", "truth: \"id\" must be an integer, not 1.5"},
+      {R"({"t":1,"truth":[{"id":-1}]})", "truth: \"id\" is out of range"},
+      {R"({"t":1,"truth":[{"fynCamId":18446744073709551615}]})", "truth: \"fynCamId\" is out of range"},
+      {R"({"t":1,"truth":[{"fynCamId":{}}]})", "truth: \"fynCamId\" must be an integer, not an object"},
+      {R"({"t":1,"truth":[{"speaks":1}]})", "truth: \"speaks\" must be true or false, not a number"},
+      {R"({"t":1,"truth":[{"id":1,"speaks":true,"fynCamId":0}]})", "truth: \"bbox\" is missing"},
+      {R"({"t":1,"truth":[{"bbox":[]}]})", "truth: \"bbox\" must be an object, not an array"},
+      {R"({"t":1,"truth":[{"bbox":{"left":true}}]})", "truth: \"left\" must be an integer, not true"},
+      {R"({"t":1,"truth":[{"bbox":{"left":-2147483649}}]})", "truth: \"left\" is out of range"},
+      {R"({"t":1,"truth":[{"bbox":{"left":1,"top":1,"bottom":1}}]})", "truth: \"right\" is missing"},
+      {R"({"t":1,"truth":[{"bbox":{"id":1}}]})", "truth: unknown key \"id\""},
+      {R"({"t":1,"truth":[{"id":7,"fynCamId":0,"bbox":{"left":0,"top":0,"right":0,"bottom":0},"speaks":true},)"
+       R"({"speaks":true,"bbox":{"left":1,"top":0,"right":0,"bottom":0},"fynCamId":0,"id":7}]})",
+       "truth: person 7 stands twice in camera 0"},
       {R"({"t":1,"topic":"/a","payload":{},"provider":"up"})", "two kinds of event in one line"},
   };
   for (const auto& [line, fault] : cases) {

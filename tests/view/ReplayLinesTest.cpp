@@ -71,6 +71,16 @@ TEST(ReplayLines, TellTheSameDecisionsAndScenesAsAReplay) {
   EXPECT_GT(decisions, 100U);
 }
 
+TEST(ReplayLines, SayNothingOfWhatIsWrittenForTheReaderOfARecording) {
+  const std::string plain = readTextFile(kCases + "/every_effect/recording.jsonl").value();
+  std::string remarked = "{\"t\":0,\"recorded\":{\"by\":\"test\"}}\n";
+  for (const std::string& line : linesOf(plain)) {
+    remarked += line + "\n" + json{{"t", json::parse(line).at("t")}, {"truth", json::array()}}.dump() + "\n";
+  }
+  EXPECT_EQ(texts(linesOfReplay(remarked)), texts(linesOfReplay(plain)));
+  EXPECT_EQ(runPrbWith({"replay", "-"}, remarked).out, runPrbWith({"replay", "-"}, plain).out);
+}
+
 TEST(ReplayLines, AWaitIsToldWhenItBeginsAndRunsOnUntold) {
   const std::vector<std::string> lines =
       texts(linesOfReplay(meeting(), {{"vendor.talkertracking.flag", "4"}}));

@@ -44,7 +44,7 @@ class Player {
       if (const auto* const message = std::get_if<BusMessage>(&event.what)) {
         mBus.client().publish(message->topic, message->payload);
         ++mMessages;
-      } else if (!std::holds_alternative<TimePasses>(event.what)) {
+      } else if (!std::holds_alternative<TimePasses>(event.what) && !isRemark(event)) {
         ++mPassedOver;
       }
     }

@@ -32,9 +32,6 @@ class CompactText {
   /** A value that is JSON already. */
   void json(std::string_view text);
 
-  /** A bus payload as it stands in a recording: compact JSON when it is an object or array, else a string. */
-  void payload(const std::string& text);
-
   /** A truth value, an integer, a text or a box under its key; an optional without a value is left out. */
   template <typename Value>
   void member(std::string_view name, const Value& value) {

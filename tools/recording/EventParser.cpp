@@ -5,16 +5,18 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "tools/recording/CompactText.h"
+#include "tools/recording/CompactHandler.h"
 #include "tools/recording/RecordingNames.h"
+#include "tools/recording/TruthHandler.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
 /** The keys of a line. The order is that of kKeyNames. */
-enum class Key { Time, Topic, Payload, Property, Config, Provider };
-constexpr std::array kKeyNames{"t", "topic", "payload", "property", "config", "provider"};
+enum class Key { Time, Topic, Payload, Property, Config, Provider, Truth, Recorded };
+constexpr std::array kKeyNames{"t",      "topic",    "payload", "property",
+                               "config", "provider", "truth",   "recorded"};
 constexpr std::size_t kKeys = kKeyNames.size();
 
 /**
@@ -23,23 +25,21 @@ constexpr std::size_t kKeys = kKeyNames.size();
  */
 class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
  public:
-  std::optional<std::string> fault;
-
-  bool null() override { return inPayload() ? (mCompact.null(), true) : scalar("null"); }
+  bool null() override { return isInside() ? mInside->null() : scalar("null"); }
   bool boolean(bool value) override {
-    return inPayload() ? (mCompact.boolean(value), true) : scalar(value ? "true" : "false");
+    return isInside() ? mInside->boolean(value) : scalar(value ? "true" : "false");
   }
   bool number_integer(number_integer_t value) override {
-    return inPayload() ? (mCompact.integer(value), true) : integer(value);
+    return isInside() ? mInside->number_integer(value) : integer(value);
   }
   bool number_unsigned(number_unsigned_t value) override {
-    if (inPayload()) {
-      return mCompact.integer(value), true;
+    if (isInside()) {
+      return mInside->number_unsigned(value);
     }
     return value <= kMaxTime ? integer(static_cast<std::int64_t>(value)) : fail("\"t\" is too large");
   }
   bool number_float(number_float_t value, const string_t& text) override {
-    return inPayload() ? (mCompact.real(value), true) : scalar(text);
+    return isInside() ? mInside->number_float(value, text) : scalar(text);
   }
   bool string(string_t& value) override;
   bool binary(binary_t& /*value*/) override { return false; }
@@ -53,22 +53,25 @@ class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
     return fail("not valid JSON at column " + std::to_string(position));
   }
 
-  /** Moves what was read into `event`; false with a fault when the keys do not make an event. */
-  bool finish(RecordingEvent& event);
+  /** Moves what was read into `event`; a fault when the keys do not make an event. */
+  void finish(RecordingEvent& event);
+
+  std::optional<std::string> fault() const { return mFault ? mFault : mTruth.fault(); }
 
  private:
   /** The clock adds an offset to it, in 64 bits. */
   static constexpr std::uint64_t kMaxTime = 9'007'199'254'740'991;
 
   bool fail(std::string text) {
-    if (!fault) {
-      fault = std::move(text);
+    if (!mFault) {
+      mFault = std::move(text);
     }
     return false;
   }
 
   bool has(Key key) const { return mSeen.at(static_cast<std::size_t>(key)); }
-  bool inPayload() const { return mDepth >= 2 && mKey == Key::Payload; }
+  bool isInside() const { return mInside != nullptr; }
+  json_sax* handlerOf(char bracket);
   bool integer(std::int64_t value);
   bool scalar(const std::string& text);
   bool open(char bracket);
@@ -82,9 +85,14 @@ class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
   std::int64_t mTime = 0;
   std::string mTopic;
   std::string mPayload;
-  CompactText mCompact{mPayload};
+  CompactText mText{mPayload};
+  CompactHandler mCompact{mText};
+  TruthHandler mTruth;
+  /** Takes what stands inside of a value that has a form of its own; null elsewhere. */
+  json_sax* mInside = nullptr;
   KeyValues mValues;
   ProviderChange mProvider = ProviderChange::Up;
+  std::optional<std::string> mFault;
 };
 
 std::string inQuotes(const std::string& text) {
@@ -92,8 +100,8 @@ std::string inQuotes(const std::string& text) {
 }
 
 bool LineHandler::key(string_t& name) {
-  if (inPayload()) {
-    return mCompact.key(name), true;
+  if (isInside()) {
+    return mInside->key(name);
   }
   if (mDepth == 2) {
     mValues.emplace_back(name, "");
@@ -112,8 +120,8 @@ bool LineHandler::key(string_t& name) {
 }
 
 bool LineHandler::string(string_t& value) {
-  if (inPayload()) {
-    return mCompact.string(value), true;
+  if (isInside()) {
+    return mInside->string(value);
   }
   if (mDepth == 2) {
     mValues.back().second = std::move(value);
@@ -147,24 +155,34 @@ bool LineHandler::scalar(const std::string& text) {
   return fail(wrongKind(text));
 }
 
-bool LineHandler::open(char bracket) {
-  ++mDepth;
-  if (inPayload()) {
-    return mCompact.open(bracket), true;
+nlohmann::json_sax<nlohmann::json>* LineHandler::handlerOf(char bracket) {
+  if (mKey == Key::Payload || (mKey == Key::Recorded && bracket == '{')) {
+    return &mCompact;
   }
-  if (bracket == '{' && (mDepth == 1 || (mDepth == 2 && (mKey == Key::Property || mKey == Key::Config)))) {
+  return mKey == Key::Truth && bracket == '[' ? &mTruth : nullptr;
+}
+
+bool LineHandler::open(char bracket) {
+  if (mDepth == 1) {
+    mInside = handlerOf(bracket);
+  }
+  if (isInside()) {
+    ++mDepth;
+    return bracket == '{' ? mInside->start_object(0) : mInside->start_array(0);
+  }
+  if (bracket == '{' && (mDepth == 0 || (mDepth == 1 && (mKey == Key::Property || mKey == Key::Config)))) {
+    ++mDepth;
     return true;
   }
-  --mDepth;
   return fail(wrongKind(bracket == '{' ? "an object" : "an array"));
 }
 
 bool LineHandler::close(char bracket) {
-  if (inPayload()) {
-    mCompact.close(bracket);
+  const bool goesOn = !isInside() || (bracket == '}' ? mInside->end_object() : mInside->end_array());
+  if (--mDepth == 1) {
+    mInside = nullptr;
   }
-  --mDepth;
-  return true;
+  return goesOn;
 }
 
 std::string LineHandler::wrongKind(const std::string& found) const {
@@ -175,20 +193,21 @@ std::string LineHandler::wrongKind(const std::string& found) const {
     return "the value of " + inQuotes(mValues.back().first) + " must be a text, not " + found;
   }
   constexpr std::array<const char*, kKeys> kWanted{"an integer", "a text",    "an object, an array or a text",
-                                                   "an object",  "an object", "a text"};
+                                                   "an object",  "an object", "a text",
+                                                   "an array",   "an object"};
   const auto key = static_cast<std::size_t>(mKey);
   return std::string("\"") + kKeyNames.at(key) + "\" must be " + kWanted.at(key) + ", not " + found;
 }
 
-bool LineHandler::finish(RecordingEvent& event) {
+void LineHandler::finish(RecordingEvent& event) {
   if (!has(Key::Time)) {
-    return fail("\"t\" is missing");
-  }
-  if (has(Key::Topic) != has(Key::Payload)) {
-    return fail(has(Key::Topic) ? "\"payload\" is missing" : "\"topic\" is missing");
-  }
-  if (has(Key::Topic) + has(Key::Property) + has(Key::Config) + has(Key::Provider) > 1) {
-    return fail("two kinds of event in one line");
+    fail("\"t\" is missing");
+  } else if (has(Key::Topic) != has(Key::Payload)) {
+    fail(has(Key::Topic) ? "\"payload\" is missing" : "\"topic\" is missing");
+  } else if (has(Key::Topic) + has(Key::Property) + has(Key::Config) + has(Key::Provider) + has(Key::Truth) +
+                 has(Key::Recorded) >
+             1) {
+    fail("two kinds of event in one line");
   }
   event.t = mTime;
   if (has(Key::Topic)) {
@@ -199,10 +218,13 @@ bool LineHandler::finish(RecordingEvent& event) {
     event.what = ReplaceConfig{std::move(mValues)};
   } else if (has(Key::Provider)) {
     event.what = mProvider;
+  } else if (has(Key::Truth)) {
+    event.what = Truth{mTruth.takeHeads()};
+  } else if (has(Key::Recorded)) {
+    event.what = RecordedBy{std::move(mPayload)};
   } else {
     event.what = TimePasses{};
   }
-  return true;
 }
 
 }  // namespace
@@ -212,7 +234,7 @@ std::optional<std::string> parseRecordingLine(const std::string& line, Recording
   if (nlohmann::json::sax_parse(line, &handler)) {
     handler.finish(event);
   }
-  return handler.fault;
+  return handler.fault();
 }
 
 }  // namespace fyn::productionrules

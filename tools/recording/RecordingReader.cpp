@@ -1,6 +1,7 @@
 #include "tools/recording/RecordingReader.h"
 
 #include <istream>
+#include <utility>
 
 #include "tools/base/UsageError.h"
 #include "tools/recording/EventParser.h"
@@ -22,6 +23,10 @@ bool RecordingReader::next(RecordingEvent& event) {
   std::optional<std::string> fault = parseRecordingLine(mText, event);
   if (!fault && event.t < mLastTime) {
     fault = "\"t\" goes back from " + std::to_string(mLastTime) + " to " + std::to_string(event.t);
+  }
+  const bool isFirst = !std::exchange(mHasBegun, true);
+  if (!fault && !isFirst && std::holds_alternative<RecordedBy>(event.what)) {
+    fault = "\"recorded\" stands only at the beginning";
   }
   if (fault && mInput.eof()) {
     *fault += "; the recording ends in the middle of this line, as one that was cut off";

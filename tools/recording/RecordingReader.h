@@ -19,8 +19,9 @@ class RecordingReader {
 
   /**
    * Reads the next event. False at the end. Raises UsageError "NAME:LINE: FAULT" when the line is malformed:
-   * no JSON object, an unknown key, two kinds of event, a value of the wrong kind, or a time before that of
-   * an earlier line. The fault of a last line without its end says that the recording was cut off.
+   * no JSON object, an unknown key, two kinds of event, a value of the wrong kind, a time before that of an
+   * earlier line, or a "recorded" behind another line. The fault of a last line without its end says that the
+   * recording was cut off.
    */
   bool next(RecordingEvent& event);
 
@@ -37,6 +38,7 @@ class RecordingReader {
   std::uint64_t mLine = 0;
   std::uint64_t mBytes = 0;
   std::int64_t mLastTime = 0;
+  bool mHasBegun = false;
 };
 
 }  // namespace fyn::productionrules

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "tools/recording/CompactText.h"
+#include "tools/recording/CompactPayload.h"
 #include "tools/recording/RecordingNames.h"
 
 namespace fyn::productionrules {
@@ -18,12 +18,31 @@ struct KindWriter {
   void operator()(const BusMessage& message) const {
     text.member("topic", message.topic);
     text.key("payload");
-    text.payload(message.payload);
+    writePayload(text, message.payload);
   }
 
   void operator()(const SetProperties& set) const { keyValues("property", set.values); }
   void operator()(const ReplaceConfig& replace) const { keyValues("config", replace.values); }
   void operator()(ProviderChange change) const { text.member("provider", providerChangeName(change)); }
+
+  void operator()(const Truth& truth) const {
+    text.key("truth");
+    text.open('[');
+    for (const TrueHead& head : truth.heads) {
+      text.open('{');
+      text.member("id", head.id);
+      text.member("fynCamId", head.fynCamId);
+      text.member("bbox", head.bbox);
+      text.member("speaks", head.speaks);
+      text.close('}');
+    }
+    text.close(']');
+  }
+
+  void operator()(const RecordedBy& by) const {
+    text.key("recorded");
+    text.json(by.document);
+  }
 
   void keyValues(const char* kind, const KeyValues& values) const {
     text.key(kind);

@@ -6,7 +6,7 @@
 #include "platform/StderrLog.h"
 #include "platform/Ticks.h"
 #include "service/DecisionDocument.h"
-#include "tools/recording/CompactText.h"
+#include "tools/recording/CompactPayload.h"
 
 namespace fyn::productionrules {
 
@@ -22,7 +22,7 @@ void EffectWriter::onPublish(const std::string& topic, const std::string& payloa
   write([&](CompactText& text) {
     text.member("topic", topic);
     text.key("payload");
-    text.payload(payload);
+    writePayload(text, payload);
   });
 }
 
@@ -30,7 +30,7 @@ void EffectWriter::onScene(const std::string& json, bool /*delivered*/) {
   write([&](CompactText& text) {
     text.member("provider", "setSceneJson");
     text.key("payload");
-    text.payload(json);
+    writePayload(text, json);
   });
 }
 

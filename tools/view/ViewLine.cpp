@@ -5,7 +5,7 @@
 
 #include "platform/PubSub.h"
 #include "platform/Topics.h"
-#include "tools/recording/CompactText.h"
+#include "tools/recording/CompactPayload.h"
 #include "tools/recording/DecisionSentence.h"
 #include "tools/recording/RecordingWriter.h"
 
@@ -50,7 +50,7 @@ ViewLine decisionLine(std::int64_t t, const LayoutDecision& decision, const std:
           "decision/" + std::to_string(decision.streamId) + '/' + decisionKindText(decision.kind),
           lineOfTime(t, [&](CompactText& text) {
             text.key("decision");
-            text.payload(document);
+            writePayload(text, document);
             text.member("title", decisionTitle(decision));
             text.member("sentence", decisionSentence(decision));
           })};
