@@ -49,7 +49,9 @@ class Meeting {
       meeting.people = options.people.value_or(findMode(options.mode).people);
       meeting.noise = noiseOption(options.noise);
       Simulation simulation(meeting);
-      writeSimulatedMeeting(mSimulated, simulation, {});
+      MeetingOptions plain;
+      plain.withTruth = false;
+      writeSimulatedMeeting(mSimulated, simulation, plain);
     } else {
       mFile.emplace(options.recording, context.in);
     }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/base/UsageError.h"
+#include "tools/meeting/TruthLines.h"
 #include "tools/settings/KeyValueTexts.h"
 
 namespace fyn::productionrules {
@@ -13,6 +14,11 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options) {
       ->capture_default_str();
   addPropertyOption(command, options.properties,
                     "Property that the recording sets at its start, such as vendor.talkertracking.flag=4");
+}
+
+void addTruthOption(CLI::App& command, MeetingOptions& options) {
+  command.add_flag("--no-truth{false}", options.withTruth,
+                   "Leave out who really is where and speaks, which 'prb report' measures against");
 }
 
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
@@ -43,9 +49,13 @@ DetectorNoise noiseOption(const std::string& level) {
 void writeSimulatedMeeting(std::ostream& output, Simulation& simulation, const MeetingOptions& options,
                            const std::function<void(std::int64_t done)>& tell) {
   RecordingWriter writer(output);
+  TruthLines truth(writer);
   writeMeetingStart(writer, options, simulation.cameras());
   for (std::int64_t done = 0; done < simulation.resultCount(); ++done) {
     const VisionResult result = simulation.next();
+    if (options.withTruth) {
+      truth.tell(result.t, simulation.truth());
+    }
     writer.write({result.t, visionMessage(result, simulation.cameras())});
     if (tell) {
       tell(done + 1);

@@ -21,9 +21,14 @@ struct MeetingOptions {
   std::string output = "-";
   /** "KEY=VALUE" texts of properties that the recording begins with. */
   std::vector<std::string> properties;
+  /** Whether the recording tells who really is where and speaks. */
+  bool withTruth = true;
 };
 
 void addMeetingOptions(CLI::App& command, MeetingOptions& options);
+
+/** The option --no-truth, of commands that know the truth. */
+void addTruthOption(CLI::App& command, MeetingOptions& options);
 
 /** Writes what stands at the start of a meeting's recording: the properties, and the cameras. */
 void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,

@@ -113,6 +113,8 @@ void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& perso
       continue;
     }
     const auto id = static_cast<std::int32_t>(index) + 1;
+    const bool isSpeaking = speaks(index, t);
+    mTruth.heads.push_back({id, view.camera, visible, isSpeaking});
     const std::optional<Rect> box = view.detector.see(id, visible);
     if (!box) {
       continue;
@@ -122,7 +124,7 @@ void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& perso
     SeenHead head;
     head.camera = view.camera;
     head.box = clipped(*box);
-    head.speaking = speaks(index, t);
+    head.speaking = isSpeaking;
     if (head.speaking) {
       head.selectionBox = selectionBox(head.box);
     }
@@ -146,6 +148,7 @@ VisionResult Simulation::next() {
   VisionResult result;
   result.t = mFrame * 1000 / kFps;
   result.frameNumber = ++mFrame;
+  mTruth.heads.clear();
   for (View& view : mViews) {
     look(view, result.t, result.persons);
   }

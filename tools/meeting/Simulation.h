@@ -40,6 +40,9 @@ class Simulation {
   /** The next result, in order of time. */
   VisionResult next();
 
+  /** Who was there at the latest result: what a detector without errors would have reported. */
+  const Truth& truth() const { return mTruth; }
+
  private:
   struct View {
     std::int32_t camera;
@@ -55,6 +58,7 @@ class Simulation {
   std::vector<PersonPath> mPaths;
   std::vector<SpeechTurn> mTurns;
   std::vector<View> mViews;
+  Truth mTruth;
   std::int64_t mFrame = 0;
 };
 

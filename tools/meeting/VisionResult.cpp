@@ -94,6 +94,16 @@ BusMessage visionMessage(const VisionResult& result, const std::vector<MeetingCa
   return message;
 }
 
+Truth truthOf(const VisionResult& result) {
+  Truth truth;
+  for (const SeenPerson& person : result.persons) {
+    for (const SeenHead& head : person.heads) {
+      truth.heads.push_back({person.id, head.camera, head.box, head.speaking});
+    }
+  }
+  return truth;
+}
+
 std::vector<BusMessage> cameraMessages(const std::vector<MeetingCamera>& cameras) {
   std::vector<BusMessage> messages{{"/camera", R"({"fynCamId":0})"}, cameraListMessage(cameras.size())};
   for (std::size_t camera = 0; camera < cameras.size(); ++camera) {

@@ -41,6 +41,9 @@ struct VisionResult {
   std::vector<SeenPerson> persons;
 };
 
+/** What is true when the result is: annotations have no errors of their own. */
+Truth truthOf(const VisionResult& result);
+
 /** One camera of a meeting; its id is its index. */
 struct MeetingCamera {
   /** Pixels. */

@@ -4,6 +4,7 @@
 #include "tools/base/ProgressBar.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/meeting/TrackMerger.h"
+#include "tools/meeting/TruthLines.h"
 #include "tools/prb/Commands.h"
 
 namespace fyn::productionrules {
@@ -57,9 +58,13 @@ void runImport(const ImportOptions& options, PrbContext& context) {
   OutputFile output(options.meeting.output, context.out);
   RecordingWriter writer(output.stream());
   writeMeetingStart(writer, options.meeting, cameras);
+  TruthLines truth(writer);
   ProgressBar bar(context.err, context.errIsTerminal, "import", merger.times().size());
   for (std::size_t index = 0; index < merger.times().size(); ++index) {
     const VisionResult result = merger.resultAt(index);
+    if (options.meeting.withTruth) {
+      truth.tell(result.t, truthOf(result));
+    }
     writer.write({result.t, visionMessage(result, cameras)});
     bar.update(index + 1);
   }
@@ -103,6 +108,7 @@ void addImportCommand(CLI::App& command, PrbContext& context) {
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{3600000}));
   command.add_option("--image", options->image, "Image size of files without a comment '# image WxH'")
       ->type_name("WxH");
+  addTruthOption(command, options->meeting);
   addMeetingOptions(command, options->meeting);
   command.footer(
       "Examples:\n"

@@ -52,6 +52,7 @@ void addSimulateCommand(CLI::App& command, PrbContext& context) {
           "from 0 (none) to 1 (high)")
       ->type_name("LEVEL")
       ->capture_default_str();
+  addTruthOption(command, options->meeting);
   addMeetingOptions(command, options->meeting);
   command.footer(
       "Examples:\n"
