@@ -19,6 +19,15 @@ int cameraOf(const Frame& frame) {
   return static_cast<int>(frame.fynCamId);
 }
 
+void logDue(const Frame& frame, std::size_t index, bool fromFrameTimer) {
+  PRB_LOGI(
+      kTag,
+      "%s() frametype: %s  Need to update the view of frame[%d], are we creating new layout --> %s, else "
+      "frame timer has expired for head position %s",
+      "updateLayoutViews", layoutToText(frame.frameType), static_cast<int>(index),
+      fromFrameTimer ? "no" : "yes", headPositionText(frame.headPosition));
+}
+
 }  // namespace
 
 void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
@@ -37,12 +46,7 @@ void BaseLayout::updateLayoutViews(bool fromFrameTimer) {
                layoutToText(frame.frameType));
       continue;
     }
-    PRB_LOGI(
-        kTag,
-        "%s() frametype: %s  Need to update the view of frame[%d], are we creating new layout --> %s, else "
-        "frame timer has expired for head position %s",
-        "updateLayoutViews", layoutToText(frame.frameType), static_cast<int>(index),
-        fromFrameTimer ? "no" : "yes", headPositionText(frame.headPosition));
+    logDue(frame, index, fromFrameTimer);
     if (fromFrameTimer) {
       reframe(index, frame);
     } else {
