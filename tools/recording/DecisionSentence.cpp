@@ -54,11 +54,11 @@ std::string typesText(const LayoutDecision& decision) {
 
 // What made the layout a different one, and in which of several frames.
 std::string differenceText(const LayoutDecision& decision) {
-  const std::string text = layoutDifferenceText(decision.difference);
+  const char* const text = layoutDifferenceText(decision.difference);
   if (decision.difference == LayoutDifference::FirstPicture) {
     return text;
   }
-  return "the difference is " + text +
+  return std::string("the difference is ") + text +
          (decision.frameIndex >= 0 ? " of frame " + std::to_string(decision.frameIndex) : "");
 }
 
