@@ -56,7 +56,7 @@ MeasuredRecording recordingWith(std::int64_t changes, std::int64_t inViewMs) {
   measurement.streamMs = 60000;
   measurement.layoutChanges = changes;
   measurement.personTime = {inViewMs, 10000 - inViewMs, 0};
-  return {"", measurement};
+  return {"", measurement, ""};
 }
 
 TEST(Comparison, JudgesByTheDirectionOfTheMetric) {

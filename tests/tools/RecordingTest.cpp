@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "tools/base/UsageError.h"
+#include "tests/tools/RunPrb.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/recording/RecordingWriter.h"
 
@@ -23,12 +23,7 @@ std::string readAndWrite(const std::string& text) {
 }
 
 std::string faultOf(const std::string& text) {
-  try {
-    readAndWrite(text);
-  } catch (const UsageError& error) {
-    return error.what();
-  }
-  return "none";
+  return usageFaultOf([&text] { readAndWrite(text); });
 }
 
 TEST(Recording, EveryKindOfLineComesBackAsItWas) {
@@ -53,14 +48,8 @@ TEST(Recording, EveryKindOfLineComesBackAsItWas) {
   EXPECT_EQ(readAndWrite(text), text);
 }
 
-struct Reading {
-  const char* line;
-  const char* topic;
-  const char* payload;
-};
-
 TEST(Recording, APayloadStandsForItsCompactText) {
-  const std::vector<Reading> cases{
+  const std::vector<std::tuple<const char*, const char*, const char*>> cases{
       {R"({"t":0,"topic":"/a","payload":{ "b" : 1 , "a" : [ 1 , { } ] }})", "/a", R"({"b":1,"a":[1,{}]})"},
       {R"({"payload":[1],"topic":"/a","t":0})", "/a", "[1]"},
       {R"({"t":0,"topic":"/a","payload":"{ \"b\" : 1 }"})", "/a", R"({ "b" : 1 })"},
@@ -69,16 +58,16 @@ TEST(Recording, APayloadStandsForItsCompactText) {
       {R"({"t":0,"topic":"/a","payload":[18446744073709551615,-9223372036854775808,1e2,0.1]})", "/a",
        "[18446744073709551615,-9223372036854775808,100.0,0.1]"},
   };
-  for (const Reading& reading : cases) {
-    std::istringstream in(std::string("\n  \r\n") + reading.line);
+  for (const auto& [line, topic, payload] : cases) {
+    std::istringstream in(std::string("\n  \r\n") + line);
     RecordingReader reader(in, "in");
     RecordingEvent event;
-    ASSERT_TRUE(reader.next(event)) << reading.line;
+    ASSERT_TRUE(reader.next(event)) << line;
     EXPECT_EQ(reader.line(), 3U);
     const auto* const message = std::get_if<BusMessage>(&event.what);
-    ASSERT_NE(message, nullptr) << reading.line;
-    EXPECT_EQ(message->topic, reading.topic);
-    EXPECT_EQ(message->payload, reading.payload);
+    ASSERT_NE(message, nullptr) << line;
+    EXPECT_EQ(message->topic, topic);
+    EXPECT_EQ(message->payload, payload);
     EXPECT_FALSE(reader.next(event));
   }
 }

@@ -29,6 +29,17 @@ inline PrbRun runPrbWith(const std::vector<std::string>& arguments, const std::s
   return {status, out.str(), err.str()};
 }
 
+/** The text of the UsageError that `work` raises; "none" without one. */
+template <typename Work>
+std::string usageFaultOf(Work&& work) {
+  try {
+    work();
+  } catch (const UsageError& error) {
+    return error.what();
+  }
+  return "none";
+}
+
 /** What a page of plots shows; no text in it may end or begin an element. */
 inline nlohmann::json dataOfPage(const std::string& page) {
   const std::string element = "<script id=\"data\" type=\"application/json\">";

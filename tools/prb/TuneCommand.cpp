@@ -30,7 +30,7 @@ void addSearchOptions(CLI::App& command, TuneArguments& arguments) {
 }
 
 void addRunOptions(CLI::App& command, TuneArguments& arguments) {
-  command.add_option("--workers", arguments.workers, "Processes at a time; 0 for one per processor")
+  command.add_option("--workers", arguments.workers, "Threads at a time; 0 for one per processor")
       ->type_name("N")
       ->check(CLI::Range(0, 1024))
       ->capture_default_str();

@@ -1,61 +1,56 @@
 #include "tools/report/MeasureRecordings.h"
 
 #include <algorithm>
-#include <iostream>
-#include <nlohmann/json.hpp>
+#include <ostream>
+#include <sstream>
 
 #include "platform/Topics.h"
 #include "tools/base/NamedStream.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/UsageError.h"
-#include "tools/base/WorkerPool.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/report/FramingMeter.h"
 
 namespace fyn::productionrules {
 
-Measurement measureRecording(const std::string& path, const MeasuredSetup& setup,
-                             std::istream& standardInput) {
+MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup& setup,
+                                   std::istream& standardInput, const GivenUp& isGivenUp) {
   InputFile input(path, standardInput);
   FramingMeter meter(setup.stream);
+  std::ostringstream printed;
   ReplayOptions options;
   options.configuration = setup.configuration;
   options.properties = setup.properties;
   options.dumpPath = "/dev/null";
-  options.standardOutput = &std::cerr;
+  options.standardOutput = &printed;
   options.decisions = &meter;
   Replay replay(options, meter);
   RecordingReader reader(input.stream(), input.name());
   RecordingEvent event;
-  while (reader.next(event)) {
+  while (!isGivenUp() && reader.next(event)) {
     meter.handle(replay, event);
   }
   meter.finish(replay);
-  return meter.measurement();
+  return {path == "-" ? "standard input" : path, meter.measurement(), printed.str()};
 }
 
 std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,
                                                               const std::vector<MeasuredSetup>& setups,
                                                               PrbContext& context) {
-  std::vector<std::vector<MeasuredRecording>> results(setups.size());
-  for (std::vector<MeasuredRecording>& ofSetup : results) {
-    for (const std::string& path : paths) {
-      ofSetup.push_back({path == "-" ? "standard input" : path, {}});
+  const std::size_t each = paths.size();
+  std::vector<std::vector<MeasuredRecording>> results(setups.size(), std::vector<MeasuredRecording>(each));
+  ProgressBar progress(context.err, context.errIsTerminal, "measure", setups.size() * each);
+  std::size_t finished = 0;
+  const auto task = [&](std::size_t index, const GivenUp& isGivenUp) {
+    results[index / each][index % each] =
+        measureRecording(paths[index % each], setups[index / each], context.in, isGivenUp);
+  };
+  runInWorkers(setups.size() * each, task, [&](std::size_t /*index*/) { progress.update(++finished); });
+  for (const std::vector<MeasuredRecording>& ofSetup : results) {
+    for (const MeasuredRecording& recording : ofSetup) {
+      context.err << recording.printed;
     }
   }
-  ProgressBar progress(context.err, context.errIsTerminal, "measure", setups.size() * paths.size());
-  std::size_t finished = 0;
-  const auto task = [&](std::size_t index) {
-    const Measurement measured =
-        measureRecording(paths[index % paths.size()], setups[index / paths.size()], context.in);
-    return measurementAsJson(measured, MeasurementParts::FiguresAndTimeLine).dump();
-  };
-  const auto done = [&](std::size_t index, const std::string& text) {
-    results[index / paths.size()][index % paths.size()].measurement =
-        measurementOf(nlohmann::json::parse(text));
-    progress.update(++finished);
-  };
-  runInWorkers(setups.size() * paths.size(), task, done);
   for (const MeasuredRecording& recording : results.front()) {
     noteWithoutResults(recording.name, recording.measurement, context);
   }

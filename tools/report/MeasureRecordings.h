@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/base/PrbContext.h"
+#include "tools/base/WorkerPool.h"
 #include "tools/recording/RecordingEvent.h"
 #include "tools/report/Measurement.h"
 
@@ -24,14 +25,17 @@ struct MeasuredSetup {
 struct MeasuredRecording {
   std::string name;
   Measurement measurement;
+  /** What the service printed meanwhile. */
+  std::string printed;
 };
 
-/** Replays one recording ("-" for `standardInput`) in this process. Raises UsageError for a bad one. */
-Measurement measureRecording(const std::string& path, const MeasuredSetup& setup,
-                             std::istream& standardInput);
+/** Replays one recording ("-" for `standardInput`), as far as it is not given up, on any thread. Raises
+ * UsageError for a bad one. */
+MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup& setup,
+                                   std::istream& standardInput, const GivenUp& isGivenUp);
 
 /**
- * Replays every recording with every setup, in parallel processes: result [setup][recording]. A bar on the
+ * Replays every recording with every setup, on several threads: result [setup][recording]. A bar on the
  * terminal shows how far it is.
  */
 std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,

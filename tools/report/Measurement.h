@@ -98,12 +98,10 @@ struct Measurement {
   void merge(const Measurement& other);
 };
 
-/** What is written of a measurement. */
-enum class MeasurementParts { Figures, FiguresAndTimeLine };
+/** The figures, without the time line. */
+nlohmann::json measurementAsJson(const Measurement& measurement);
 
-nlohmann::json measurementAsJson(const Measurement& measurement, MeasurementParts parts);
-
-/** Raises the JSON library's errors. */
+/** The figures, without a time line. Raises the JSON library's errors. */
 Measurement measurementOf(const nlohmann::json& document);
 
 }  // namespace fyn::productionrules

@@ -61,14 +61,11 @@ std::string setupFingerprint(const MeasuredSetup& setup) {
 }
 
 std::string tuneResultLine(const TuneJob& job, const std::string& fingerprint, const Measurement& measured) {
-  Measurement figures = measured;
-  // The same job always gives the same line.
-  figures.decisionTime = {};
   const json line{{"values", candidateText(job.candidate)},
                   {"recording", job.recording.path},
                   {"content", job.recording.fingerprint},
                   {"setup", fingerprint},
-                  {"figures", measurementAsJson(figures, MeasurementParts::Figures)}};
+                  {"figures", measurementAsJson(measured)}};
   return line.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
@@ -123,9 +120,9 @@ const Measurement* TuneResults::find(const TuneJob& job) const {
   return entry != mDone.end() ? &entry->second : nullptr;
 }
 
-void TuneResults::add(const std::string& line) {
-  take(line);
-  mFile << line << std::endl;
+void TuneResults::add(const TuneJob& job, const Measurement& measured) {
+  mDone[keyOf(job)] = measured;
+  mFile << tuneResultLine(job, mFingerprint, measured) << std::endl;
   if (!mFile) {
     throw std::runtime_error(mPath + ": cannot be written");
   }

@@ -47,8 +47,8 @@ class TuneResults {
   /** Null when the job is not done. */
   const Measurement* find(const TuneJob& job) const;
 
-  /** Keeps a result line, as `tuneResultLine` writes it. */
-  void add(const std::string& line);
+  /** Keeps what a job measured. Raises std::runtime_error when it cannot be written. */
+  void add(const TuneJob& job, const Measurement& measured);
 
  private:
   /** Candidate, and path and fingerprint of the recording. */

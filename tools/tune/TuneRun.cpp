@@ -8,7 +8,6 @@
 #include "tools/base/NamedStream.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/StopSignals.h"
-#include "tools/base/WorkerPool.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
 #include "tools/settings/KeyValueTexts.h"
@@ -26,11 +25,15 @@ MeasuredSetup setupOf(const TuneArguments& arguments) {
   return {readConfiguration(arguments.config), keyValues(arguments.properties)};
 }
 
-std::string measuredLine(const TuneJob& job, const MeasuredSetup& base, std::istream& standardInput) {
+/** Only the figures that are the same whenever the job is done. */
+MeasuredRecording measureJob(const TuneJob& job, const MeasuredSetup& base, PrbContext& context,
+                             const GivenUp& isGivenUp) {
   MeasuredSetup setup = base;
   setup.configuration = configurationWith(base.configuration.value_or(""), job.candidate);
-  return tuneResultLine(job, setupFingerprint(base),
-                        measureRecording(job.recording.path, setup, standardInput));
+  MeasuredRecording measured = measureRecording(job.recording.path, setup, context.in, isGivenUp);
+  measured.measurement.decisionTime = {};
+  measured.measurement.timeLine = {};
+  return measured;
 }
 
 std::string quoted(const std::string& text) {
@@ -99,10 +102,16 @@ bool runJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, T
   WorkerOptions options;
   options.workers = arguments.workers;
   options.isInterrupted = [&stop] { return stop.waitFor(std::chrono::nanoseconds(0)); };
+  std::vector<MeasuredRecording> measured(jobs.size());
   return runInWorkers(
-      jobs.size(), [&](std::size_t index) { return measuredLine(jobs[index], setup, context.in); },
-      [&](std::size_t /*index*/, const std::string& line) {
-        results.add(line);
+      jobs.size(),
+      [&](std::size_t index, const GivenUp& isGivenUp) {
+        measured[index] = measureJob(jobs[index], setup, context, isGivenUp);
+      },
+      [&](std::size_t index) {
+        const MeasuredRecording ended = std::move(measured[index]);
+        context.err << ended.printed;
+        results.add(jobs[index], ended.measurement);
         progress.update(++done);
       },
       options);
@@ -161,7 +170,10 @@ void runJob(const TuneArguments& arguments, PrbContext& context) {
   const Candidate candidate = parseCandidate(arguments.job);
   const MeasuredSetup setup = setupOf(arguments);
   for (const TuneRecording& recording : recordingsOf(arguments)) {
-    context.out << measuredLine({candidate, recording}, setup, context.in) << '\n';
+    const TuneJob job{candidate, recording};
+    const MeasuredRecording measured = measureJob(job, setup, context, [] { return false; });
+    context.err << measured.printed;
+    context.out << tuneResultLine(job, setupFingerprint(setup), measured.measurement) << '\n';
   }
 }
 
