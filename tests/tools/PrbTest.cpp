@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
+#include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 
 namespace fyn::productionrules::testing {
 namespace {
 
-struct WrongUsage {
-  std::vector<std::string> arguments;
-  const char* error;
-};
+using WrongUsage = std::pair<std::vector<std::string>, const char*>;
 
 TEST(Prb, SaysWhatIsWrongInOneLine) {
   const std::vector<WrongUsage> cases{
@@ -32,6 +30,13 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"record", "--bus", "mqtt://127.0.0.1:1"}, "--output is required"},
       {{"record", "-o", "/nonexistent/x", "--bus", "mqtt://127.0.0.1:1"}, "cannot be opened for writing"},
       {{"record", "-o", "x", "--topic", "ICDOut", "--bus", "mqtt://127.0.0.1:1"}, "a topic begins with '/'"},
+      {{"prop", "set", "vendor.fyndebug.timer", "3", "--properties", "memory"}, "gone with this command"},
+      {{"config", "check", "/nonexistent/fyn.conf"},
+       "prb config check: /nonexistent/fyn.conf: cannot be opened for reading: No such file"},
+      {{"compare", "/nowhere.conf", "/nowhere.conf", "x.jsonl"},
+       "prb compare: cannot read the configuration file /nowhere.conf\n"},
+      {{"compare", "a.conf", "b.conf", "-"},
+       "prb compare: every recording is replayed twice, so none can come from standard input\n"},
       {{"import"}, "tracks is required"},
       {{"import", "/nonexistent.csv"}, "/nonexistent.csv"},
       {{"import", "-", "--fps", "0"}, "--fps"},
@@ -57,8 +62,8 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"simulate", "--seed", "1", "--noise", "loud"}, "loud"},
       {{"simulate", "--seed", "1", "meeting.jsonl"}, "meeting.jsonl"},
   };
-  for (const WrongUsage& wrong : cases) {
-    expectRefused(wrong.arguments, wrong.error);
+  for (const auto& [arguments, fault] : cases) {
+    expectRefused(arguments, fault);
   }
 }
 
@@ -79,28 +84,23 @@ TEST(Prb, APropertyThatTheServiceWouldPassOverIsRefused) {
        "vendor.talkertracking.flag must be a whole number, not 'people'"},
       {{"vendor.talkertracking.flag"}, "'vendor.talkertracking.flag' must be KEY=VALUE"},
   };
-  for (const WrongUsage& wrong : cases) {
-    expectRefused({"report", "-", "--property", wrong.arguments.front()},
-                  std::string("prb report: ") + wrong.error + "\n");
+  for (const auto& [property, fault] : cases) {
+    expectRefused({"report", "-", "--property", property.front()},
+                  std::string("prb report: ") + fault + "\n");
   }
 }
 
-TEST(Prb, EveryCommandHasHelpWithAnExample) {
+TEST(Prb, EveryCommandIsListedAndHasHelpWithAnExample) {
+  const std::string list = runPrbWith({"--help"}).out;
   for (const Subcommand& row : subcommands()) {
     const PrbRun run = runPrbWith({row.name, "--help"});
     EXPECT_EQ(run.status, 0) << row.name;
     EXPECT_EQ(run.err, "");
     EXPECT_NE(run.out.find(row.summary), std::string::npos) << run.out;
+    EXPECT_NE(list.find(row.summary), std::string::npos) << row.name;
     EXPECT_NE(run.out.find(std::string("  prb ") + row.name), std::string::npos)
         << row.name << ": no example of its use in\n"
         << run.out;
-  }
-}
-
-TEST(Prb, HelpListsEveryCommand) {
-  const PrbRun run = runPrbWith({"--help"});
-  for (const Subcommand& row : subcommands()) {
-    EXPECT_NE(run.out.find(row.summary), std::string::npos) << row.name;
   }
 }
 
@@ -109,13 +109,8 @@ std::string completions(const std::string& words) {
   const std::string script = runPrbWith({"completion", "bash"}).out + "COMP_WORDS=(" + words +
                              ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_prb\n"
                              "echo \"${COMPREPLY[@]}\"\n";
-  const std::string command = "bash -c '" + [&script] {
-    std::string quoted;
-    for (const char c : script) {
-      quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted;
-  }() + "'";
+  const ScratchFolder folder;
+  const std::string command = "bash " + folder.write("script", script);
   std::string text;
   if (FILE* const pipe = popen(command.c_str(), "r")) {
     char buffer[256];

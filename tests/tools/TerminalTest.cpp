@@ -6,34 +6,23 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-struct BarRow {
-  std::size_t columns;
-  const char* line;
-};
-
 TEST(Terminal, AProgressBarStaysOnItsLine) {
-  const BarRow rows[] = {
+  const std::pair<std::size_t, const char*> rows[] = {
       {100, "play [####################....................] 50 %"},
       {24, "play [#####.....] 50 %"},
       {23, "play 50 %"},
       {1, "play 50 %"},
   };
-  for (const BarRow& row : rows) {
-    EXPECT_EQ(progressLine("play", 0.5, row.columns), row.line) << row.columns;
+  for (const auto& [columns, line] : rows) {
+    EXPECT_EQ(progressLine("play", 0.5, columns), line) << columns;
   }
   for (std::size_t columns = 24; columns < 120; ++columns) {
     EXPECT_LT(progressLine("play", 1, columns).size(), columns);
   }
 }
 
-struct ScreenRow {
-  const char* text;
-  TerminalSize size;
-  const char* drawn;
-};
-
 TEST(Terminal, AScreenIsCutToItsSize) {
-  const ScreenRow rows[] = {
+  const std::tuple<const char*, TerminalSize, const char*> rows[] = {
       {"ab\ncde\n", {80, 24}, "\033[Hab\033[K\r\ncde\033[K\033[J"},
       {"abcdef\n\u00e4\u00f6\u00fc\n", {2, 24}, "\033[Hab\033[K\r\n\u00e4\u00f6\033[K\033[J"},
       {"a\nb\nc\n", {80, 3}, "\033[Ha\033[K\r\nb\033[K\r\nc\033[K\033[J"},
@@ -41,8 +30,8 @@ TEST(Terminal, AScreenIsCutToItsSize) {
       {"a\nb\n", {3, 1}, "\033[H...\033[K\033[J"},
       {"", {80, 24}, "\033[H\033[J"},
   };
-  for (const ScreenRow& row : rows) {
-    EXPECT_EQ(drawnScreen(row.text, row.size), row.drawn);
+  for (const auto& [text, size, drawn] : rows) {
+    EXPECT_EQ(drawnScreen(text, size), drawn);
   }
 }
 
