@@ -138,6 +138,15 @@ TEST(ParetoFront, KeepsWhatNothingDominates) {
   EXPECT_EQ(paretoFront({}), std::vector<std::size_t>{});
 }
 
+TEST(ParetoFront, ADistortedPictureIsNoTradeOff) {
+  Measurement measurement;
+  measurement.observedMs = measurement.streamMs = 1000;
+  measurement.distortedMs = 10;
+  EXPECT_TRUE(tradeOffOf(measurement));
+  measurement.distortedMs = 11;
+  EXPECT_FALSE(tradeOffOf(measurement));
+}
+
 /** A person who moves from left to right after 20 s, seen five times a second for a minute. */
 std::string minute() {
   std::string text;

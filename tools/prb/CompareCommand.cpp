@@ -86,6 +86,7 @@ void runCompare(const CompareArguments& arguments, PrbContext& context) {
   const std::vector<MetricComparison> comparisons = compareMeasurements(results[0], results[1]);
   if (arguments.json != "-") {
     writeTable(comparisons, arguments.recordings.size(), context);
+    context.out << "\nMeasured against " << measuredAgainst(overall(results[0])) << ".\n";
   }
   if (!arguments.json.empty()) {
     writeJson(arguments, comparisons, context);

@@ -61,6 +61,7 @@ void runReport(const ReportArguments& arguments, PrbContext& context) {
       context.out << '\n';
       writeMetricTable(context.out, timingMetrics(), recordings);
     }
+    context.out << "\nMeasured against " << measuredAgainst(overall(recordings)) << ".\n";
   }
   if (!arguments.json.empty()) {
     writeJson(arguments, recordings, context);

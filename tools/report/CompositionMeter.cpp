@@ -103,9 +103,6 @@ void CompositionMeter::addPersons(PersonTime& sum, std::int64_t time) const {
 
 void CompositionMeter::last(std::int64_t from, std::int64_t to) {
   const std::int64_t time = to - from;
-  if (time <= 0) {
-    return;
-  }
   Measurement& sums = mMeasurement;
   sums.observedMs += time;
   sums.streamMs += mStreams * time;

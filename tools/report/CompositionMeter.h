@@ -16,7 +16,7 @@ class CompositionMeter {
   /** From now on the room and the picture are these. */
   void take(const RoomState& room);
 
-  /** The state that was taken last lasted from `from` to `to`, in milliseconds. */
+  /** The state that was taken last lasted from `from` to the later `to`, in milliseconds. */
   void last(std::int64_t from, std::int64_t to);
 
  private:

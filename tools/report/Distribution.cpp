@@ -1,6 +1,7 @@
 #include "tools/report/Distribution.h"
 
 #include <nlohmann/json.hpp>
+#include <numeric>
 
 namespace fyn::productionrules {
 
@@ -33,6 +34,11 @@ std::optional<std::int64_t> Distribution::smallest() const {
     return std::nullopt;
   }
   return mWeights.begin()->first;
+}
+
+std::int64_t Distribution::totalBelow(std::int64_t value) const {
+  return std::accumulate(mWeights.begin(), mWeights.lower_bound(value), std::int64_t{0},
+                         [](std::int64_t sum, const auto& entry) { return sum + entry.second; });
 }
 
 void to_json(nlohmann::json& document, const Distribution& distribution) {

@@ -23,6 +23,9 @@ class Distribution {
 
   std::optional<std::int64_t> smallest() const;
 
+  /** The weight of the values below `value`. */
+  std::int64_t totalBelow(std::int64_t value) const;
+
   /** Weight by value, ascending. */
   const std::map<std::int64_t, std::int64_t>& weights() const { return mWeights; }
 

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <utility>
 
-#include "config/PrConfig.h"
 #include "platform/ServiceStateScope.h"
 #include "platform/Topics.h"
+#include "tools/report/RoomPeople.h"
 
 namespace fyn::productionrules {
 
@@ -31,51 +30,17 @@ bool showsEverybody(FramingType type) {
          type == FramingType::NONE;
 }
 
-/**
- * The persons of a vision result. An engine's people map holds just them, unless people framing bridges the
- * errors of the detector: then the result is read again. Nothing for a text that is no vision result.
- */
-std::vector<std::shared_ptr<FynHead>> personsSeen(const RecordingEvent& event, BaseLayout& engine) {
-  std::vector<std::shared_ptr<FynHead>> persons;
-  if (PrConfig::get().pfSteadyPresenceEnabled) {
-    MLData data;
-    try {
-      data.from_json(nlohmann::json::parse(std::get<BusMessage>(event.what).payload));
-    } catch (const nlohmann::json::exception&) {
-      return persons;
-    }
-    persons = data.getHeads();
-  } else {
-    for (const auto& [id, person] : engine.peopleMap()) {
-      persons.push_back(person);
-    }
-  }
-  std::stable_sort(persons.begin(), persons.end(),
-                   [](const auto& a, const auto& b) { return a->id < b->id; });
-  // Of two with one id the first counts.
-  persons.erase(std::unique(persons.begin(), persons.end(),
-                            [](const auto& a, const auto& b) { return a->id == b->id; }),
-                persons.end());
-  return persons;
-}
-
-bool hasBox(const FynHead& person) {
-  return std::any_of(person.mCamIdAssocHeadMap.begin(), person.mCamIdAssocHeadMap.end(),
-                     [](const auto& entry) {
-                       const Rect& box = entry.second->bbox;
-                       return box.right > box.left && box.bottom > box.top;
-                     });
-}
-
-bool speaks(const FynHead& person) {
-  return std::any_of(person.mCamIdAssocHeadMap.begin(), person.mCamIdAssocHeadMap.end(),
-                     [](const auto& entry) { return entry.second->isSpeaker; });
-}
-
 }  // namespace
 
 FramingMeter::FramingMeter(std::optional<int> stream)
-    : mStream(stream), mChanges(mMeasurement), mComposition(mMeasurement), mEvents(mMeasurement) {}
+    : mStream(stream),
+      mChanges(mMeasurement),
+      mShots(mMeasurement),
+      mComposition(mMeasurement),
+      mFaults(mMeasurement),
+      mStays(mMeasurement),
+      mSpeech(mMeasurement),
+      mEvents(mMeasurement) {}
 
 void FramingMeter::onDecision(const LayoutDecision& decision) {
   if (bringsLayout(decision.kind)) {
@@ -89,91 +54,128 @@ void FramingMeter::handle(Replay& replay, const RecordingEvent& event) {
   const auto start = std::chrono::steady_clock::now();
   replay.handle(event);
   const auto took = std::chrono::steady_clock::now() - start;
+  const auto* const truth = std::get_if<Truth>(&event.what);
+  if (truth != nullptr) {
+    takeTruth(event.t, *truth);
+  }
   if (replay.service() == nullptr) {
     return;
   }
   const ServiceStateScope scope(replay.state());
+  ProductionRuleIPCService& service = *replay.service();
   const bool isVision = isVisionResult(event);
   if (isVision) {
-    ++mMeasurement.visionResults;
-    mMeasurement.decisionTime.add(std::chrono::duration_cast<std::chrono::nanoseconds>(took).count() *
-                                  kTenthsPerMicrosecond / 1000);
-    mHoldUntil =
-        std::min(event.t, std::numeric_limits<std::int64_t>::max() - kLongestHoldMs) + kLongestHoldMs;
-    takePersons(event, *replay.service());
-    placePersons(*replay.service());
-    mEvents.see(event.t, mRoom);
+    takeResult(event, took, service);
   }
-  const std::set<int> changed = takePictures(event.t, *replay.service());
+  const bool showsRoom = isVision || truth != nullptr;
+  if (showsRoom) {
+    placePersons(service);
+    mSpeech.take(event.t, mRoom);
+    seePersons(event.t);
+  }
+  const std::set<int> changed = takePictures(event.t, service);
   if (!changed.empty() || !mDecided.empty()) {
-    placePersons(*replay.service());
+    placePersons(service);
+    mShots.show(event.t, mRoom, changed);
     mEvents.change(event.t, mRoom, changed, mDecided);
   }
-  if (isVision || !changed.empty()) {
+  if (showsRoom || !changed.empty()) {
     mComposition.take(mRoom);
+    mFaults.take(mRoom);
+    mStays.take(event.t, mRoom);
+    mSpeech.take(event.t, mRoom);
   }
 }
 
 void FramingMeter::finish(Replay& replay) {
   replay.finish();
   passTime(mMeasurement.timeLine.length);
+  mStays.finish();
+  mSpeech.finish();
 }
 
 void FramingMeter::passTime(std::int64_t t) {
-  mComposition.last(mMeasuredUntil, std::min(t, mHoldUntil));
+  const std::int64_t until = mKnowsTruth && hasBegun() ? t : std::min(t, mHoldUntil);
+  const std::int64_t time = until - mMeasuredUntil;
+  if (time > 0) {
+    mMeasurement.truthMs += mKnowsTruth ? time : 0;
+    mComposition.last(mMeasuredUntil, until);
+    mFaults.last(time);
+    mStays.last(until, time);
+    mSpeech.last(until, time);
+  }
   mMeasuredUntil = t;
   mMeasurement.timeLine.length = t;
 }
 
-void FramingMeter::takePersons(const RecordingEvent& event, ProductionRuleIPCService& service) {
-  mPeople.clear();
-  mRoom.persons.clear();
-  const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
-  if (engine == nullptr) {
-    return;
+void FramingMeter::takeTruth(std::int64_t t, const Truth& truth) {
+  // Until now there was who was there before.
+  seePersons(t);
+  mRoom.persons = peopleOf(truth);
+  mKnowsTruth = true;
+}
+
+void FramingMeter::takeResult(const RecordingEvent& event, std::chrono::nanoseconds took,
+                              ProductionRuleIPCService& service) {
+  ++mMeasurement.visionResults;
+  mMeasurement.decisionTime.add(took.count() * kTenthsPerMicrosecond / 1000);
+  mHoldUntil = std::min(event.t, std::numeric_limits<std::int64_t>::max() - kLongestHoldMs) + kLongestHoldMs;
+  if (!mKnowsTruth) {
+    const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
+    mRoom.persons = engine == nullptr ? std::vector<PersonState>()
+                                      : peopleSeen(std::get<BusMessage>(event.what), *engine);
   }
-  for (const std::shared_ptr<FynHead>& person : personsSeen(event, *engine)) {
-    if (hasBox(*person)) {
-      mPeople.push_back(person);
-    }
-  }
-  for (const std::shared_ptr<FynHead>& person : mPeople) {
-    PersonState state;
-    state.id = person->id;
-    state.speaks = speaks(*person);
-    mRoom.persons.push_back(std::move(state));
+}
+
+void FramingMeter::seePersons(std::int64_t t) {
+  if (hasBegun()) {
+    mEvents.see(t, mRoom);
   }
 }
 
 void FramingMeter::placePersons(ProductionRuleIPCService& service) {
   const bool singlesOutSpeakers = service.framingMode() == FramingMode::SpeakerFraming;
   mRoom.owesNewcomers = !singlesOutSpeakers && mStream.value_or(0) == 0;
-  for (std::size_t index = 0; index < mPeople.size(); ++index) {
-    PersonState& state = mRoom.persons[index];
-    countOwnFrames(*mPeople[index], state);
-    state.visibility = Visibility::Off;
-    state.framedAsSpeaker = false;
-    state.appearances.clear();
-    for (const StreamPicture& picture : mRoom.pictures) {
-      const Appearance appearance = appearanceIn(picture, *mPeople[index]);
-      state.visibility = std::max(state.visibility, appearance.visibility);
-      if (appearance.visibility == Visibility::InView) {
-        const FramingType type = picture.frames[static_cast<std::size_t>(appearance.frame)].type;
-        state.framedAsSpeaker = state.framedAsSpeaker || !singlesOutSpeakers || !showsEverybody(type);
-      }
-      state.appearances.push_back(appearance);
-    }
+  for (PersonState& person : mRoom.persons) {
+    countOwnFrames(person);
+    person.visibility = Visibility::Off;
+    person.isSingledOut = person.isClose = false;
+    person.appearances.clear();
+  }
+  for (const StreamPicture& picture : mRoom.pictures) {
+    placeIn(picture);
+  }
+  for (PersonState& person : mRoom.persons) {
+    person.framedAsSpeaker =
+        singlesOutSpeakers ? person.isSingledOut : person.visibility == Visibility::InView;
   }
 }
 
-void FramingMeter::countOwnFrames(const FynHead& person, PersonState& state) const {
-  state.frames = 0;
-  state.framesWhole = 0;
+void FramingMeter::placeIn(const StreamPicture& picture) {
+  const auto shown = static_cast<std::size_t>(std::count_if(
+      mRoom.persons.begin(), mRoom.persons.end(),
+      [&picture](const PersonState& person) { return isRoughlyShownIn(picture, person.heads); }));
+  const bool isClose = 2 * shown <= mRoom.persons.size() + 1;
+  for (PersonState& person : mRoom.persons) {
+    const Appearance appearance = appearanceIn(picture, person.heads);
+    person.visibility = std::max(person.visibility, appearance.visibility);
+    if (appearance.visibility == Visibility::InView) {
+      const FramingType type = picture.frames[static_cast<std::size_t>(appearance.frame)].type;
+      person.isSingledOut = person.isSingledOut || !showsEverybody(type);
+      person.isClose = person.isClose || isClose;
+    }
+    person.appearances.push_back(appearance);
+  }
+}
+
+void FramingMeter::countOwnFrames(PersonState& person) const {
+  person.frames = 0;
+  person.framesWhole = 0;
   for (const StreamPicture& picture : mRoom.pictures) {
     for (const FrameView& frame : picture.frames) {
       if (frame.people.count(person.id) != 0) {
-        ++state.frames;
-        state.framesWhole += visibilityIn(frame, person) == Visibility::InView ? 1 : 0;
+        ++person.frames;
+        person.framesWhole += visibilityIn(frame, person.heads) == Visibility::InView ? 1 : 0;
       }
     }
   }
@@ -201,6 +203,7 @@ std::set<int> FramingMeter::takePictures(std::int64_t t, ProductionRuleIPCServic
       changed.insert(picture.stream);
     }
   }
+  mShots.leave(mRoom, changed);
   mRoom.pictures = std::move(pictures);
   return changed;
 }

@@ -11,19 +11,24 @@
 #include "tools/report/ChangeMeter.h"
 #include "tools/report/CompositionMeter.h"
 #include "tools/report/EventMeter.h"
+#include "tools/report/FaultMeter.h"
 #include "tools/report/Measurement.h"
 #include "tools/report/RoomState.h"
+#include "tools/report/ShotMeter.h"
+#include "tools/report/SpeechMeter.h"
+#include "tools/report/StayMeter.h"
 
 namespace fyn::productionrules {
 
 /**
  * Measures the framing of a replayed meeting, whatever engine decides it: after every event it compares what
- * is on screen with who is in the room.
+ * is on screen with who is in the room, by the truth where the recording tells it, else by the vision
+ * results.
  */
 class FramingMeter final : public ReplayObserver, public DecisionListener {
  public:
-  /** A picture is measured for this long after a vision result at the most, in milliseconds: what the room
-   * looks like later is not known. */
+  /** Without the truth, a picture is measured for this long after a vision result at the most, in
+   * milliseconds: what the room looks like later is not known. */
   static constexpr std::int64_t kLongestHoldMs = 1000;
 
   /** Measures only the stream `stream`, when one is given. */
@@ -40,20 +45,31 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
   void onDecision(const LayoutDecision& decision) override;
 
  private:
-  void takePersons(const RecordingEvent& event, ProductionRuleIPCService& service);
+  /** Before the first vision result nothing can ask for a picture. */
+  bool hasBegun() const { return mMeasurement.visionResults > 0; }
+
+  void takeTruth(std::int64_t t, const Truth& truth);
+  void takeResult(const RecordingEvent& event, std::chrono::nanoseconds took,
+                  ProductionRuleIPCService& service);
+  void seePersons(std::int64_t t);
   void placePersons(ProductionRuleIPCService& service);
-  void countOwnFrames(const FynHead& person, PersonState& state) const;
+  void placeIn(const StreamPicture& picture);
+  void countOwnFrames(PersonState& person) const;
   std::set<int> takePictures(std::int64_t t, ProductionRuleIPCService& service);
   void passTime(std::int64_t t);
 
   std::optional<int> mStream;
   Measurement mMeasurement;
   ChangeMeter mChanges;
+  ShotMeter mShots;
   CompositionMeter mComposition;
+  FaultMeter mFaults;
+  StayMeter mStays;
+  SpeechMeter mSpeech;
   EventMeter mEvents;
   RoomState mRoom;
-  /** The persons of mRoom, in its order. */
-  std::vector<std::shared_ptr<FynHead>> mPeople;
+  /** The persons of mRoom are those of the truth, else those of the latest vision result. */
+  bool mKnowsTruth = false;
   /** Streams for which the event that is handled has brought a new layout. */
   std::set<int> mDecided;
   std::int64_t mMeasuredUntil = 0;

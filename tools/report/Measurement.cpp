@@ -14,15 +14,25 @@ void forEachFigure(Visitor&& visit, Measured&... measured) {
   visit("visionResults", measured.visionResults...);
   visit("observedMs", measured.observedMs...);
   visit("streamMs", measured.streamMs...);
+  visit("truthMs", measured.truthMs...);
   visit("layoutChanges", measured.layoutChanges...);
   visit("reframes", measured.reframes...);
   visit("flickers", measured.flickers...);
   visit("betweenChanges", measured.betweenChanges...);
+  visit("shotLength", measured.shotLength...);
+  visit("thereAndBacks", measured.thereAndBacks...);
+  visit("tileHops", measured.tileHops...);
   visit("inViewMs", measured.personTime.inView...);
   visit("cutMs", measured.personTime.cut...);
   visit("offMs", measured.personTime.off...);
   visit("occupiedMs", measured.occupiedMs...);
   visit("everybodyMs", measured.everybodyMs...);
+  visit("neverShownMs", measured.neverShownMs...);
+  visit("personsNeverShown", measured.personsNeverShown...);
+  visit("nobodyInItMs", measured.nobodyInItMs...);
+  visit("headCutMs", measured.headCutMs...);
+  visit("shownTwiceMs", measured.shownTwiceMs...);
+  visit("distortedMs", measured.distortedMs...);
   visit("subjectMs", measured.subjectMs...);
   visit("subjectWholeMs", measured.subjectWholeMs...);
   visit("headSize", measured.headSize...);
@@ -30,6 +40,10 @@ void forEachFigure(Visitor&& visit, Measured&... measured) {
   visit("thirds", measured.thirds...);
   visit("speakingMs", measured.speakingMs...);
   visit("speakerFramedMs", measured.speakerFramedMs...);
+  visit("turnMs", measured.turnMs...);
+  visit("turnSingledOutMs", measured.turnSingledOutMs...);
+  visit("turnCloseMs", measured.turnCloseMs...);
+  visit("turnToFramed", measured.turnToFramed...);
   visit("decisionTime", measured.decisionTime...);
   for (std::size_t kind = 0; kind < kRoomEventNames.size(); ++kind) {
     const std::string name = kRoomEventNames[kind];

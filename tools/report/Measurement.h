@@ -66,15 +66,31 @@ struct Measurement {
   /** Time with vision results, and the same summed over the output streams that showed a picture. */
   std::int64_t observedMs = 0;
   std::int64_t streamMs = 0;
+  /** As much of observedMs as was measured against the truth. */
+  std::int64_t truthMs = 0;
   std::int64_t layoutChanges = 0;
   std::int64_t reframes = 0;
   std::int64_t flickers = 0;
   /** Milliseconds between two changes of a stream. */
   Distribution betweenChanges;
+  /** Milliseconds of the shots that ended. */
+  Distribution shotLength;
+  std::int64_t thereAndBacks = 0;
+  std::int64_t tileHops = 0;
   PersonTime personTime;
   /** Time with somebody in the room, and how much of it everybody was fully in view. */
   std::int64_t occupiedMs = 0;
   std::int64_t everybodyMs = 0;
+  /** Person-time of stays in which the person was never shown, and persons of whom nothing was ever shown. */
+  std::int64_t neverShownMs = 0;
+  std::int64_t personsNeverShown = 0;
+  /** Time with somebody in the room and a frame that shows nobody, that cuts a head, or two that show
+   * somebody twice.
+   */
+  std::int64_t nobodyInItMs = 0;
+  std::int64_t headCutMs = 0;
+  std::int64_t shownTwiceMs = 0;
+  std::int64_t distortedMs = 0;
   /** Time of the persons whom a frame was made for, and how much of it that frame showed them whole. */
   std::int64_t subjectMs = 0;
   std::int64_t subjectWholeMs = 0;
@@ -87,6 +103,12 @@ struct Measurement {
   std::array<Answers, kRoomEventNames.size()> answers;
   std::int64_t speakingMs = 0;
   std::int64_t speakerFramedMs = 0;
+  /** Speaking time of the turns that count, and how much of it the speaker was shown so. */
+  std::int64_t turnMs = 0;
+  std::int64_t turnSingledOutMs = 0;
+  std::int64_t turnCloseMs = 0;
+  /** Milliseconds until the speaker of a turn was framed, or until its end. */
+  Distribution turnToFramed;
   /** Tenths of a microsecond per vision result. The one figure that differs from run to run. */
   Distribution decisionTime;
   TimeLine timeLine;

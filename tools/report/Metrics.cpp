@@ -35,6 +35,11 @@ Value percentile(const Distribution& distribution, int percent, double by) {
   return divided(distribution.percentile(percent), by);
 }
 
+Value shortShotsPercent(const Measurement& m) {
+  constexpr std::int64_t kShortMs = 2000;
+  return ratio(m.shotLength.totalBelow(kShortMs), m.shotLength.total(), 100);
+}
+
 /** The answers to all kinds of events. */
 Answers allAnswers(const Measurement& m) {
   Answers all;
@@ -72,14 +77,31 @@ const std::vector<Metric>& metrics() {
        [](M m) { return divided(m.betweenChanges.smallest(), kMsPerSecond); }},
       {"flickers_per_minute", "Flicker", "per min", 2, Better::Lower,
        [](M m) { return perMinute(m.flickers, m); }},
+      {"short_shots_percent", "Shots of less than 2 s", "%", 1, Better::Lower, shortShotsPercent},
+      {"there_and_back_per_minute", "Cuts there and back", "per min", 2, Better::Lower,
+       [](M m) { return perMinute(m.thereAndBacks, m); }},
+      {"tile_hops_per_minute", "Hops to another tile", "per min", 2, Better::Lower,
+       [](M m) { return perMinute(m.tileHops, m); }},
       {"in_view_percent", "Person-time fully in view", "%", 1, Better::Higher,
        [](M m) { return ratio(m.personTime.inView, m.personTime.total(), 100); }},
       {"cut_percent", "Person-time partly cut", "%", 1, Better::Lower,
        [](M m) { return ratio(m.personTime.cut, m.personTime.total(), 100); }},
       {"off_screen_percent", "Person-time off screen", "%", 1, Better::Lower,
        [](M m) { return ratio(m.personTime.off, m.personTime.total(), 100); }},
+      {"never_shown_percent", "Person-time of stays never shown", "%", 1, Better::Lower,
+       [](M m) { return ratio(m.neverShownMs, m.personTime.total(), 100); }},
+      {"never_shown_persons", "People never shown", "persons", 0, Better::Lower,
+       [](M m) { return m.personTime.total() > 0 ? Value(m.personsNeverShown) : std::nullopt; }},
       {"everybody_in_view_percent", "Time with everybody fully in view", "%", 1, Better::Higher,
        [](M m) { return ratio(m.everybodyMs, m.occupiedMs, 100); }},
+      {"nobody_in_it_percent", "Time with nobody in a tile or picture", "%", 1, Better::Lower,
+       [](M m) { return ratio(m.nobodyInItMs, m.occupiedMs, 100); }},
+      {"head_cut_percent", "Time with a head cut by a tile's border", "%", 1, Better::Lower,
+       [](M m) { return ratio(m.headCutMs, m.occupiedMs, 100); }},
+      {"shown_twice_percent", "Time with somebody shown twice", "%", 2, Better::Lower,
+       [](M m) { return ratio(m.shownTwiceMs, m.occupiedMs, 100); }},
+      {"distorted_percent", "Time with a distorted picture", "%", 1, Better::Lower,
+       [](M m) { return ratio(m.distortedMs, m.observedMs, 100); }},
       {"subject_in_view_percent", "Fully in view of the own frame", "%", 1, Better::Higher,
        [](M m) { return ratio(m.subjectWholeMs, m.subjectMs, 100); }},
       {"head_size_percent", "Head size, median", "% of height", 1, Better::Higher,
@@ -113,6 +135,14 @@ const std::vector<Metric>& metrics() {
       {"unanswered_percent", "Events without an answer", "%", 1, Better::Lower, unansweredPercent},
       {"speaker_framed_percent", "Speaking time with the speaker framed", "%", 1, Better::Higher,
        [](M m) { return ratio(m.speakerFramedMs, m.speakingMs, 100); }},
+      {"singled_out_percent", "Turns with the speaker singled out", "%", 1, Better::Higher,
+       [](M m) { return ratio(m.turnSingledOutMs, m.turnMs, 100); }},
+      {"close_percent", "Turns with the speaker close", "%", 1, Better::Higher,
+       [](M m) { return ratio(m.turnCloseMs, m.turnMs, 100); }},
+      {"switch_s", "Turn to the switch, median", "s", 1, Better::Lower,
+       [](M m) { return percentile(m.turnToFramed, kMedian, kMsPerSecond); }},
+      {"switch_p95_s", "Turn to the switch, 95th percentile", "s", 1, Better::Lower,
+       [](M m) { return percentile(m.turnToFramed, kHigh, kMsPerSecond); }},
   };
   return table;
 }
@@ -154,6 +184,16 @@ nlohmann::ordered_json metricsAsJson(const std::vector<Metric>& table, const Mea
     document[metric.name] = value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
   }
   return document;
+}
+
+std::string measuredAgainst(const Measurement& measurement) {
+  if (measurement.truthMs == 0) {
+    return "the vision results";
+  }
+  if (measurement.truthMs == measurement.observedMs) {
+    return "the truth";
+  }
+  return "the truth where a recording tells it, else the vision results";
 }
 
 nlohmann::ordered_json metricNames(const Metric& metric) {

@@ -36,6 +36,9 @@ const std::vector<Metric>& timingMetrics();
 /** Null for an unknown name. */
 const Metric* findMetric(std::string_view name);
 
+/** By what it is known who was there and spoke: "the truth", "the vision results", or both. */
+std::string measuredAgainst(const Measurement& measurement);
+
 /** The value as the terminal and the page show it: "12.5", "-" for nothing. */
 std::string metricText(const Metric& metric, std::optional<double> value);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/FynCamerasConfig.h"
+#include "model/FynHead.h"
 
 namespace fyn::productionrules {
 
@@ -43,6 +44,18 @@ Rect inCameraPixels(const Frame& frame, const Dimension& image) {
 double heightInOutput(const Rect& box, const FrameView& frame) {
   return (static_cast<double>(box.bottom) - box.top) * (frame.dest.bottom - frame.dest.top) /
          (static_cast<double>(frame.source.bottom) - frame.source.top);
+}
+
+/** Null when that camera does not see the person; FynHead::kNoCamera takes any camera. */
+const Rect* boxIn(const CameraHeads& person, std::uint32_t camera) {
+  const auto head = std::find_if(person.begin(), person.end(), [camera](const CameraHead& candidate) {
+    return candidate.camera == camera || camera == FynHead::kNoCamera;
+  });
+  return head == person.end() ? nullptr : &head->box;
+}
+
+bool isOverTenth(std::int64_t part, std::int64_t whole) {
+  return part * 10 > whole;
 }
 
 }  // namespace
@@ -87,33 +100,62 @@ bool lookAlike(const StreamPicture& a, const StreamPicture& b) {
                     });
 }
 
-Visibility visibilityIn(const FrameView& frame, const FynHead& person) {
+Visibility visibilityIn(const FrameView& frame, const CameraHeads& person) {
   StreamPicture alone;
   alone.frames.push_back(frame);
   return appearanceIn(alone, person).visibility;
 }
 
-Appearance appearanceIn(const StreamPicture& picture, const FynHead& person) {
+Visibility roughVisibilityIn(const FrameView& frame, const CameraHeads& person) {
+  const Rect* const head = boxIn(person, frame.camera);
+  if (head == nullptr) {
+    return Visibility::Off;
+  }
+  const Rect box = intersection(*head, {0, 0, frame.image.width, frame.image.height});
+  const Rect shown = intersection(box, frame.source);
+  if (isEmpty(box) || isEmpty(shown)) {
+    return Visibility::Off;
+  }
+  const std::int64_t width = std::int64_t{head->right} - head->left;
+  const std::int64_t height = std::int64_t{head->bottom} - head->top;
+  const std::int64_t shownWidth = std::int64_t{shown.right} - shown.left;
+  const std::int64_t shownHeight = std::int64_t{shown.bottom} - shown.top;
+  if (!isOverTenth(shownWidth, width) || !isOverTenth(shownHeight, height)) {
+    return Visibility::Off;
+  }
+  return isOverTenth(std::int64_t{box.right} - box.left - shownWidth, width) ||
+                 isOverTenth(std::int64_t{box.bottom} - box.top - shownHeight, height)
+             ? Visibility::Cut
+             : Visibility::InView;
+}
+
+bool isRoughlyShownIn(const StreamPicture& picture, const CameraHeads& person) {
+  return std::any_of(picture.frames.begin(), picture.frames.end(), [&person](const FrameView& frame) {
+    return roughVisibilityIn(frame, person) != Visibility::Off;
+  });
+}
+
+Appearance appearanceIn(const StreamPicture& picture, const CameraHeads& person) {
   Appearance best;
   double bestShare = 0;
   double bestHeight = 0;
   for (std::size_t index = 0; index < picture.frames.size(); ++index) {
     const FrameView& frame = picture.frames[index];
-    const Head* const head = person.findHead(frame.camera);
+    const Rect* const head = boxIn(person, frame.camera);
     if (head == nullptr) {
       continue;
     }
-    const Rect box = intersection(head->bbox, {0, 0, frame.image.width, frame.image.height});
+    const Rect box = intersection(*head, {0, 0, frame.image.width, frame.image.height});
     const Rect shown = intersection(box, frame.source);
     if (isEmpty(box) || isEmpty(shown)) {
       continue;
     }
     const double share = area(shown) / area(box);
-    const double height = heightInOutput(head->bbox, frame);
+    const double height = heightInOutput(*head, frame);
     if (share > bestShare || (share == bestShare && height > bestHeight)) {
       bestShare = share;
       bestHeight = height;
-      best = {shown == box ? Visibility::InView : Visibility::Cut, static_cast<int>(index), head->bbox};
+      best = {shown == box ? Visibility::InView : Visibility::Cut, static_cast<int>(index), *head};
     }
   }
   return best;

@@ -5,7 +5,6 @@
 #include <set>
 #include <vector>
 
-#include "model/FynHead.h"
 #include "model/Layout.h"
 
 namespace fyn::productionrules {
@@ -50,6 +49,13 @@ bool haveSameArrangement(const StreamPicture& a, const StreamPicture& b);
  * of their union: a viewer takes it for the same picture. */
 bool lookAlike(const StreamPicture& a, const StreamPicture& b);
 
+/** A person's heads: where each camera sees one, in its pixels. */
+struct CameraHead {
+  std::uint32_t camera = 0;
+  Rect box;
+};
+using CameraHeads = std::vector<CameraHead>;
+
 /** How much of a head a viewer sees. */
 enum class Visibility { Off, Cut, InView };
 
@@ -63,10 +69,18 @@ struct Appearance {
 };
 
 /** How much of the person's head the frame shows, of what lies inside the camera's image. */
-Visibility visibilityIn(const FrameView& frame, const FynHead& person);
+Visibility visibilityIn(const FrameView& frame, const CameraHeads& person);
 
 /** The person's best appearance: most of the head in view, then the largest head. A head counts as far as it
  * lies inside the camera's image. */
-Appearance appearanceIn(const StreamPicture& picture, const FynHead& person);
+Appearance appearanceIn(const StreamPicture& picture, const CameraHeads& person);
+
+/** What a viewer would say of a head and a frame, who does not see a tenth of its width or height: as far as
+ * the head lies in the camera's image, no more than that is outside of the frame (InView), or inside of it
+ * (Off). */
+Visibility roughVisibilityIn(const FrameView& frame, const CameraHeads& person);
+
+/** In some frame of the picture more than Off by roughVisibilityIn. */
+bool isRoughlyShownIn(const StreamPicture& picture, const CameraHeads& person);
 
 }  // namespace fyn::productionrules

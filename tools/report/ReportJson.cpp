@@ -13,6 +13,7 @@ using Json = nlohmann::ordered_json;
 Json figuresAsJson(const Measurement& measurement, bool timing) {
   Json document{
       {"minutes", static_cast<double>(measurement.observedMs) / 60000},
+      {"against", measuredAgainst(measurement)},
       {"visionResults", measurement.visionResults},
       {"layoutChanges", measurement.layoutChanges},
       {"reframes", measurement.reframes},

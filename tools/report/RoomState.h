@@ -7,14 +7,20 @@
 
 namespace fyn::productionrules {
 
-/** A person of the latest vision result, and where the streams show the person. */
+/** A person in the room, and where the streams show the person. */
 struct PersonState {
   std::int64_t id = 0;
   bool speaks = false;
+  CameraHeads heads;
   /** The best over all streams. */
   Visibility visibility = Visibility::Off;
   /** Framed as the mode frames a speaker, see docs/measuring.md. */
   bool framedAsSpeaker = false;
+  /** In view of a frame that is not one of everybody, and in a picture that shows at most half of those who
+   * are there.
+   */
+  bool isSingledOut = false;
+  bool isClose = false;
   /** In how many frames that were made for the person the person can be seen whole, and of how many. */
   int framesWhole = 0;
   int frames = 0;

@@ -8,6 +8,8 @@ namespace fyn::productionrules {
 
 namespace {
 
+constexpr double kMostDistortedPercent = 1;
+
 std::optional<double> valueOf(const char* metric, const Measurement& measurement) {
   return findMetric(metric)->value(measurement);
 }
@@ -20,7 +22,7 @@ bool equal(const TradeOff& a, const TradeOff& b) {
 
 std::optional<TradeOff> tradeOffOf(const Measurement& measurement) {
   const std::optional<double> changes = valueOf("changes_per_minute", measurement);
-  if (!changes) {
+  if (!changes || valueOf("distorted_percent", measurement).value_or(0) > kMostDistortedPercent) {
     return std::nullopt;
   }
   const bool ignored = valueOf("unanswered_percent", measurement).value_or(0) > 0;

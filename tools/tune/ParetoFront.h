@@ -19,7 +19,8 @@ struct TradeOff {
   double inView = 0;
 };
 
-/** Nothing when the measurement holds no picture. */
+/** Nothing when the measurement holds no picture, or for more than 1 per cent of the time a distorted one:
+ * that is a fault which nothing makes up for. */
 std::optional<TradeOff> tradeOffOf(const Measurement& measurement);
 
 /** `a` is as good as `b` in everything and better in something. */

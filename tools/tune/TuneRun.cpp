@@ -198,7 +198,12 @@ void search(const TuneArguments& arguments, PrbContext& context) {
     return;
   }
   checkContent(recordings, candidates.front(), results, context);
-  writeOutcome(arguments, outcomeOf(recordings, candidates, results, goal), context);
+  const TuneOutcome outcome = outcomeOf(recordings, candidates, results, goal);
+  if (const std::size_t left = candidates.size() - outcome.candidates().size(); left > 0) {
+    context.err << "prb tune: " << left << " of " << candidates.size()
+                << " configurations are left out: they show no picture, or a distorted one\n";
+  }
+  writeOutcome(arguments, outcome, context);
 }
 
 }  // namespace

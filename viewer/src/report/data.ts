@@ -24,6 +24,8 @@ export interface Course {
 
 export interface Figures {
   minutes: number;
+  /** By what it is known who was there and spoke. */
+  against: string;
   visionResults: number;
   metrics: Values;
   timing?: Values;

@@ -120,7 +120,7 @@ export function reportPage(report: Report): { title: string; lead: string; conte
   const count = `${recordings.length} ${recordings.length === 1 ? 'recording' : 'recordings'}`;
   return {
     title: 'Framing report',
-    lead: `${count}, ${clockText(overall.minutes * 60)} of meeting, ${overall.visionResults} vision results`,
+    lead: `${count}, ${clockText(overall.minutes * 60)} of meeting, ${overall.visionResults} vision results, measured against ${overall.against}`,
     content: [
       keyFigures(report),
       html('h2', {}, 'Course'),

@@ -1,0 +1,78 @@
+#include "tools/report/RoomPeople.h"
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "config/PrConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+/** The persons of a vision result. An engine's people map holds just them, unless people framing bridges the
+ * errors of the detector: then the result is read again. */
+std::vector<std::shared_ptr<FynHead>> headsSeen(const BusMessage& result, BaseLayout& engine) {
+  std::vector<std::shared_ptr<FynHead>> persons;
+  if (PrConfig::get().pfSteadyPresenceEnabled) {
+    MLData data;
+    try {
+      data.from_json(nlohmann::json::parse(result.payload));
+    } catch (const nlohmann::json::exception&) {
+      return persons;
+    }
+    return data.getHeads();
+  }
+  for (const auto& [id, person] : engine.peopleMap()) {
+    persons.push_back(person);
+  }
+  return persons;
+}
+
+/** Ascending by id; of two with one id the first counts, and nobody without a box. */
+std::vector<PersonState> ordered(std::vector<PersonState> people) {
+  const auto hasNoBox = [](const PersonState& person) {
+    return std::none_of(person.heads.begin(), person.heads.end(), [](const CameraHead& head) {
+      return head.box.right > head.box.left && head.box.bottom > head.box.top;
+    });
+  };
+  std::stable_sort(people.begin(), people.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+  people.erase(
+      std::unique(people.begin(), people.end(), [](const auto& a, const auto& b) { return a.id == b.id; }),
+      people.end());
+  people.erase(std::remove_if(people.begin(), people.end(), hasNoBox), people.end());
+  return people;
+}
+
+}  // namespace
+
+std::vector<PersonState> peopleOf(const Truth& truth) {
+  std::map<std::int64_t, PersonState> people;
+  for (const TrueHead& head : truth.heads) {
+    PersonState& person = people[head.id];
+    person.id = head.id;
+    person.speaks = person.speaks || head.speaks;
+    person.heads.push_back({static_cast<std::uint32_t>(head.fynCamId), head.bbox});
+  }
+  std::vector<PersonState> states;
+  for (auto& [id, person] : people) {
+    states.push_back(std::move(person));
+  }
+  return ordered(std::move(states));
+}
+
+std::vector<PersonState> peopleSeen(const BusMessage& result, BaseLayout& engine) {
+  std::vector<PersonState> states;
+  for (const std::shared_ptr<FynHead>& person : headsSeen(result, engine)) {
+    PersonState state;
+    state.id = person->id;
+    for (const auto& [camera, head] : person->mCamIdAssocHeadMap) {
+      state.speaks = state.speaks || head->isSpeaker;
+      state.heads.push_back({camera, head->bbox});
+    }
+    states.push_back(std::move(state));
+  }
+  return ordered(std::move(states));
+}
+
+}  // namespace fyn::productionrules
