@@ -55,6 +55,7 @@ std::vector<PersonState> peopleOf(const Truth& truth) {
     person.heads.push_back({static_cast<std::uint32_t>(head.fynCamId), head.bbox});
   }
   std::vector<PersonState> states;
+  states.reserve(people.size());
   for (auto& [id, person] : people) {
     states.push_back(std::move(person));
   }
