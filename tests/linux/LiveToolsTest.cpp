@@ -54,7 +54,7 @@ class LiveTools : public ::testing::Test {
 
 TEST_F(LiveTools, APlayedMeetingIsRecordedWhole) {
   const std::string meeting = mFolder.file("meeting.jsonl");
-  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
+  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--no-truth", "-o", meeting});
   runTool({kPrb, "play", meeting, "--bus", mBroker.url("room"), "--speed", "30"});
   EXPECT_EQ(withoutTimes(endRecording(SIGINT)), withoutTimes(linesOf(meeting)));
 }
