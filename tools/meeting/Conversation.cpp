@@ -45,7 +45,7 @@ std::vector<SpeechTurn> makeConversation(std::uint64_t seed, const std::vector<P
           there[static_cast<std::size_t>(random.between(0, static_cast<std::int64_t>(there.size()) - 1))];
     }
     const std::int64_t end = std::min(t + draw(random, kTurnLength), paths[speaker].waypoints().back().t);
-    turns.push_back({t, end, speaker});
+    turns.push_back({t, end, static_cast<std::int32_t>(speaker) + 1});
     t = random.chance(kOverlapChance) ? std::max(t + 100, end - kOverlap) : end + draw(random, kPause);
   }
   return turns;

@@ -78,7 +78,7 @@ Simulation::Simulation(const SimulationOptions& options)
       mDuration(std::int64_t{options.minutes} * 60000),
       mCameras(static_cast<std::size_t>(options.cameras), MeetingCamera{kImage}),
       mPaths(makePaths(options.seed, options.people, mDuration)),
-      mTurns(makeConversation(options.seed, mPaths, mDuration)) {
+      mSpeech(makeConversation(options.seed, mPaths, mDuration)) {
   for (std::int32_t camera = 0; camera < options.cameras; ++camera) {
     const Random random(options.seed, kDetectorStream + static_cast<std::uint64_t>(camera));
     mViews.push_back(
@@ -88,18 +88,6 @@ Simulation::Simulation(const SimulationOptions& options)
 
 std::int64_t Simulation::resultCount() const {
   return mDuration * kFps / 1000;
-}
-
-bool Simulation::speaks(std::size_t person, std::int64_t t) const {
-  // A turn ends within 25 seconds of its start, so only the latest ones count.
-  auto turn = std::upper_bound(mTurns.begin(), mTurns.end(), t,
-                               [](std::int64_t time, const SpeechTurn& next) { return time < next.start; });
-  while (turn != mTurns.begin() && (--turn)->start > t - 30000) {
-    if (turn->person == person && t < turn->end) {
-      return true;
-    }
-  }
-  return false;
 }
 
 void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& persons) {
@@ -113,7 +101,7 @@ void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& perso
       continue;
     }
     const auto id = static_cast<std::int32_t>(index) + 1;
-    const bool isSpeaking = speaks(index, t);
+    const bool isSpeaking = mSpeech.speaks(id, t);
     mTruth.heads.push_back({id, view.camera, visible, isSpeaking});
     const std::optional<Rect> box = view.detector.see(id, visible);
     if (!box) {

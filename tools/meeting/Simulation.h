@@ -50,13 +50,12 @@ class Simulation {
   };
 
   void look(View& view, std::int64_t t, std::vector<SeenPerson>& persons);
-  bool speaks(std::size_t person, std::int64_t t) const;
 
   const SimulationOptions mOptions;
   const std::int64_t mDuration;
   std::vector<MeetingCamera> mCameras;
   std::vector<PersonPath> mPaths;
-  std::vector<SpeechTurn> mTurns;
+  Speech mSpeech;
   std::vector<View> mViews;
   Truth mTruth;
   std::int64_t mFrame = 0;

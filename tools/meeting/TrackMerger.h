@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "tools/meeting/Speech.h"
 #include "tools/meeting/Tracks.h"
-#include "tools/meeting/Turns.h"
 #include "tools/meeting/VisionResult.h"
 
 namespace fyn::productionrules {

@@ -1,12 +1,28 @@
 #include "tools/meeting/Turns.h"
 
 #include <algorithm>
+#include <map>
 
 #include "tools/meeting/CsvReader.h"
 
 namespace fyn::productionrules {
 
-namespace {
+std::vector<Turn> readTurns(std::istream& input, const std::string& name) {
+  CsvReader rows(input, name, {"start_ms", "end_ms", "speaker"});
+  std::vector<Turn> turns;
+  while (rows.next()) {
+    Turn turn{rows.integer(0, 0, kLongestRecordingMs), rows.integer(1, 0, kLongestRecordingMs),
+              std::string(rows.text(2))};
+    if (turn.end <= turn.start) {
+      rows.fail("a turn must end after its start");
+    }
+    if (turn.speaker.empty()) {
+      rows.fail("the speaker is missing");
+    }
+    turns.push_back(std::move(turn));
+  }
+  return turns;
+}
 
 std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cameras) {
   std::map<std::int32_t, std::int64_t> frames;
@@ -27,47 +43,21 @@ std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cam
   return persons;
 }
 
-}  // namespace
-
-std::vector<Turn> readTurns(std::istream& input, const std::string& name) {
-  CsvReader rows(input, name, {"start_ms", "end_ms", "speaker"});
-  std::vector<Turn> turns;
-  while (rows.next()) {
-    Turn turn{rows.integer(0, 0, kLongestRecordingMs), rows.integer(1, 0, kLongestRecordingMs),
-              std::string(rows.text(2))};
-    if (turn.end <= turn.start) {
-      rows.fail("a turn must end after its start");
-    }
-    if (turn.speaker.empty()) {
-      rows.fail("the speaker is missing");
-    }
-    turns.push_back(std::move(turn));
-  }
-  return turns;
-}
-
-Speech::Speech(const std::vector<Turn>& turns, const std::vector<CameraTracks>& cameras) {
-  std::vector<Turn> ordered = turns;
-  std::stable_sort(ordered.begin(), ordered.end(),
+std::vector<SpeechTurn> spokenBy(const std::vector<std::int32_t>& persons, std::vector<Turn> turns) {
+  std::stable_sort(turns.begin(), turns.end(),
                    [](const Turn& a, const Turn& b) { return a.start < b.start; });
-  const std::vector<std::int32_t> persons = personsByPresence(cameras);
   std::map<std::string, std::int32_t> personOf;
-  for (const Turn& turn : ordered) {
+  std::vector<SpeechTurn> spoken;
+  for (const Turn& turn : turns) {
     if (personOf.count(turn.speaker) == 0 && personOf.size() < persons.size()) {
       personOf.emplace(turn.speaker, persons[personOf.size()]);
     }
     const auto person = personOf.find(turn.speaker);
     if (person != personOf.end()) {
-      mTurns[person->second].emplace_back(turn.start, turn.end);
+      spoken.push_back({turn.start, turn.end, person->second});
     }
   }
-}
-
-bool Speech::speaks(std::int32_t person, std::int64_t t) const {
-  const auto turns = mTurns.find(person);
-  return turns != mTurns.end() &&
-         std::any_of(turns->second.begin(), turns->second.end(),
-                     [t](const auto& turn) { return turn.first <= t && t < turn.second; });
+  return spoken;
 }
 
 }  // namespace fyn::productionrules

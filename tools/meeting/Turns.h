@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "tools/meeting/Speech.h"
 #include "tools/meeting/Tracks.h"
 
 namespace fyn::productionrules {
@@ -21,23 +21,15 @@ struct Turn {
  */
 std::vector<Turn> readTurns(std::istream& input, const std::string& name);
 
-/** When each person speaks, as if the turns had been spoken by the persons of the tracks. */
-class Speech {
- public:
-  Speech() = default;
+/** The persons of the tracks by the number of frames in which any camera sees them, most first, then by id.
+ */
+std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cameras);
 
-  /**
-   * Pairs speakers with persons: the speakers in the order of their first turn, the persons by the number of
-   * frames in which any camera sees them, most first, then by id. Speakers beyond the persons stay unpaired.
-   * The pairing is an invention: tracks and turns come from different meetings.
-   */
-  Speech(const std::vector<Turn>& turns, const std::vector<CameraTracks>& cameras);
-
-  bool speaks(std::int32_t person, std::int64_t t) const;
-
- private:
-  /** Start and end times. */
-  std::map<std::int32_t, std::vector<std::pair<std::int64_t, std::int64_t>>> mTurns;
-};
+/**
+ * The turns as if `persons` had spoken them: the speakers, in the order of their first turn, are paired with
+ * the persons in their order. Turns of speakers beyond the persons are left out. The pairing is an invention:
+ * turns and persons come from different meetings.
+ */
+std::vector<SpeechTurn> spokenBy(const std::vector<std::int32_t>& persons, std::vector<Turn> turns);
 
 }  // namespace fyn::productionrules

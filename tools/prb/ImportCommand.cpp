@@ -5,6 +5,7 @@
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/meeting/TrackMerger.h"
 #include "tools/meeting/TruthLines.h"
+#include "tools/meeting/Turns.h"
 #include "tools/prb/Commands.h"
 
 namespace fyn::productionrules {
@@ -47,7 +48,7 @@ void runImport(const ImportOptions& options, PrbContext& context) {
   Speech speech;
   if (!options.turns.empty()) {
     InputFile turns(options.turns, context.in);
-    speech = Speech(readTurns(turns.stream(), turns.name()), tracks);
+    speech = Speech(spokenBy(personsByPresence(tracks), readTurns(turns.stream(), turns.name())));
   }
   std::vector<MeetingCamera> cameras;
   cameras.reserve(tracks.size());
