@@ -9,68 +9,6 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-/** What a detector makes of one head that stands still. */
-struct Measured {
-  double recall = 0;
-  std::size_t dropOutMedian = 0;
-  std::size_t dropOut90 = 0;
-  /** Per cent of the width, between neighbouring frames. */
-  double jitterMedian = 0;
-  double jitter95 = 0;
-};
-
-template <typename T>
-T quantileOf(std::vector<T> values, std::size_t parts) {
-  if (values.empty()) {
-    return T();
-  }
-  const std::size_t index = std::min(values.size() - 1, values.size() * parts / 100);
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(index), values.end());
-  return values[index];
-}
-
-Measured measure(const DetectorNoise& noise, std::uint64_t seed) {
-  constexpr int kFrames = 200000;
-  constexpr std::int32_t kWidth = 20000;
-  Detector detector(Random(seed, 0), noise, {1280, 720}, 1);
-  std::vector<std::size_t> dropOuts;
-  std::vector<double> steps;
-  std::size_t missing = 0;
-  int seen = 0;
-  std::optional<Rect> last;
-  for (int frame = 0; frame < kFrames; ++frame) {
-    const std::optional<Rect> box = detector.see(1, {0, 0, kWidth, kWidth});
-    if (box) {
-      ++seen;
-      if (missing > 0) {
-        dropOuts.push_back(missing);
-      }
-      if (last) {
-        steps.push_back(std::abs(box->left - last->left) * 100.0 / kWidth);
-      }
-    }
-    missing = box ? 0 : missing + 1;
-    last = box;
-  }
-  return {static_cast<double>(seen) / kFrames, quantileOf(dropOuts, 50), quantileOf(dropOuts, 90),
-          quantileOf(steps, 50), quantileOf(steps, 95)};
-}
-
-TEST(Simulate, RealNoiseHasTheMeasuredFigures) {
-  for (const std::uint64_t seed : {1U, 2U, 3U}) {
-    const Measured measured = measure(*noiseOf("real"), seed);
-    EXPECT_GE(measured.recall, 0.71);
-    EXPECT_LE(measured.recall, 0.76);
-    EXPECT_EQ(measured.dropOutMedian, 2U);
-    EXPECT_GE(measured.dropOut90, 20U);
-    EXPECT_LE(measured.dropOut90, 36U);
-    EXPECT_GE(measured.jitterMedian, 0.2);
-    EXPECT_LE(measured.jitterMedian, 0.9);
-    EXPECT_GE(measured.jitter95, 2);
-    EXPECT_LE(measured.jitter95, 4);
-  }
-}
-
 SimulationOptions optionsOf(std::uint64_t seed, int people, int minutes, int cameras, const char* noise) {
   return {seed, people, minutes, cameras, *noiseOf(noise)};
 }
@@ -112,7 +50,7 @@ void expectSoundMeeting(const SimulationOptions& options) {
   for (int person = 1; person <= options.people; ++person) {
     EXPECT_EQ(everSeen.count(person), 1U) << person << " never came";
   }
-  if (options.noise.missed == 0) {
+  if (options.errors.missed == 0) {
     EXPECT_EQ(everSeen.size(), static_cast<std::size_t>(options.people));
     EXPECT_LT(atTheEnd, static_cast<std::size_t>(options.people)) << "nobody left";
   }

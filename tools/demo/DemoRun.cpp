@@ -47,7 +47,7 @@ class Meeting {
     if (options.recording.empty()) {
       SimulationOptions meeting = options.meeting;
       meeting.people = options.people.value_or(findMode(options.mode).people);
-      meeting.noise = noiseOption(options.noise);
+      meeting.errors = noiseOption(options.noise);
       Simulation simulation(meeting);
       MeetingOptions plain;
       plain.withTruth = false;

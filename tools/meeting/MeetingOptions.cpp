@@ -38,8 +38,8 @@ CLI::Option* addSeedOption(CLI::App& command, std::uint64_t& seed, const std::st
   });
 }
 
-DetectorNoise noiseOption(const std::string& level) {
-  const std::optional<DetectorNoise> noise = noiseOf(level);
+MeetingErrors noiseOption(const std::string& level) {
+  const std::optional<MeetingErrors> noise = noiseOf(level);
   if (!noise) {
     throw UsageError("--noise must be none, low, real, high or a number from 0 to 1, not '" + level + "'");
   }

@@ -38,7 +38,7 @@ void writeMeetingStart(RecordingWriter& writer, const MeetingOptions& options,
 CLI::Option* addSeedOption(CLI::App& command, std::uint64_t& seed, const std::string& meaning);
 
 /** The noise at a level that a user has named. Raises UsageError for one that is none. */
-DetectorNoise noiseOption(const std::string& level);
+MeetingErrors noiseOption(const std::string& level);
 
 /** Writes all of a simulated meeting as a recording. `tell`, which may be empty, learns how many results are
  * written. */

@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/meeting/Tagger.h"
+
 namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::int64_t kFps = 30;
 constexpr Dimension kImage{1280, 720};
-constexpr std::int32_t kFirstFalseId = 10000;
-constexpr std::int32_t kFalseIdsPerCamera = 100000;
-constexpr std::uint64_t kDetectorStream = 2'000'000;
 
 HeadPose projected(const HeadPose& pose, std::int32_t camera) {
   if (camera == 0) {
@@ -77,17 +75,17 @@ Simulation::Simulation(const SimulationOptions& options)
     : mOptions(options),
       mDuration(std::int64_t{options.minutes} * 60000),
       mCameras(static_cast<std::size_t>(options.cameras), MeetingCamera{kImage}),
-      mPaths(makePaths(options.seed, options.people, mDuration)),
-      mSpeech(makeConversation(options.seed, mPaths, mDuration)) {
+      mPaths(makePaths(options.seed, options.people, mDuration)) {
+  const std::vector<SpeechTurn> turns = makeConversation(options.seed, mPaths, mDuration);
+  mSpeech = Speech(turns);
+  mTags = Speech(Tagger(options.seed, options.errors).tagsOf(turns, mPaths));
   for (std::int32_t camera = 0; camera < options.cameras; ++camera) {
-    const Random random(options.seed, kDetectorStream + static_cast<std::uint64_t>(camera));
-    mViews.push_back(
-        {camera, Detector(random, options.noise, kImage, kFirstFalseId + camera * kFalseIdsPerCamera)});
+    mViews.push_back({camera, Detector(options.seed, camera, options.errors, kImage)});
   }
 }
 
 std::int64_t Simulation::resultCount() const {
-  return mDuration * kFps / 1000;
+  return mDuration * kResultsPerSecond / 1000;
 }
 
 void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& persons) {
@@ -101,25 +99,24 @@ void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& perso
       continue;
     }
     const auto id = static_cast<std::int32_t>(index) + 1;
-    const bool isSpeaking = mSpeech.speaks(id, t);
-    mTruth.heads.push_back({id, view.camera, visible, isSpeaking});
-    const std::optional<Rect> box = view.detector.see(id, visible);
-    if (!box) {
+    mTruth.heads.push_back({id, view.camera, visible, mSpeech.speaks(id, t)});
+    const auto tracked = view.detector.see(id, visible);
+    if (!tracked) {
       continue;
     }
     ++seen;
     height = whole.bottom - whole.top;
     SeenHead head;
     head.camera = view.camera;
-    head.box = clipped(*box);
-    head.speaking = isSpeaking;
+    head.box = clipped(tracked->box);
+    head.speaking = mTags.speaks(id, t);
     if (head.speaking) {
       head.selectionBox = selectionBox(head.box);
     }
     head.yaw = turnedAway(pose.yaw);
     head.pitch = rounded(pose.pitch);
     head.score = 95 - *head.yaw / 6;
-    personIn(persons, id).heads.push_back(head);
+    personIn(persons, tracked->number).heads.push_back(head);
   }
   for (const Detector::FalseBox& wrong : view.detector.falseBoxes(seen, height)) {
     SeenHead head;
@@ -134,7 +131,7 @@ void Simulation::look(View& view, std::int64_t t, std::vector<SeenPerson>& perso
 
 VisionResult Simulation::next() {
   VisionResult result;
-  result.t = mFrame * 1000 / kFps;
+  result.t = mFrame * 1000 / kResultsPerSecond;
   result.frameNumber = ++mFrame;
   mTruth.heads.clear();
   for (View& view : mViews) {

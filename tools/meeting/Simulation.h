@@ -6,6 +6,7 @@
 #include "tools/meeting/Conversation.h"
 #include "tools/meeting/Detector.h"
 #include "tools/meeting/Motion.h"
+#include "tools/meeting/Speech.h"
 #include "tools/meeting/VisionResult.h"
 
 namespace fyn::productionrules {
@@ -19,15 +20,16 @@ struct SimulationOptions {
   int people = 4;
   int minutes = 10;
   int cameras = 1;
-  DetectorNoise noise;
+  MeetingErrors errors = *errorsOf("none");
 };
 
 /**
  * A meeting as its cameras see it, 30 results per second. Camera 0 shows the room as it is; camera N shows
  * the same people shifted sideways by 110 pixels for each N (odd ones to the right, even ones to the left),
  * at 85 % of the size (odd) or 115 % (even), and from a direction 35 degrees further round for each N.
- * Persons are 1, 2, ...; false boxes have ids from 10000 on, 100000 of them for each camera. The same options
- * give the same results on every machine.
+ * Persons are 1, 2, ...; false boxes have ids from 10000 on, 100000 of them for each camera; what the tracker
+ * of camera N takes for somebody new from (N + 1) million on. The same options give the same results on every
+ * machine.
  */
 class Simulation {
  public:
@@ -56,6 +58,8 @@ class Simulation {
   std::vector<MeetingCamera> mCameras;
   std::vector<PersonPath> mPaths;
   Speech mSpeech;
+  /** Who is said to speak. */
+  Speech mTags;
   std::vector<View> mViews;
   Truth mTruth;
   std::int64_t mFrame = 0;

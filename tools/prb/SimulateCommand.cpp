@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <sstream>
 
 #include "tools/base/NamedStream.h"
 #include "tools/base/ProgressBar.h"
@@ -12,11 +13,23 @@ namespace {
 struct SimulateOptions {
   SimulationOptions simulation;
   std::string noise = "real";
+  std::string errorPreset;
+  /** Those that override the preset. */
+  std::vector<std::pair<const ErrorKind*, double>> errors;
   MeetingOptions meeting;
 };
 
+MeetingErrors chosenErrors(const SimulateOptions& options) {
+  MeetingErrors errors =
+      options.errorPreset.empty() ? noiseOption(options.noise) : *errorsOf(options.errorPreset);
+  for (const auto& [kind, value] : options.errors) {
+    errors.*kind->member = kind->inParts(value);
+  }
+  return errors;
+}
+
 void runSimulate(SimulateOptions& options, PrbContext& context) {
-  options.simulation.noise = noiseOption(options.noise);
+  options.simulation.errors = chosenErrors(options);
   Simulation simulation(options.simulation);
   OutputFile output(options.meeting.output, context.out);
   ProgressBar bar(context.err, context.errIsTerminal, "simulate",
@@ -24,6 +37,48 @@ void runSimulate(SimulateOptions& options, PrbContext& context) {
   writeSimulatedMeeting(output.stream(), simulation, options.meeting,
                         [&bar](std::int64_t done) { bar.update(static_cast<std::uint64_t>(done)); });
   output.finish();
+}
+
+/** "meaning (none 0, low 5.3, real 26.5, hard 29)" */
+std::string helpOf(const ErrorKind& kind) {
+  std::ostringstream text;
+  text << kind.help;
+  for (std::size_t preset = 0; preset < kErrorPresets.size(); ++preset) {
+    text << (preset == 0 ? " (" : ", ") << kErrorPresets[preset] << ' ' << kind.presets[preset];
+  }
+  text << ')';
+  return text.str();
+}
+
+void addErrorOptions(CLI::App& command, SimulateOptions& options) {
+  constexpr const char* kGroup = "Errors of the detector and of the tagger of speakers";
+  CLI::Option* const noise =
+      command
+          .add_option(
+              "--noise", options.noise,
+              "The detector alone: none, low, real, high (as hard below) or a number from 0 (none) to "
+              "1 (high); what lasts, lasts as at none")
+          ->type_name("LEVEL")
+          ->capture_default_str()
+          ->group(kGroup);
+  command
+      .add_option(
+          "--errors", options.errorPreset,
+          "All kinds of errors at once: none, low, real (as measured on real ones) or hard (the worst of "
+          "that), as the options below say; each of them overrides its own")
+      ->type_name("PRESET")
+      ->check(CLI::IsMember(std::vector<std::string>(kErrorPresets.begin(), kErrorPresets.end())))
+      ->excludes(noise)
+      ->group(kGroup);
+  for (const ErrorKind& kind : kErrorKinds) {
+    command
+        .add_option_function<double>(
+            std::string("--") + kind.option,
+            [&options, &kind](double value) { options.errors.emplace_back(&kind, value); }, helpOf(kind))
+        ->type_name(kind.unit.name)
+        ->check(CLI::Range(kind.least, kind.most))
+        ->group(kGroup);
+  }
 }
 
 }  // namespace
@@ -45,13 +100,7 @@ void addSimulateCommand(CLI::App& command, PrbContext& context) {
       ->type_name("N")
       ->check(CLI::Range(1, SimulationOptions::kMostCameras))
       ->capture_default_str();
-  command
-      .add_option(
-          "--noise", options->noise,
-          "Errors of the detector: none, low, real (as measured on real detectors), high, or a number "
-          "from 0 (none) to 1 (high)")
-      ->type_name("LEVEL")
-      ->capture_default_str();
+  addErrorOptions(command, *options);
   addTruthOption(command, options->meeting);
   addMeetingOptions(command, options->meeting);
   command.footer(
