@@ -61,6 +61,15 @@ TEST(Prb, SaysWhatIsWrongInOneLine) {
       {{"simulate", "--seed", "1", "--cameras", "0"}, "--cameras"},
       {{"simulate", "--seed", "1", "--noise", "loud"}, "loud"},
       {{"simulate", "--seed", "1", "meeting.jsonl"}, "meeting.jsonl"},
+      {{"simulate", "--seed", "1", "--errors", "high"}, "high"},
+      {{"simulate", "--seed", "1", "--errors", "low", "--noise", "low"}, "--noise"},
+      {{"simulate", "--seed", "1", "--missed", "51"}, "--missed"},
+      {{"simulate", "--seed", "1", "--seats", "stairs"}, "stairs"},
+      {{"simulate", "--seed", "1", "--seats", "row", "--people", "13"},
+       "--seats has room for 12 people, not 13"},
+      {{"simulate", "--seed", "1", "--come-late", "1"}, "--come-late requires --seats"},
+      {{"simulate", "--seed", "1", "--seats", "row", "--come-late", "5"}, "--come-late is at most"},
+      {{"simulate", "--seed", "1", "--turns", "-", "--overlap", "5"}, "--overlap"},
   };
   for (const auto& [arguments, fault] : cases) {
     expectRefused(arguments, fault);

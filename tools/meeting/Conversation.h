@@ -16,4 +16,11 @@ namespace fyn::productionrules {
 std::vector<SpeechTurn> makeConversation(std::uint64_t seed, const std::vector<PersonPath>& paths,
                                          std::int64_t duration);
 
+/**
+ * Adds remarks of others who are there into the turns, until they take up `percent` (above 0) of the time in
+ * which somebody speaks.
+ */
+void addOverlap(std::uint64_t seed, const std::vector<PersonPath>& paths, int percent,
+                std::vector<SpeechTurn>& turns);
+
 }  // namespace fyn::productionrules

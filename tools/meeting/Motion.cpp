@@ -41,7 +41,7 @@ class Actor {
   void moveTo(const HeadPose& pose, std::int64_t duration) {
     mTime += duration;
     mPose = pose;
-    mWaypoints.push_back({mTime, pose});
+    mWaypoints.push_back({mTime, pose, Pace::Eased});
   }
 
   void wait(std::int64_t duration) { moveTo(mPose, duration); }
@@ -59,7 +59,7 @@ class Actor {
     mPose = mSeat;
     mPose.x = doorX();
     mPose.y = standingY();
-    mWaypoints.push_back({mTime, mPose});
+    mWaypoints.push_back({mTime, mPose, Pace::Eased});
     walkTo(mSeat.x);
     sitDown();
   }
@@ -188,7 +188,8 @@ HeadPose PersonPath::poseAt(std::int64_t t) const {
   if (next == mWaypoints.end()) {
     return from.pose;
   }
-  const double share = smooth(static_cast<double>(t - from.t) / static_cast<double>(next->t - from.t));
+  const double time = static_cast<double>(t - from.t) / static_cast<double>(next->t - from.t);
+  const double share = next->pace == Pace::Eased ? smooth(time) : time;
   const HeadPose& a = from.pose;
   const HeadPose& b = next->pose;
   return {blend(a.x, b.x, share), blend(a.y, b.y, share), blend(a.height, b.height, share),

@@ -17,10 +17,14 @@ struct HeadPose {
   double pitch = 0;
 };
 
-/** A pose to be reached at a time (milliseconds); between two of them a person moves smoothly. */
+/** How a person moves to a waypoint: starting and stopping gently, or at one speed as within a walk. */
+enum class Pace { Eased, Steady };
+
+/** A pose to be reached at a time (milliseconds). */
 struct Waypoint {
   std::int64_t t = 0;
   HeadPose pose;
+  Pace pace = Pace::Eased;
 };
 
 /** What one person does during a meeting. */

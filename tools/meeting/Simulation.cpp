@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "tools/meeting/Tagger.h"
 
@@ -75,13 +76,34 @@ Simulation::Simulation(const SimulationOptions& options)
     : mOptions(options),
       mDuration(std::int64_t{options.minutes} * 60000),
       mCameras(static_cast<std::size_t>(options.cameras), MeetingCamera{kImage}),
-      mPaths(makePaths(options.seed, options.people, mDuration)) {
-  const std::vector<SpeechTurn> turns = makeConversation(options.seed, mPaths, mDuration);
+      mPaths(options.seating == nullptr ? makePaths(options.seed, options.people, mDuration)
+                                        : std::vector<PersonPath>()) {
+  std::vector<PersonPath> passersBy;
+  if (options.seating != nullptr) {
+    const SeatedMeeting meeting(options.seed, *options.seating, options.people, options.movements, mDuration);
+    mPaths = meeting.people();
+    passersBy = meeting.passersBy();
+  }
+  const std::vector<SpeechTurn> turns = conversation();
   mSpeech = Speech(turns);
   mTags = Speech(Tagger(options.seed, options.errors).tagsOf(turns, mPaths));
+  mPaths.insert(mPaths.end(), passersBy.begin(), passersBy.end());
   for (std::int32_t camera = 0; camera < options.cameras; ++camera) {
     mViews.push_back({camera, Detector(options.seed, camera, options.errors, kImage)});
   }
+}
+
+std::vector<SpeechTurn> Simulation::conversation() const {
+  if (mOptions.turns) {
+    std::vector<std::int32_t> persons(mPaths.size());
+    std::iota(persons.begin(), persons.end(), 1);
+    return spokenBy(persons, *mOptions.turns);
+  }
+  std::vector<SpeechTurn> turns = makeConversation(mOptions.seed, mPaths, mDuration);
+  if (mOptions.overlap > 0) {
+    addOverlap(mOptions.seed, mPaths, mOptions.overlap, turns);
+  }
+  return turns;
 }
 
 std::int64_t Simulation::resultCount() const {

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "tools/meeting/Conversation.h"
 #include "tools/meeting/Detector.h"
 #include "tools/meeting/Motion.h"
+#include "tools/meeting/SeatedMeeting.h"
 #include "tools/meeting/Speech.h"
+#include "tools/meeting/Turns.h"
 #include "tools/meeting/VisionResult.h"
 
 namespace fyn::productionrules {
@@ -21,15 +24,24 @@ struct SimulationOptions {
   int minutes = 10;
   int cameras = 1;
   MeetingErrors errors = *errorsOf("none");
+  /** Without one people come, walk about and go as `makePaths` has it; with one there are at most
+   * `Seating::kMostPeople`. */
+  const Seating* seating = nullptr;
+  /** Of people with fixed seats. */
+  Movements movements;
+  /** Per cent of the time of speech, of a conversation that is made up. */
+  int overlap = 0;
+  /** What the people say, instead of a conversation that is made up. */
+  std::optional<std::vector<Turn>> turns;
 };
 
 /**
  * A meeting as its cameras see it, 30 results per second. Camera 0 shows the room as it is; camera N shows
  * the same people shifted sideways by 110 pixels for each N (odd ones to the right, even ones to the left),
  * at 85 % of the size (odd) or 115 % (even), and from a direction 35 degrees further round for each N.
- * Persons are 1, 2, ...; false boxes have ids from 10000 on, 100000 of them for each camera; what the tracker
- * of camera N takes for somebody new from (N + 1) million on. The same options give the same results on every
- * machine.
+ * Persons are 1, 2, ..., passers-by come after them; false boxes have ids from 10000 on, 100000 of them for
+ * each camera; what the tracker of camera N takes for somebody new from (N + 1) million on. The same options
+ * give the same results on every machine.
  */
 class Simulation {
  public:
@@ -51,6 +63,7 @@ class Simulation {
     Detector detector;
   };
 
+  std::vector<SpeechTurn> conversation() const;
   void look(View& view, std::int64_t t, std::vector<SeenPerson>& persons);
 
   const SimulationOptions mOptions;

@@ -24,6 +24,16 @@ std::vector<Turn> readTurns(std::istream& input, const std::string& name) {
   return turns;
 }
 
+std::vector<Turn> turnsFrom(const std::vector<Turn>& turns, std::int64_t from) {
+  std::vector<Turn> heard;
+  for (const Turn& turn : turns) {
+    if (turn.end > from) {
+      heard.push_back({std::max<std::int64_t>(0, turn.start - from), turn.end - from, turn.speaker});
+    }
+  }
+  return heard;
+}
+
 std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cameras) {
   std::map<std::int32_t, std::int64_t> frames;
   for (const CameraTracks& camera : cameras) {

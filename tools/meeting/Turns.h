@@ -21,6 +21,9 @@ struct Turn {
  */
 std::vector<Turn> readTurns(std::istream& input, const std::string& name);
 
+/** What is heard of the turns from `from` milliseconds on, which becomes the start. */
+std::vector<Turn> turnsFrom(const std::vector<Turn>& turns, std::int64_t from);
+
 /** The persons of the tracks by the number of frames in which any camera sees them, most first, then by id.
  */
 std::vector<std::int32_t> personsByPresence(const std::vector<CameraTracks>& cameras);

@@ -10,12 +10,18 @@ namespace fyn::productionrules {
 
 namespace {
 
+constexpr int kMostMovements = 100;
+constexpr int kMostOverlap = 50;
+
 struct SimulateOptions {
   SimulationOptions simulation;
   std::string noise = "real";
   std::string errorPreset;
   /** Those that override the preset. */
   std::vector<std::pair<const ErrorKind*, double>> errors;
+  std::string seats;
+  std::string turns;
+  std::int64_t from = 0;
   MeetingOptions meeting;
 };
 
@@ -28,8 +34,34 @@ MeetingErrors chosenErrors(const SimulateOptions& options) {
   return errors;
 }
 
+/** Sets how people sit and what they do besides. */
+void chooseSeats(SimulateOptions& options) {
+  SimulationOptions& simulation = options.simulation;
+  simulation.seating = findSeating(options.seats);
+  if (simulation.seating == nullptr) {
+    return;
+  }
+  const std::string people = std::to_string(simulation.people);
+  if (simulation.people > Seating::kMostPeople) {
+    throw UsageError("--seats has room for " + std::to_string(Seating::kMostPeople) + " people, not " +
+                     people);
+  }
+  for (const MovementKind& kind : kMovementKinds) {
+    const int count = simulation.movements.*kind.count;
+    if (kind.isOfThePeople && count > simulation.people) {
+      throw UsageError(std::string("--") + kind.option + " is at most the number of people, " + people +
+                       ", not " + std::to_string(count));
+    }
+  }
+}
+
 void runSimulate(SimulateOptions& options, PrbContext& context) {
   options.simulation.errors = chosenErrors(options);
+  chooseSeats(options);
+  if (!options.turns.empty()) {
+    InputFile turns(options.turns, context.in);
+    options.simulation.turns = turnsFrom(readTurns(turns.stream(), turns.name()), options.from * 1000);
+  }
   Simulation simulation(options.simulation);
   OutputFile output(options.meeting.output, context.out);
   ProgressBar bar(context.err, context.errIsTerminal, "simulate",
@@ -37,6 +69,53 @@ void runSimulate(SimulateOptions& options, PrbContext& context) {
   writeSimulatedMeeting(output.stream(), simulation, options.meeting,
                         [&bar](std::int64_t done) { bar.update(static_cast<std::uint64_t>(done)); });
   output.finish();
+}
+
+void addSeatOptions(CLI::App& command, SimulateOptions& options) {
+  constexpr const char* kGroup = "Fixed seats (without them people come, walk about and go as they like)";
+  std::vector<std::string> names;
+  std::string meanings = "How people sit, at most " + std::to_string(Seating::kMostPeople);
+  for (const Seating& seating : kSeatings) {
+    meanings += std::string(names.empty() ? ": " : "; ") + seating.name + ", " + seating.help;
+    names.emplace_back(seating.name);
+  }
+  CLI::Option* const seats = command.add_option("--seats", options.seats, meanings)
+                                 ->type_name("ROOM")
+                                 ->check(CLI::IsMember(names))
+                                 ->group(kGroup);
+  for (const MovementKind& kind : kMovementKinds) {
+    command.add_option(std::string("--") + kind.option, options.simulation.movements.*kind.count, kind.help)
+        ->type_name("N")
+        ->check(CLI::Range(0, kMostMovements))
+        ->needs(seats)
+        ->group(kGroup);
+  }
+}
+
+void addSpeechOptions(CLI::App& command, SimulateOptions& options) {
+  constexpr const char* kGroup = "Speech";
+  CLI::Option* const turns =
+      command
+          .add_option(
+              "--turns", options.turns,
+              "What is said: rows start_ms,end_ms,speaker. The speakers are persons 1, 2, ... in the order "
+              "of their first turn; without it a conversation is made up")
+          ->type_name("TURNS.csv")
+          ->group(kGroup);
+  command.add_option("--from", options.from, "The second of the turns at which the meeting begins")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(std::int64_t{0}, kLongestRecordingMs / 1000))
+      ->needs(turns)
+      ->group(kGroup);
+  command
+      .add_option(
+          "--overlap", options.simulation.overlap,
+          "Per cent of the time of speech in which others speak as well: 5 to 29 in recorded meetings, 10 "
+          "in most; without it less than 1")
+      ->type_name("PERCENT")
+      ->check(CLI::Range(0, kMostOverlap))
+      ->excludes(turns)
+      ->group(kGroup);
 }
 
 /** "meaning (none 0, low 5.3, real 26.5, hard 29)" */
@@ -100,13 +179,18 @@ void addSimulateCommand(CLI::App& command, PrbContext& context) {
       ->type_name("N")
       ->check(CLI::Range(1, SimulationOptions::kMostCameras))
       ->capture_default_str();
+  addSeatOptions(command, *options);
+  addSpeechOptions(command, *options);
   addErrorOptions(command, *options);
   addTruthOption(command, options->meeting);
   addMeetingOptions(command, options->meeting);
   command.footer(
       "Examples:\n"
       "  prb simulate --seed 7 --people 6 --minutes 5 -o meeting.jsonl\n"
-      "  prb simulate --seed 7 --noise none | prb replay - -o scenes.jsonl");
+      "  prb simulate --seed 7 --noise none | prb replay - -o scenes.jsonl\n"
+      "  prb simulate --seed 7 --seats table --turns turns.csv --come-late 1 --errors low -o meeting.jsonl\n"
+      "  prb simulate --seed 7 --seats row --overlap 15 --errors none --missed 20 --tag-late 8 | prb report "
+      "-");
   command.callback([options, &context] { runSimulate(*options, context); });
 }
 
