@@ -108,10 +108,9 @@ void addSpeechOptions(CLI::App& command, SimulateOptions& options) {
       ->needs(turns)
       ->group(kGroup);
   command
-      .add_option(
-          "--overlap", options.simulation.overlap,
-          "Per cent of the time of speech in which others speak as well: 5 to 29 in recorded meetings, 10 "
-          "in most; without it less than 1")
+      .add_option("--overlap", options.simulation.overlap,
+                  "Per cent of the time of speech in which others speak too: 5 to 29 in recorded meetings, "
+                  "mostly about 10; less than 1 without it")
       ->type_name("PERCENT")
       ->check(CLI::Range(0, kMostOverlap))
       ->excludes(turns)
