@@ -145,6 +145,7 @@ TEST(SeatedMeeting, TurnsBecomeWhatIsTrueOfTheSpeakers) {
       "start_ms,end_ms,speaker\n"
       "1000,3000,late\n"
       "10000,55000,anna\n"
+      "12000,13000,anna\n"
       "20000,21000,ben\n"
       "30000,40000,carl\n"
       "45000,50000,late\n";
