@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <numeric>
 #include <set>
 
 #include "tests/tools/RunPrb.h"
@@ -123,13 +124,17 @@ TEST(SeatedMeeting, PeopleComeGoStandAtTheBoardAndWalkThrough) {
   }
 }
 
-TEST(SeatedMeeting, WhoWalksThroughHasTheSpeedOfWalkers) {
+TEST(SeatedMeeting, WhoWalksThroughHasTheSteadySpeedOfWalkers) {
   SimulationOptions options = meetingOf("row", 5, 5);
   options.movements.walkThrough = 4;
   std::map<std::int32_t, std::pair<std::int64_t, std::int64_t>> inView;
+  std::map<std::int32_t, std::vector<std::int32_t>> way;
   watch(options, 1, [&](std::int64_t t, const std::vector<TrueHead>& heads) {
     for (const TrueHead& head : heads) {
       inView.try_emplace(head.id, t, t).first->second.second = t;
+      if (head.bbox.left > 0 && head.bbox.right < 1280) {
+        way[head.id].push_back(head.bbox.left);
+      }
     }
   });
   // The picture is five metres wide where they walk.
@@ -137,6 +142,10 @@ TEST(SeatedMeeting, WhoWalksThroughHasTheSpeedOfWalkers) {
     const auto duration = static_cast<double>(inView.at(person).second - inView.at(person).first) / 1000;
     EXPECT_GT(5.4 / duration, 0.95) << person;
     EXPECT_LT(5.0 / duration, 1.45) << person;
+    std::vector<std::int32_t> steps = way.at(person);
+    std::adjacent_difference(steps.begin(), steps.end(), steps.begin());
+    const auto [shortest, longest] = std::minmax_element(steps.begin() + 1, steps.end());
+    EXPECT_LE(*longest - *shortest, 3) << person;
   }
 }
 
