@@ -46,4 +46,15 @@ float getSizeDelta(const Rect& a, const Rect& b) {
   return std::fabs(toFloat(wrapSub(areaA, areaB))) / toFloat(std::max(areaA, areaB));
 }
 
+double getIntersectionOverUnion(const Rect& a, const Rect& b) {
+  // Doubles hold every product of two 32-bit differences well enough, and none of them wraps.
+  const auto area = [](double left, double top, double right, double bottom) {
+    return std::max(right - left, 0.0) * std::max(bottom - top, 0.0);
+  };
+  const double both = area(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                           std::min(a.bottom, b.bottom));
+  const double all = area(a.left, a.top, a.right, a.bottom) + area(b.left, b.top, b.right, b.bottom) - both;
+  return all > 0 ? both / all : 0;
+}
+
 }  // namespace fyn::productionrules

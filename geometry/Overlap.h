@@ -23,4 +23,7 @@ float getOverlap(const Rect& a, const Rect& b);
 /** Difference of the areas as a share of the larger one, 0 to 1; 0 when either has no area. For hosts. */
 float getSizeDelta(const Rect& a, const Rect& b);
 
+/** The area that both share, of the area of both together: 0 to 1, 0 without an area. */
+double getIntersectionOverUnion(const Rect& a, const Rect& b);
+
 }  // namespace fyn::productionrules
