@@ -44,7 +44,7 @@ void BaseTrackingMode::updateTrackingModeLayout(FynOperatingMode mode, std::shar
   setEngine(layout != nullptr ? std::move(layout) : makeLayout(mode));
 }
 
-bool BaseTrackingMode::process(const std::shared_ptr<MLData>& mlData) {
+bool BaseTrackingMode::process(const std::shared_ptr<MLData>& seen) {
   if (mLayout == nullptr) {
     PRB_LOGW(kTag, "KORVALDEBUG process: layout is null");
     return false;
@@ -52,6 +52,7 @@ bool BaseTrackingMode::process(const std::shared_ptr<MLData>& mlData) {
   if (mTimerCheckPeriod != 0 && GetTicks() - mLastTimerCheck > mTimerCheckPeriod) {
     checkAndSetSystemTimers();
   }
+  const std::shared_ptr<MLData> mlData = mLayout->findPresent(seen);
   // Asked before the map is updated, because the question compares the new result with it.
   const bool publishPeopleCount = mLayout->shouldPublishUpdatedPeopleCount(mlData);
   mLayout->updatePeopleMap(mlData);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "layouts/people/PeoplePresence.h"
 #include "modes/BaseTrackingMode.h"
 
 namespace fyn::productionrules {
@@ -11,17 +10,10 @@ class PeopleFramingMode final : public BaseTrackingMode {
   /** Takes `layout` as the engine, or makes the standalone one when it is empty. */
   explicit PeopleFramingMode(BaseLayoutNotifier& notifier, std::shared_ptr<BaseLayout> layout = nullptr);
 
-  /** With pfSteadyPresenceEnabled the engine sees the people who can be relied on. */
-  bool process(const std::shared_ptr<MLData>& mlData) override;
-
-  void resetLayouts() override;
   void checkAndSetSystemTimers() override;
   std::shared_ptr<BaseLayout> makeLayout(FynOperatingMode mode) const override;
   std::string getName() const override;
   FramingMode getTrackingMode() override { return FramingMode::PeopleFraming; }
-
- private:
-  PeoplePresence mPresence;
 };
 
 }  // namespace fyn::productionrules

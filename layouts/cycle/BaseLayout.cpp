@@ -76,8 +76,12 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
   mState.reason = candidate != nullptr ? candidate->reason : "";
   const LayoutComparison comparison = compareLayouts(mState.mCurLayout, candidate);
   if (!comparison.isDifferent()) {
+    mState.differsSince.reset();
     dropPending("the scene went back");
     return false;
+  }
+  if (!mState.differsSince) {
+    mState.differsSince = tick();
   }
   if (isDifferentLayout(mState.mNextLayout, candidate)) {
     if (!checkIfLayoutSwitchNeeded(candidate)) {
@@ -138,6 +142,9 @@ void BaseLayout::applyNewLayout() {
            "applyNewLayout", addressOf(mState.mCurLayout), addressOf(mState.mNextLayout));
   const std::shared_ptr<Layout> previous =
       std::exchange(mState.mCurLayout, std::exchange(mState.mNextLayout, nullptr));
+  mState.adoptedBefore += previous != nullptr ? 1U : 0U;
+  mState.adoptedAt = tick();
+  mState.differsSince.reset();
   updateLayoutViews(false);
   printLayoutToLog(mState.mCurLayout, "New-People-Layout: ");
   reportChange(DecisionKind::Adopted, previous.get(), *mState.mCurLayout, wait);

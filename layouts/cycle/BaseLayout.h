@@ -212,7 +212,14 @@ class BaseLayout {
   bool shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& mlData);
 
   /** Where the frame's subject stands, by the kind of frame. */
-  HeadPosition getCurrentHeadPosition(const Frame& frame);
+  virtual HeadPosition getCurrentHeadPosition(const Frame& frame);
+
+  /** Whether `findPresent` may answer other people than those of the result. */
+  virtual bool usesPresence() const { return false; }
+
+  /** The people of a vision result whom the engine believes to be there; asked once for every result, before
+   * anything else, and the answer is what the other operations get. The base believes the result. */
+  virtual std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) { return mlData; }
 
   /** Reframe wait for a position, in milliseconds. */
   std::uint32_t getWaitTimeFor(HeadPosition position);
@@ -226,6 +233,9 @@ class BaseLayout {
   /** The chosen wait of `ms` less `reductionMs`; one that is negative as a signed number is logged and none.
    */
   std::uint32_t shortenWait(std::uint32_t ms, std::uint32_t reductionMs);
+
+  /** What the frame of an empty room shows, in camera pixels. */
+  virtual Rect getRoomView(const Frame& frame);
 
   /** Says in the log what is wrong with a vision result, before a candidate is made of it. */
   virtual void reportInput(const MLData& data);

@@ -80,12 +80,16 @@ void BaseLayout::updateFrameView(Frame& frame) {
       calculateRuleOfThirdFor(frame);
       break;
     case FramingType::ROOM:
-      frame.source = kRoomView;
+      frame.source = getRoomView(frame);
       break;
     default:
       handleInvalidFrame(frame);
       break;
   }
+}
+
+Rect BaseLayout::getRoomView(const Frame& /*frame*/) {
+  return kRoomView;
 }
 
 void BaseLayout::handleInvalidFrame(const Frame& frame) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "geometry/LayoutComparison.h"
@@ -31,6 +32,12 @@ struct EngineState {
   std::shared_ptr<Layout> mCurLayout;
   /** The layout that waits for its layout timer; null for none. */
   std::shared_ptr<Layout> mNextLayout;
+  /** Since which tick the layout on screen has been there, and how many came before it since the last reset.
+   */
+  std::uint32_t adoptedAt = 0;
+  unsigned adoptedBefore = 0;
+  /** Since which tick every candidate has differed from the layout on screen; nothing while they agree. */
+  std::optional<std::uint32_t> differsSince;
   /** Why `mNextLayout` waits. */
   PendingCause cause;
   /** By which rule of its own the engine made the latest candidate, in words; "" for none. */

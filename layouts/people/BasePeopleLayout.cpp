@@ -55,29 +55,52 @@ BasePeopleLayout::BasePeopleLayout() {
 std::shared_ptr<Layout> BasePeopleLayout::makeCandidate(const MLData& data, const PeopleChoice& choice) {
   std::shared_ptr<Layout> layout = layoutFor(data, choice);
   layout->frameNumber = data.frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(choice.seats.size());
+  layout->faceCount =
+      static_cast<std::int32_t>(hasTiles(*layout) ? settled(choice.seats).size() : choice.seats.size());
   return layout;
 }
 
 std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const PeopleChoice& choice) {
   if (choice.seats.empty()) {
-    return oneFrame(data, FramingType::ROOM, choice.roomCamId);
+    return oneFrame(data, FramingType::ROOM, choice.roomCamId, "");
   }
+  const bool walks = std::any_of(choice.seats.begin(), choice.seats.end(),
+                                 [this](const Seat& seat) { return hasWalked(*seat.person); });
   const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
-  const std::vector<PeopleUnit> units = isTooMany ? std::vector<PeopleUnit>() : unitsOf(choice.seats);
-  const FramingType type = isTooMany ? FramingType::GROUP : tilesType(units);
-  if (type == FramingType::GROUP) {
-    return oneFrame(data, FramingType::GROUP, choice.groupCamId);
+  const std::shared_ptr<Layout> tiles = walks || isTooMany ? nullptr : tilesFor(settled(choice.seats));
+  const char* const reason = walks                                    ? "somebody walks"
+                             : tiles != nullptr && isUnsettled(tiles) ? kUnsettled
+                                                                      : "";
+  return tiles != nullptr && *reason == '\0' ? tiles
+                                             : oneFrame(data, FramingType::GROUP, choice.groupCamId, reason);
+}
+
+// Null when there are no tiles for these people.
+std::shared_ptr<Layout> BasePeopleLayout::tilesFor(const std::vector<Seat>& seats) {
+  std::vector<PeopleUnit> units = unitsOf(seats);
+  while (true) {
+    auto tiles = std::make_shared<Layout>();
+    tiles->layoutType = tilesType(units);
+    if (tiles->layoutType == FramingType::GROUP) {
+      return nullptr;
+    }
+    for (const PeopleUnit& unit : units) {
+      addFrame(*tiles, unit);
+    }
+    fillPositionRect(tiles);
+    std::vector<Rect> views;
+    for (const Frame& frame : tiles->frames) {
+      const std::optional<RuleOfThirdsView> view = tryView(frame);
+      if (!view) {
+        return nullptr;
+      }
+      views.push_back(view->source);
+    }
+    if (!PrConfig::get().newPfFeatureEnabled ||
+        !joinByView(units, views, mState.mCurLayout.get(), mState.mNextLayout.get())) {
+      return tiles;
+    }
   }
-  auto tiles = std::make_shared<Layout>();
-  tiles->layoutType = type;
-  for (const PeopleUnit& unit : units) {
-    addFrame(*tiles, unit);
-  }
-  fillPositionRect(tiles);
-  const bool showsAll = std::all_of(tiles->frames.begin(), tiles->frames.end(),
-                                    [this](const Frame& frame) { return tryView(frame).has_value(); });
-  return showsAll ? tiles : oneFrame(data, FramingType::GROUP, choice.groupCamId);
 }
 
 std::vector<PeopleUnit> BasePeopleLayout::unitsOf(const std::vector<Seat>& seats) const {
@@ -86,10 +109,11 @@ std::vector<PeopleUnit> BasePeopleLayout::unitsOf(const std::vector<Seat>& seats
              : unitsOfOne(seats);
 }
 
-std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type,
-                                                   std::uint32_t camId) {
+std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
+                                                   const char* reason) {
   auto layout = std::make_shared<Layout>();
   layout->layoutType = type;
+  layout->reason = reason;
   constructGroupLayout(data.getHeads(), layout, camId);
   fillPositionRect(layout);
   return layout;
@@ -124,16 +148,17 @@ bool BasePeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool 
 }
 
 Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
-  if (frame.frameType != FramingType::PROXIMITY || !PrConfig::get().proximitySquareFeature) {
-    return BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
-  }
-  return getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
+  const bool isSquare = frame.frameType == FramingType::PROXIMITY && PrConfig::get().proximitySquareFeature;
+  const Rect base =
+      isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
+               : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+  return growToLeastView(base, frame, getImageSize(frame));
 }
 
 // ---- Waits ----
 
 std::uint32_t BasePeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
-  return waitForSingleHead(position);
+  return steadyReframeWait(position, waitForSingleHead(position));
 }
 
 std::uint32_t BasePeopleLayout::getOtherLayoutChangeTimer(FramingType newType,
@@ -150,8 +175,8 @@ std::uint32_t BasePeopleLayout::getWaitTime(const std::shared_ptr<Layout>& candi
     return 0;
   }
   const bool havePeopleLeft = mState.mCurLayout->faceCount > candidate->faceCount;
-  return shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
-                     havePeopleLeft ? setting->peopleLeftTimerReduction : 0);
+  return steadyWait(*candidate, shortenWait(getLayoutChangeTimer(candidate->layoutType, peopleCountChanged),
+                                            havePeopleLeft ? setting->peopleLeftTimerReduction : 0));
 }
 
 }  // namespace fyn::productionrules

@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "layouts/cycle/BaseLayout.h"
+#include "layouts/people/HeadEnvelope.h"
 #include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
+#include "layouts/people/PeoplePresence.h"
 #include "layouts/people/PeopleUnits.h"
 
 namespace fyn::productionrules {
@@ -45,12 +47,25 @@ class BasePeopleLayout : public BaseLayout {
 
   /**
    * For neighbours, while proximitySquareFeature is on, the square around them: a view takes its width from
-   * its height, so a wide box in a narrow tile would lose its sides. The base's for all others.
+   * its height, so a wide box in a narrow tile would lose its sides. The base's for all others. Grown until
+   * the tile enlarges the camera's pixels by no more than 2.5.
    */
   Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
 
   /** Shorter when people have left. */
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
+
+  void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
+  void resetLayouts() override;
+  HeadPosition getGroupHeadPosition(const Frame& frame) override;
+  void calculateGroupFraming(Frame& frame) override;
+
+  /** The heads, and where those who walk will be soon. */
+  std::vector<Rect> getGroupHeadBounds(const Frame& frame) override;
+
+  HeadPosition getCurrentHeadPosition(const Frame& frame) override;
+  bool usesPresence() const override;
+  std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
 
  protected:
   /**
@@ -63,14 +78,50 @@ class BasePeopleLayout : public BaseLayout {
   /** The view that the frame's place would get now; nothing when it would cut somebody of the frame. */
   std::optional<RuleOfThirdsView> tryView(const Frame& frame);
 
+  /** The whole image of the camera. */
+  Rect getRoomView(const Frame& frame) override;
+
+  /** Whether the rules for rooms in which people walk and detectors err hold; by default as configured. */
+  virtual bool isSteady() const;
+
+  /** Whether the picture is made for that person; by default for everybody. */
+  virtual bool isMeant(const FynHead& person) const;
+
+  /** Whether the person has walked of late, so that no tile would hold still. */
+  bool hasWalked(const FynHead& person) const;
+
+  /** Gives the persons of the layouts at hand the numbers that they have now. */
+  void takeNewNumbers();
+
+  const PeoplePresence& presence() const { return mPresence; }
+
   PeopleInputFaults mInputFaults;
 
  private:
+  /** Why everybody is in one picture although tiles are asked for. */
+  static constexpr const char* kUnsettled = "the tiles do not settle";
+
   std::shared_ptr<Layout> layoutFor(const MLData& data, const PeopleChoice& choice);
-  std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId);
+  std::shared_ptr<Layout> tilesFor(const std::vector<Seat>& seats);
+  /** `reason`: by which rule it is not tiles, or "". */
+  std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
+                                   const char* reason);
+  std::vector<Seat> settled(const std::vector<Seat>& seats) const;
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
+  bool doesSomebodyWalk() const;
+  const Frame* groupOnScreen() const;
+  bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;
+  bool isEverybodyWhole() const;
+  bool isATileEmpty() const;
+  bool canCloseIn(const Frame& frame);
+  /** The picture of everybody around these boxes. */
+  RuleOfThirdsView groupView(const std::vector<Rect>& bounds, std::uint32_t camId);
+  std::uint32_t steadyWait(const Layout& candidate, std::uint32_t waitMs) const;
+  std::uint32_t steadyReframeWait(HeadPosition position, std::uint32_t waitMs) const;
 
   PeopleHeadFaults mHeadFaults;
+  PeoplePresence mPresence;
+  HeadEnvelope mEnvelope;
 };
 
 }  // namespace fyn::productionrules

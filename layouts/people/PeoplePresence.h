@@ -3,25 +3,46 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
+#include "layouts/people/HeadPath.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
 
+/** A person whom the pipeline has lost and found again under another number. */
+struct PersonRenamed {
+  std::shared_ptr<FynHead> before;
+  std::shared_ptr<FynHead> now;
+};
+
 /**
- * Bridges the errors of a detector that reports each video frame by itself: heads that are missed for a
- * moment, boxes that flash up where nobody is. Both change who is seen faster than any wait of a layout
- * change is long, so that no change would ever come. All times are ticks in milliseconds.
+ * Who is in the room, and who of them walks. A vision result is what a detector saw in one frame: heads are
+ * missed for a moment, boxes flash up where nobody is, people get new numbers. Each of these would change who
+ * is shown faster than any wait of a layout change is long, so that no change would ever come. All times are
+ * ticks in milliseconds.
  */
 class PeoplePresence {
  public:
   /**
-   * The vision result with the people who can be relied on: a newcomer counts when the first sight
-   * is `holdMs` ago; who is missed counts for `holdMs` more, with the last boxes, and is then forgotten.
-   * Whoever is in the first result counts at once. The seen ones keep their order, the missed ones follow by
-   * id.
+   * The vision result with the people who are there; the same one when it has just them. Newcomers count once
+   * they have been seen for long enough, those of the first result at once. Who is missed counts for some
+   * time more, with the last boxes: longer for who has been there for long, shorter for who was about to
+   * leave. The seen ones keep their order, the missed ones follow by id.
    */
-  std::shared_ptr<MLData> steady(const MLData& data, std::uint32_t now, std::uint32_t holdMs);
+  std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& data, std::uint32_t now);
+
+  /** Who has got another number in the latest result. */
+  const std::vector<PersonRenamed>& renamed() const { return mRenamed; }
+
+  /** Whether the person came less than `withinMs` ago; false for those of the first result. */
+  bool hasJustCome(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const;
+
+  /** Whether the person was last seen to walk at most `withinMs` ago. */
+  bool hasWalked(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const;
+
+  /** How the person's head moves in the camera; no movement when it was not seen there of late. */
+  Velocity velocity(std::int32_t personId, std::uint32_t camId) const;
 
   void forget();
 
@@ -30,14 +51,29 @@ class PeoplePresence {
     std::shared_ptr<FynHead> person;
     std::uint32_t first = 0;
     std::uint32_t latest = 0;
-    /** Number of the latest result with the person. */
-    std::uint64_t result = 0;
+    /** Numbers of the first and of the latest result with the person, and how many have had the person. */
+    std::uint64_t firstResult = 0;
+    std::uint64_t latestResult = 0;
+    std::uint64_t seen = 0;
     bool counts = false;
+    bool wasThereFirst = false;
+    bool hasWalked = false;
+    std::uint32_t latestWalk = 0;
+    /** By camera. */
+    std::map<std::uint32_t, HeadPath> paths;
   };
 
-  void note(const std::shared_ptr<FynHead>& person, std::uint32_t now, std::uint32_t holdMs);
+  using Sightings = std::map<std::int32_t, Sighting>;
 
-  std::map<std::int32_t, Sighting> mSightings;
+  void note(const std::shared_ptr<FynHead>& person, std::uint32_t now);
+  void follow(Sighting& sighting, std::uint32_t now) const;
+  void findAgain(const MLData& data);
+  Sightings::iterator findMissed(const Sighting& newcomer);
+  void forgetMissed(std::uint32_t now);
+  static std::uint32_t holdMs(const Sighting& sighting);
+
+  Sightings mSightings;
+  std::vector<PersonRenamed> mRenamed;
   /** Results so far. */
   std::uint64_t mResults = 0;
 };

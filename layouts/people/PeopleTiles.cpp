@@ -2,13 +2,46 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <string>
 #include <string_view>
 
+#include "geometry/RectMath.h"
+#include "geometry/RuleOfThirds.h"
+
 namespace fyn::productionrules {
 
 namespace {
+
+constexpr double kMaxEnlargement = 2.5;
+
+// Pixels that the view may lose on its way from a base.
+constexpr double kRounding = 2;
+
+// Pixels; a box of any size may come from outside.
+std::int32_t share(double factor, std::int32_t length) {
+  return static_cast<std::int32_t>(std::ceil(std::clamp(factor * length, 0.0, 1e6)));
+}
+
+constexpr int kRounds = 4;
+
+Rect grownBy(const Rect& box, std::int32_t across, std::int32_t up) {
+  return {wrapSub(box.left, across), wrapSub(box.top, up), wrapAdd(box.right, across),
+          wrapAdd(box.bottom, up)};
+}
+
+// By how much the span has to move to lie in the image, as far as it fits.
+std::int32_t inwards(std::int64_t low, std::int64_t high, std::int64_t size) {
+  return static_cast<std::int32_t>(low < 0 ? std::min(-low, std::max(size - high, std::int64_t{0}))
+                                           : -std::min(std::max(high - size, std::int64_t{0}), low));
+}
+
+Rect movedInside(const Rect& box, const Dimension& image) {
+  const std::int32_t x = inwards(box.left, box.right, image.width);
+  const std::int32_t y = inwards(box.top, box.bottom, image.height);
+  return {wrapAdd(box.left, x), wrapAdd(box.top, y), wrapAdd(box.right, x), wrapAdd(box.bottom, y)};
+}
 
 struct Tile {
   Rect dest;
@@ -126,6 +159,27 @@ void placeInTiles(Layout& layout) {
     layout.frames[i].dest = tile.dest;
     layout.frames[i].frameLayout = units[i] == 'P' ? tile.neighbours : tile.head;
   }
+}
+
+Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image) {
+  const double least = heightOf(tile.dest) / kMaxEnlargement;
+  // A view is never smaller than what it is made for.
+  if (heightOf(base) <= 0 || heightOf(base) >= least || heightOf(tile.dest) <= 0) {
+    return base;
+  }
+  const auto viewHeight = [&](const Rect& box) {
+    return heightOf(
+        getRuleOfThirdFrame(box, widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image, 0));
+  };
+  Rect grown = base;
+  std::int32_t height = viewHeight(grown);
+  // Where the border of the image cuts the view, it has to grow again.
+  for (int round = 0; round < kRounds && height > 0 && height < least; ++round) {
+    const double growth = ((least + kRounding) / height - 1) / 2;
+    grown = movedInside(grownBy(grown, share(growth, widthOf(grown)), share(growth, heightOf(grown))), image);
+    height = viewHeight(grown);
+  }
+  return grown;
 }
 
 }  // namespace fyn::productionrules

@@ -19,4 +19,8 @@ bool hasTiles(const Layout& layout);
  */
 void placeInTiles(Layout& layout);
 
+/** The box around which a tile's view is made, grown around its middle until the view is at least so large
+ * that one camera pixel becomes no more than 2.5 output pixels high. `image` in camera pixels. */
+Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image);
+
 }  // namespace fyn::productionrules

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <list>
 #include <numeric>
+#include <set>
 
 #include "geometry/Proximity.h"
+#include "geometry/RectMath.h"
 
 namespace fyn::productionrules {
 
@@ -128,6 +130,56 @@ class UnitForming {
   Joiner mJoiner;
 };
 
+// How much of a head a tile may show of somebody who is not meant, of the head's width, and how much wider
+// its view counts for those who have shared one.
+constexpr double kStrangerWidth = 0.3;
+constexpr double kWiderView = 0.08;
+
+bool reachesIn(const Seat& seat, const Rect& view, bool doShare) {
+  const Rect& head = seat.person->findHead(seat.camId)->bbox;
+  const double margin = doShare ? kWiderView * widthOf(view) : 0;
+  const double shown = std::min(static_cast<double>(head.right), view.right + margin) -
+                       std::max(static_cast<double>(head.left), view.left - margin);
+  const bool isBeside = head.bottom <= view.top || head.top >= view.bottom;
+  return !isBeside && shown > (doShare ? 0 : kStrangerWidth * widthOf(head));
+}
+
+using People = std::set<std::int64_t>;
+
+bool areAllPresent(const People& people, const std::vector<PeopleUnit>& units) {
+  return std::all_of(people.begin(), people.end(), [&units](std::int64_t id) {
+    return std::any_of(units.begin(), units.end(), [id](const PeopleUnit& unit) {
+      return std::any_of(unit.begin(), unit.end(), [id](const Seat& seat) { return seat.person->id == id; });
+    });
+  });
+}
+
+// Who shares a frame. One that waits must have all its people: who is gone again has joined nobody.
+std::vector<const People*> sharedFrames(const std::vector<PeopleUnit>& units, const Layout* current,
+                                        const Layout* pending) {
+  std::vector<const People*> shared;
+  for (const Layout* const layout : {current, pending}) {
+    if (layout == nullptr) {
+      continue;
+    }
+    for (const Frame& frame : layout->frames) {
+      if (frame.frameType == FramingType::PROXIMITY &&
+          (layout == current || areAllPresent(frame.fynHeads, units))) {
+        shared.push_back(&frame.fynHeads);
+      }
+    }
+  }
+  return shared;
+}
+
+bool haveShared(const Seat& seat, const PeopleUnit& unit, const std::vector<const People*>& shared) {
+  return std::any_of(shared.begin(), shared.end(), [&](const People* people) {
+    return people->count(seat.person->id) != 0 &&
+           std::any_of(unit.begin(), unit.end(),
+                       [&](const Seat& each) { return people->count(each.person->id) != 0; });
+  });
+}
+
 }  // namespace
 
 std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
@@ -146,6 +198,27 @@ std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* 
     forming.keepPending(*pending);
   }
   return forming.units();
+}
+
+bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, const Layout* current,
+                const Layout* pending) {
+  const std::vector<const People*> shared = sharedFrames(units, current, pending);
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const auto isShown = [&](const Seat& seat) {
+      return seat.camId == units[i].front().camId &&
+             reachesIn(seat, views[i], haveShared(seat, units[i], shared));
+    };
+    for (std::size_t j = 0; j < units.size(); ++j) {
+      if (i != j && std::any_of(units[j].begin(), units[j].end(), isShown)) {
+        PeopleUnit& first = units[std::min(i, j)];
+        const PeopleUnit& second = units[std::max(i, j)];
+        first.insert(first.end(), second.begin(), second.end());
+        units.erase(units.begin() + static_cast<std::ptrdiff_t>(std::max(i, j)));
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 std::vector<PeopleUnit> unitsOfOne(const std::vector<Seat>& seats) {

@@ -20,6 +20,15 @@ using PeopleUnit = std::vector<Seat>;
 std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
                                   const Layout* pending);
 
+/**
+ * Joins two units of which one's tile, that shows `views[i]` of its camera, shows part of a head of the
+ * other; false when there are none. More than 30 per cent of the head's width count, or, for two who share a
+ * frame of `current`, or of `pending` when all its people are there (either may be null), any part of it in a
+ * view that is wider by 8 per cent on each side.
+ */
+bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, const Layout* current,
+                const Layout* pending);
+
 /** A unit of one for every seat. */
 std::vector<PeopleUnit> unitsOfOne(const std::vector<Seat>& seats);
 

@@ -96,9 +96,14 @@ bool MultiStreamFramingLayout::updateLayoutFraming() {
   return mPeople.updateLayoutFraming() || group;
 }
 
+std::shared_ptr<MLData> MultiStreamFramingLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
+  return mPeople.findPresent(mlData);
+}
+
 bool MultiStreamFramingLayout::process(const std::shared_ptr<MLData>& mlData) {
-  updatePeopleMap(mlData);
-  return applyingLayout(mlData) || updateFeedPriorityOfFrame() || updateLayoutFraming();
+  const std::shared_ptr<MLData> present = findPresent(mlData);
+  updatePeopleMap(present);
+  return applyingLayout(present) || updateFeedPriorityOfFrame() || updateLayoutFraming();
 }
 
 bool MultiStreamFramingLayout::applySecondaryLayout(const std::shared_ptr<Layout>& layout) {

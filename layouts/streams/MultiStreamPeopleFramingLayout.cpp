@@ -107,14 +107,20 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
   const HeadsInView heads = headsForTiles(camId);
   mInputFaults.report(data, heads, getTag());
+  const std::vector<Seat> seats = findSeats(data, heads);
   const std::vector<std::vector<Seat>>& people =
-      mAssignment.assign(findSeats(data, heads), PrConfig::get().newPfFeatureEnabled);
+      mAssignment.assign(seats, PrConfig::get().newPfFeatureEnabled);
+  PeopleMap everybody;
+  for (const Seat& seat : seats) {
+    everybody.emplace(seat.person->id, seat.person);
+  }
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    PeopleMap followed;
+    std::set<std::int64_t> followed;
     for (const Seat& seat : people[i]) {
-      followed.emplace(seat.person->id, seat.person);
+      followed.insert(seat.person->id);
     }
-    mStreams[i].state.people = std::move(followed);
+    mStreams[i].followed = std::move(followed);
+    mStreams[i].state.people = everybody;
   }
 }
 
@@ -195,24 +201,29 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
 void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  std::vector<std::shared_ptr<FynHead>> people;
-  people.reserve(mState.people.size());
+  std::vector<std::shared_ptr<FynHead>> everybody;
+  std::vector<std::shared_ptr<FynHead>> followed;
+  bool walks = false;
   for (const auto& [id, person] : mState.people) {
-    people.push_back(person);
+    everybody.push_back(person);
+    if (isMeant(*person)) {
+      followed.push_back(person);
+      walks = walks || hasWalked(*person);
+    }
   }
+  const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
   auto layout = std::make_shared<Layout>();
-  layout->layoutType = people.empty()       ? FramingType::ROOM
-                       : people.size() == 1 ? FramingType::HEAD
-                                            : FramingType::PROXIMITY;
-  constructGroupLayout(people, layout, static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId));
-  layout->frameNumber = mlData->frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(people.size());
+  layout->layoutType = followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
+  constructGroupLayout(followed, layout, camId);
   fillPositionRect(layout);
-  if (!people.empty() && !tryView(layout->frames.front())) {
-    layout->layoutType = FramingType::GROUP;
-    layout->frames.front().frameType = FramingType::GROUP;
-    layout->frames.front().frameLayout = kFrameLayoutNone;
+  if (followed.empty() || walks || !tryView(layout->frames.front())) {
+    layout->layoutType = everybody.empty() ? FramingType::ROOM : FramingType::GROUP;
+    layout->reason = walks ? "somebody walks" : "";
+    constructGroupLayout(everybody, layout, camId);
+    fillPositionRect(layout);
   }
+  layout->frameNumber = mlData->frameNumber;
+  layout->faceCount = static_cast<std::int32_t>(followed.size());
   countFrame(*layout);
   return layout;
 }
@@ -225,38 +236,49 @@ void MultiStreamPeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& l
 void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
   PeopleFramingLayout::calculateGroupFraming(frame);
   if (mSelected != nullptr) {
-    mSelected->group.clear();
-    for (const auto& [id, person] : mState.people) {
-      mSelected->group.insert(id);
-    }
+    mSelected->group = mSelected->followed;
   }
 }
 
 bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {
-  return inEveryStream([&] {
-    bool reframe = false;
-    for (std::size_t i = 0; mState.mCurLayout != nullptr && i < mState.mCurLayout->frames.size(); ++i) {
-      Frame& frame = mState.mCurLayout->frames[i];
-      reframe |= updateFrameTimer(i, frame, positionOf(frame));
-    }
-    return reframe;
-  });
+  return inEveryStream([&] { return PeopleFramingLayout::updateCurrentTimer(); });
 }
 
-// The people of a stream stay together whether they are neighbours or not, so their frame is watched always;
-// and it follows them when they move closer, because nothing else would ever bring the camera nearer again.
-HeadPosition MultiStreamPeopleFramingLayout::positionOf(const Frame& frame) {
-  if (frame.frameType != FramingType::PROXIMITY) {
-    return getCurrentHeadPosition(frame);
-  }
-  const HeadPosition position = getProximityHeadPosition(frame);
+// A stream follows its people also when they move closer: nothing else would ever bring the camera nearer.
+HeadPosition MultiStreamPeopleFramingLayout::getCurrentHeadPosition(const Frame& frame) {
+  const HeadPosition position = PeopleFramingLayout::getCurrentHeadPosition(frame);
   Rect box;
-  if (position != HeadPosition::CENTER || !constructBoundingBox(frame, box, false)) {
+  if (frame.frameType != FramingType::PROXIMITY || position != HeadPosition::CENTER ||
+      !constructBoundingBox(frame, box, false)) {
     return position;
   }
   return isGFMoveClose(frame.detectionBoundary, getBaseRectForRuleofThirdsFrame(frame, box))
              ? HeadPosition::GROUP_MOVE_CLOSE
              : HeadPosition::CENTER;
+}
+
+bool MultiStreamPeopleFramingLayout::isMeant(const FynHead& person) const {
+  return mSelected == nullptr || mSelected->followed.count(person.id) != 0;
+}
+
+std::shared_ptr<MLData> MultiStreamPeopleFramingLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
+  std::shared_ptr<MLData> present = PeopleFramingLayout::findPresent(mlData);
+  if (!usesPresence() || presence().renamed().empty()) {
+    return present;
+  }
+  inEveryStream([&] {
+    takeNewNumbers();
+    return true;
+  });
+  for (const PersonRenamed& renamed : presence().renamed()) {
+    mAssignment.rename(renamed.before->id, renamed.now->id);
+    for (Stream& stream : mStreams) {
+      if (stream.group.erase(renamed.before->id) != 0) {
+        stream.group.insert(renamed.now->id);
+      }
+    }
+  }
+  return present;
 }
 
 }  // namespace fyn::productionrules

@@ -14,9 +14,9 @@ namespace fyn::productionrules {
 
 /**
  * The streams that each stay with one person or one group of neighbours. Each is a picture of its own with
- * its own layouts and waits, decided as if only its people were in the room: HEAD for one, one PROXIMITY
- * frame around several, the ROOM view for nobody, a GROUP frame around its people where a closer view would
- * cut somebody.
+ * its own layouts and waits: HEAD for one person, one PROXIMITY frame around several. A GROUP frame around
+ * everybody in the room for a stream without people, for one whose person walks, and where a closer view
+ * would cut somebody; the ROOM view while nobody is in the room.
  *
  * An operation on layouts applies to every stream in turn, lowest first.
  */
@@ -46,6 +46,9 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
    * now. */
   bool setStreamIds(const std::vector<unsigned>& ids);
 
+  HeadPosition getCurrentHeadPosition(const Frame& frame) override;
+  std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
+
   /** Gives every person of a vision result a stream; before the other operations on that result. */
   void assignPeople(const MLData& data);
 
@@ -56,12 +59,16 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
  protected:
   void reportInput(const MLData& data) override;
+  bool isSteady() const override { return true; }
+  bool isMeant(const FynHead& person) const override;
 
  private:
   /** What a stream keeps from one vision result to the next. */
   struct Stream {
     EngineState state;
-    /** Whom the group frame on screen was placed around; the frame itself names heads. */
+    /** Whom it follows. */
+    std::set<std::int64_t> followed;
+    /** Whom it followed when the group frame on screen was placed, which names everybody. */
     std::set<std::int64_t> group;
   };
 
@@ -69,7 +76,6 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
   template <typename Operation>
   bool inEveryStream(Operation operation);
-  HeadPosition positionOf(const Frame& frame);
   static const std::set<std::int64_t>& peopleOnScreen(const Stream& stream);
 
   StreamAssignment mAssignment;

@@ -159,4 +159,12 @@ void StreamAssignment::setShown(std::size_t stream, const std::set<std::int64_t>
   }
 }
 
+void StreamAssignment::rename(std::int64_t before, std::int64_t now) {
+  auto place = mPlaces.extract(before);
+  if (!place.empty()) {
+    place.key() = now;
+    mPlaces.insert(std::move(place));
+  }
+}
+
 }  // namespace fyn::productionrules

@@ -32,6 +32,9 @@ class StreamAssignment {
    */
   const std::vector<std::vector<Seat>>& assign(const std::vector<Seat>& seats, bool joinNeighbours);
 
+  /** The person with the number `before` has another one now. */
+  void rename(std::int64_t before, std::int64_t now);
+
   /** The people of every stream in the latest result. */
   const std::vector<std::vector<Seat>>& streams() const { return mStreams; }
 

@@ -57,7 +57,8 @@ bool EngineRun::see(const Scene& scene) {
   return see(scene.mlData());
 }
 
-bool EngineRun::see(const std::shared_ptr<MLData>& data) {
+bool EngineRun::see(const std::shared_ptr<MLData>& seen) {
+  const std::shared_ptr<MLData> data = mEngine->findPresent(seen);
   mEngine->updatePeopleMap(data);
   const bool adopted = mEngine->applyingLayout(data);
   if (adopted) {

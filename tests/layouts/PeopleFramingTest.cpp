@@ -35,7 +35,7 @@ TEST(PeopleFraming, AVisitorWhoGoesInTimeJoinsNobody) {
       {"one too many", rowOf(6, 70), rowOf(7, 70)},
       {"between two", pairAt(190), pairAt(190).person(3).at(495, 360)},
       {"beside two", pairAt(140), pairAt(140).person(3).at(680, 360)},
-      {"a crowd", pairAt(190), Scene(rowOf(6, 200)).person(7).at(600, 600).person(8).at(800, 600)},
+      {"a crowd", pairAt(190), peopleAt("1@400,360 2@590,360 3@60 4@160 5@800 6@900 7@1000 8@1100 9@1200")},
   };
   for (const VisitCase& each : cases) {
     EngineRun run;
@@ -47,14 +47,14 @@ TEST(PeopleFraming, AVisitorWhoGoesInTimeJoinsNobody) {
   }
 }
 
-TEST(PeopleFraming, ALargeClusterIsAGroupUntilItPartsByTheTriggerRectangles) {
+TEST(PeopleFraming, ALargeClusterIsAGroupUntilNoTileWouldShowANeighbour) {
   EngineRun run;
   run.engine<PeopleFramingLayout>();
   run.see(rowOf(4, 59));
   EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
-  run.watch(rowOf(4, 79), 20000);
+  run.watch(rowOf(4, 170), 20000);
   EXPECT_EQ(run.picture().substr(0, 5), "GROUP");
-  run.watch(rowOf(4, 80), 8200);
+  run.watch(rowOf(4, 220), 15000);
   EXPECT_EQ(run.picture(), "HEAD [1] [2] [3] [4]");
 }
 
@@ -124,9 +124,9 @@ TEST(PeopleFraming, AWaitThatBecomesNegativeIsReportedAndIsNone) {
   EngineRun run;
   run.with([](PrConfig& config) { config.timersLayoutChangeHeadCountChange = 2000; })
       .engine<PeopleFramingLayout>();
-  run.see(rowOf(3, 200));
+  run.see(rowOf(3, 400));
   run.environment.log.take();
-  EXPECT_TRUE(run.see(rowOf(2, 200)));
+  EXPECT_TRUE(run.see(rowOf(2, 400)));
   const std::vector<std::string> lines = run.environment.log.take();
   EXPECT_NE(std::find(lines.begin(), lines.end(),
                       "E|PeopleFramingLayout|Invalid wait time for layout change, wt: -800"),
@@ -170,8 +170,8 @@ TEST(PeopleFraming, PicturesOfPeopleWhoSitStill) {
   const auto asItIs = [](PrConfig&) {};
   const char* const wide = "1@80,360 2@500,360 3@640,360 4@780,360 5@1200,360";
   const PictureCase cases[] = {
-      {"of two one above the other the lower comes first", asItIs, "1@300,150 2@300,550 3@299,350",
-       "HEAD [3] [2] [1]"},
+      {"of two one above the other the lower comes first", asItIs, "1@300,70 2@300,650 3@900",
+       "HEAD [2] [1] [3]"},
       {"without the feature everybody is alone", [](PrConfig& config) { config.newPfFeatureEnabled = false; },
        "1@300 2@410 3@900", "HEAD [1] [2] [3]"},
       {"the square holds neighbours", asItIs, wide, "PROXIMITY [1] [2 3 4] [5]"},

@@ -4,75 +4,137 @@
 
 #include "layouts/people/PeoplePresence.h"
 #include "tests/testing/SceneBuilder.h"
+#include "tests/testing/TestEnvironment.h"
 
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr std::uint32_t kStepMs = 100;
-constexpr std::uint32_t kHoldMs = 300;
+bool isThere(const MLData& data, std::int32_t person) {
+  const auto& heads = data.getHeads();
+  return std::any_of(heads.begin(), heads.end(), [&](const auto& head) { return head->id == person; });
+}
 
 /** Persons 1 and 2 by results: X where the person is seen, and then where the person counts. */
 struct PresenceCase {
   const char* name;
+  std::uint32_t stepMs;
   std::string seen[2];
   std::string counts[2];
+  std::int32_t x = 640;
 };
 
 const PresenceCase kPresenceCases[] = {
-    {"the first result counts at once", {"XXXX", "...."}, {"XXXX", "...."}},
-    {"a newcomer counts after the time", {"XXXXXX", ".XXXXX"}, {"XXXXXX", "....XX"}},
-    {"gaps do not matter to a newcomer", {"XXXXXXXX", ".X.X..XX"}, {"XXXXXXXX", "......XX"}},
-    {"a box that flashes up never counts", {"XXXXXXX", ".X.X..."}, {"XXXXXXX", "......."}},
-    {"who is missed for the time counts on", {"XX...XXX", "X..X..XX"}, {"XXXXXXXX", "XXXXXXXX"}},
-    {"who is missed for longer is new", {"XX....XXXX", "XXXXXXXXXX"}, {"XXXXX....X", "XXXXXXXXXX"}},
-    {"a room that empties is empty after the time", {"XX......", "X......."}, {"XXXXX...", "XXXX...."}},
+    {"the first result counts at once", 100, {"XXXX", "...."}, {"XXXX", "...."}},
+    {"a newcomer counts after 500 ms", 100, {"XXXXXXXX", ".XXXXXXX"}, {"XXXXXXXX", "......XX"}},
+    {"gaps in two of five results do not matter", 100, {"XXXXXXXX", ".XX.X.XX"}, {"XXXXXXXX", "......XX"}},
+    {"more gaps do", 100, {"XXXXXXXXXX", ".X..X..X.X"}, {"XXXXXXXXXX", ".........."}},
+    {"a box that flashes up is forgotten", 100, {"XXXXXXXXX", ".X....XXX"}, {"XXXXXXXXX", "........."}},
+    {"who was there first is kept for 3 s", 500, {"X.........", "XXXXXXXXXX"}, {"XXXXXXX...", "XXXXXXXXXX"}},
+    {"who came later for a third of the time",
+     500,
+     {"XXXXXXXXXX", ".XXXXX...."},
+     {"XXXXXXXXXX", "..XXXXX..."}},
+    {"a room that empties is empty in the end",
+     500,
+     {"XX.........", "X.........."},
+     {"XXXXXXXX...", "XXXXXXX...."}},
+    {"who stands at the border leaves soon", 100, {"XX......", "XX......"}, {"XXXXX...", "XXXXXXXX"}, 90},
 };
 
-/** The counting persons of each result, as the cases write them. */
-std::vector<std::string> countsOf(const PresenceCase& each, std::uint32_t start) {
-  PeoplePresence presence;
-  std::vector<std::string> counts(2);
-  for (std::size_t i = 0; i < each.seen[0].size(); ++i) {
-    Scene scene;
-    for (const std::int32_t person : {1, 2}) {
-      if (each.seen[person - 1][i] == 'X') {
-        scene.person(person).at(300 * person, 360);
-      }
-    }
-    const std::uint32_t now = start + static_cast<std::uint32_t>(i) * kStepMs;
-    const std::shared_ptr<MLData> steady = presence.steady(*scene.mlData(), now, kHoldMs);
-    for (const std::int32_t person : {1, 2}) {
-      const auto& heads = steady->getHeads();
-      const bool there =
-          std::any_of(heads.begin(), heads.end(), [&](const auto& head) { return head->id == person; });
-      counts[static_cast<std::size_t>(person - 1)] += there ? 'X' : '.';
-    }
-  }
-  return counts;
-}
-
 TEST(PeoplePresence, BridgesWhatADetectorMissesAndPassesOverWhatFlashesUp) {
+  TestEnvironment environment;
   for (const PresenceCase& each : kPresenceCases) {
     // The second clock wraps on the way.
     for (const std::uint32_t start : {1000U, 0U - 250U}) {
-      const std::vector<std::string> counts = countsOf(each, start);
+      PeoplePresence presence;
+      std::string counts[2];
+      for (std::size_t i = 0; i < each.seen[0].size(); ++i) {
+        Scene scene;
+        for (const std::int32_t person : {1, 2}) {
+          if (each.seen[person - 1][i] == 'X') {
+            scene.person(person).at(person == 1 ? each.x : 900, 360);
+          }
+        }
+        const auto now = start + static_cast<std::uint32_t>(i) * each.stepMs;
+        const std::shared_ptr<MLData> present = presence.update(scene.mlData(), now);
+        for (const std::int32_t person : {1, 2}) {
+          counts[person - 1] += isThere(*present, person) ? 'X' : '.';
+        }
+      }
       EXPECT_EQ(counts[0], each.counts[0]) << each.name << ", from " << start;
       EXPECT_EQ(counts[1], each.counts[1]) << each.name << ", from " << start;
     }
   }
 }
 
-TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
+/** A person whose head is where `place` says, seen every 100 ms. */
+struct WalkCase {
+  const char* name;
+  Scene (*place)(std::int32_t step);
+  bool walks;
+};
+
+const WalkCase kWalkCases[] = {
+    {"sits still", [](std::int32_t step) { return scene().person(1).at(600 + step % 2, 360); }, false},
+    {"leans over by a head",
+     [](std::int32_t step) { return scene().person(1).at(step < 10 ? 600 : 700, 360); }, false},
+    {"crosses the room", [](std::int32_t step) { return scene().person(1).at(200 + 30 * step, 360); }, true},
+    {"comes nearer",
+     [](std::int32_t step) { return scene().person(1).sized(100 + 3 * step, 120 + 4 * step).at(600, 360); },
+     true},
+};
+
+TEST(PeoplePresence, TellsAWalkFromAShiftInAChair) {
+  TestEnvironment environment;
+  for (const WalkCase& each : kWalkCases) {
+    PeoplePresence presence;
+    std::uint32_t now = 0;
+    for (std::int32_t step = 0; step < 20; ++step) {
+      presence.update(each.place(step).mlData(), now += 100);
+    }
+    EXPECT_EQ(presence.hasWalked(1, 0, now), each.walks) << each.name;
+  }
+}
+
+TEST(PeoplePresence, AWalkerIsMissedForASecondAndHasAVelocity) {
+  TestEnvironment environment;
   PeoplePresence presence;
-  presence.steady(*scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0, kHoldMs);
-  presence.steady(*scene().person(2).at(910, 360).person(1).at(310, 360).person(1).at(700, 360).mlData(), 100,
-                  kHoldMs);
-  const auto steady = presence.steady(*scene().person(2).at(920, 360).mlData(), 200, kHoldMs);
-  ASSERT_EQ(steady->getHeads().size(), 2U);
-  EXPECT_EQ(steady->getHeads()[0]->findHead(0)->bbox.left, 870);
-  EXPECT_EQ(steady->getHeads()[1]->findHead(0)->bbox.left, 260);
+  std::uint32_t now = 0;
+  for (std::int32_t step = 0; step < 20; ++step) {
+    presence.update(scene().person(1).at(200 + 30 * step, 500 - 10 * step).mlData(), now += 100);
+  }
+  EXPECT_NEAR(presence.velocity(1, 0).x, 300, 1);
+  EXPECT_NEAR(presence.velocity(1, 0).y, -100, 1);
+  EXPECT_TRUE(isThere(*presence.update(scene().mlData(), now + 1000), 1));
+  EXPECT_FALSE(isThere(*presence.update(scene().mlData(), now + 1100), 1));
+}
+
+TEST(PeoplePresence, ANewNumberAtTheSamePlaceIsTheSamePerson) {
+  TestEnvironment environment;
+  PeoplePresence presence;
+  presence.update(scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0);
+  const auto present = presence.update(scene().person(2).at(900, 360).person(7).at(330, 360).mlData(), 100);
+  EXPECT_TRUE(isThere(*present, 7));
+  EXPECT_FALSE(isThere(*present, 1));
+  ASSERT_EQ(presence.renamed().size(), 1U);
+  EXPECT_EQ(presence.renamed()[0].before->id, 1);
+  EXPECT_EQ(presence.renamed()[0].now->id, 7);
+  // Somebody who is still seen keeps the number, and whoever comes elsewhere is another.
+  presence.update(scene().person(2).at(900, 360).person(8).at(910, 360).person(9).at(600, 360).mlData(), 200);
+  EXPECT_TRUE(presence.renamed().empty());
+}
+
+TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
+  TestEnvironment environment;
+  PeoplePresence presence;
+  presence.update(scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0);
+  presence.update(scene().person(2).at(910, 360).person(1).at(310, 360).person(1).at(700, 360).mlData(), 100);
+  const auto present = presence.update(scene().person(2).at(920, 360).mlData(), 200);
+  ASSERT_EQ(present->getHeads().size(), 2U);
+  EXPECT_EQ(present->getHeads()[0]->findHead(0)->bbox.left, 870);
+  EXPECT_EQ(present->getHeads()[1]->findHead(0)->bbox.left, 260);
   presence.forget();
-  EXPECT_EQ(presence.steady(*scene().person(3).at(500, 360).mlData(), 300, kHoldMs)->getHeads().size(), 1U);
+  EXPECT_EQ(presence.update(scene().person(3).at(500, 360).mlData(), 300)->getHeads().size(), 1U);
 }
 
 }  // namespace

@@ -13,9 +13,32 @@ Scene RandomMeeting::next() {
     if (mOptions.turnsPercent > 0 && draw(100) < mOptions.turnsPercent) {
       walker.speaks = !walker.speaks;
     }
-    addTo(scene, walker);
+    if (mOptions.missedPercent == 0 || draw(100) >= mOptions.missedPercent) {
+      addTo(scene, walker);
+    }
+  }
+  if (mOptions.missedPercent > 0) {
+    mTruth = Scene();
+    for (const Walker& walker : mWalkers) {
+      addTo(mTruth, walker);
+    }
+    addErrors(scene);
   }
   return scene;
+}
+
+void RandomMeeting::addErrors(Scene& scene) {
+  if (draw(20) == 0) {
+    Walker nobody;
+    nobody.id = ++mLastId;
+    nobody.x = draw(1000);
+    nobody.y = draw(1000);
+    nobody.height = 60;
+    addTo(scene, nobody);
+  }
+  for (Walker& walker : mWalkers) {
+    walker.id = draw(500) == 0 ? ++mLastId : walker.id;
+  }
 }
 
 void RandomMeeting::comeAndGo() {

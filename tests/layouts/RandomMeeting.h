@@ -20,12 +20,18 @@ class RandomMeeting {
     std::vector<Dimension> cameras{{1280, 720}};
     /** How often somebody begins or ends to speak, per cent of the results. */
     std::int32_t turnsPercent = 0;
+    /** How many of the heads a detector misses, per cent; then it also sees some where nobody is, and gives
+     * people new numbers. */
+    std::int32_t missedPercent = 0;
   };
 
   RandomMeeting(std::uint32_t seed, Options options) : mRandom(seed), mOptions(std::move(options)) {}
 
   /** The next vision result, 100 ms later. */
   Scene next();
+
+  /** Who really was where in the latest result of a detector that misses heads. */
+  const Scene& truth() const { return mTruth; }
 
  private:
   struct Walker {
@@ -46,10 +52,12 @@ class RandomMeeting {
   void walk(Walker& walker);
   void comeAndGo();
   void addTo(Scene& scene, const Walker& walker);
+  void addErrors(Scene& scene);
 
   std::mt19937 mRandom;
   Options mOptions;
   std::vector<Walker> mWalkers;
+  Scene mTruth;
   std::int32_t mLastId = 0;
   std::int64_t mFrameNumber = 0;
 };

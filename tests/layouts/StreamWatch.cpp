@@ -7,8 +7,10 @@ namespace fyn::productionrules::testing {
 
 namespace {
 
-bool showsSomebody(const Layout& layout) {
-  return layout.streamId != 0 && layout.layoutType != FramingType::ROOM;
+// A picture of everybody follows nobody.
+bool followsSomebody(const Layout& layout) {
+  return layout.streamId != 0 && layout.layoutType != FramingType::ROOM &&
+         layout.layoutType != FramingType::GROUP;
 }
 
 }  // namespace
@@ -21,7 +23,7 @@ Faults StreamWatch::look(const BaseLayout& engine) {
   Faults faults;
   std::map<std::int64_t, int> shownBy;
   for (const std::shared_ptr<Layout>& layout : engine.getFinalLayoutPtrs()) {
-    if (!showsSomebody(*layout)) {
+    if (!followsSomebody(*layout)) {
       continue;
     }
     for (const std::int64_t id : layout->frames.front().fynHeads) {

@@ -36,6 +36,7 @@ class MultiStreamMode : public ::testing::Test {
     PrConfig config;
     config.fynDebugEnabled = true;
     config.maxStreams = 2;
+    config.presenceEnabled = false;
     PrConfig::set(config);
     FynCamerasConfig::getMutable().fynCamId = 0;
     ServiceState::current().times.lastPeopleCountSend = 1000000;
@@ -66,7 +67,7 @@ TEST_F(MultiStreamMode, TakesNewWaitsWithTheNextRefresh) {
   environment.time.advanceTo(environment.time.now() + 2001);
   mode->process(people({1}).mlData());
   const auto next = mode->getFramingLayout()->getNextLayoutPtrs();
-  ASSERT_EQ(textOf(next), "0 HEAD, -, 2 ROOM");
+  ASSERT_EQ(textOf(next), "0 HEAD, -, 2 GROUP");
   EXPECT_EQ(next[0]->layoutTimer.duration, 7000U);
   EXPECT_EQ(next[2]->layoutTimer.duration, 5000U - 35 * 80) << "somebody has left";
 }

@@ -14,7 +14,7 @@ namespace {
 struct PresenceCase {
   const char* what;
   bool steady;
-  std::int32_t counterMax;
+  bool presence;
   /** Persons of two results 100 ms apart. */
   std::vector<std::int32_t> before;
   std::vector<std::int32_t> after;
@@ -32,19 +32,18 @@ Scene people(const std::vector<std::int32_t>& ids) {
 
 TEST(PeopleMode, BridgesWhatTheDetectorMissesWhereItIsAskedTo) {
   const PresenceCase cases[] = {
-      {"somebody missed", false, 35, {1, 2}, {1}, false, 1},
-      {"somebody missed, bridged", true, 35, {1, 2}, {1}, false, 2},
-      {"bridged until a reset", true, 35, {1, 2}, {1}, true, 1},
-      {"a newcomer", false, 35, {1}, {1, 2}, false, 2},
-      {"a newcomer who has to wait", true, 35, {1}, {1, 2}, false, 1},
-      {"no time to bridge", true, 0, {1, 2}, {1}, false, 1},
-      {"a negative time is none", true, -5, {1}, {1, 2}, false, 2},
+      {"somebody missed", false, true, {1, 2}, {1}, false, 1},
+      {"somebody missed, bridged", true, true, {1, 2}, {1}, false, 2},
+      {"bridged by the pipeline itself", true, false, {1, 2}, {1}, false, 1},
+      {"bridged until a reset", true, true, {1, 2}, {1}, true, 1},
+      {"a newcomer", false, true, {1}, {1, 2}, false, 2},
+      {"a newcomer who has to wait", true, true, {1}, {1, 2}, false, 1},
   };
   for (const PresenceCase& each : cases) {
     TestEnvironment environment;
     PrConfig config;
-    config.pfSteadyPresenceEnabled = each.steady;
-    config.realHeadCounterMax = each.counterMax;
+    config.steadyFramingEnabled = each.steady;
+    config.presenceEnabled = each.presence;
     PrConfig::set(config);
     FynCamerasConfig::getMutable().fynCamId = 0;
     FakeNotifier notifier;

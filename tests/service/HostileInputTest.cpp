@@ -37,16 +37,28 @@ Scene twoPeople() {
   return scene().person(1).at(500, 300).person(2).at(700, 300);
 }
 
-/** The next good vision result is taken: somebody comes and goes again, and the count follows. */
+/** The next good vision results are taken: somebody comes and goes again, and the count follows, later where
+ * the mode doubts a newcomer and misses who has gone. */
 void expectWorks(RoomService& room, const std::string& after) {
+  constexpr std::uint64_t kNobodyIsMissedSoLong = 4000;
+  const auto stay = [&room](const Scene& scene) {
+    room.send(scene);
+    room.environment.time.advanceTo(room.environment.time.now() + kNobodyIsMissedSoLong);
+    room.send(scene);
+  };
+  stay(twoPeople());
   room.heard();
-  room.send(twoPeople().person(3).at(600, 300));
-  room.send(twoPeople());
+  stay(twoPeople().person(3).at(600, 300));
+  stay(twoPeople());
   Lines counts;
   for (const std::string& message : room.heard()) {
     if (message.rfind("/PeopleCount", 0) == 0) {
       counts.push_back(message);
     }
+  }
+  counts.erase(std::unique(counts.begin(), counts.end()), counts.end());
+  if (!counts.empty() && counts.front() == R"(/PeopleCount {"face_count":2,"smallestFaceHeight":120})") {
+    counts.erase(counts.begin());
   }
   EXPECT_EQ(counts, (Lines{R"(/PeopleCount {"face_count":3,"smallestFaceHeight":120})",
                            R"(/PeopleCount {"face_count":2,"smallestFaceHeight":120})"}))

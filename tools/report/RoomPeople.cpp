@@ -4,17 +4,15 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "config/PrConfig.h"
-
 namespace fyn::productionrules {
 
 namespace {
 
-/** The persons of a vision result. An engine's people map holds just them, unless people framing bridges the
+/** The persons of a vision result. An engine's people map holds just them, unless the engine bridges the
  * errors of the detector: then the result is read again. */
 std::vector<std::shared_ptr<FynHead>> headsSeen(const BusMessage& result, BaseLayout& engine) {
   std::vector<std::shared_ptr<FynHead>> persons;
-  if (PrConfig::get().pfSteadyPresenceEnabled) {
+  if (engine.usesPresence()) {
     MLData data;
     try {
       data.from_json(nlohmann::json::parse(result.payload));

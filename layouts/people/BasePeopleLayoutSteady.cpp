@@ -1,0 +1,304 @@
+// The part of BasePeopleLayout for rooms in which people walk and detectors err. All of it but the choice of
+// the candidate is behind steadyFramingEnabled; off, the base decides.
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "config/PrConfig.h"
+#include "geometry/FramePredicates.h"
+#include "geometry/GroupFrame.h"
+#include "geometry/LayoutComparison.h"
+#include "geometry/Overlap.h"
+#include "geometry/RectMath.h"
+#include "layouts/people/BasePeopleLayout.h"
+#include "layouts/people/PeopleTiles.h"
+#include "layouts/people/PersonRenaming.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Times in milliseconds, found on tracks of walkers and on meetings with the noise of detectors.
+
+// From 500 to 6000 make no difference.
+constexpr std::uint32_t kWalkedMs = 3000;
+constexpr std::uint32_t kWalksNowMs = 700;
+constexpr double kAheadSeconds = 2.0;
+constexpr std::uint32_t kGroupOfWalkersMs = 1000;
+constexpr std::uint32_t kWalkerOutsideMs = 500;
+constexpr std::uint32_t kUnsettledMs = 2000;
+constexpr std::uint32_t kSettledMs = 3000;
+constexpr std::uint32_t kShortPictureMs = 5000;
+
+// Of a head's width.
+constexpr double kOutside = 0.1;
+
+// Not more than 2.5 output pixels for one of the camera.
+constexpr Dimension kLeastView{512, 288};
+
+// Intersection over union of a tile's view and the one that it would get now.
+constexpr double kSameView = 0.75;
+constexpr double kOtherView = 0.3;
+
+// Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks.
+constexpr double kCloser = 0.7;
+
+std::int32_t moved(std::int32_t side, double by, std::int32_t size) {
+  return static_cast<std::int32_t>(std::clamp(side + by, 0.0, static_cast<double>(size)));
+}
+
+// Grows the span around its middle to `length`, as far as the image goes.
+void growTo(std::int32_t& low, std::int32_t& high, std::int32_t length, std::int32_t size) {
+  const std::int32_t goal = std::min(length, size);
+  if (high - low >= goal) {
+    return;
+  }
+  low = std::clamp((low + high - goal) / 2, 0, size - goal);
+  high = low + goal;
+}
+
+}  // namespace
+
+// ---- Who is there ----
+
+std::shared_ptr<MLData> BasePeopleLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
+  std::shared_ptr<MLData> present = mPresence.update(mlData, tick());
+  if (!usesPresence()) {
+    return mlData;
+  }
+  takeNewNumbers();
+  return present;
+}
+
+bool BasePeopleLayout::usesPresence() const {
+  return isSteady() && PrConfig::get().presenceEnabled;
+}
+
+void BasePeopleLayout::takeNewNumbers() {
+  for (const PersonRenamed& renamed : mPresence.renamed()) {
+    takeNewNumber(mState.mCurLayout.get(), renamed);
+    takeNewNumber(mState.mNextLayout.get(), renamed);
+  }
+}
+
+bool BasePeopleLayout::isSteady() const {
+  return PrConfig::get().steadyFramingEnabled;
+}
+
+bool BasePeopleLayout::isMeant(const FynHead& /*person*/) const {
+  return true;
+}
+
+void BasePeopleLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
+  BaseLayout::updatePeopleMap(mlData);
+  const Frame* const frame = groupOnScreen();
+  if (!isSteady() || frame == nullptr) {
+    mEnvelope.forget();
+    return;
+  }
+  const std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(*frame);
+  if (!bounds.empty()) {
+    Rect box = bounds.front();
+    for (const Rect& each : bounds) {
+      box = enclosing(box, each);
+    }
+    mEnvelope.add(tick(), frame->fynCamId, box);
+  }
+}
+
+void BasePeopleLayout::resetLayouts() {
+  BaseLayout::resetLayouts();
+  mPresence.forget();
+}
+
+bool BasePeopleLayout::doesSomebodyWalk() const {
+  return std::any_of(mState.people.begin(), mState.people.end(),
+                     [this](const auto& person) { return hasWalked(*person.second); });
+}
+
+bool BasePeopleLayout::hasWalked(const FynHead& person) const {
+  return mPresence.hasWalked(person.id, kWalkedMs, tick());
+}
+
+const Frame* BasePeopleLayout::groupOnScreen() const {
+  const Layout* const layout = mState.mCurLayout.get();
+  return layout != nullptr && layout->layoutType == FramingType::GROUP && layout->frames.size() == 1
+             ? &layout->frames.front()
+             : nullptr;
+}
+
+// ---- Who walks is shown by the group ----
+
+// While all are in one picture, a tile for who has just come can wait: a box where nobody is would
+// begin the wait for all tiles anew. Not where such boxes are so many that tiles have not settled before.
+std::vector<Seat> BasePeopleLayout::settled(const std::vector<Seat>& seats) const {
+  std::vector<Seat> settled;
+  if (usesPresence() && groupOnScreen() != nullptr &&
+      mState.mCurLayout->reason != std::string_view(kUnsettled)) {
+    std::copy_if(seats.begin(), seats.end(), std::back_inserter(settled), [this](const Seat& seat) {
+      return !mPresence.hasJustCome(seat.person->id, kSettledMs, tick());
+    });
+  }
+  return settled.empty() ? seats : settled;
+}
+
+// Tiles that never settle: the picture has been wrong for long, and what is wanted has just changed again.
+bool BasePeopleLayout::isUnsettled(const std::shared_ptr<Layout>& tiles) const {
+  return mState.mCurLayout != nullptr && groupOnScreen() == nullptr && mState.mNextLayout != nullptr &&
+         mState.differsSince && tick() - *mState.differsSince >= kUnsettledMs &&
+         isDifferentLayout(mState.mCurLayout, tiles) && isDifferentLayout(mState.mNextLayout, tiles);
+}
+
+std::uint32_t BasePeopleLayout::steadyWait(const Layout& candidate, std::uint32_t waitMs) const {
+  if (!isSteady()) {
+    return waitMs;
+  }
+  const bool isGroup = candidate.layoutType == FramingType::GROUP;
+  if (isGroup && doesSomebodyWalk()) {
+    return std::min(waitMs, kGroupOfWalkersMs);
+  }
+  // However often the wish changes, everybody is in the picture after this time.
+  const std::uint32_t latest = waitMs + kUnsettledMs;
+  const std::uint32_t wrongFor = isGroup && mState.differsSince ? tick() - *mState.differsSince : 0;
+  const std::uint32_t wait = std::min(waitMs, latest - std::min(latest, wrongFor));
+  const std::uint32_t age = tick() - mState.adoptedAt;
+  const bool isShort =
+      age < kShortPictureMs && mState.adoptedBefore > 0 && isEverybodyWhole() && !isATileEmpty();
+  return isShort ? std::max(wait, kShortPictureMs - age) : wait;
+}
+
+bool BasePeopleLayout::isEverybodyWhole() const {
+  const std::vector<Frame>& frames = mState.mCurLayout->frames;
+  return std::all_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
+    return !isMeant(*person.second) || std::any_of(frames.begin(), frames.end(), [&](const Frame& frame) {
+      return headsForTiles(frame.fynCamId).areWhole(mState.people, {person.first}, frame.source);
+    });
+  });
+}
+
+bool BasePeopleLayout::isATileEmpty() const {
+  const std::vector<Frame>& frames = mState.mCurLayout->frames;
+  const auto isThere = [this](std::int64_t id) { return mState.people.count(id) != 0; };
+  return hasTiles(*mState.mCurLayout) && std::any_of(frames.begin(), frames.end(), [&](const Frame& frame) {
+           return std::none_of(frame.fynHeads.begin(), frame.fynHeads.end(), isThere);
+         });
+}
+
+std::vector<Rect> BasePeopleLayout::getGroupHeadBounds(const Frame& frame) {
+  std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
+  if (!isSteady()) {
+    return bounds;
+  }
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  for (const auto& [id, person] : mState.people) {
+    const Head* const head = person->findHead(frame.fynCamId);
+    if (head == nullptr || !mPresence.hasWalked(person->id, kWalksNowMs, tick())) {
+      continue;
+    }
+    const Velocity velocity = mPresence.velocity(person->id, frame.fynCamId);
+    const double x = velocity.x * kAheadSeconds;
+    const double y = velocity.y * kAheadSeconds;
+    bounds.push_back({moved(head->bbox.left, x, image.width), moved(head->bbox.top, y, image.height),
+                      moved(head->bbox.right, x, image.width), moved(head->bbox.bottom, y, image.height)});
+  }
+  if (frame.headPosition == HeadPosition::GROUP_MOVE_CLOSE && doesSomebodyWalk()) {
+    mEnvelope.addCorners(bounds);
+  }
+  return bounds;
+}
+
+RuleOfThirdsView BasePeopleLayout::groupView(const std::vector<Rect>& bounds, std::uint32_t camId) {
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
+  Frame frame;
+  GroupFrame::updateGroupFrameLayout(bounds, frame, "BasePeopleLayout::groupView", image,
+                                     static_cast<int>(getMaxScaleFactor()));
+  growTo(frame.source.left, frame.source.right, kLeastView.width, image.width);
+  growTo(frame.source.top, frame.source.bottom, kLeastView.height, image.height);
+  return {frame.source, frame.detectionBoundary};
+}
+
+void BasePeopleLayout::calculateGroupFraming(Frame& frame) {
+  BaseLayout::calculateGroupFraming(frame);
+  const std::vector<Rect> bounds = isSteady() ? getGroupHeadBounds(frame) : std::vector<Rect>();
+  if (!bounds.empty()) {
+    frame.source = groupView(bounds, frame.fynCamId).source;
+  }
+}
+
+HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
+  if (!isSteady()) {
+    return BaseLayout::getGroupHeadPosition(frame);
+  }
+  const std::vector<Rect> bounds = getGroupHeadBounds(frame);
+  if (bounds.empty() || groupView(bounds, frame.fynCamId).source == frame.source) {
+    return HeadPosition::CENTER;
+  }
+  if (isGFHeadOutside(frame.source, BaseLayout::getGroupHeadBounds(frame))) {
+    return HeadPosition::HEAD_OUTSIDE;
+  }
+  const HeadPosition position = BaseLayout::getGroupHeadPosition(frame);
+  const bool walks = doesSomebodyWalk();
+  // Who has left is no part of the next picture either, and that wait may run already.
+  if (walks && position != HeadPosition::GROUP_HEAD_LEFT && canCloseIn(frame)) {
+    return HeadPosition::GROUP_MOVE_CLOSE;
+  }
+  const bool leaves = std::any_of(bounds.begin(), bounds.end(), [&](const Rect& box) {
+    const double least = kOutside * widthOf(box);
+    return frame.source.left - box.left > least || box.right - frame.source.right > least ||
+           frame.source.top - box.top > least || box.bottom - frame.source.bottom > least;
+  });
+  if (leaves) {
+    return HeadPosition::GROUP_HEAD_OUTSIDE;
+  }
+  return position == HeadPosition::GROUP_MOVE_CLOSE && walks ? HeadPosition::CENTER : position;
+}
+
+// Somebody walks, but nobody has gone far of late: a picture of where they have been is clearly closer.
+bool BasePeopleLayout::canCloseIn(const Frame& frame) {
+  std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
+  return mEnvelope.addCorners(bounds) &&
+         heightOf(groupView(bounds, frame.fynCamId).source) < kCloser * heightOf(frame.source);
+}
+
+// ---- Tiles are watched by what they show ----
+
+HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
+  const bool isTile = frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
+  Rect box;
+  if (!isSteady() || !isTile) {
+    return BaseLayout::getCurrentHeadPosition(frame);
+  }
+  if (!constructBoundingBox(frame, box, false)) {
+    return HeadPosition::CENTER;
+  }
+  const Rect view = ruleOfThirdsView(frame, box).source;
+  const double overlap = getIntersectionOverUnion(view, frame.source);
+  if (frame.frameType == FramingType::HEAD) {
+    const HeadPosition position = getHeadPosition(frame);
+    return position == HeadPosition::HEAD_OFF_CENTER && overlap >= kSameView ? HeadPosition::CENTER
+                                                                             : position;
+  }
+  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
+  const bool isCut = !heads.areWhole(mState.people, frame.fynHeads, frame.source);
+  if (isCut ? view == frame.source : overlap >= kSameView) {
+    return HeadPosition::CENTER;
+  }
+  return overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : getProximityHeadPosition(frame);
+}
+
+Rect BasePeopleLayout::getRoomView(const Frame& frame) {
+  if (!isSteady()) {
+    return BaseLayout::getRoomView(frame);
+  }
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  return {0, 0, image.width, image.height};
+}
+
+std::uint32_t BasePeopleLayout::steadyReframeWait(HeadPosition position, std::uint32_t waitMs) const {
+  return isSteady() && position == HeadPosition::HEAD_OUTSIDE && groupOnScreen() != nullptr
+             ? std::min(waitMs, kWalkerOutsideMs)
+             : waitMs;
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "model/Geometry.h"
+
+namespace fyn::productionrules {
+
+/** Pixels per second of one camera. */
+struct Velocity {
+  double x = 0;
+  double y = 0;
+};
+
+/** Where one camera has seen a head of late, and which of it is a person who walks. Times are ticks, in
+ * milliseconds. */
+class HeadPath {
+ public:
+  /** The head lies in `box` now. */
+  void add(std::uint32_t now, const Rect& box);
+
+  /** The latest box, in camera pixels, and when it was seen; something must have been added. */
+  const Rect& latest() const { return mSights.back().box; }
+  std::uint32_t latestAt() const { return mSights.back().at; }
+
+  /**
+   * Whether the path so far is that of somebody who walks: its last part lies far from its first part, by the
+   * width of the head, or the head has become larger or smaller, as that of who comes nearer does. A shift in
+   * a chair is neither.
+   */
+  bool isWalk() const;
+
+  /** Of the middle of the head, by least squares over the latest part of the path. */
+  Velocity velocity() const;
+
+ private:
+  struct Sight {
+    std::uint32_t at = 0;
+    Rect box;
+  };
+
+  /** Mean of the middle and of the sides, in pixels. */
+  struct Mean {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+  };
+
+  static Mean mean(const Sight* first, const Sight* end);
+
+  std::vector<Sight> mSights;
+};
+
+}  // namespace fyn::productionrules
