@@ -100,6 +100,13 @@ bool attend(int signals, int ready, int stop, int ended) {
   }
 }
 
+/** The folder that holds bin, lib and share. */
+std::filesystem::path installation() {
+  std::error_code ignored;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+  return program.parent_path().parent_path();
+}
+
 }  // namespace
 
 int runHostProcess(const std::string& library, const std::string& name) {
@@ -121,9 +128,11 @@ int runHostProcess(const std::string& library, const std::string& name) {
 }
 
 std::string defaultLibrary() {
-  std::error_code ignored;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
-  return (program.parent_path().parent_path() / "lib" / "libproductionrules.so").string();
+  return (installation() / "lib" / "libproductionrules.so").string();
+}
+
+std::string recommendedConfigurationFile() {
+  return (installation() / "share" / "productionrules" / "recommended.conf").string();
 }
 
 }  // namespace fyn::productionrules

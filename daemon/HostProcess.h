@@ -14,4 +14,7 @@ int runHostProcess(const std::string& library, const std::string& name);
 /** The library where it stands beside this program: ../lib/libproductionrules.so. */
 std::string defaultLibrary();
 
+/** The configuration for a machine that has none: ../share/productionrules/recommended.conf. */
+std::string recommendedConfigurationFile();
+
 }  // namespace fyn::productionrules

@@ -23,8 +23,16 @@ struct HostOptions {
 };
 
 /** The service itself takes a missing file for an empty one. */
-void checkConfiguration(const CLI::App& app, const HostOptions& options) {
-  if (app.get_option("--config")->count() > 0 && !std::ifstream(options.configuration)) {
+void chooseConfiguration(const CLI::App& app, HostOptions& options) {
+  if (std::ifstream(options.configuration)) {
+    return;
+  }
+  const std::string recommended = fyn::productionrules::recommendedConfigurationFile();
+  if (app.get_option("--config")->count() == 0 && std::ifstream(recommended)) {
+    std::cerr << "productionrulesd: there is no configuration file " << options.configuration
+              << "; until a restart the recommended one holds, " << recommended << "\n";
+    options.configuration = recommended;
+  } else {
     std::cerr << "productionrulesd: the configuration file " << options.configuration
               << " cannot be read; the defaults hold\n";
   }
@@ -32,7 +40,8 @@ void checkConfiguration(const CLI::App& app, const HostOptions& options) {
 
 void declareOptions(CLI::App& app, HostOptions& options) {
   app.set_version_flag("--version", "productionrulesd " PR_VERSION);
-  app.add_option("--config", options.configuration, "configuration file of the service, key=value lines")
+  app.add_option("--config", options.configuration,
+                 "configuration file of the service, key=value lines; the recommended one without it")
       ->envname("FYN_CONF_NAME")
       ->capture_default_str();
   app.add_option("--name", options.name, "name of the service")->envname("PRB_NAME")->capture_default_str();
@@ -74,7 +83,7 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     options.platform.validate();
-    checkConfiguration(app, options);
+    chooseConfiguration(app, options);
     passOn(options);
     return fyn::productionrules::runHostProcess(options.library, options.name);
   } catch (const CLI::Success& wanted) {

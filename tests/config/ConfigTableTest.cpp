@@ -5,6 +5,7 @@
 
 #include "config/ConfigKeys.h"
 #include "config/ExampleConfiguration.h"
+#include "config/Presets.h"
 #include "platform/TextFile.h"
 #include "tests/config/ConfigEnvironment.h"
 
@@ -61,15 +62,34 @@ TEST(ConfigTable, KeysAreFoundByTheirWholeText) {
   }
 }
 
-const char* const kExamplePath = PR_SOURCE_DIR "/conf/fyn.conf.example";
-
-// PR_UPDATE_EXAMPLE=1 writes the file anew from the table.
-TEST(ExampleConfiguration, TheCommittedFileIsUpToDate) {
+// PR_UPDATE_EXAMPLE=1 writes the files anew from the tables.
+void expectUpToDate(const std::string& name, const std::string& text) {
+  const std::string path = std::string(PR_SOURCE_DIR "/conf/") + name;
   if (std::getenv("PR_UPDATE_EXAMPLE") != nullptr) {
-    std::ofstream(kExamplePath, std::ios::binary) << exampleConfiguration();
+    std::ofstream(path, std::ios::binary) << text;
   }
-  EXPECT_EQ(readTextFile(kExamplePath).value_or("no such file"), exampleConfiguration())
+  EXPECT_EQ(readTextFile(path).value_or("no such file"), text)
       << "run this test with PR_UPDATE_EXAMPLE=1 and commit the file";
+}
+
+TEST(CommittedConfiguration, IsUpToDate) {
+  expectUpToDate("fyn.conf.example", exampleConfiguration());
+  for (const Preset& preset : presets()) {
+    const std::string folder = &preset == &recommendedPreset() ? "" : "presets/";
+    expectUpToDate(folder + std::string(preset.name) + ".conf", presetConfiguration(preset));
+  }
+}
+
+// Each key of a preset is one of the configuration file and changes something.
+TEST_F(ConfigTest, EveryLineOfAPresetCounts) {
+  for (const Preset& preset : presets()) {
+    for (const PresetLine& line : preset.lines) {
+      const ConfigKey* const row = findConfigKey(line.key);
+      ASSERT_TRUE(row != nullptr && row->source == ConfigSource::File) << line.key;
+      EXPECT_NE(configValue(PrConfig::DEFAULT, *row), line.value) << preset.name << ": " << line.key;
+      EXPECT_EQ(configValue(load(presetConfiguration(preset)), *row), line.value) << line.key;
+    }
+  }
 }
 
 TEST_F(ConfigTest, TheExampleHoldsEveryFileKeyAndChangesNothing) {

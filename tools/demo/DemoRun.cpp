@@ -1,9 +1,6 @@
 #include "tools/demo/DemoRun.h"
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
-#include <iterator>
 #include <sstream>
 
 #include "tools/base/NamedStream.h"
@@ -13,6 +10,7 @@
 #include "tools/replay/ObserverList.h"
 #include "tools/replay/RealTimePace.h"
 #include "tools/settings/KeyValueTexts.h"
+#include "tools/settings/PresetUse.h"
 #include "tools/view/LineLog.h"
 #include "tools/view/ReplayLines.h"
 
@@ -20,24 +18,9 @@ namespace fyn::productionrules {
 
 namespace {
 
-struct Mode {
-  const char* name;
-  FramingMode mode;
-  int people;
-};
-
-constexpr std::array<Mode, 4> kModes{{{"group", FramingMode::GroupFraming, 5},
-                                      {"people", FramingMode::PeopleFraming, 6},
-                                      {"speaker", FramingMode::SpeakerFraming, 5},
-                                      {"multistream", FramingMode::MultiStream, 5}}};
-
-const Mode& findMode(const std::string& name) {
-  const auto* const row =
-      std::find_if(kModes.begin(), kModes.end(), [&name](const Mode& mode) { return name == mode.name; });
-  if (row == kModes.end()) {
-    throw UsageError("unknown mode " + name);
-  }
-  return *row;
+/** Without a number, as many people as the mode is made for. */
+int usualPeople(const std::string& mode) {
+  return framingModeNamed(mode) == FramingMode::PeopleFraming ? 6 : 5;
 }
 
 /** Where the meeting of a round comes from: a file, or the simulator. */
@@ -46,7 +29,7 @@ class Meeting {
   Meeting(const DemoOptions& options, PrbContext& context) {
     if (options.recording.empty()) {
       SimulationOptions meeting = options.meeting;
-      meeting.people = options.people.value_or(findMode(options.mode).people);
+      meeting.people = options.people.value_or(usualPeople(options.mode));
       meeting.errors = noiseOption(options.noise);
       Simulation simulation(meeting);
       MeetingOptions plain;
@@ -114,15 +97,15 @@ class DemoPage {
   std::optional<ReplayLines> mLines;
 };
 
+std::string configurationOf(const DemoOptions& options) {
+  return readConfiguration(options.config).value_or(presetNamed(options.preset));
+}
+
 ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
   ReplayOptions replay;
-  replay.configuration = readConfiguration(options.config);
-  const int mode = static_cast<int>(findMode(options.mode).mode);
+  replay.configuration = configurationOf(options);
+  const int mode = static_cast<int>(framingModeNamed(options.mode));
   replay.properties = {{"vendor.talkertracking.flag", std::to_string(mode)}};
-  if (options.recording.empty()) {
-    // The simulated detector reports each frame by itself.
-    replay.properties.emplace_back("vendor.feature.pfSteadyPresence", "1");
-  }
   replay.standardOutput = &context.err;
   return replay;
 }
@@ -157,14 +140,11 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
 
 }  // namespace
 
-std::vector<std::string> demoModes() {
-  std::vector<std::string> names;
-  std::transform(kModes.begin(), kModes.end(), std::back_inserter(names),
-                 [](const Mode& mode) { return mode.name; });
-  return names;
-}
-
 void runDemo(const DemoOptions& options, PrbContext& context) {
+  const std::string misuse = presetMisuse(configurationOf(options), framingModeNamed(options.mode));
+  if (!misuse.empty()) {
+    context.err << "prb demo: the configuration " << misuse << std::endl;
+  }
   const std::filesystem::path path(options.scenes);
   if (path.has_parent_path()) {
     std::error_code ignored;

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/base/PrbContext.h"
 #include "tools/meeting/Simulation.h"
@@ -27,12 +26,11 @@ struct DemoOptions {
   /** Files: the scene documents that are written, and the configuration that the service reads. */
   std::string scenes = "out/scenes.jsonl";
   std::string config;
+  /** What the service reads when no file is named. */
+  std::string preset = "recommended";
   bool view = false;
   ViewPageOptions page;
 };
-
-/** The names that `DemoOptions::mode` may have. */
-std::vector<std::string> demoModes();
 
 /** Plays the meeting round after round and prints a line per change of the picture, until it is told to end.
  */

@@ -4,6 +4,7 @@
 #include "tools/demo/DemoRun.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/prb/Commands.h"
+#include "tools/settings/PresetUse.h"
 
 namespace fyn::productionrules {
 
@@ -14,13 +15,20 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_flag("--once", arguments->once, "Play it once, then end");
   command.add_flag("--fast", arguments->fast, "As fast as it can instead of in real time");
   command.add_option("--mode", arguments->mode, "Framing: group, people, speaker or multistream")
-      ->check(CLI::IsMember(demoModes()))
+      ->check(CLI::IsMember(framingModeNames()))
       ->capture_default_str();
   command.add_option("--scenes", arguments->scenes, "Where the scene documents go, one per line")
       ->type_name("FILE")
       ->capture_default_str();
-  command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE");
+  CLI::Option* const config =
+      command.add_option("--config", arguments->config, "Configuration file that the service reads")
+          ->type_name("FILE");
+  command
+      .add_option("--preset", arguments->preset,
+                  "Preset that it reads when no file is named; 'prb config list' lists them")
+      ->type_name("NAME")
+      ->excludes(config)
+      ->capture_default_str();
   addSeedOption(command, arguments->meeting.seed, "Seed of the simulated meeting")->capture_default_str();
   command
       .add_option("--people", arguments->people,
@@ -37,14 +45,12 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_flag("--view", arguments->view, "Show it on the viewer page too, and print the page's address");
   addViewPageOptions(command, arguments->page);
   command.footer(
-      "Plays a meeting through the service on the embedded bus and says what it decides and why. With a "
-      "simulated\n"
-      "meeting the property vendor.feature.pfSteadyPresence is on, as its detector reports each frame by "
-      "itself.\n"
+      "Plays a meeting through the service on the embedded bus and says what it decides and why.\n"
       "\n"
       "Examples:\n"
       "  prb demo --once --fast\n"
       "  prb demo --mode people --people 6 --view\n"
+      "  prb demo --preset walking\n"
       "  prb demo meeting.jsonl --scenes scenes.jsonl");
   command.callback([arguments, &context] { runDemo(*arguments, context); });
 }
