@@ -14,14 +14,15 @@ import { chromium } from 'playwright-core';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
 const prb = join(process.env.PRB_PROGRAMS ?? join(root, 'build/release/bin'), 'prb');
+const configuration = join(root, 'conf/recommended.conf');
 const target = process.argv[2] ?? join(root, 'docs/images');
 
 /** Each is taken while something waits, or soon after a layout was adopted, in one of the given type with at least so many frames. */
 const PICTURES = [
-  { name: 'viewer-people', seed: 4, people: 5, cameras: 2, mode: 4, layout: 'HEAD', frames: 3, colorScheme: 'light', viewport: { width: 1200, height: 960 } },
-  { name: 'viewer-group', seed: 4, people: 6, cameras: 1, mode: 1, layout: 'GROUP', frames: 1, colorScheme: 'light', viewport: { width: 1200, height: 960 } },
-  { name: 'viewer-speaker', seed: 3, after: 'adopted', people: 5, cameras: 1, mode: 2, layout: 'SUBSET_SPEAKER', frames: 1, colorScheme: 'dark', viewport: { width: 1200, height: 960 } },
-  { name: 'viewer-phone', seed: 4, people: 5, cameras: 1, mode: 4, layout: 'HEAD', frames: 2, colorScheme: 'dark', viewport: { width: 390, height: 844 } },
+  { name: 'viewer-people', seed: 2, people: 5, late: 2, mode: 4, layout: 'HEAD', frames: 3, colorScheme: 'light', viewport: { width: 1200, height: 960 } },
+  { name: 'viewer-group', seed: 4, people: 6, late: 2, mode: 1, layout: 'GROUP', frames: 1, colorScheme: 'light', viewport: { width: 1200, height: 960 } },
+  { name: 'viewer-speaker', seed: 3, after: 'adopted', people: 5, late: 0, mode: 2, layout: 'SUBSET_SPEAKER', frames: 1, colorScheme: 'dark', viewport: { width: 1200, height: 960 } },
+  { name: 'viewer-phone', seed: 2, people: 5, late: 2, mode: 4, layout: 'HEAD', frames: 3, colorScheme: 'dark', viewport: { width: 390, height: 844 } },
 ];
 
 /** Long enough to be seen, short enough to still be waiting, milliseconds. */
@@ -56,12 +57,12 @@ async function addressOf(viewer) {
 async function take(browser, folder, picture) {
   const recording = join(folder, 'meeting.jsonl');
   const effects = join(folder, 'effects.jsonl');
-  const { seed, people, cameras, mode } = picture;
-  const meeting = { seed, people, cameras, minutes: 2, noise: 'low', property: `vendor.talkertracking.flag=${mode}`, output: recording };
+  const { seed, people, late, mode } = picture;
+  const meeting = { seed, people, seats: 'row', 'come-late': late, minutes: 3, errors: 'low', property: `vendor.talkertracking.flag=${mode}`, output: recording };
   execFileSync(prb, ['simulate', ...Object.entries(meeting).flatMap(([key, value]) => [`--${key}`, String(value)])]);
-  execFileSync(prb, ['replay', recording, '--decisions', '-o', effects], { stdio: 'ignore' });
+  execFileSync(prb, ['replay', recording, '--config', configuration, '--decisions', '-o', effects], { stdio: 'ignore' });
   const t = momentOf(linesOf(effects), picture);
-  const viewer = spawn(prb, ['view', 'meeting.jsonl'], { cwd: folder, stdio: ['ignore', 'pipe', 'ignore'] });
+  const viewer = spawn(prb, ['view', 'meeting.jsonl', '--config', configuration], { cwd: folder, stdio: ['ignore', 'pipe', 'ignore'] });
   try {
     const page = await browser.newPage({ viewport: picture.viewport, colorScheme: picture.colorScheme });
     await page.goto(`${await addressOf(viewer)}#t=${t}`);
