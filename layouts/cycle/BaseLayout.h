@@ -234,6 +234,9 @@ class BaseLayout {
    */
   std::uint32_t shortenWait(std::uint32_t ms, std::uint32_t reductionMs);
 
+  /** Computes what a frame shows, by the kind of frame. */
+  virtual void updateFrameView(Frame& frame);
+
   /** What the frame of an empty room shows, in camera pixels. */
   virtual Rect getRoomView(const Frame& frame);
 
@@ -278,7 +281,6 @@ class BaseLayout {
   void holdBack(const std::shared_ptr<Layout>& candidate, const LayoutComparison& comparison);
   bool isPendingDue();
   bool isReframeDue(Frame& frame);
-  void updateFrameView(Frame& frame);
   void reframe(std::size_t index, Frame& frame);
   void startFrameTimer(std::size_t index, Frame& frame, HeadPosition position);
   void reportFrame(DecisionKind kind, std::size_t index, const Frame& frame, std::uint32_t waitedMs) const;

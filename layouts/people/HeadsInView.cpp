@@ -82,13 +82,16 @@ bool HeadsInView::holdsAll(const PeopleMap& people, const Ids& ids) const {
   return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) { return find(people, id) != nullptr; });
 }
 
+bool HeadsInView::isWhole(const Rect& box, const Rect& view) const {
+  return view.left <= std::max(box.left, 0) && view.top <= std::max(box.top, 0) &&
+         view.right >= std::min(box.right, mImage.width) &&
+         view.bottom >= std::min(box.bottom, mImage.height);
+}
+
 bool HeadsInView::areWhole(const PeopleMap& people, const Ids& ids, const Rect& view) const {
   return std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) {
     const Head* const head = find(people, id);
-    return head != nullptr && view.left <= std::max(head->bbox.left, 0) &&
-           view.top <= std::max(head->bbox.top, 0) &&
-           view.right >= std::min(head->bbox.right, mImage.width) &&
-           view.bottom >= std::min(head->bbox.bottom, mImage.height);
+    return head != nullptr && isWhole(head->bbox, view);
   });
 }
 

@@ -50,6 +50,9 @@ class HeadsInView {
   /** Whether all of `ids` are in view. */
   bool holdsAll(const PeopleMap& people, const std::set<std::int64_t>& ids) const;
 
+  /** Whether a head with that box lies inside `view`, as far as it lies in the image. */
+  bool isWhole(const Rect& box, const Rect& view) const;
+
   /** Whether all of `ids` are in view, with their heads inside `view` as far as these lie in the image. */
   bool areWhole(const PeopleMap& people, const std::set<std::int64_t>& ids, const Rect& view) const;
 

@@ -192,6 +192,11 @@ std::uint32_t PeoplePresence::holdMs(const Sighting& sighting) {
   return leaves ? std::min(hold, kMissedAtBorderMs) : hold;
 }
 
+bool PeoplePresence::isMissed(std::int32_t personId) const {
+  const auto sighting = mSightings.find(personId);
+  return sighting != mSightings.end() && sighting->second.latestResult != mResults;
+}
+
 bool PeoplePresence::hasWalked(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const {
   const auto sighting = mSightings.find(personId);
   return sighting != mSightings.end() && sighting->second.hasWalked &&

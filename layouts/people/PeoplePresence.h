@@ -38,6 +38,9 @@ class PeoplePresence {
   /** Whether the person came less than `withinMs` ago; false for those of the first result. */
   bool hasJustCome(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const;
 
+  /** Whether the person counts without being in the latest result. */
+  bool isMissed(std::int32_t personId) const;
+
   /** Whether the person was last seen to walk at most `withinMs` ago. */
   bool hasWalked(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const;
 

@@ -43,7 +43,9 @@ std::vector<Person> selectMembers(const SpeakerScene& scene) {
   for (const Person& person : scene.inView) {
     const Head& head = *person->findHead(scene.camId);
     // A speaker belongs to the picture even when the box that came with the head lies elsewhere.
-    if (head.isSpeaker || holds(selection, head.bbox)) {
+    const bool speaks =
+        std::find(scene.speakers.begin(), scene.speakers.end(), person) != scene.speakers.end();
+    if (speaks || holds(selection, head.bbox)) {
       members.push_back(person);
     }
   }

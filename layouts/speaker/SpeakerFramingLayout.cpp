@@ -4,11 +4,10 @@
 #include <utility>
 
 #include "config/PrConfig.h"
-#include "geometry/PeopleInFrame.h"
-#include "geometry/RectMath.h"
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
-#include "layouts/speaker/SSBLayoutBuilder.h"
+#include "layouts/people/PersonRenaming.h"
+#include "layouts/speaker/MemberFrame.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 #include "layouts/speaker/SpeakerWaits.h"
 #include "model/FynCamerasConfig.h"
@@ -17,14 +16,15 @@ namespace fyn::productionrules {
 
 namespace {
 
-bool isByRuleOfThirds(const Frame& frame) {
-  return frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
-}
+// Milliseconds. With the time that a path takes to forget the walk, a second and a half.
+constexpr std::uint32_t kStandingMs = 500;
+constexpr std::uint32_t kWalkerWaitMs = 600;
+constexpr std::uint32_t kLeastWaitMs = 100;
+// Until then nobody knows whether whoever comes into the empty room walks on.
+constexpr std::uint32_t kEntryMs = 1000;
 
-const SpeakerFramingLayoutBuilder& builderInForce() {
-  static const SpeakerFramingLayoutBuilder neighbours;
-  static const SSBLayoutBuilder selectionBoxes;
-  return PrConfig::get().sfUseSsb ? selectionBoxes : neighbours;
+std::uint32_t ownCamera() {
+  return static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
 }
 
 }  // namespace
@@ -61,112 +61,26 @@ std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bo
   if (mState.mCurLayout == nullptr) {
     return 0;
   }
-  const WaitRule* const wait = findSpeakerWait(mState.mCurLayout->layoutType, newType);
-  return wait != nullptr ? chooseWait(wait->wait) : 0;
+  const WaitRule* const rule = findSpeakerWait(mState.mCurLayout->layoutType, newType);
+  const std::uint32_t configured = rule != nullptr ? chooseWait(rule->wait) : 0;
+  if (mUrgency.isForWalker) {
+    return std::min(configured, kWalkerWaitMs);
+  }
+  const std::uint32_t left = configured - std::min(configured, mUrgency.speechMs);
+  const std::uint32_t wait = std::min(configured, std::max(left, kLeastWaitMs));
+  if (mState.mCurLayout->layoutType == FramingType::ROOM) {
+    return newType == FramingType::HEAD ? std::max(wait, kEntryMs) : wait;
+  }
+  const bool hasLost = showsSpeaker() && !isEverybodyOnScreenPresent();
+  if (mState.adoptedBefore == 0 || hasLost) {
+    return wait;
+  }
+  const std::uint32_t age = tick() - mState.adoptedAt;
+  return std::max(wait, mUrgency.leastShotMs - std::min(mUrgency.leastShotMs, age));
 }
 
 std::uint32_t SpeakerFramingLayout::getWaitTimeForOtherCase(HeadPosition position) {
   return waitForSingleHead(position);
-}
-
-// ---- The decision ----
-
-void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
-  BaseLayout::updatePeopleMap(mlData);
-  mCamId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  const HeadsInView heads = headsToFollow(mCamId);
-  mInputFaults.report(*mlData, heads, getTag());
-  mInView = heads.sorted(mlData->getHeads());
-  const std::vector<std::shared_ptr<FynHead>> tagged = getActiveSpeakers(mlData, mCamId);
-  std::vector<std::shared_ptr<FynHead>> speakers;
-  std::copy_if(mInView.begin(), mInView.end(), std::back_inserter(speakers), [&](const auto& person) {
-    return std::find(tagged.begin(), tagged.end(), person) != tagged.end();
-  });
-  mSpeech.update(mInView, std::move(speakers), mCamId, showsSpeaker(), mTick);
-  if (showsSpeaker() && isAnySpeakerIn(mState.mCurLayout->frames.front())) {
-    mSpeakersPicture = mState.mCurLayout;
-  }
-}
-
-bool SpeakerFramingLayout::isAnySpeakerIn(const Frame& frame) const {
-  const std::vector<std::shared_ptr<FynHead>>& speakers = mSpeech.speakers();
-  return std::any_of(speakers.begin(), speakers.end(),
-                     [&](const auto& speaker) { return frame.fynHeads.count(speaker->id) != 0; });
-}
-
-bool SpeakerFramingLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlData) {
-  const bool isDue = BaseLayout::verifyIfLayoutChangeNeeded(mlData);
-  if (isDue) {
-    // Its people may have moved while it waited.
-    Frame& frame = mState.mNextLayout->frames.front();
-    frame.frameType = mState.mNextLayout->layoutType;
-    keepMembersWhole(frame);
-    if (isAnySpeakerIn(frame)) {
-      mSpeakersPicture = mState.mNextLayout;
-    }
-  }
-  noteSpeech(mState.mCurLayout,
-             mState.mNextLayout != nullptr ? mState.mNextLayout->layoutType : FramingType::NONE);
-  noteSpeech(mState.mNextLayout, FramingType::NONE);
-  return isDue;
-}
-
-void SpeakerFramingLayout::noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const {
-  if (layout != nullptr) {
-    layout->activeSpeaker = mSpeech.activeSpeaker();
-    layout->nextLayoutType = pendingType;
-  }
-}
-
-std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  if (isHeld()) {
-    auto held = std::make_shared<Layout>(*mState.mCurLayout);
-    held->reason = "held in silence";
-    return held;
-  }
-  std::shared_ptr<Layout> layout = createCandidate();
-  layout->frameNumber = mlData->frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(mlData->getHeads().size());
-  fillPositionRect(layout);
-  keepMembersWhole(layout->frames.front());
-  return layout;
-}
-
-std::shared_ptr<Layout> SpeakerFramingLayout::createCandidate() {
-  if (mInView.size() < 2 || mSpeech.isRecovering() || mSpeech.speakers().empty()) {
-    const FramingType type = getLayoutTypeForGroupFrame(static_cast<int>(mInView.size()));
-    return SpeakerFramingLayoutBuilder::makeLayout(type, mInView, mCamId, mSpeech.recoveryReason());
-  }
-  return builderInForce().build({mInView, mSpeech.speakers(), mCamId, getMaxScaleFactor()});
-}
-
-bool SpeakerFramingLayout::showsSpeaker() const {
-  return mState.mCurLayout != nullptr && (mState.mCurLayout->layoutType == FramingType::HEAD ||
-                                          mState.mCurLayout->layoutType == FramingType::PROXIMITY ||
-                                          mState.mCurLayout->layoutType == FramingType::SUBSET_SPEAKER);
-}
-
-// Holding anything else too would go on showing who came in first while the room fills.
-bool SpeakerFramingLayout::isHeld() const {
-  return PrConfig::get().sfLayoutHold && !mSpeech.isRecovering() && mSpeech.speakers().empty() &&
-         showsSpeaker() && mSpeakersPicture == mState.mCurLayout && isEverybodyOnScreenPresent();
-}
-
-bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
-  const std::vector<Frame>& frames = mState.mCurLayout->frames;
-  return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
-    return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
-  });
-}
-
-bool SpeakerFramingLayout::checkIfLayoutSwitchNeeded(const std::shared_ptr<Layout>& /*candidate*/) {
-  const std::vector<std::shared_ptr<FynHead>>& speakers = mSpeech.speakers();
-  if (!showsSpeaker() || mSpeech.isRecovering() || speakers.empty() || !isEverybodyOnScreenPresent()) {
-    return true;
-  }
-  return !std::all_of(speakers.begin(), speakers.end(), [this](const auto& speaker) {
-    return isSpeakerFramedAlready(speaker, mState.mCurLayout, mCamId);
-  });
 }
 
 std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
@@ -183,113 +97,127 @@ std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
   return config.animationEnableEase && canMove ? "ease" : "dissolve";
 }
 
-// ---- Views ----
+// ---- Who is there, and who speaks ----
 
-unsigned SpeakerFramingLayout::getMaxScaleFactor() {
-  return speakerZoomLimit();
-}
-
-bool SpeakerFramingLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
-         BaseLayout::constructBoundingBox(frame, box, withHeadBuffer);
-}
-
-bool SpeakerFramingLayout::updateCurrentTimer() {
-  if (mState.mCurLayout == nullptr) {
-    return false;
-  }
-  for (Frame& frame : mState.mCurLayout->frames) {
-    if (hasUnusableMember(frame)) {
-      // No view can be made of such a box; the layout change follows.
-      frame.headPosition = HeadPosition::CENTER;
-      resetTimer(frame.headPositionTimer);
-      return false;
-    }
-    keepMembersWhole(frame);
-    if (frame.frameType == FramingType::SUBSET_SPEAKER) {
-      // Such a frame is placed around whoever is in view: no box of it would ever tell who is missing.
-      mHeadFaults.report(frame, mState.people);
+std::shared_ptr<MLData> SpeakerFramingLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
+  mInputFaults.report(*mlData, headsToFollow(ownCamera()), getTag());
+  const std::shared_ptr<MLData> present = mMemory.presence.update(mlData, tick());
+  if (usesPresence()) {
+    for (const PersonRenamed& renamed : mMemory.presence.renamed()) {
+      takeNewNumber(mState.mCurLayout.get(), renamed);
+      takeNewNumber(mState.mNextLayout.get(), renamed);
+      mMemory.belief.rename(renamed.before->id, renamed.now->id);
+      mMemory.turns.rename(renamed.before->id, renamed.now->id);
+      mMemory.exchange.rename(renamed.before->id, renamed.now->id);
     }
   }
-  return BaseLayout::updateCurrentTimer();
+  return usesPresence() ? present : mlData;
 }
 
-bool SpeakerFramingLayout::hasUnusableMember(const Frame& frame) const {
-  if (!isByRuleOfThirds(frame)) {
-    return false;
-  }
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
-  return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
-    const auto person = mState.people.find(id);
-    const Head* const head =
-        person == mState.people.end() ? nullptr : person->second->findHead(frame.fynCamId);
-    return head != nullptr && !isZeroRect(head->bbox) && !heads.isUsable(head->bbox);
-  });
+bool SpeakerFramingLayout::usesPresence() const {
+  return PrConfig::get().presenceEnabled;
 }
 
-// The rule of thirds takes the width of a view from its height, so a row of people, or an odd box, would be
-// cut at the sides. Such a frame is placed as a selection of speakers is; it stays one until the layout
-// changes.
-void SpeakerFramingLayout::keepMembersWhole(Frame& frame) {
-  if (isByRuleOfThirds(frame) && wouldCutMembers(frame)) {
-    frame.frameType = FramingType::SUBSET_SPEAKER;
+void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
+  mCamId = ownCamera();
+  const std::shared_ptr<MLData> smooth = mMemory.smoother.smooth(mlData, mCamId, tick());
+  BaseLayout::updatePeopleMap(smooth);
+  listen();
+  mInView = headsToFollow(mCamId).sorted(smooth->getHeads());
+  mSpeakers = inViewOf(mMemory.belief.speakers());
+  const bool isSpoken = std::any_of(mSpeakers.begin(), mSpeakers.end(),
+                                    [this](const auto& speaker) { return isWholeOnScreen(*speaker); });
+  if (showsSpeaker() && (isSpoken || isAnySpeakerIn(*frameOnScreen()))) {
+    mMemory.speakersPicture = mState.mCurLayout;
   }
+  watchSpeakers(*mlData);
+  mWalkers = findWalkers();
+  updateExchange();
 }
 
-bool SpeakerFramingLayout::wouldCutMembers(const Frame& frame) {
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
-  if (!heads.holdsAll(mState.people, frame.fynHeads)) {
-    return false;
-  }
-  Rect box;
-  for (const Rect& head : heads.bounds(mState.people, frame.fynHeads)) {
-    box = isZeroRect(box) ? head : enclosing(box, head);
-  }
-  return !heads.areWhole(mState.people, frame.fynHeads, ruleOfThirdsView(frame, box).source);
-}
-
-// ---- Group framing of a selection ----
-
-PeopleMap& SpeakerFramingLayout::getHeadMapForGroup(const Frame& frame) {
-  if (frame.frameType != FramingType::SUBSET_SPEAKER) {
-    return BaseLayout::getHeadMapForGroup(frame);
-  }
-  mMembers.clear();
-  for (const std::int64_t id : frame.fynHeads) {
-    const auto person = mState.people.find(id);
-    if (person != mState.people.end()) {
-      mMembers.insert(*person);
-    }
-  }
-  return mMembers;
-}
-
-std::vector<Rect> SpeakerFramingLayout::getGroupHeadBounds(const Frame& frame) {
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
-  std::vector<Rect> bounds;
-  for (const auto& [id, person] : getHeadMapForGroup(frame)) {
+void SpeakerFramingLayout::listen() {
+  const HeadsInView heads = headsToFollow(mCamId);
+  std::vector<SpeechHint> hints;
+  for (const auto& [id, person] : mState.people) {
     if (const Head* const head = heads.find(*person)) {
-      bounds.push_back(head->bbox);
+      const bool isMissed = mMemory.presence.isMissed(person->id);
+      hints.push_back({id, head->isSpeaker && !isMissed, isMissed, isWholeOnScreen(*person)});
     }
   }
-  return bounds;
+  mMemory.belief.update(hints, tick());
+  mMemory.turns.update(mMemory.belief.speakers(), tick());
 }
 
-HeadPosition SpeakerFramingLayout::getGroupHeadPosition(const Frame& frame) {
-  // Without a member in view there is nothing to frame anew; the layout change follows.
-  if (frame.frameType == FramingType::SUBSET_SPEAKER && getGroupHeadBounds(frame).empty()) {
-    return HeadPosition::CENTER;
-  }
-  return BaseLayout::getGroupHeadPosition(frame);
+// What the result says itself, by the boxes as they came: whether these can be trusted is the question.
+void SpeakerFramingLayout::watchSpeakers(const MLData& data) {
+  const HeadsInView heads = headsToFollow(mCamId);
+  Persons seen = heads.sorted(data.getHeads());
+  const auto isMissed = [this](const auto& person) { return mMemory.presence.isMissed(person->id); };
+  seen.erase(std::remove_if(seen.begin(), seen.end(), isMissed), seen.end());
+  Persons tagged;
+  std::copy_if(seen.begin(), seen.end(), std::back_inserter(tagged),
+               [&](const auto& person) { return heads.find(*person)->isSpeaker; });
+  mSpeech.update(seen, std::move(tagged), mCamId, showsSpeaker(), mTick);
 }
 
-void SpeakerFramingLayout::calculateGroupFraming(Frame& frame) {
-  if (frame.frameType != FramingType::SUBSET_SPEAKER) {
-    BaseLayout::calculateGroupFraming(frame);
-    return;
+void SpeakerFramingLayout::resetLayouts() {
+  BaseLayout::resetLayouts();
+  mMemory = {};
+}
+
+// Of the speakers, and of somebody who is alone.
+SpeakerFramingLayout::Persons SpeakerFramingLayout::findWalkers() const {
+  const Persons& subjects = mInView.size() == 1 ? mInView : mSpeakers;
+  Persons walkers;
+  std::copy_if(subjects.begin(), subjects.end(), std::back_inserter(walkers), [this](const auto& person) {
+    return mMemory.presence.hasWalked(person->id, kStandingMs, tick());
+  });
+  return walkers;
+}
+
+SpeakerFramingLayout::Persons SpeakerFramingLayout::inViewOf(const std::set<std::int64_t>& persons) const {
+  Persons found;
+  std::copy_if(mInView.begin(), mInView.end(), std::back_inserter(found),
+               [&](const auto& person) { return persons.count(person->id) != 0; });
+  return found;
+}
+
+bool SpeakerFramingLayout::isAnySpeakerIn(const Frame& frame) const {
+  return std::any_of(mSpeakers.begin(), mSpeakers.end(),
+                     [&](const auto& speaker) { return frame.fynHeads.count(speaker->id) != 0; });
+}
+
+// Null without a picture; a layout that was sent may be empty as well.
+const Frame* SpeakerFramingLayout::frameOnScreen() const {
+  const Layout* const layout = mState.mCurLayout.get();
+  return layout != nullptr && !layout->frames.empty() ? &layout->frames.front() : nullptr;
+}
+
+bool SpeakerFramingLayout::showsSpeaker() const {
+  return frameOnScreen() != nullptr && isOfSpeaker(mState.mCurLayout->layoutType);
+}
+
+bool SpeakerFramingLayout::isWholeOnScreen(const FynHead& person) const {
+  const Frame* const frame = frameOnScreen();
+  if (frame == nullptr) {
+    return false;
   }
-  // The members stay those of the frame; only the group of everybody takes in who has come.
-  SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, getGroupHeadBounds(frame), getMaxScaleFactor());
+  const HeadsInView heads = headsToFollow(frame->fynCamId);
+  const Head* const head = heads.find(person);
+  return head != nullptr && heads.isWhole(head->bbox, frame->source);
+}
+
+bool SpeakerFramingLayout::areWholeOnScreen(const std::set<std::int64_t>& persons) const {
+  const Frame* const frame = frameOnScreen();
+  return frame != nullptr && frame->fynCamId == mCamId &&
+         headsToFollow(mCamId).areWhole(mState.people, persons, frame->source);
+}
+
+bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
+  const std::vector<Frame>& frames = mState.mCurLayout->frames;
+  return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
+    return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
+  });
 }
 
 }  // namespace fyn::productionrules

@@ -1,19 +1,29 @@
 #pragma once
 
+#include <set>
+#include <vector>
+
 #include "layouts/cycle/BaseLayout.h"
 #include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
+#include "layouts/people/PeoplePresence.h"
+#include "layouts/speaker/Exchange.h"
+#include "layouts/speaker/HeadSmoother.h"
 #include "layouts/speaker/SpeakerFramingData.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
+#include "layouts/speaker/SpeakerShots.h"
+#include "layouts/speaker/SpeechBelief.h"
+#include "layouts/speaker/SpeechTurns.h"
 
 namespace fyn::productionrules {
 
 /**
- * The picture follows who speaks, without chasing every cough. The camera is the device's own.
+ * The picture follows who speaks, without chasing every cough. Each picture is of one camera: here the
+ * device's own.
  *
- * Every vision result goes into the engine by `updatePeopleMap`; the decision that follows is made about that
- * result. The waits come from the configuration whenever they are asked for. Log lines keep the tag of the
- * base.
+ * Every vision result goes into the engine by `findPresent` and `updatePeopleMap`; the decision that follows
+ * is made about that result. The waits come from the configuration whenever they are asked for. Log lines
+ * keep the tag of the base.
  */
 class SpeakerFramingLayout : public BaseLayout {
  public:
@@ -31,46 +41,98 @@ class SpeakerFramingLayout : public BaseLayout {
   bool updateCurrentTimer() override;
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
 
-  /** A copy of the layout on screen while it is held. */
+  /** A copy of the layout on screen, or of the one that waits, while that is kept. */
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
+  void resetLayouts() override;
+
+  /** For the candidate made last: less the time for which its speakers have been speaking, but not before the
+   * picture on screen has been there for long enough. */
   std::uint32_t getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) override;
   unsigned getMaxScaleFactor() override;
-
-  /** A head that is missing or has no box is reported when that begins, not with every result. */
-  bool constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) override;
-
   std::string getLayoutChangeAnimation() override;
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;
   void calculateGroupFraming(Frame& frame) override;
+
+  /** Of a frame of everybody the heads, and where a speaker who walks will be soon. */
   std::vector<Rect> getGroupHeadBounds(const Frame& frame) override;
 
   /** The members of a SUBSET_SPEAKER frame who are in view, and everybody for any other frame. */
   PeopleMap& getHeadMapForGroup(const Frame& frame) override;
 
-  /** False while every speaker is framed and nobody on screen has gone. */
+  /** False for a picture of speakers who are whole on screen already, unless it is to close in. */
   bool checkIfLayoutSwitchNeeded(const std::shared_ptr<Layout>& candidate) override;
 
+  HeadPosition getCurrentHeadPosition(const Frame& frame) override;
+
+  std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
+  bool usesPresence() const override;
+
+ protected:
+  void updateFrameView(Frame& frame) override;
+
  private:
-  std::shared_ptr<Layout> createCandidate();
+  using Persons = std::vector<std::shared_ptr<FynHead>>;
+
+  /** What is known of the people and their talk from one vision result to the next. */
+  struct Memory {
+    PeoplePresence presence;
+    HeadSmoother smoother;
+    SpeechBelief belief;
+    SpeechTurns turns;
+    Exchange exchange;
+    SpeakerShots shots;
+    /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
+    std::shared_ptr<const Layout> speakersPicture;
+  };
+
+  /** What the wait of the latest candidate depends on. Milliseconds. */
+  struct Urgency {
+    bool isForWalker = false;
+    bool isToCloseIn = false;
+    std::uint32_t speechMs = 0;
+    std::uint32_t leastShotMs = 0;
+  };
+
+  void listen();
+  void watchSpeakers(const MLData& data);
+  void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
+
+  std::shared_ptr<Layout> choosePicture();
+  std::shared_ptr<Layout> pictureOfSpeakers();
+  std::shared_ptr<Layout> pictureOfTurn();
+  std::shared_ptr<Layout> makeLayout(FramingType type, const Persons& persons, const char* reason) const;
+  std::shared_ptr<Layout> keep(Layout& layout, const char* reason) const;
+  std::shared_ptr<Layout> closerPicture();
+  void dropAbsent(Frame& frame) const;
+  std::uint32_t tightenMs() const;
+  void updateExchange();
+  void noteUrgency(const Layout& candidate);
+
+  Persons inViewOf(const std::set<std::int64_t>& persons) const;
+  std::set<std::int64_t> wanted() const;
+  const Frame* frameOnScreen() const;
   bool showsSpeaker() const;
+  bool isWholeOnScreen(const FynHead& person) const;
+  bool areWholeOnScreen(const std::set<std::int64_t>& persons) const;
   bool isAnySpeakerIn(const Frame& frame) const;
   bool isEverybodyOnScreenPresent() const;
   bool isHeld() const;
-  bool hasUnusableMember(const Frame& frame) const;
-  bool wouldCutMembers(const Frame& frame);
-  void keepMembersWhole(Frame& frame);
-  void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
+  Persons findWalkers() const;
 
+  Memory mMemory;
   SpeakerFramingData mSpeech;
   PeopleHeadFaults mHeadFaults;
   PeopleInputFaults mInputFaults;
-  /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
-  std::shared_ptr<const Layout> mSpeakersPicture;
-  /** The device's own camera, as of the latest vision result. */
+  Urgency mUrgency;
+  /** Of the latest vision result. */
   std::uint32_t mCamId;
-  std::vector<std::shared_ptr<FynHead>> mInView;
+  /** The same, left to right: everybody in view of that camera, who of them is believed to speak, and
+   * whom the picture would have to follow on a walk. */
+  Persons mInView;
+  Persons mSpeakers;
+  Persons mWalkers;
   /** What getHeadMapForGroup answered last. */
   PeopleMap mMembers;
 };

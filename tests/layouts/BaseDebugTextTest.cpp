@@ -97,7 +97,7 @@ TEST_F(BaseDebugText, TheOrderOfPersonsDoesNotDependOnWhoWasThereBefore) {
   for (int id = 1; id <= 40; ++id) {
     crowd.person(id).at(20 * id, 300);
   }
-  const Scene few = scene().person(17).at(100, 300).person(3).at(500, 300).person(30).at(900, 300);
+  const Scene few = scene().person(17).at(340, 300).person(3).at(60, 300).person(30).at(600, 300);
   EXPECT_EQ(dumpAfter<BaseLayout>({crowd, few}), dumpAfter<BaseLayout>({few}));
   EXPECT_EQ(dumpAfter<SpeakerFramingLayout>({crowd, few}), dumpAfter<SpeakerFramingLayout>({few}));
   EXPECT_EQ(dumpAfter<MultiStreamFramingLayout>({crowd, few}), dumpAfter<MultiStreamFramingLayout>({few}));

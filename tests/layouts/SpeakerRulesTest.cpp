@@ -3,6 +3,7 @@
 
 #include "layouts/speaker/SSBLayoutBuilder.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
+#include "layouts/speaker/SpeakerWaits.h"
 #include "model/FynCamerasConfig.h"
 #include "tests/layouts/SpeakerRun.h"
 
@@ -15,12 +16,12 @@ void byNeighbours(PrConfig& config) {
   config.sfUseSsb = false;
 }
 
-// Three people far apart; who of them speaks.
+// Three people far apart, none in the close picture of another; who of them speaks.
 Scene three(bool first, bool second, bool third) {
   Scene people;
   std::int32_t id = 1;
   for (const bool speaks : {first, second, third}) {
-    people.person(id).at(440 * id - 240, 300).speaking(speaks);
+    people.person(id).at(440 * id - 240, 300).sized(50, 60).speaking(speaks);
     ++id;
   }
   return people;
@@ -118,13 +119,16 @@ TEST(GroupFallback, ComparesFramesUnderTheZoomLimit) {
 // Who was shown alone only because nobody else was there yet is not held against those who come in.
 TEST(Silence, HoldsOnlyAPictureOfSomebodyWhoHasSpoken) {
   SpeakerRun run;
-  run.watch(scene().person(1).at(200, 300), 500);
+  const auto first = [](bool speaks) {
+    return scene().person(1).at(200, 300).sized(50, 60).speaking(speaks);
+  };
+  run.watch(first(false), 500);
   run.watch(three(false, false, false), 5000);
-  EXPECT_EQ(run.takePictures(), (Pictures{"0 HEAD [1]", "4500 GROUP [1 2 3]"}));
+  EXPECT_EQ(run.takePictures(), (Pictures{"0 HEAD [1]", "5000 GROUP [1 2 3]"}));
 
   run.engine<SpeakerFramingLayout>();
-  run.see(scene().person(1).at(200, 300));
-  run.see(scene().person(1).at(200, 300).speaking());
+  run.see(first(false));
+  run.watch(first(true), 1000);
   run.takePictures();
   run.watch(three(false, false, false), 5000);
   EXPECT_EQ(run.takePictures(), Pictures{});
@@ -133,7 +137,8 @@ TEST(Silence, HoldsOnlyAPictureOfSomebodyWhoHasSpoken) {
 
 // ---- Switches ----
 
-TEST(Switch, RemovesWhoHasLeftAlthoughTheSpeakerIsFramed) {
+// The picture is as good without who has left; only the number goes.
+TEST(Switch, IsNotNeededForWhoHasLeftBesideTheSpeaker) {
   SpeakerRun run;
   run.with(byNeighbours);
   const auto pair = [](bool bothThere) {
@@ -143,7 +148,8 @@ TEST(Switch, RemovesWhoHasLeftAlthoughTheSpeakerIsFramed) {
   run.watch(pair(true), 500);
   ASSERT_EQ(run.picture(), "PROXIMITY [1 2]");
   run.watch(pair(false), 4000);
-  EXPECT_EQ(run.takePictures().back(), "3500 HEAD [1]");
+  EXPECT_EQ(run.takePictures(), Pictures{"0 PROXIMITY [1 2]"});
+  EXPECT_EQ(run.picture(), "PROXIMITY [1]");
 }
 
 // ---- Waits ----
@@ -159,6 +165,27 @@ TEST(SpeakerTimerSetting, FollowsTheConfigurationAndStaysOfItsOwnKind) {
   run.layouts().setTimerSetting(std::make_shared<BaseTimerSetting>());
   run.layouts().setTimerSetting(nullptr);
   EXPECT_EQ(waitToHead(), 250U);
+}
+
+// Which key a change waits for: a row for each type of the picture on screen, a column for each of the next.
+TEST(SpeakerWaits, HangOnBothPictures) {
+  const std::pair<FramingType, std::string> rows[] = {
+      {FramingType::ROOM, "anyToGF anyToProx frameSpeaker otherToSs "},
+      {FramingType::GROUP, "anyToGF anyToProx frameSpeaker otherToSs "},
+      {FramingType::PROXIMITY, "proxToGF proxToProx proxToHead otherToSs "},
+      {FramingType::HEAD, "anyToGF anyToProx frameSpeaker otherToSs "},
+      {FramingType::SUBSET_SPEAKER, "anyToGF ssToProx ssToHead frameSpeaker "},
+  };
+  const SpeakerFramingTimerSetting setting;
+  for (const auto& [from, names] : rows) {
+    std::string seen;
+    for (const FramingType to :
+         {FramingType::GROUP, FramingType::PROXIMITY, FramingType::HEAD, FramingType::SUBSET_SPEAKER}) {
+      const std::string name = setting.findSource(findSpeakerWait(from, to)->wait)->name;
+      seen += name.substr(0, name.find("LayoutChangeTimer")) + " ";
+    }
+    EXPECT_EQ(seen, names) << static_cast<int>(from);
+  }
 }
 
 // ---- What goes out with the picture ----
@@ -190,7 +217,7 @@ TEST(SpeakerNote, DissolvesToAnotherCamera) {
   run.with([](PrConfig& config) { config.animationEnableEase = true; });
   run.watch(scene().person(1).at(300, 300), 500);
   FynCamerasConfig::getMutable().fynCamId = 1;
-  run.watch(scene().person(2).camera(1).at(900, 300), 500);
+  run.watch(scene().person(2).camera(1).at(900, 300), 1500);
   ASSERT_EQ(run.picture(), "HEAD [2]");
   EXPECT_EQ(run.current().animation, "dissolve");
   EXPECT_EQ(run.current().duration, 90);

@@ -1,0 +1,157 @@
+#include "layouts/speaker/CloseView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "geometry/RectMath.h"
+#include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
+#include "model/FynCamerasConfig.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Shares of the height of the view.
+constexpr double kTallestHead = 0.30;
+constexpr double kMiddleOfHeads = 0.40;
+
+// 2.5 output pixels for one of the camera.
+constexpr std::int64_t kLeastHeight = 288;
+
+// Around the members, of the tallest head's height: where there is no room for it, none.
+constexpr double kMargin = 0.25;
+
+// What is tried to leave no neighbour cut, in this order: the smaller change first. Shares of the view.
+constexpr double kGrowths[] = {1.0, 1.1, 1.2, 1.3, 1.4};
+constexpr double kShifts[] = {0.0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
+
+// So much of a head's width or height is nothing.
+constexpr double kNothing = 0.1;
+
+constexpr std::int64_t kAspectWidth = 16;
+constexpr std::int64_t kAspectHeight = 9;
+
+/** Wide enough for sums of sides. */
+struct Box {
+  std::int64_t left = 0;
+  std::int64_t top = 0;
+  std::int64_t right = 0;
+  std::int64_t bottom = 0;
+
+  std::int64_t width() const { return right - left; }
+  std::int64_t height() const { return bottom - top; }
+};
+
+std::int64_t widthFor(std::int64_t height) {
+  return height * kAspectWidth / kAspectHeight;
+}
+
+std::int64_t heightFor(std::int64_t width) {
+  return (width * kAspectHeight + kAspectWidth - 1) / kAspectWidth;
+}
+
+std::int64_t share(double part, std::int64_t whole) {
+  return std::llround(part * static_cast<double>(whole));
+}
+
+/** Around all heads, as far as they lie in the image. */
+Box boxOf(const std::vector<Rect>& heads, std::int64_t margin, const Dimension& image) {
+  Rect all = heads.front();
+  for (const Rect& head : heads) {
+    all = enclosing(all, head);
+  }
+  const auto inside = [](std::int64_t side, std::int32_t size) {
+    return std::clamp<std::int64_t>(side, 0, size);
+  };
+  return {inside(all.left - margin, image.width), inside(all.top - margin, image.height),
+          inside(all.right + margin, image.width), inside(all.bottom + margin, image.height)};
+}
+
+/** Where a span of `size` begins that holds `from` to `to` and lies in `limit`, as near to `low` as can be.
+ */
+std::int64_t begin(std::int64_t low, std::int64_t size, std::int64_t from, std::int64_t to,
+                   std::int64_t limit) {
+  low = std::max(std::min(low, from), to - size);
+  return std::clamp<std::int64_t>(low, 0, limit - size);
+}
+
+Rect viewAround(const Box& heads, std::int64_t height, double shift, const Dimension& image) {
+  const std::int64_t width = widthFor(height);
+  const std::int64_t left = begin((heads.left + heads.right - width) / 2 + share(shift, width), width,
+                                  heads.left, heads.right, image.width);
+  const std::int64_t top = begin((heads.top + heads.bottom) / 2 - share(kMiddleOfHeads, height), height,
+                                 heads.top, heads.bottom, image.height);
+  return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
+          static_cast<std::int32_t>(left + width), static_cast<std::int32_t>(top + height)};
+}
+
+bool cuts(const Rect& view, const Rect& head) {
+  const auto shown = [](double low, double high, double from, double to) {
+    return (std::min(to, high) - std::max(from, low)) / (high - low);
+  };
+  const double wide = shown(head.left, head.right, view.left, view.right);
+  const double high = shown(head.top, head.bottom, view.top, view.bottom);
+  return std::min(wide, high) > kNothing && std::min(wide, high) < 1 - kNothing;
+}
+
+Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
+               const Dimension& image) {
+  std::int64_t tallest = 0;
+  for (const Rect& head : members) {
+    tallest = std::max<std::int64_t>(tallest, boxOf({head}, 0, image).height());
+  }
+  const std::int64_t most =
+      std::min<std::int64_t>(image.height, std::int64_t{image.width} * kAspectHeight / kAspectWidth);
+  const auto hasRoom = [most](const Box& box) {
+    return box.height() <= most && box.width() <= widthFor(most);
+  };
+  Box heads = boxOf(members, share(kMargin, tallest), image);
+  if (!hasRoom(heads)) {
+    heads = boxOf(members, 0, image);
+  }
+  if (!hasRoom(heads)) {
+    return {0, 0, image.width, image.height};
+  }
+  const std::int64_t least =
+      std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
+                heads.height(), heightFor(heads.width())});
+  for (const double growth : kGrowths) {
+    for (const double shift : kShifts) {
+      const Rect view = viewAround(heads, std::min(share(growth, least), most), shift, image);
+      if (std::none_of(neighbours.begin(), neighbours.end(),
+                       [&](const Rect& head) { return cuts(view, head); })) {
+        return view;
+      }
+    }
+  }
+  return viewAround(heads, std::min(least, most), 0, image);
+}
+
+// Grows the span around its middle to `length`, inside `size`.
+void growTo(std::int32_t& low, std::int32_t& high, std::int32_t length, std::int32_t size) {
+  if (high - low < length) {
+    const std::int64_t middle = (std::int64_t{low} + high - length) / 2;
+    low = static_cast<std::int32_t>(std::clamp<std::int64_t>(middle, 0, size - length));
+    high = low + length;
+  }
+}
+
+}  // namespace
+
+void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
+                  unsigned zoomLimit) {
+  SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, zoomLimit);
+  if (!members.empty()) {
+    frame.source = closeView(frame.source, members, neighbours,
+                             getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
+  }
+}
+
+Rect atLeastHalfHigh(const Rect& view, const Dimension& image) {
+  Rect grown = view;
+  growTo(grown.left, grown.right, image.width / 2, image.width);
+  growTo(grown.top, grown.bottom, image.height / 2, image.height);
+  return grown;
+}
+
+}  // namespace fyn::productionrules

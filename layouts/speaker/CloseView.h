@@ -1,0 +1,21 @@
+#pragma once
+
+#include <vector>
+
+#include "model/Frame.h"
+
+namespace fyn::productionrules {
+
+/**
+ * Places a frame around its members: as close as the group frame would be, but no head is taller than 30 per
+ * cent of the view, no pixel of the camera is enlarged by more than 2.5, and the middle of the heads is at 40
+ * per cent of the height. Where that would cut the head of a neighbour, the view is shifted or grown a
+ * little. Heads and views are camera pixels; of a head counts what lies in the image.
+ */
+void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
+                  unsigned zoomLimit);
+
+/** The view, grown around its middle until it is half as high as the image. */
+Rect atLeastHalfHigh(const Rect& view, const Dimension& image);
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,90 @@
+#include "layouts/speaker/HeadSmoother.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "layouts/people/HeadsInView.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+constexpr double kTimeConstantMs = 250.0;
+
+// A step of more than this, in head heights, is a move and no trembling: at least half of it is made at once.
+constexpr double kJump = 0.6;
+constexpr double kShareOfJump = 0.5;
+
+std::int32_t rounded(double side) {
+  return static_cast<std::int32_t>(std::lround(side));
+}
+
+/** The person with another box in place of that of `head`. */
+std::shared_ptr<FynHead> withBox(const FynHead& person, const Head& head, const Rect& box) {
+  auto copy = std::make_shared<FynHead>(person);
+  for (auto& [camId, each] : copy->mCamIdAssocHeadMap) {
+    if (each.get() == &head) {
+      each = std::make_shared<Head>(head);
+      each->bbox = box;
+    }
+  }
+  return copy;
+}
+
+}  // namespace
+
+std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId,
+                                             std::uint32_t now) {
+  const HeadsInView heads = headsToFollow(camId);
+  std::map<std::int64_t, Track> tracks;
+  std::vector<std::shared_ptr<FynHead>> persons = data->getHeads();
+  bool isChanged = false;
+  for (std::shared_ptr<FynHead>& person : persons) {
+    const Head* const head = heads.find(*person);
+    if (head == nullptr || tracks.count(person->id) != 0) {
+      continue;
+    }
+    const Rect& box = head->bbox;
+    const auto known = mTracks.find(person->id);
+    Track track{{double{1} * box.left, double{1} * box.top, double{1} * box.right, double{1} * box.bottom},
+                now};
+    if (known != mTracks.end()) {
+      track = known->second;
+      follow(track, box, now);
+    }
+    tracks.emplace(person->id, track);
+    const Sides& sides = track.sides;
+    const Rect smooth{rounded(sides.left), rounded(sides.top), rounded(sides.right), rounded(sides.bottom)};
+    if (!(smooth == box)) {
+      person = withBox(*person, *head, smooth);
+      isChanged = true;
+    }
+  }
+  mTracks = std::move(tracks);
+  if (!isChanged) {
+    return data;
+  }
+  auto result = std::make_shared<MLData>(*data);
+  result->heads = std::move(persons);
+  return result;
+}
+
+void HeadSmoother::follow(Track& track, const Rect& box, std::uint32_t now) {
+  Sides& sides = track.sides;
+  const double dx = (double{1} * box.left + box.right - sides.left - sides.right) / 2;
+  const double dy = (double{1} * box.top + box.bottom - sides.top - sides.bottom) / 2;
+  const double height = double{1} * box.bottom - box.top;
+  double share = 1 - std::exp(-static_cast<double>(now - track.at) / kTimeConstantMs);
+  if (std::hypot(dx, dy) > kJump * height) {
+    share = std::max(share, kShareOfJump);
+  }
+  sides.left += share * (box.left - sides.left);
+  sides.top += share * (box.top - sides.top);
+  sides.right += share * (box.right - sides.right);
+  sides.bottom += share * (box.bottom - sides.bottom);
+  track.at = now;
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+#include "model/MLData.h"
+
+namespace fyn::productionrules {
+
+/** Takes the trembling out of the head boxes of one camera, so that no frame is made anew because of it. A
+ * head that really moves is followed. */
+class HeadSmoother {
+ public:
+  /**
+   * The vision result with the boxes of camera `camId` smoothed; the same persons and heads where nothing
+   * changes. `now` is a tick in milliseconds. A head that no picture can be made of stays as it is, and who
+   * is not in the result begins afresh on return.
+   */
+  std::shared_ptr<MLData> smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId, std::uint32_t now);
+
+ private:
+  /** The sides of a box, in camera pixels. */
+  struct Sides {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+  };
+  struct Track {
+    Sides sides;
+    std::uint32_t at = 0;
+  };
+
+  static void follow(Track& track, const Rect& box, std::uint32_t now);
+
+  /** By person. */
+  std::map<std::int64_t, Track> mTracks;
+};
+
+}  // namespace fyn::productionrules

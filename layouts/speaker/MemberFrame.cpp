@@ -1,0 +1,55 @@
+#include "layouts/speaker/MemberFrame.h"
+
+#include <algorithm>
+
+#include "geometry/FramePredicates.h"
+#include "geometry/RectMath.h"
+#include "layouts/cycle/ZoomLimit.h"
+#include "layouts/people/HeadsInView.h"
+#include "layouts/speaker/CloseView.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Of the height of a frame: it is placed anew when that would make it smaller than this.
+constexpr double kSmaller = 0.65;
+
+}  // namespace
+
+void placeMembers(Frame& frame, const PeopleMap& people) {
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  std::vector<Rect> neighbours;
+  for (const auto& [id, person] : people) {
+    const Head* const head = frame.fynHeads.count(id) == 0 ? heads.find(*person) : nullptr;
+    if (head != nullptr) {
+      neighbours.push_back(head->bbox);
+    }
+  }
+  placeClosely(frame, heads.bounds(people, frame.fynHeads), neighbours, speakerZoomLimit());
+}
+
+HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  const std::vector<Rect> members = heads.bounds(people, frame.fynHeads);
+  // Without a member in view there is nothing to frame anew; the layout change follows.
+  if (members.empty()) {
+    return HeadPosition::CENTER;
+  }
+  Frame anew = frame;
+  placeMembers(anew, people);
+  if (anew.source == frame.source) {
+    return HeadPosition::CENTER;
+  }
+  if (isGFHeadOutside(frame.source, members)) {
+    return HeadPosition::GROUP_HEAD_OUTSIDE;
+  }
+  if (!std::all_of(members.begin(), members.end(),
+                   [&](const Rect& head) { return heads.isWhole(head, frame.source); })) {
+    return HeadPosition::GROUP_HEAD_ON_EDGE;
+  }
+  return heightOf(anew.source) < kSmaller * heightOf(frame.source) ? HeadPosition::GROUP_MOVE_CLOSE
+                                                                   : HeadPosition::CENTER;
+}
+
+}  // namespace fyn::productionrules

@@ -1,0 +1,106 @@
+#include "layouts/speaker/SpeechBelief.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Times in milliseconds.
+constexpr double kRiseMs = 400.0;
+constexpr double kFallMs = 500.0;
+constexpr double kOn = 0.8;
+// When nobody else can be meant.
+constexpr double kOnUndisputed = 0.6;
+constexpr double kOff = 0.25;
+constexpr double kForgotten = 0.01;
+constexpr std::uint32_t kUndisputedMs = 400;
+constexpr std::uint32_t kHangOverMs = 250;
+constexpr std::uint32_t kFrozenMs = 500;
+constexpr std::uint32_t kNewcomerMs = 1000;
+
+bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uint32_t now) {
+  return at && now - *at <= ms;
+}
+
+}  // namespace
+
+void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t now) {
+  for (const SpeechHint& hint : hints) {
+    listen(mVoices[hint.person], hint, now);
+  }
+  const auto tagged =
+      std::count_if(hints.begin(), hints.end(), [](const SpeechHint& hint) { return hint.isTagged; });
+  const double on = tagged == 1 && !isAnybodyShownTagged(hints, now) ? kOnUndisputed : kOn;
+  for (auto& [person, voice] : mVoices) {
+    if (now - voice.seenAt > kFrozenMs || voice.seenAt == now) {
+      const bool isTagged = voice.taggedAt == now;
+      const double share =
+          mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) / (isTagged ? kRiseMs : kFallMs)) : 1;
+      voice.level += share * ((isTagged ? 1 : 0) - voice.level);
+    }
+    voice.speaks = voice.level >= (voice.speaks ? kOff : on);
+  }
+  mLatest = now;
+  giveTheWord(hints, now);
+  for (auto each = mVoices.begin(); each != mVoices.end();) {
+    const Voice& voice = each->second;
+    each = voice.level < kForgotten && voice.seenAt != now ? mVoices.erase(each) : std::next(each);
+  }
+}
+
+void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t now) const {
+  if (hint.isMissed) {
+    return;
+  }
+  voice.seenAt = now;
+  if (!hint.isTagged) {
+    return;
+  }
+  if (!voice.speaks && !isWithin(voice.taggedAt, kHangOverMs, now)) {
+    voice.began = now;
+  }
+  voice.taggedAt = now;
+}
+
+bool SpeechBelief::isAnybodyShownTagged(const std::vector<SpeechHint>& hints, std::uint32_t now) const {
+  return std::any_of(hints.begin(), hints.end(), [&](const SpeechHint& hint) {
+    return hint.isShown && isWithin(mVoices.at(hint.person).taggedAt, kUndisputedMs - 1, now);
+  });
+}
+
+void SpeechBelief::giveTheWord(const std::vector<SpeechHint>& hints, std::uint32_t now) {
+  mSpeakers.clear();
+  const auto goesOn = [&](const SpeechHint& hint) {
+    const Voice& voice = mVoices.at(hint.person);
+    return voice.speaks && isWithin(voice.taggedAt, kHangOverMs, now);
+  };
+  const bool somebodyGoesOn = std::any_of(hints.begin(), hints.end(), goesOn);
+  const bool somebodyShownGoesOn = std::any_of(
+      hints.begin(), hints.end(), [&](const SpeechHint& hint) { return hint.isShown && goesOn(hint); });
+  for (const SpeechHint& hint : hints) {
+    const bool givesWay = somebodyGoesOn && !goesOn(hint);
+    const bool isEarly = somebodyShownGoesOn && !hint.isShown && speechMs(hint.person, now) < kNewcomerMs;
+    if (mVoices.at(hint.person).speaks && !givesWay && !isEarly) {
+      mSpeakers.insert(hint.person);
+    }
+  }
+}
+
+std::uint32_t SpeechBelief::speechMs(std::int64_t person, std::uint32_t now) const {
+  const auto voice = mVoices.find(person);
+  return voice != mVoices.end() && voice->second.speaks ? now - voice->second.began : 0;
+}
+
+void SpeechBelief::rename(std::int64_t before, std::int64_t now) {
+  auto voice = mVoices.extract(before);
+  if (!voice.empty()) {
+    mVoices.erase(now);
+    voice.key() = now;
+    mVoices.insert(std::move(voice));
+  }
+}
+
+}  // namespace fyn::productionrules

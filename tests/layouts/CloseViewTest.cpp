@@ -1,0 +1,45 @@
+// Where a frame of speakers goes.
+#include <gtest/gtest.h>
+
+#include "layouts/speaker/CloseView.h"
+#include "tests/layouts/SpeakerRun.h"
+
+namespace fyn::productionrules::testing {
+namespace {
+
+struct ViewCase {
+  const char* name;
+  std::vector<Rect> members;
+  std::vector<Rect> neighbours;
+  Rect view;
+};
+
+TEST(CloseView, IsCloseAndCutsNobody) {
+  const SpeakerRun run({1920, 1080});
+  const Rect small{930, 510, 990, 570};
+  const ViewCase cases[] = {
+      {"not more than 2.5 pixels for one", {small}, {}, {704, 425, 1216, 713}},
+      {"a head of at most 30 per cent", {{900, 465, 1020, 615}}, {}, {516, 340, 1404, 840}},
+      {"slid into the image", {{0, 0, 120, 150}}, {}, {0, 0, 888, 500}},
+      {"a neighbour wholly in it", {small}, {{1100, 510, 1160, 570}}, {704, 425, 1216, 713}},
+      {"shifted off a neighbour", {small}, {{1196, 510, 1256, 570}}, {678, 425, 1190, 713}},
+      {"grown as well", {small}, {{560, 480, 700, 600}, {1190, 480, 1350, 600}}, {791, 413, 1354, 730}},
+      {"two far apart", {{0, 0, 100, 100}, {1800, 960, 1900, 1060}}, {}, {0, 0, 1920, 1080}},
+  };
+  for (const ViewCase& each : cases) {
+    Frame frame;
+    placeClosely(frame, each.members, each.neighbours, 0);
+    EXPECT_EQ(frame.source, each.view) << each.name;
+  }
+}
+
+// The room is too flat for a view of 16 to 9 around everybody: better all of it than a head less.
+TEST(CloseView, IsTheWholeImageWhereNothingElseHoldsTheHeads) {
+  const SpeakerRun run({1000, 1000});
+  Frame frame;
+  placeClosely(frame, {{0, 0, 100, 100}, {0, 900, 100, 1000}}, {}, 0);
+  EXPECT_EQ(frame.source, (Rect{0, 0, 1000, 1000}));
+}
+
+}  // namespace
+}  // namespace fyn::productionrules::testing
