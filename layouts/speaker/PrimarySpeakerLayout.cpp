@@ -1,9 +1,35 @@
 #include "layouts/speaker/PrimarySpeakerLayout.h"
 
+#include <optional>
+
+#include "config/PrConfig.h"
+#include "layouts/people/Seats.h"
+#include "model/FynCamerasConfig.h"
+
 namespace fyn::productionrules {
 
 const char* PrimarySpeakerLayout::getTag() const {
   return "PrimarySpeakerLayout";
+}
+
+std::vector<std::uint32_t> PrimarySpeakerLayout::camerasInUse() const {
+  std::vector<std::uint32_t> cameras = SpeakerFramingLayout::camerasInUse();
+  const FynCamerasConfig& config = FynCamerasConfig::get();
+  for (const auto& [camId, info] : config.fynCamInfoMap) {
+    if (camId != config.fynCamId) {
+      cameras.push_back(static_cast<std::uint32_t>(camId));
+    }
+  }
+  return cameras;
+}
+
+std::uint32_t PrimarySpeakerLayout::chooseCamera(const MLData& data) {
+  if (const std::optional<std::uint32_t> camera = cameraOfSpeaker()) {
+    return *camera;
+  }
+  const std::int32_t ownCamId = FynCamerasConfig::get().fynCamId;
+  return findGroupCamera(data, chooseSeats(data, nullptr, nullptr, ownCamId),
+                         PrConfig::get().frontOfTheRoomCamId, ownCamId);
 }
 
 }  // namespace fyn::productionrules

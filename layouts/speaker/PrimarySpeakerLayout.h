@@ -4,10 +4,14 @@
 
 namespace fyn::productionrules {
 
-/** The primary role of speaker framing. */
+/** The primary role of speaker framing: each speaker is taken from the camera that shows the speaker best. */
 class PrimarySpeakerLayout : public SpeakerFramingLayout {
  public:
   const char* getTag() const override;
+
+ protected:
+  std::vector<std::uint32_t> camerasInUse() const override;
+  std::uint32_t chooseCamera(const MLData& data) override;
 };
 
 }  // namespace fyn::productionrules

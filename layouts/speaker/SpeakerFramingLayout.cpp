@@ -119,10 +119,13 @@ bool SpeakerFramingLayout::usesPresence() const {
 }
 
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
-  mCamId = ownCamera();
-  const std::shared_ptr<MLData> smooth = mMemory.smoother.smooth(mlData, mCamId, tick());
+  std::shared_ptr<MLData> smooth = mlData;
+  for (const std::uint32_t camId : camerasInUse()) {
+    smooth = mMemory.smoothers[camId].smooth(smooth, camId, tick());
+  }
   BaseLayout::updatePeopleMap(smooth);
   listen();
+  mCamId = chooseCamera(*smooth);
   mInView = headsToFollow(mCamId).sorted(smooth->getHeads());
   mSpeakers = inViewOf(mMemory.belief.speakers());
   const bool isSpoken = std::any_of(mSpeakers.begin(), mSpeakers.end(),
@@ -136,12 +139,21 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
 }
 
 void SpeakerFramingLayout::listen() {
-  const HeadsInView heads = headsToFollow(mCamId);
+  std::vector<HeadsInView> cameras;
+  for (const std::uint32_t camId : camerasInUse()) {
+    cameras.push_back(headsToFollow(camId));
+  }
   std::vector<SpeechHint> hints;
   for (const auto& [id, person] : mState.people) {
-    if (const Head* const head = heads.find(*person)) {
-      const bool isMissed = mMemory.presence.isMissed(person->id);
-      hints.push_back({id, head->isSpeaker && !isMissed, isMissed, isWholeOnScreen(*person)});
+    SpeechHint hint{id, false, mMemory.presence.isMissed(person->id), isWholeOnScreen(*person)};
+    bool isInView = false;
+    for (const HeadsInView& heads : cameras) {
+      const Head* const head = heads.find(*person);
+      isInView = isInView || head != nullptr;
+      hint.isTagged = hint.isTagged || (head != nullptr && head->isSpeaker && !hint.isMissed);
+    }
+    if (isInView) {
+      hints.push_back(hint);
     }
   }
   mMemory.belief.update(hints, tick());
@@ -158,6 +170,28 @@ void SpeakerFramingLayout::watchSpeakers(const MLData& data) {
   std::copy_if(seen.begin(), seen.end(), std::back_inserter(tagged),
                [&](const auto& person) { return heads.find(*person)->isSpeaker; });
   mSpeech.update(seen, std::move(tagged), mCamId, showsSpeaker(), mTick);
+}
+
+std::vector<std::uint32_t> SpeakerFramingLayout::camerasInUse() const {
+  return {ownCamera()};
+}
+
+std::uint32_t SpeakerFramingLayout::chooseCamera(const MLData& /*data*/) {
+  return ownCamera();
+}
+
+std::optional<std::uint32_t> SpeakerFramingLayout::cameraOfSpeaker() {
+  const auto speaker = mState.people.find(mMemory.turns.holder());
+  if (speaker == mState.people.end() || (mMemory.belief.speakers().empty() && !isHeld())) {
+    return std::nullopt;
+  }
+  // A picture of everybody ends anyway when somebody speaks.
+  const std::optional<std::uint32_t> onScreen = showsSpeaker() && isWholeOnScreen(*speaker->second)
+                                                    ? std::optional(frameOnScreen()->fynCamId)
+                                                    : std::nullopt;
+  return mMemory.camera.choose(*speaker->second, onScreen,
+                               static_cast<std::uint32_t>(PrConfig::get().timersPFFeedPriorityChange),
+                               tick());
 }
 
 void SpeakerFramingLayout::resetLayouts() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -9,6 +11,7 @@
 #include "layouts/people/PeoplePresence.h"
 #include "layouts/speaker/Exchange.h"
 #include "layouts/speaker/HeadSmoother.h"
+#include "layouts/speaker/SpeakerCamera.h"
 #include "layouts/speaker/SpeakerFramingData.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
 #include "layouts/speaker/SpeakerShots.h"
@@ -72,16 +75,28 @@ class SpeakerFramingLayout : public BaseLayout {
  protected:
   void updateFrameView(Frame& frame) override;
 
+  /** The cameras whose heads count. */
+  virtual std::vector<std::uint32_t> camerasInUse() const;
+
+  /** The camera of the picture; who has the word is known. */
+  virtual std::uint32_t chooseCamera(const MLData& data);
+
+  /** The camera of the picture of whoever has the word; nothing when nobody speaks and nothing is held, or no
+   * camera shows the speaker. */
+  std::optional<std::uint32_t> cameraOfSpeaker();
+
  private:
   using Persons = std::vector<std::shared_ptr<FynHead>>;
 
   /** What is known of the people and their talk from one vision result to the next. */
   struct Memory {
     PeoplePresence presence;
-    HeadSmoother smoother;
+    /** By camera. */
+    std::map<std::uint32_t, HeadSmoother> smoothers;
     SpeechBelief belief;
     SpeechTurns turns;
     Exchange exchange;
+    SpeakerCamera camera;
     SpeakerShots shots;
     /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
     std::shared_ptr<const Layout> speakersPicture;

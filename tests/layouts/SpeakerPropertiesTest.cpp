@@ -1,6 +1,9 @@
 // What holds for every picture of speaker framing, over meetings that nobody has arranged.
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "layouts/speaker/PrimarySpeakerLayout.h"
 #include "tests/layouts/PictureFaults.h"
 #include "tests/layouts/RandomMeeting.h"
 #include "tests/layouts/SpeakerRun.h"
@@ -9,11 +12,18 @@ namespace fyn::productionrules::testing {
 namespace {
 
 constexpr Dimension kImage{1920, 1080};
+constexpr Dimension kSecondImage{1280, 720};
 constexpr int kResults = 3000;
 
+/** Every third meeting is seen by two cameras and framed by a primary device. */
 class SpeakerProperties : public ::testing::TestWithParam<unsigned> {
  protected:
   SpeakerProperties() : meeting(GetParam(), {7, {kImage}, 2}), run(kImage) {
+    if (isPrimary()) {
+      meeting = RandomMeeting(GetParam(), {7, {kImage, kSecondImage}, 2});
+      FynCamerasConfig::getMutable().setCameraLensModelDimension(1, kSecondImage);
+    }
+    makeEngine();
     run.with([](PrConfig& config) {
       config.sfRecoveryMode = true;
       config.sfUseSsb = GetParam() % 2 == 0;
@@ -22,16 +32,28 @@ class SpeakerProperties : public ::testing::TestWithParam<unsigned> {
     });
   }
 
+  static bool isPrimary() { return GetParam() % 3 == 0; }
+
+  void makeEngine() {
+    if (isPrimary()) {
+      run.engine<PrimarySpeakerLayout>();
+    } else {
+      run.engine<SpeakerFramingLayout>();
+    }
+  }
+
   RandomMeeting meeting;
   SpeakerRun run;
 };
 
 TEST_P(SpeakerProperties, EveryPictureIsWholeAndNoChangeComesBeforeItsWait) {
   int changes = 0;
+  std::set<std::uint32_t> cameras;
   for (int i = 0; i < kResults; ++i) {
     const bool changed = run.see(meeting.next());
     const Layout& picture = run.current();
     ASSERT_EQ(picture.frames.size(), 1U);
+    cameras.insert(picture.frames.front().fynCamId);
     ASSERT_EQ(tilingFaults(picture), Faults()) << i;
     ASSERT_EQ(viewFaults(picture), Faults()) << i;
     if (changed && picture.layoutType != FramingType::ROOM) {
@@ -45,6 +67,7 @@ TEST_P(SpeakerProperties, EveryPictureIsWholeAndNoChangeComesBeforeItsWait) {
     }
   }
   EXPECT_GT(changes, 10);
+  EXPECT_EQ(cameras.size(), isPrimary() ? 2U : 1U);
 }
 
 TEST_P(SpeakerProperties, PicturesDoNotDependOnTheOrderOfPersonsOrTheirAddresses) {
@@ -56,7 +79,7 @@ TEST_P(SpeakerProperties, PicturesDoNotDependOnTheOrderOfPersonsOrTheirAddresses
   const std::vector<std::string> pictures = run.takePictures();
   EXPECT_GT(pictures.size(), 2U);
   const std::uint64_t start = run.now();
-  run.engine<SpeakerFramingLayout>();
+  makeEngine();
   for (const Scene& scene : scenes) {
     run.see(scene.reversed());
   }
