@@ -43,7 +43,9 @@ bool BaseSecondaryLayout::showsNothing(Frame frame) {
     case FramingType::NONE:
       return false;
     case FramingType::SUBSET_SPEAKER:
-      calculateGroupFraming(frame);
+    case FramingType::HEAD:
+    case FramingType::PROXIMITY:
+      updateFrameView(frame);
       break;
     default:
       calculateRuleOfThirdFor(frame);

@@ -3,7 +3,7 @@
 #include "config/PrConfig.h"
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
-#include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
+#include "layouts/speaker/MemberFrame.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 
 namespace fyn::productionrules {
@@ -25,11 +25,6 @@ bool SecondarySpeakerLayout::applySecondaryLayout(const std::shared_ptr<Layout>&
   return !refusesEmptyPicture(layout) && BaseSecondaryLayout::applySecondaryLayout(layout);
 }
 
-bool SecondarySpeakerLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
-  return !frame.fynHeads.empty() && mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
-         BaseSecondaryLayout::constructBoundingBox(frame, box, withHeadBuffer);
-}
-
 unsigned SecondarySpeakerLayout::getMaxScaleFactor() {
   return speakerZoomLimit();
 }
@@ -38,28 +33,19 @@ std::uint32_t SecondarySpeakerLayout::getWaitTimeForOtherCase(HeadPosition posit
   return waitForSingleHead(position);
 }
 
-std::vector<Rect> SecondarySpeakerLayout::getGroupHeadBounds(const Frame& frame) {
-  return frame.frameType == FramingType::SUBSET_SPEAKER
-             ? headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads)
-             : BaseSecondaryLayout::getGroupHeadBounds(frame);
+HeadPosition SecondarySpeakerLayout::getCurrentHeadPosition(const Frame& frame) {
+  return isOfSpeaker(frame.frameType) ? memberPosition(frame, mState.people)
+                                      : BaseSecondaryLayout::getCurrentHeadPosition(frame);
 }
 
-HeadPosition SecondarySpeakerLayout::getGroupHeadPosition(const Frame& frame) {
-  if (frame.frameType == FramingType::SUBSET_SPEAKER &&
-      headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads).empty()) {
-    return HeadPosition::CENTER;
-  }
-  return BaseSecondaryLayout::getGroupHeadPosition(frame);
-}
-
-void SecondarySpeakerLayout::calculateGroupFraming(Frame& frame) {
-  if (frame.frameType != FramingType::SUBSET_SPEAKER) {
-    BaseSecondaryLayout::calculateGroupFraming(frame);
+void SecondarySpeakerLayout::updateFrameView(Frame& frame) {
+  if (!isOfSpeaker(frame.frameType)) {
+    BaseSecondaryLayout::updateFrameView(frame);
     return;
   }
-  const std::vector<Rect> members = headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads);
-  if (!members.empty()) {
-    SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, getMaxScaleFactor());
+  mHeadFaults.report(frame, mState.people);
+  if (!headsToFollow(frame.fynCamId).bounds(mState.people, frame.fynHeads).empty()) {
+    placeMembers(frame, mState.people);
   }
 }
 
