@@ -26,21 +26,27 @@ void countFrame(Layout& layout) {
 
 }  // namespace
 
-/** Puts one stream's state in the place of the engine's own, until it goes out of scope. */
+/** Puts one stream's state in the place of the engine's own, until it goes out of scope. The people are those
+ * of all streams. */
 class MultiStreamPeopleFramingLayout::Selection {
  public:
   Selection(MultiStreamPeopleFramingLayout& engine, Stream& stream) : mEngine(engine) {
     mEngine.mSelected = &stream;
-    std::swap(mEngine.mState, stream.state);
+    exchange();
   }
   ~Selection() {
-    std::swap(mEngine.mState, mEngine.mSelected->state);
+    exchange();
     mEngine.mSelected = nullptr;
   }
   Selection(const Selection&) = delete;
   Selection& operator=(const Selection&) = delete;
 
  private:
+  void exchange() {
+    std::swap(mEngine.mState, mEngine.mSelected->state);
+    std::swap(mEngine.mState.people, mEngine.mSelected->state.people);
+  }
+
   MultiStreamPeopleFramingLayout& mEngine;
 };
 
@@ -120,8 +126,8 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
       followed.insert(seat.person->id);
     }
     mStreams[i].followed = std::move(followed);
-    mStreams[i].state.people = everybody;
   }
+  mState.people = std::move(everybody);
 }
 
 bool MultiStreamPeopleFramingLayout::applyStreamLayout(std::size_t stream,
@@ -201,11 +207,9 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
 void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  std::vector<std::shared_ptr<FynHead>> everybody;
   std::vector<std::shared_ptr<FynHead>> followed;
   bool walks = false;
   for (const auto& [id, person] : mState.people) {
-    everybody.push_back(person);
     if (isMeant(*person)) {
       followed.push_back(person);
       walks = walks || hasWalked(*person);
@@ -217,6 +221,11 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   constructGroupLayout(followed, layout, camId);
   fillPositionRect(layout);
   if (followed.empty() || walks || !tryView(layout->frames.front())) {
+    std::vector<std::shared_ptr<FynHead>> everybody;
+    everybody.reserve(mState.people.size());
+    for (const auto& [id, person] : mState.people) {
+      everybody.push_back(person);
+    }
     layout->layoutType = everybody.empty() ? FramingType::ROOM : FramingType::GROUP;
     layout->reason = walks ? "somebody walks" : "";
     constructGroupLayout(everybody, layout, camId);
