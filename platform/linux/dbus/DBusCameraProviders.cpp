@@ -68,7 +68,7 @@ std::shared_ptr<IQuilCameraProvider> DBusCameraProviders::getService(const std::
     return nullptr;
   }
   const std::string name = instance == "default" ? Names::kService : Names::kService + ("." + instance);
-  const std::optional<std::string> owner = connection->ownerOf(name, mOptions.callLimit);
+  const std::optional<std::string> owner = connection->ownerOf(name, mOptions.lookupLimit);
   if (!owner) {
     return nullptr;
   }
@@ -76,7 +76,7 @@ std::shared_ptr<IQuilCameraProvider> DBusCameraProviders::getService(const std::
     auto provider = std::make_shared<Provider>(connection, *owner, mOptions.callLimit);
     connection->watch(provider);
     // An owner that left before the watch began is noticed here, one that leaves later by the watch.
-    return connection->ownerOf(name, mOptions.callLimit) == owner ? provider : nullptr;
+    return connection->ownerOf(name, mOptions.lookupLimit) == owner ? provider : nullptr;
   } catch (const sdbus::Error& fault) {
     PRB_LOGW(kTag, "%s: %s", "getService", fault.what());
     return nullptr;

@@ -23,8 +23,11 @@ struct DBusCameraProviderNames {
 struct DBusOptions {
   /** "session", "system" or the address of a bus, such as "unix:path=/run/x". */
   std::string bus = "session";
-  /** No call takes longer. A provider that hangs costs this much once per scene document. */
+  /** No call of the provider takes longer. One that hangs costs this much once per scene document. */
   std::chrono::milliseconds callLimit{250};
+  /** How long the bus may take to say who the provider is. The service looks for it once after a death: a
+   * busy machine must not cost all pictures from then on. */
+  std::chrono::milliseconds lookupLimit{2000};
 };
 
 /**
