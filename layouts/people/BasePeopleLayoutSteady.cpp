@@ -51,10 +51,11 @@ std::int32_t moved(std::int32_t side, double by, std::int32_t size) {
 // Grows the span around its middle to `length`, as far as the image goes.
 void growTo(std::int32_t& low, std::int32_t& high, std::int32_t length, std::int32_t size) {
   const std::int32_t goal = std::min(length, size);
-  if (high - low >= goal) {
+  if (std::int64_t{high} - low >= goal) {
     return;
   }
-  low = std::clamp((low + high - goal) / 2, 0, size - goal);
+  const std::int64_t middle = (std::int64_t{low} + high - goal) / 2;
+  low = static_cast<std::int32_t>(std::clamp<std::int64_t>(middle, 0, size - goal));
   high = low + goal;
 }
 
@@ -245,8 +246,9 @@ HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
   }
   const bool leaves = std::any_of(bounds.begin(), bounds.end(), [&](const Rect& box) {
     const double least = kOutside * widthOf(box);
-    return frame.source.left - box.left > least || box.right - frame.source.right > least ||
-           frame.source.top - box.top > least || box.bottom - frame.source.bottom > least;
+    const auto isBeyond = [least](double from, double to) { return to - from > least; };
+    return isBeyond(box.left, frame.source.left) || isBeyond(frame.source.right, box.right) ||
+           isBeyond(box.top, frame.source.top) || isBeyond(frame.source.bottom, box.bottom);
   });
   if (leaves) {
     return HeadPosition::GROUP_HEAD_OUTSIDE;
