@@ -13,6 +13,7 @@
 #include "layouts/people/BasePeopleLayout.h"
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PersonRenaming.h"
+#include "layouts/people/ViewGrowth.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -43,21 +44,6 @@ constexpr double kOtherView = 0.3;
 
 // Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks.
 constexpr double kCloser = 0.7;
-
-std::int32_t moved(std::int32_t side, double by, std::int32_t size) {
-  return static_cast<std::int32_t>(std::clamp(side + by, 0.0, static_cast<double>(size)));
-}
-
-// Grows the span around its middle to `length`, as far as the image goes.
-void growTo(std::int32_t& low, std::int32_t& high, std::int32_t length, std::int32_t size) {
-  const std::int32_t goal = std::min(length, size);
-  if (std::int64_t{high} - low >= goal) {
-    return;
-  }
-  const std::int64_t middle = (std::int64_t{low} + high - goal) / 2;
-  low = static_cast<std::int32_t>(std::clamp<std::int64_t>(middle, 0, size - goal));
-  high = low + goal;
-}
 
 }  // namespace
 
@@ -191,17 +177,12 @@ std::vector<Rect> BasePeopleLayout::getGroupHeadBounds(const Frame& frame) {
   if (!isSteady()) {
     return bounds;
   }
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
   for (const auto& [id, person] : mState.people) {
     const Head* const head = person->findHead(frame.fynCamId);
     if (head == nullptr || !mPresence.hasWalked(person->id, kWalksNowMs, tick())) {
       continue;
     }
-    const Velocity velocity = mPresence.velocity(person->id, frame.fynCamId);
-    const double x = velocity.x * kAheadSeconds;
-    const double y = velocity.y * kAheadSeconds;
-    bounds.push_back({moved(head->bbox.left, x, image.width), moved(head->bbox.top, y, image.height),
-                      moved(head->bbox.right, x, image.width), moved(head->bbox.bottom, y, image.height)});
+    bounds.push_back(mPresence.placeAhead(person->id, frame.fynCamId, head->bbox, kAheadSeconds));
   }
   if (frame.headPosition == HeadPosition::GROUP_MOVE_CLOSE && doesSomebodyWalk()) {
     mEnvelope.addCorners(bounds);
@@ -214,9 +195,7 @@ RuleOfThirdsView BasePeopleLayout::groupView(const std::vector<Rect>& bounds, st
   Frame frame;
   GroupFrame::updateGroupFrameLayout(bounds, frame, "BasePeopleLayout::groupView", image,
                                      static_cast<int>(getMaxScaleFactor()));
-  growTo(frame.source.left, frame.source.right, kLeastView.width, image.width);
-  growTo(frame.source.top, frame.source.bottom, kLeastView.height, image.height);
-  return {frame.source, frame.detectionBoundary};
+  return {grownTo(frame.source, kLeastView, image), frame.detectionBoundary};
 }
 
 void BasePeopleLayout::calculateGroupFraming(Frame& frame) {

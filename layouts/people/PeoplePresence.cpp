@@ -214,9 +214,19 @@ Velocity PeoplePresence::velocity(std::int32_t personId, std::uint32_t camId) co
   if (sighting == mSightings.end()) {
     return {};
   }
-  const auto path =
-      camId == FynHead::kNoCamera ? sighting->second.paths.begin() : sighting->second.paths.find(camId);
+  const auto path = sighting->second.paths.find(camId);
   return path != sighting->second.paths.end() ? path->second.velocity() : Velocity{};
+}
+
+Rect PeoplePresence::placeAhead(std::int32_t personId, std::uint32_t camId, const Rect& box,
+                                double seconds) const {
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
+  const Velocity pace = velocity(personId, camId);
+  const auto moved = [seconds](std::int32_t side, double perSecond, std::int32_t size) {
+    return static_cast<std::int32_t>(std::clamp(side + perSecond * seconds, 0.0, static_cast<double>(size)));
+  };
+  return {moved(box.left, pace.x, image.width), moved(box.top, pace.y, image.height),
+          moved(box.right, pace.x, image.width), moved(box.bottom, pace.y, image.height)};
 }
 
 void PeoplePresence::forget() {

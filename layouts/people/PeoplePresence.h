@@ -47,6 +47,9 @@ class PeoplePresence {
   /** How the person's head moves in the camera; no movement when it was not seen there of late. */
   Velocity velocity(std::int32_t personId, std::uint32_t camId) const;
 
+  /** Where the head will be after so many seconds at that pace, inside the image of the camera. */
+  Rect placeAhead(std::int32_t personId, std::uint32_t camId, const Rect& box, double seconds) const;
+
   void forget();
 
  private:

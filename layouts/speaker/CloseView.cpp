@@ -127,15 +127,6 @@ Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const st
   return viewAround(heads, std::min(least, most), 0, image);
 }
 
-// Grows the span around its middle to `length`, inside `size`.
-void growTo(std::int32_t& low, std::int32_t& high, std::int32_t length, std::int32_t size) {
-  if (high - low < length) {
-    const std::int64_t middle = (std::int64_t{low} + high - length) / 2;
-    low = static_cast<std::int32_t>(std::clamp<std::int64_t>(middle, 0, size - length));
-    high = low + length;
-  }
-}
-
 }  // namespace
 
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
@@ -145,13 +136,6 @@ void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vec
     frame.source = closeView(frame.source, members, neighbours,
                              getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
   }
-}
-
-Rect atLeastHalfHigh(const Rect& view, const Dimension& image) {
-  Rect grown = view;
-  growTo(grown.left, grown.right, image.width / 2, image.width);
-  growTo(grown.top, grown.bottom, image.height / 2, image.height);
-  return grown;
 }
 
 }  // namespace fyn::productionrules

@@ -15,7 +15,4 @@ namespace fyn::productionrules {
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit);
 
-/** The view, grown around its middle until it is half as high as the image. */
-Rect atLeastHalfHigh(const Rect& view, const Dimension& image);
-
 }  // namespace fyn::productionrules

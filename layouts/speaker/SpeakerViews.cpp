@@ -3,7 +3,7 @@
 
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
-#include "layouts/speaker/CloseView.h"
+#include "layouts/people/ViewGrowth.h"
 #include "layouts/speaker/MemberFrame.h"
 #include "layouts/speaker/SpeakerFramingLayout.h"
 #include "model/FynCamerasConfig.h"
@@ -14,10 +14,6 @@ namespace {
 
 // How far ahead of a walker the picture is placed.
 constexpr double kAheadSeconds = 3.0;
-
-std::int32_t moved(std::int32_t side, double by, std::int32_t size) {
-  return static_cast<std::int32_t>(std::clamp(side + by, 0.0, static_cast<double>(size)));
-}
 
 }  // namespace
 
@@ -74,14 +70,9 @@ std::vector<Rect> SpeakerFramingLayout::getGroupHeadBounds(const Frame& frame) {
   if (frame.frameType != FramingType::GROUP) {
     return bounds;
   }
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
   for (const std::shared_ptr<FynHead>& walker : mWalkers) {
     if (const Head* const head = heads.find(*walker)) {
-      const Velocity velocity = mMemory.presence.velocity(walker->id, frame.fynCamId);
-      const double x = velocity.x * kAheadSeconds;
-      const double y = velocity.y * kAheadSeconds;
-      bounds.push_back({moved(head->bbox.left, x, image.width), moved(head->bbox.top, y, image.height),
-                        moved(head->bbox.right, x, image.width), moved(head->bbox.bottom, y, image.height)});
+      bounds.push_back(mMemory.presence.placeAhead(walker->id, frame.fynCamId, head->bbox, kAheadSeconds));
     }
   }
   return bounds;
@@ -95,8 +86,8 @@ void SpeakerFramingLayout::calculateGroupFraming(Frame& frame) {
   }
   BaseLayout::calculateGroupFraming(frame);
   if (!mWalkers.empty()) {
-    frame.source =
-        atLeastHalfHigh(frame.source, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
+    const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+    frame.source = grownTo(frame.source, {image.width / 2, image.height / 2}, image);
   }
 }
 
