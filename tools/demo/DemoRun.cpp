@@ -3,7 +3,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
+#include "tools/base/OutputFile.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/replay/DemoObserver.h"

@@ -3,7 +3,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/OutputFile.h"
 #include "tools/prb/Commands.h"
 #include "tools/report/Comparison.h"
 #include "tools/report/MetricTable.h"

@@ -1,7 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include "config/ExampleConfiguration.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/prb/Commands.h"
 #include "tools/settings/ConfigCheck.h"
 #include "tools/settings/PresetUse.h"

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/meeting/TrackMerger.h"

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <optional>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"

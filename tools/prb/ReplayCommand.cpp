@@ -4,7 +4,8 @@
 #include <optional>
 
 #include "platform/VisionSettings.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/prb/Commands.h"
 #include "tools/replay/EffectWriter.h"

@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/UsageError.h"
 #include "tools/page/DataPage.h"
 #include "tools/prb/Commands.h"

@@ -1,7 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <sstream>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/prb/Commands.h"

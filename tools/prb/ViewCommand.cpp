@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/ServiceStateScope.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"
 #include "tools/live/LiveBus.h"

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "platform/Topics.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/UsageError.h"
 #include "tools/recording/RecordingReader.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <ostream>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/base/StopSignals.h"
 #include "tools/report/MetricTable.h"

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "tools/base/NamedStream.h"
+#include "tools/base/InputFile.h"
 #include "tools/base/PrbContext.h"
 #include "tools/replay/Replay.h"
 #include "tools/view/LineLog.h"

@@ -7,7 +7,7 @@
 #include "platform/StderrLog.h"
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
 #include "tools/live/LiveBus.h"

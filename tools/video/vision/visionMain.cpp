@@ -6,7 +6,7 @@
 #include <iostream>
 
 #include "platform/ServiceState.h"
-#include "tools/base/NamedStream.h"
+#include "tools/base/OutputFile.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/UsageError.h"
