@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -18,6 +19,8 @@ struct BuiltBus {
   std::shared_ptr<com::quil::pubsub::IPubSubClient> client;
   /** Calls `callback` once, on any thread, as soon as the bus delivers what was subscribed so far. */
   std::function<void(std::function<void()> callback)> whenReady;
+  /** After `close`: how many messages were published and never taken. Null for a bus that takes all. */
+  std::function<std::uint64_t()> lostMessages = nullptr;
 };
 
 /** One way to get what stands behind an interface. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include "platform/Platform.h"
@@ -11,6 +12,9 @@ struct DevicePlatform {
   Platform platform;
   /** Calls `callback` once, on any thread, as soon as the bus delivers what was subscribed so far. */
   std::function<void(std::function<void()> callback)> whenBusReady;
+  /** After the bus is closed: how many messages were published and never taken. Null for a bus that takes
+   * all. */
+  std::function<std::uint64_t()> lostMessages = nullptr;
 };
 
 /**

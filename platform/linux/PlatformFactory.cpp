@@ -20,6 +20,7 @@ DevicePlatform buildPlatform(const PlatformOptions& options) {
   device.platform.tasks = std::make_shared<ThreadDelayedTasks>();
   device.platform.standardOutput = &std::cout;
   device.whenBusReady = std::move(bus.whenReady);
+  device.lostMessages = std::move(bus.lostMessages);
   return device;
 }
 

@@ -90,6 +90,31 @@ TEST_F(LiveTools, WatchPrintsPlainLinesIntoAPipe) {
   EXPECT_EQ(watch.wait(), 0);
 }
 
+TEST_F(LiveTools, ARecorderToWhichNothingComesSaysSoAndFails) {
+  const std::string meeting = mFolder.write("meeting.jsonl", "kept");
+  Process mistyped({kPrb, "record", "--bus", mBroker.url("rom"), "-o", meeting, "--force", "--seconds", "4"});
+  EXPECT_EQ(mistyped.wait(), 1);
+  EXPECT_NE(mistyped.errorText().find("nothing has come within 3 s; is " + mBroker.url("rom")),
+            std::string::npos);
+  EXPECT_NE(mistyped.errorText().find("was not written"), std::string::npos) << mistyped.errorText();
+  EXPECT_EQ(mFolder.read("meeting.jsonl"), "kept");
+}
+
+TEST_F(LiveTools, WhatTheBrokerNeverTookIsCounted) {
+  std::string lines;
+  constexpr int kMessages = 500;
+  for (int t = 0; t < kMessages; ++t) {
+    lines += "{\"t\":" + std::to_string(10 * t) + ",\"topic\":\"/ctl\",\"payload\":\"x\"}\n";
+  }
+  Process play({kPrb, "play", mFolder.write("many.jsonl", lines), "--bus", mBroker.url("room")});
+  EXPECT_TRUE(eventually([this] { return !linesOf(recording()).empty(); }));
+  mBroker.kill();
+  EXPECT_EQ(play.wait(), 1);
+  EXPECT_NE(play.errorText().find("500 messages played"), std::string::npos) << play.errorText();
+  EXPECT_NE(play.errorText().find("of them were never taken by the broker"), std::string::npos)
+      << play.errorText();
+}
+
 TEST(LiveToolsWithoutBroker, ABusThatDoesNotAnswerIsAFailure) {
   const std::string nobody = "mqtt://127.0.0.1:" + std::to_string(freePort());
   Process ctl({kPrb, "ctl", "reset-layouts", "--bus", nobody});

@@ -71,7 +71,7 @@ TEST(Record, AFileThatCannotBeMovedAwayIsNotOverwritten) {
   const ScratchFolder folder;
   folder.write("room.jsonl.1", "older");
   std::filesystem::create_directory(folder.file("room.jsonl.2"));
-  Recorder recorder({folder.file("room.jsonl"), 1, 3}, [] { return std::int64_t{0}; });
+  Recorder recorder({folder.file("room.jsonl"), 1, 3, {true, {}}}, [] { return std::int64_t{0}; });
   recorder.onMessage("/ctl", "first");
   recorder.onMessage("/ctl", "second");
   EXPECT_TRUE(recorder.hasFailed());

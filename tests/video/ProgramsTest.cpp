@@ -100,7 +100,7 @@ TEST(CameraProgram, ShowsAReplayTheSameEveryTime) {
   std::array<std::string, 2> films{folder.file("a.mkv"), folder.file("b.mkv")};
   for (const std::string& film : films) {
     runTool({program("prb-camera"), video, "--scenes", effects, "--vision", recording, "-o", film, "--film",
-             folder.file("film.mp4")});
+             folder.file("film.mp4"), "--force"});
   }
   EXPECT_TRUE(contentOf(films[0]) == contentOf(films[1]));
   EXPECT_EQ(picturesOf(folder.file("film.mp4")).size(), static_cast<std::size_t>(kFrames));

@@ -1,40 +1,22 @@
 #include "tools/base/OutputFile.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <iostream>
-
-#include "tools/base/FileFault.h"
+#include <ostream>
+#include <stdexcept>
 
 namespace fyn::productionrules {
 
-void requireWritable(const std::string& path) {
-  if (path.empty() || path == "-") {
-    return;
-  }
-  std::error_code ignored;
-  const bool wasThere = std::filesystem::exists(path, ignored);
-  errno = 0;
-  if (!std::ofstream(path, std::ios::binary | std::ios::app)) {
-    cannotOpen(path, "writing");
-  }
-  if (!wasThere) {
-    std::filesystem::remove(path, ignored);
+OutputFile::OutputFile(const std::string& path, const OutputRules& rules, std::ostream& standardOutput)
+    : mName(path), mStream(&standardOutput) {
+  if (path == "-") {
+    mName = "standard output";
+  } else {
+    mStream = &mFile.emplace(path, rules).stream();
   }
 }
 
-OutputFile::OutputFile(const std::string& path, std::ostream& standardOutput) {
-  if (path == "-") {
-    mName = "standard output";
-    mStream = &standardOutput;
-    return;
-  }
-  mName = path;
-  mStream = &mFile;
-  errno = 0;
-  mFile.open(path, std::ios::binary | std::ios::trunc);
-  if (!mFile) {
-    cannotOpen(path, "writing");
+void OutputFile::putInPlace() {
+  if (mFile) {
+    mFile->putInPlace();
   }
 }
 
@@ -43,6 +25,7 @@ void OutputFile::finish() {
   if (!*mStream) {
     throw std::runtime_error(mName + ": cannot be written");
   }
+  putInPlace();
 }
 
 }  // namespace fyn::productionrules

@@ -1,31 +1,34 @@
 #pragma once
 
-#include <fstream>
 #include <iosfwd>
+#include <optional>
 #include <string>
+
+#include "tools/base/NewFile.h"
 
 namespace fyn::productionrules {
 
 /**
- * Raises UsageError when an output file could not be made; for a look before long work whose result it takes.
- * Nothing is written. "-" and "" are always good.
+ * An output file by its path, or standard output for "-". What stands at the path stays there until `finish`.
+ * Raises UsageError when the rules forbid it or it cannot be made.
  */
-void requireWritable(const std::string& path);
-
-/** An output file by its path, or standard output for "-". Raises UsageError when it cannot be made. */
 class OutputFile {
  public:
-  OutputFile(const std::string& path, std::ostream& standardOutput);
+  OutputFile(const std::string& path, const OutputRules& rules, std::ostream& standardOutput);
 
   std::ostream& stream() { return *mStream; }
   const std::string& name() const { return mName; }
 
-  /** Writes out everything; raises std::runtime_error when something could not be written (a full disk). */
+  /** Puts the file in its place already now, for whoever reads along. */
+  void putInPlace();
+
+  /** Writes out everything and puts the file in its place; raises std::runtime_error when something could not
+   * be written (a full disk). */
   void finish();
 
  private:
   std::string mName;
-  std::ofstream mFile;
+  std::optional<NewFile> mFile;
   std::ostream* mStream;
 };
 

@@ -151,7 +151,10 @@ void runDemo(const DemoOptions& options, PrbContext& context) {
     std::error_code ignored;
     std::filesystem::create_directories(path.parent_path(), ignored);
   }
-  OutputFile scenes(options.scenes, context.out);
+  const OutputRules rules{options.rules.mayReplace || options.scenes == DemoOptions::kOwnScenes,
+                          {options.recording, options.config}};
+  OutputFile scenes(options.scenes, rules, context.out);
+  scenes.putInPlace();
   context.out << "Playing " << (options.recording.empty() ? "a simulated meeting" : options.recording)
               << " in " << options.mode << " framing"
               << (options.fast ? ", as fast as it can" : ", in real time")

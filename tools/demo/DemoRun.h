@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/base/OutputRules.h"
 #include "tools/base/PrbContext.h"
 #include "tools/meeting/Simulation.h"
 #include "tools/view/ViewPage.h"
@@ -11,6 +12,9 @@ namespace fyn::productionrules {
 
 /** What is played and shown, as options say it. */
 struct DemoOptions {
+  /** The scene documents of a demo that was told no other file: replaced by the next one. */
+  static constexpr const char* kOwnScenes = "out/scenes.jsonl";
+
   DemoOptions() { meeting.minutes = 3; }
 
   /** A recording instead of a simulated meeting; empty for none. */
@@ -24,11 +28,12 @@ struct DemoOptions {
   bool once = false;
   bool fast = false;
   /** Files: the scene documents that are written, and the configuration that the service reads. */
-  std::string scenes = "out/scenes.jsonl";
+  std::string scenes = kOwnScenes;
   std::string config;
   /** What the service reads when no file is named. */
   std::string preset = "recommended";
   bool view = false;
+  OutputRules rules;
   ViewPageOptions page;
 };
 

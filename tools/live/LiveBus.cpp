@@ -63,6 +63,11 @@ LiveBus::~LiveBus() {
   client().close();
 }
 
+std::uint64_t LiveBus::close() {
+  client().close();
+  return mDevice.lostMessages ? mDevice.lostMessages() : 0;
+}
+
 void LiveBus::waitUntilReady() {
   const auto ready = std::make_shared<std::promise<void>>();
   std::future<void> answer = ready->get_future();

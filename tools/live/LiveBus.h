@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/linux/PlatformFactory.h"
@@ -38,6 +39,9 @@ class LiveBus {
   LiveBus& operator=(const LiveBus&) = delete;
 
   com::quil::pubsub::IPubSubClient& client() { return *mDevice.platform.bus; }
+
+  /** Sends what is queued, ends all deliveries, and says how many messages the bus never took. */
+  std::uint64_t close();
 
   /** Waits until subscriptions made so far are in force. */
   void waitUntilReady();

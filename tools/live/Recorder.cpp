@@ -1,7 +1,5 @@
 #include "tools/live/Recorder.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 #include "platform/Topics.h"
@@ -21,14 +19,14 @@ bool isCameraMessage(const std::string& topic) {
 
 Recorder::Recorder(RecorderOptions options, std::function<std::int64_t()> clock)
     : mOptions(std::move(options)), mClock(std::move(clock)), mStart(mClock()) {
-  open();
-  if (!mFile) {
-    throw UsageError(mOptions.path + ": cannot be opened for writing: " + std::strerror(errno));
+  if (mOptions.maxBytes != 0) {
+    mOptions.rules.check(numbered(1));
   }
+  open(mOptions.rules);
 }
 
-void Recorder::open() {
-  mFile = std::ofstream(mOptions.path, std::ios::binary | std::ios::trunc);
+void Recorder::open(const OutputRules& rules) {
+  mFile.emplace(mOptions.path, rules);
   mBytes = 0;
 }
 
@@ -36,11 +34,11 @@ std::string Recorder::numbered(int number) const {
   return number == 0 ? mOptions.path : mOptions.path + '.' + std::to_string(number);
 }
 
-/** What goes wrong leaves the file failed: nothing is overwritten that has not been moved away. */
+/** Raises std::runtime_error, before anything is overwritten that has not been moved away. */
 void Recorder::rotate() {
-  mFile.close();
-  if (!mFile) {
-    return;
+  mFile->stream().close();
+  if (!mFile->stream()) {
+    throw std::runtime_error("the file cannot be written");
   }
   int oldest = mOptions.maxFiles - 1;
   if (mOptions.maxFiles == 0) {
@@ -51,21 +49,20 @@ void Recorder::rotate() {
     std::error_code fault;
     std::filesystem::rename(numbered(number - 1), numbered(number), fault);
     if (fault && fault != std::errc::no_such_file_or_directory) {
-      mFile.setstate(std::ios::failbit);
-      return;
+      throw std::runtime_error("the file cannot be moved away");
     }
   }
-  open();
+  // What still stands there is an own file, of which only one is to be kept.
+  open({true, {}});
 }
 
 void Recorder::write(std::int64_t t, const std::string& topic, const std::string& message) {
   const std::string line = recordingLine({t, BusMessage{topic, message}}) + '\n';
-  mFile << line;
+  mFile->stream() << line;
   mBytes += line.size();
 }
 
-void Recorder::onMessage(const std::string& topic, const std::string& message) {
-  const MutexLock lock(mMutex);
+void Recorder::record(const std::string& topic, const std::string& message) {
   const std::int64_t t = mClock() - mStart;
   if (mOptions.maxBytes != 0 && mBytes >= mOptions.maxBytes) {
     rotate();
@@ -77,7 +74,21 @@ void Recorder::onMessage(const std::string& topic, const std::string& message) {
     mCameraMessages[topic] = message;
   }
   write(t, topic, message);
+  mFile->putInPlace();
   ++mMessages;
+}
+
+void Recorder::onMessage(const std::string& topic, const std::string& message) {
+  const MutexLock lock(mMutex);
+  if (mHasFailed) {
+    return;
+  }
+  try {
+    record(topic, message);
+    mHasFailed = !mFile->stream();
+  } catch (const std::runtime_error&) {
+    mHasFailed = true;
+  }
 }
 
 std::uint64_t Recorder::messages() const {
@@ -87,13 +98,14 @@ std::uint64_t Recorder::messages() const {
 
 bool Recorder::hasFailed() const {
   const MutexLock lock(mMutex);
-  return !mFile;
+  return mHasFailed;
 }
 
 void Recorder::finish() {
   const MutexLock lock(mMutex);
-  mFile.flush();
-  if (!mFile) {
+  mFile->stream().flush();
+  mHasFailed = mHasFailed || !mFile->stream();
+  if (mHasFailed) {
     throw std::runtime_error(mOptions.path + ": cannot be written; the recording is not whole");
   }
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "platform/Mutex.h"
 #include "platform/PubSub.h"
+#include "tools/base/NewFile.h"
 #include "tools/recording/RecordingEvent.h"
 
 namespace fyn::productionrules {
@@ -18,17 +19,19 @@ struct RecorderOptions {
   std::uint64_t maxBytes = 0;
   /** Files that are kept, the current one included; 0 for all. */
   int maxFiles = 0;
+  OutputRules rules = {};
 };
 
 /**
  * Writes every message that it receives to a recording. A full file PATH becomes PATH.1, PATH.1 becomes
  * PATH.2 and so on; the oldest is deleted when there are too many. Each file begins with the latest camera
- * messages, so each can be replayed alone. Messages may come from any thread.
+ * messages, so each can be replayed alone. A file is in its place from its first message on, so what stands
+ * there stays when nothing comes. Messages may come from any thread.
  */
 class Recorder final : public com::quil::pubsub::IPubSubListener {
  public:
   /** `clock` gives milliseconds that do not decrease; the first call is time 0. Raises UsageError when the
-   * file cannot be made. */
+   * rules forbid a file or it cannot be made. */
   Recorder(RecorderOptions options, std::function<std::int64_t()> clock);
 
   void onMessage(const std::string& topic, const std::string& message) override;
@@ -43,15 +46,17 @@ class Recorder final : public com::quil::pubsub::IPubSubListener {
 
  private:
   std::string numbered(int number) const;
-  void open() PR_REQUIRES(mMutex);
+  void open(const OutputRules& rules) PR_REQUIRES(mMutex);
   void rotate() PR_REQUIRES(mMutex);
+  void record(const std::string& topic, const std::string& message) PR_REQUIRES(mMutex);
   void write(std::int64_t t, const std::string& topic, const std::string& message) PR_REQUIRES(mMutex);
 
   const RecorderOptions mOptions;
   const std::function<std::int64_t()> mClock;
   const std::int64_t mStart;
   mutable Mutex mMutex;
-  std::ofstream mFile PR_GUARDED_BY(mMutex);
+  std::optional<NewFile> mFile PR_GUARDED_BY(mMutex);
+  bool mHasFailed PR_GUARDED_BY(mMutex) = false;
   std::uint64_t mBytes PR_GUARDED_BY(mMutex) = 0;
   std::uint64_t mMessages PR_GUARDED_BY(mMutex) = 0;
   /** By topic. */

@@ -12,6 +12,7 @@ void addMeetingOptions(CLI::App& command, MeetingOptions& options) {
   command.add_option("-o,--output", options.output, "The recording to write; '-' is standard output")
       ->type_name("RECORDING")
       ->capture_default_str();
+  addForceOption(command, options.rules);
   addPropertyOption(command, options.properties,
                     "Property that the recording sets at its start, such as vendor.talkertracking.flag=4");
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/OutputRules.h"
 #include "tools/meeting/Simulation.h"
 #include "tools/meeting/VisionResult.h"
 #include "tools/recording/RecordingWriter.h"
@@ -23,6 +24,7 @@ struct MeetingOptions {
   std::vector<std::string> properties;
   /** Whether the recording tells who really is where and speaks. */
   bool withTruth = true;
+  OutputRules rules;
 };
 
 void addMeetingOptions(CLI::App& command, MeetingOptions& options);

@@ -19,6 +19,7 @@ struct CompareArguments {
   std::vector<std::string> recordings;
   std::vector<std::string> properties;
   std::string json;
+  OutputRules rules;
 };
 
 std::string signedText(const Metric& metric, double value) {
@@ -69,16 +70,18 @@ void writeJson(const CompareArguments& arguments, const std::vector<MetricCompar
       entry["verdict"] = verdictText(row.verdict);
     }
   }
-  OutputFile output(arguments.json, context.out);
+  OutputFile output(arguments.json, arguments.rules, context.out);
   output.stream() << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
   output.finish();
 }
 
-void runCompare(const CompareArguments& arguments, PrbContext& context) {
+void runCompare(CompareArguments& arguments, PrbContext& context) {
   if (std::count(arguments.recordings.begin(), arguments.recordings.end(), "-") > 0) {
     throw UsageError("every recording is replayed twice, so none can come from standard input");
   }
-  requireWritable(arguments.json);
+  arguments.rules.inputs = arguments.recordings;
+  arguments.rules.inputs.insert(arguments.rules.inputs.end(), {arguments.a, arguments.b});
+  requireWritable(arguments.json, arguments.rules);
   const KeyValues properties = keyValues(arguments.properties);
   const auto results = measureRecordings(
       arguments.recordings,
@@ -107,6 +110,7 @@ void addCompareCommand(CLI::App& command, PrbContext& context) {
       .add_option("--json", arguments->json,
                   "Write the figures as JSON; - for standard output, without the table")
       ->type_name("FILE");
+  addForceOption(command, arguments->rules);
   command.footer(
       "Measures the same recordings with two configurations and says which differences are larger than the "
       "spread\nbetween recordings.\n"

@@ -20,6 +20,7 @@ void addDemoCommand(CLI::App& command, PrbContext& context) {
   command.add_option("--scenes", arguments->scenes, "Where the scene documents go, one per line")
       ->type_name("FILE")
       ->capture_default_str();
+  addForceOption(command, arguments->rules);
   CLI::Option* const config =
       command.add_option("--config", arguments->config, "Configuration file that the service reads")
           ->type_name("FILE");

@@ -44,7 +44,12 @@ std::vector<CameraTracks> readCameras(const ImportOptions& options, PrbContext& 
   return cameras;
 }
 
-void runImport(const ImportOptions& options, PrbContext& context) {
+void runImport(ImportOptions& options, PrbContext& context) {
+  std::vector<std::string>& inputs = options.meeting.rules.inputs;
+  inputs = options.tracks;
+  inputs.insert(inputs.end(), options.poses.begin(), options.poses.end());
+  inputs.push_back(options.turns);
+  options.meeting.rules.check(options.meeting.output);
   const std::vector<CameraTracks> tracks = readCameras(options, context);
   Speech speech;
   if (!options.turns.empty()) {
@@ -57,7 +62,7 @@ void runImport(const ImportOptions& options, PrbContext& context) {
     cameras.push_back({camera.image});
   }
   const TrackMerger merger(tracks, speech, options.merge);
-  OutputFile output(options.meeting.output, context.out);
+  OutputFile output(options.meeting.output, options.meeting.rules, context.out);
   RecordingWriter writer(output.stream());
   writeMeetingStart(writer, options.meeting, cameras);
   TruthLines truth(writer);

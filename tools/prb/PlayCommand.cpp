@@ -94,6 +94,11 @@ void runPlay(const PlayOptions& options, PrbContext& context) {
     context.err << "; " << player.passedOver() << " property, config and provider lines passed over";
   }
   context.err << '\n';
+  if (const std::uint64_t lost = bus.close(); lost != 0) {
+    throw std::runtime_error(std::to_string(lost) +
+                             " of them were never taken by the broker: it was away, or slower " +
+                             "than --speed asks for");
+  }
 }
 
 }  // namespace

@@ -24,6 +24,9 @@ constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::
 /** What was published before the end may still be on its way. */
 constexpr std::chrono::milliseconds kOnTheWay{200};
 
+/** After so long without a message it is said that none came. */
+constexpr std::int64_t kSilenceMs = 3000;
+
 constexpr std::uint64_t kMegabyte = 1'000'000;
 
 struct RecordOptions {
@@ -70,7 +73,14 @@ void runRecord(RecordOptions& options, PrbContext& context) {
     }
     bus.waitUntilReady();
     context.err << "recording to " << options.recorder.path << "; end with Ctrl-C\n" << std::flush;
+    bool isSilenceSaid = false;
     while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder.hasFailed()) {
+      if (!isSilenceSaid && recorder.messages() == 0 && nowMs() - start >= kSilenceMs) {
+        isSilenceSaid = true;
+        context.err << "nothing has come within 3 s; is " << options.platform.bus
+                    << " the bus and room of the service, and does its vision pipeline run?\n"
+                    << std::flush;
+      }
       if (options.seconds != 0 && nowMs() - start >= std::int64_t{options.seconds} * 1000) {
         break;
       }
@@ -78,6 +88,10 @@ void runRecord(RecordOptions& options, PrbContext& context) {
     std::this_thread::sleep_for(kOnTheWay);
   }
   recorder.finish();
+  if (recorder.messages() == 0) {
+    throw std::runtime_error("nothing came on " + options.platform.bus + ", so " + options.recorder.path +
+                             " was not written");
+  }
   context.err << recorder.messages() << " messages recorded\n";
 }
 
@@ -112,6 +126,7 @@ void addRecordCommand(CLI::App& command, PrbContext& context) {
       ->type_name("TOPIC")
       ->allow_extra_args(false);
   command.add_flag("--outputs", options->outputs, "Record what the service publishes too");
+  addForceOption(command, options->recorder.rules);
   addPlatformOptions(command, options->platform, true);
   command.footer(
       "Examples:\n"

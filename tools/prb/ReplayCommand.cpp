@@ -24,6 +24,7 @@ struct ReplayArguments {
   std::string log;
   std::string dump;
   bool decisions = false;
+  OutputRules rules;
 };
 
 int logLevelOf(const std::string& letter) {
@@ -38,16 +39,17 @@ ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& contex
   options.configuration = readConfiguration(arguments.config);
   options.properties = keyValues(arguments.properties);
   options.logLevel = logLevelOf(arguments.log);
-  requireWritable(arguments.dump);
+  requireWritable(arguments.dump, arguments.rules);
   options.dumpPath = arguments.dump;
   options.standardOutput = &context.err;
   return options;
 }
 
-void runReplay(const ReplayArguments& arguments, PrbContext& context) {
+void runReplay(ReplayArguments& arguments, PrbContext& context) {
+  arguments.rules.inputs = {arguments.input, arguments.config};
   ReplayOptions options = replayOptions(arguments, context);
   InputFile input(arguments.input, context.in);
-  OutputFile output(arguments.output, context.out);
+  OutputFile output(arguments.output, arguments.rules, context.out);
   Replay* running = nullptr;
   EffectWriter effects(output.stream(), [&running] { return running->now(); });
   options.decisions = arguments.decisions ? &effects : nullptr;
@@ -55,7 +57,13 @@ void runReplay(const ReplayArguments& arguments, PrbContext& context) {
   running = &replay;
   RecordingReader reader(input.stream(), input.name());
   ProgressBar bar(context.err, context.errIsTerminal && arguments.output != "-", "replay", input.size());
-  runRecording(reader, replay, [&](const RecordingEvent&) { bar.update(reader.bytesRead()); });
+  try {
+    runRecording(reader, replay, [&](const RecordingEvent&) { bar.update(reader.bytesRead()); });
+  } catch (const UsageError&) {
+    // What the recording shows up to its fault is there to be looked at.
+    output.finish();
+    throw;
+  }
   output.finish();
 }
 
@@ -80,6 +88,7 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       ->check(CLI::IsMember({"E", "W", "I", "D"}));
   command.add_option("--dump", arguments->dump, "Takes the lines of the debug dump")->type_name("FILE");
   command.add_flag("--decisions", arguments->decisions, "Write every decision with its reason too");
+  addForceOption(command, arguments->rules);
   command.footer(
       "Runs the whole service on a recording, as fast as it can, and writes one JSON line per effect: "
       "messages, calls of\n"

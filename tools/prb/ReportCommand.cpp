@@ -26,11 +26,12 @@ struct ReportArguments {
   std::string html;
   std::optional<int> stream;
   bool timing = false;
+  OutputRules rules;
 };
 
 void writeJson(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings,
                PrbContext& context) {
-  OutputFile output(arguments.json, context.out);
+  OutputFile output(arguments.json, arguments.rules, context.out);
   output.stream() << reportAsJson(recordings, arguments.timing)
                          .dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
                   << '\n';
@@ -46,10 +47,12 @@ void checkStream(const ReportArguments& arguments, const std::vector<MeasuredRec
   }
 }
 
-void runReport(const ReportArguments& arguments, PrbContext& context) {
+void runReport(ReportArguments& arguments, PrbContext& context) {
   checkRecordingNames(arguments.recordings);
-  requireWritable(arguments.json);
-  requireWritable(arguments.html);
+  arguments.rules.inputs = arguments.recordings;
+  arguments.rules.inputs.push_back(arguments.config);
+  requireWritable(arguments.json, arguments.rules);
+  requireWritable(arguments.html, arguments.rules);
   const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties),
                             arguments.stream};
   const std::vector<MeasuredRecording> recordings =
@@ -67,7 +70,7 @@ void runReport(const ReportArguments& arguments, PrbContext& context) {
     writeJson(arguments, recordings, context);
   }
   if (!arguments.html.empty()) {
-    OutputFile output(arguments.html, context.out);
+    OutputFile output(arguments.html, arguments.rules, context.out);
     writeDataPage(output.stream(), reportPageData(recordings, arguments.timing));
     output.finish();
   }
@@ -92,6 +95,7 @@ void addReportCommand(CLI::App& command, PrbContext& context) {
       ->type_name("ID");
   command.add_flag("--timing", arguments->timing,
                    "Report the time that a decision takes too; it differs from run to run");
+  addForceOption(command, arguments->rules);
   command.footer(
       "Replays meetings and measures how good the framing is: how often the picture changes, who is in view, "
       "how\n"

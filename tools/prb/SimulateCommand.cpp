@@ -57,6 +57,8 @@ void chooseSeats(SimulateOptions& options) {
 }
 
 void runSimulate(SimulateOptions& options, PrbContext& context) {
+  options.meeting.rules.inputs = {options.turns};
+  options.meeting.rules.check(options.meeting.output);
   options.simulation.errors = chosenErrors(options);
   chooseSeats(options);
   if (!options.turns.empty()) {
@@ -64,7 +66,7 @@ void runSimulate(SimulateOptions& options, PrbContext& context) {
     options.simulation.turns = turnsFrom(readTurns(turns.stream(), turns.name()), options.from * 1000);
   }
   Simulation simulation(options.simulation);
-  OutputFile output(options.meeting.output, context.out);
+  OutputFile output(options.meeting.output, options.meeting.rules, context.out);
   ProgressBar bar(context.err, context.errIsTerminal, "simulate",
                   static_cast<std::uint64_t>(simulation.resultCount()));
   writeSimulatedMeeting(output.stream(), simulation, options.meeting,

@@ -53,6 +53,7 @@ void addRunOptions(CLI::App& command, TuneArguments& arguments) {
       .add_option("--job", arguments.job,
                   "Do one job of --jobs-out: print the result line of these values for each recording")
       ->type_name("'KEY=VALUE ...'");
+  addForceOption(command, arguments.rules);
   command.add_flag("--list-metrics", arguments.listMetrics, "Print the metrics that a goal may name");
 }
 

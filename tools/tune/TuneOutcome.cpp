@@ -8,6 +8,7 @@
 #include <limits>
 #include <ostream>
 
+#include "tools/base/NewFile.h"
 #include "tools/base/UsageError.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
@@ -35,9 +36,10 @@ std::string goalText(const TunedCandidate& candidate) {
   return number == "-0" ? "0" : number;
 }
 
-void writeConfiguration(const std::filesystem::path& path, const std::string& base,
+void writeConfiguration(const std::filesystem::path& path, const OutputRules& rules, const std::string& base,
                         const TunedCandidate& candidate) {
-  std::ofstream file(path, std::ios::binary);
+  NewFile place(path.string(), rules);
+  std::ofstream& file = place.stream();
   file << "# Measured: ";
   for (const char* const name : {"changes_per_minute", "latency_s", "in_view_percent"}) {
     const Metric& metric = *findMetric(name);
@@ -48,6 +50,7 @@ void writeConfiguration(const std::filesystem::path& path, const std::string& ba
   if (!file) {
     throw UsageError(path.string() + ": cannot be written");
   }
+  place.putInPlace();
 }
 
 }  // namespace
@@ -96,7 +99,8 @@ void writeTuneTable(std::ostream& out, const TuneOutcome& outcome) {
   }
 }
 
-void writeConfigurations(const std::string& folder, const std::string& base, const TuneOutcome& outcome) {
+void writeConfigurations(const std::string& folder, const OutputRules& rules, const std::string& base,
+                         const TuneOutcome& outcome) {
   std::error_code fault;
   std::filesystem::create_directories(folder, fault);
   if (fault) {
@@ -105,10 +109,10 @@ void writeConfigurations(const std::string& folder, const std::string& base, con
   const std::filesystem::path path(folder);
   int number = 0;
   for (const TunedCandidate* const candidate : outcome.front()) {
-    writeConfiguration(path / ("front-" + std::to_string(++number) + ".conf"), base, *candidate);
+    writeConfiguration(path / ("front-" + std::to_string(++number) + ".conf"), rules, base, *candidate);
   }
   if (outcome.best() != nullptr) {
-    writeConfiguration(path / "best.conf", base, *outcome.best());
+    writeConfiguration(path / "best.conf", rules, base, *outcome.best());
   }
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/OutputRules.h"
 #include "tools/tune/GoalExpression.h"
 #include "tools/tune/ParetoFront.h"
 #include "tools/tune/SearchSpace.h"
@@ -44,7 +45,8 @@ void writeTuneTable(std::ostream& out, const TuneOutcome& outcome);
 
 /** Writes front-1.conf, front-2.conf, ... (in the order of the table) and best.conf into `folder`, which is
  * made. Raises UsageError when that cannot be done. */
-void writeConfigurations(const std::string& folder, const std::string& base, const TuneOutcome& outcome);
+void writeConfigurations(const std::string& folder, const OutputRules& rules, const std::string& base,
+                         const TuneOutcome& outcome);
 
 /** A page that needs nothing else: the trade-offs as plots, the front as a table. */
 void writeTunePage(std::ostream& out, const TuneOutcome& outcome, const std::string& goal);

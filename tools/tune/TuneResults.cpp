@@ -18,6 +18,9 @@ namespace {
 
 using nlohmann::json;
 
+/** How every result line begins. */
+constexpr std::string_view kBeginning = "{\"content\":\"";
+
 /** 64-bit FNV-1a. */
 class Hash {
  public:
@@ -98,6 +101,11 @@ void TuneResults::read() {
     complete += line.size() + 1;
   }
   if (std::filesystem::file_size(mPath) > complete) {
+    // Only the rest of a run that was killed is cut off, not the last line of some other file.
+    if (line.compare(0, kBeginning.size(), kBeginning, 0, line.size()) != 0) {
+      throw UsageError(mPath +
+                       ": does not end with a result of 'prb tune'; name another file with --results");
+    }
     std::filesystem::resize_file(mPath, complete);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <iterator>
 #include <ostream>
 
@@ -46,7 +47,7 @@ std::string quoted(const std::string& text) {
 
 /** One command per job, for whatever runs commands on many machines. */
 void writeJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, PrbContext& context) {
-  OutputFile output(arguments.jobsOut, context.out);
+  OutputFile output(arguments.jobsOut, arguments.rules, context.out);
   for (const TuneJob& job : jobs) {
     output.stream() << "prb tune " << quoted(job.recording.path) << " --job "
                     << quoted(candidateText(job.candidate));
@@ -149,12 +150,13 @@ TuneOutcome outcomeOf(const std::vector<TuneRecording>& recordings, const std::v
 void writeOutcome(const TuneArguments& arguments, const TuneOutcome& outcome, PrbContext& context) {
   writeTuneTable(context.out, outcome);
   if (!arguments.html.empty()) {
-    OutputFile page(arguments.html, context.out);
+    OutputFile page(arguments.html, arguments.rules, context.out);
     writeTunePage(page.stream(), outcome, arguments.goal);
     page.finish();
   }
   if (!arguments.configurations.empty()) {
-    writeConfigurations(arguments.configurations, readConfiguration(arguments.config).value_or(""), outcome);
+    writeConfigurations(arguments.configurations, arguments.rules,
+                        readConfiguration(arguments.config).value_or(""), outcome);
   }
 }
 
@@ -183,7 +185,13 @@ void search(const TuneArguments& arguments, PrbContext& context) {
   if (!arguments.goal.empty()) {
     goal.emplace(arguments.goal);
   }
-  requireWritable(arguments.html);
+  requireWritable(arguments.html, arguments.rules);
+  if (!arguments.configurations.empty()) {
+    const std::filesystem::path folder(arguments.configurations);
+    for (const char* const name : {"front-1.conf", "best.conf"}) {
+      arguments.rules.check((folder / name).string());
+    }
+  }
   const std::vector<TuneRecording> recordings = recordingsOf(arguments);
   TuneResults results(arguments.results, setupFingerprint(setupOf(arguments)));
   const std::vector<TuneJob> jobs = missingJobs(recordings, candidates, results);
@@ -208,7 +216,7 @@ void search(const TuneArguments& arguments, PrbContext& context) {
 
 }  // namespace
 
-void runTune(const TuneArguments& arguments, PrbContext& context) {
+void runTune(TuneArguments& arguments, PrbContext& context) {
   if (arguments.listMetrics) {
     listMetrics(context);
     return;
@@ -219,6 +227,8 @@ void runTune(const TuneArguments& arguments, PrbContext& context) {
   if (std::count(arguments.recordings.begin(), arguments.recordings.end(), "-") > 0) {
     throw UsageError("every recording is replayed many times, so none can come from standard input");
   }
+  arguments.rules.inputs = arguments.recordings;
+  arguments.rules.inputs.push_back(arguments.config);
   if (!arguments.job.empty()) {
     runJob(arguments, context);
   } else {

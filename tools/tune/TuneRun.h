@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/OutputRules.h"
 #include "tools/base/PrbContext.h"
 
 namespace fyn::productionrules {
@@ -24,9 +25,10 @@ struct TuneArguments {
   std::string jobsOut;
   std::string job;
   bool listMetrics = false;
+  OutputRules rules;
 };
 
-/** Does it. Raises UsageError for wrong arguments. */
-void runTune(const TuneArguments& arguments, PrbContext& context);
+/** Does it; what the rules need to know of the inputs is filled in. Raises UsageError for wrong arguments. */
+void runTune(TuneArguments& arguments, PrbContext& context);
 
 }  // namespace fyn::productionrules

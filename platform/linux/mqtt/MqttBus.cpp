@@ -13,7 +13,8 @@ const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options) -> Bui
   mqtt.certificateFile = options.mqttCertificateFile;
   mqtt.keyFile = options.mqttKeyFile;
   const auto client = std::make_shared<MqttPubSubClient>(mqtt);
-  return {client, [client](std::function<void()> callback) { client->whenSubscribed(std::move(callback)); }};
+  return {client, [client](std::function<void()> callback) { client->whenSubscribed(std::move(callback)); },
+          [client] { return client->lostMessages(); }};
 };
 
 }  // namespace fyn::productionrules

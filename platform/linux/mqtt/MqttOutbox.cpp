@@ -41,7 +41,13 @@ void MqttOutbox::countUnsent() {
 std::uint64_t MqttOutbox::open() {
   const MutexLock lock(mMutex);
   mOpen = true;
+  mUnsentBefore += mUnsent;
   return std::exchange(mUnsent, 0);
+}
+
+std::uint64_t MqttOutbox::lost() const {
+  const MutexLock lock(mMutex);
+  return mUnsentBefore + mUnsent;
 }
 
 void MqttOutbox::shut() {

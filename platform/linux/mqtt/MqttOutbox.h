@@ -34,13 +34,18 @@ class MqttOutbox {
   /** The connection stands. Returns the number of messages that could not be sent since the last time. */
   std::uint64_t open();
 
+  /** Messages that could not be sent, from the beginning. */
+  std::uint64_t lost() const;
+
   /** The connection has ended: what waits is dropped and counted. */
   void shut();
 
  private:
   mutable Mutex mMutex;
   std::deque<MqttMessage> mMessages PR_GUARDED_BY(mMutex);
+  /** Since the connection stood last, and before. */
   std::uint64_t mUnsent PR_GUARDED_BY(mMutex) = 0;
+  std::uint64_t mUnsentBefore PR_GUARDED_BY(mMutex) = 0;
   bool mOpen PR_GUARDED_BY(mMutex) = false;
 };
 

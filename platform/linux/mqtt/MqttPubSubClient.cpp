@@ -143,6 +143,7 @@ int MqttPubSubClient::sendQueued() {
         mConnection.publish(mqttName(mOptions.address.room, next->topic), next->text, delivery, id);
     const bool refused = isRefusedMessage(result);
     if (refused) {
+      mOutbox.countUnsent();
       PRB_LOGE(kTag, "%s: a message of %zu bytes on %s cannot be sent: %s", "publish", next->text.size(),
                next->topic.c_str(), mosquitto_strerror(result));
     } else if (delivery.qos > 0) {

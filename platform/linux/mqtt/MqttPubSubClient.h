@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -43,6 +44,9 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
    * Calls `callback` once, on the client's thread, as soon as the broker has confirmed every subscription.
    */
   void whenSubscribed(std::function<void()> callback);
+
+  /** After `close`: how many messages the broker never took. */
+  std::uint64_t lostMessages() const { return mOutbox.lost() + mUnacknowledged.size(); }
 
  private:
   using TimePoint = std::chrono::steady_clock::time_point;

@@ -37,6 +37,7 @@ struct CameraArguments {
   bool fast = false;
   bool measure = false;
   std::string journal;
+  OutputRules rules;
   PlayerOptions player;
 };
 
@@ -115,12 +116,24 @@ void playAlone(const CameraArguments& arguments, Player& player, StopSignals& st
   }
 }
 
+/** The pictures of a stopped film are worth something, so films are written in place. */
+void checkFiles(CameraArguments& arguments) {
+  arguments.rules.inputs = arguments.inputs;
+  arguments.rules.inputs.insert(arguments.rules.inputs.end(),
+                                {arguments.calibration, arguments.scenes, arguments.vision});
+  arguments.rules.check(arguments.player.film);
+  for (const std::string& target : arguments.player.outputs) {
+    arguments.rules.check(target);
+  }
+}
+
 void runCamera(CameraArguments& arguments) {
+  checkFiles(arguments);
   // Before the video library starts threads, which would take the signals.
   StopSignals stop;
   std::unique_ptr<OutputFile> journal;
   if (!arguments.journal.empty()) {
-    journal = std::make_unique<OutputFile>(arguments.journal, std::cout);
+    journal = std::make_unique<OutputFile>(arguments.journal, arguments.rules, std::cout);
     arguments.player.journal = &journal->stream();
   }
   arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kTag, "%s", fault.c_str()); };
@@ -180,6 +193,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.add_flag("--fast", arguments.fast, "Alone: do not wait for the time of a picture");
   app.add_option("--journal", arguments.journal, "One JSON line per picture: its frame, its scene, its times")
       ->type_name("FILE");
+  addForceOption(app, arguments.rules);
   app.add_flag("--measure", arguments.measure,
                "Print at the end how many pictures there were and where the time went");
   app.footer(

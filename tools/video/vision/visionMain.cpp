@@ -122,7 +122,7 @@ void writeRecording(const VisionArguments& arguments) {
   if (pipeline.isFromDevice()) {
     throw UsageError("a recording is made of files; record a device's results with prb record");
   }
-  OutputFile output(arguments.recording.output, std::cout);
+  OutputFile output(arguments.recording.output, arguments.recording.rules, std::cout);
   RecordingWriter writer(output.stream());
   writeMeetingStart(writer, arguments.recording, pipeline.cameras());
   while (pipeline.readPictures()) {

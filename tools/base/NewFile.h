@@ -1,0 +1,41 @@
+#pragma once
+
+#include <fstream>
+#include <string>
+
+#include "tools/base/OutputRules.h"
+
+namespace fyn::productionrules {
+
+/**
+ * A file that is written beside its place and put there when it is worth it; until then, what stands there
+ * stays as it is. One that is never put in place is gone with the object. A device or a pipe is written to at
+ * once.
+ */
+class NewFile {
+ public:
+  /** Raises UsageError when the rules forbid it or it cannot be made. */
+  NewFile(const std::string& path, const OutputRules& rules);
+  ~NewFile();
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  std::ofstream& stream() { return mStream; }
+
+  /** Puts it in its place; what is written later goes there too. Raises std::runtime_error when that fails.
+   */
+  void putInPlace();
+
+ private:
+  /** The place itself, not a link to it. */
+  std::string mPlace;
+  /** Where it is written; empty when that is its place. */
+  std::string mBeside;
+  std::ofstream mStream;
+};
+
+/** For a look before long work whose result `path` takes: raises UsageError when the rules forbid it or it
+ * cannot be made. Nothing is left behind. */
+void requireWritable(const std::string& path, const OutputRules& rules);
+
+}  // namespace fyn::productionrules
