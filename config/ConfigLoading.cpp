@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <stdexcept>
 
 #include "config/ConfigKeys.h"
 #include "platform/ServiceState.h"
@@ -18,8 +19,18 @@ std::int32_t leadingInt(const std::string& text) {
   return static_cast<std::int32_t>(std::strtol(text.c_str(), nullptr, 10));
 }
 
+// A file that cannot be used counts as missing.
+std::optional<std::string> textOf(const std::string& path) {
+  try {
+    return ServiceState::current().files()(path);
+  } catch (const std::runtime_error& fault) {
+    PRB_LOGE(kTag, "the configuration file %s", fault.what());
+    return std::nullopt;
+  }
+}
+
 void readFile(const std::string& path, PrConfig& config) {
-  const std::optional<std::string> text = ServiceState::current().files()(path);
+  const std::optional<std::string> text = textOf(path);
   if (!text) {
     return;
   }

@@ -35,7 +35,8 @@ struct PrConfig {
   /**
    * Reads the configuration file at `path` over the defaults, then the system properties over both, and takes
    * the result over when it differs from the snapshot: "reloaded" and every difference are logged, and the
-   * log level is set. A missing file leaves every file key at its default.
+   * log level is set. A missing file leaves every file key at its default, and so does one that
+   * cannot be used, which is logged.
    */
   static void load(const std::string& path);
 

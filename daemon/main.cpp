@@ -1,8 +1,9 @@
 // The process that hosts the production-rules service on a Linux machine.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -22,13 +23,18 @@ struct HostOptions {
   std::string library = fyn::productionrules::defaultLibrary();
 };
 
+/** Asks without opening: a pipe would wait for its writer. */
+bool isReadable(const std::string& path) {
+  return access(path.c_str(), R_OK) == 0;
+}
+
 /** The service itself takes a missing file for an empty one. */
 void chooseConfiguration(const CLI::App& app, HostOptions& options) {
-  if (std::ifstream(options.configuration)) {
+  if (isReadable(options.configuration)) {
     return;
   }
   const std::string recommended = fyn::productionrules::recommendedConfigurationFile();
-  if (app.get_option("--config")->count() == 0 && std::ifstream(recommended)) {
+  if (app.get_option("--config")->count() == 0 && isReadable(recommended)) {
     std::cerr << "productionrulesd: there is no configuration file " << options.configuration
               << "; until a restart the recommended one holds, " << recommended << "\n";
     options.configuration = recommended;

@@ -12,7 +12,7 @@ ServiceState::ServiceState()
     : mClock(std::make_shared<SteadyClock>()),
       mLog(std::make_shared<StderrLog>()),
       mProperties(std::make_shared<MemoryPropertyStore>()),
-      mFiles(std::make_shared<const TextFileReader>(readTextFile)) {}
+      mFiles(std::make_shared<const TextFileReader>(readRegularFile)) {}
 
 ServiceState& ServiceState::ofProcess() {
   static auto* const state = new std::shared_ptr<ServiceState>(std::make_shared<ServiceState>());

@@ -1,12 +1,33 @@
 #include "platform/TextFile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <limits>
 #include <memory>
+#include <stdexcept>
 
 namespace fyn::productionrules {
 
 namespace {
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+// What is left of a file, at most `limit` bytes of it; nothing when reading fails, as that of a folder does.
+std::optional<std::string> rest(std::FILE& file, std::size_t limit) {
+  std::string text;
+  std::array<char, 4096> part;
+  while (const std::size_t length =
+             std::fread(part.data(), 1, std::min(part.size(), limit - text.size()), &file)) {
+    text.append(part.data(), length);
+  }
+  return std::ferror(&file) == 0 ? std::optional(text) : std::nullopt;
+}
 
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\v\f";
@@ -20,17 +41,35 @@ std::string_view trimmed(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> readTextFile(const std::string& path) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (!file) {
-    return std::nullopt;
+  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
+  return file ? rest(*file, std::numeric_limits<std::size_t>::max()) : std::nullopt;
+}
+
+std::optional<std::string> readRegularFile(const std::string& path) {
+  const auto refuse = [&path](const char* reason) {
+    return std::runtime_error(path + " is not read: " + reason);
+  };
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (descriptor < 0) {
+    if (errno == ENOENT || errno == ENOTDIR) {
+      return std::nullopt;
+    }
+    throw refuse(std::strerror(errno));
   }
-  std::string text;
-  std::array<char, 4096> part;
-  while (const std::size_t length = std::fread(part.data(), 1, part.size(), file.get())) {
-    text.append(part.data(), length);
+  const File file(fdopen(descriptor, "rb"), std::fclose);
+  struct stat status {};
+  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    throw refuse("it is not a regular file");
   }
-  // A folder can be opened, but not read.
-  return std::ferror(file.get()) == 0 ? std::optional(text) : std::nullopt;
+  // What the file says about its size need not be true.
+  std::optional<std::string> text = rest(*file, kLargestRegularFile + 1);
+  if (!text) {
+    throw refuse(std::strerror(errno));
+  }
+  if (text->size() > kLargestRegularFile) {
+    throw refuse("it is larger than 1 MB");
+  }
+  return text;
 }
 
 void forEachConfigLine(

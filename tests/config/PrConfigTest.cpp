@@ -1,4 +1,5 @@
 #include <limits>
+#include <stdexcept>
 
 #include "tests/config/ConfigEnvironment.h"
 
@@ -74,6 +75,18 @@ TEST_F(ConfigTest, AChangeIsSaidOnceWithEveryDifference) {
   EXPECT_EQ(environment.log.take(), Lines{}) << "the same file again";
   load("");
   EXPECT_EQ(environment.log.take().size(), 4U);
+}
+
+TEST_F(ConfigTest, AFileThatCannotBeUsedIsSaidAndCountsAsMissing) {
+  load("animation.cut.duration=5");
+  environment.log.take();
+  ServiceState::current().setFiles([](const std::string& path) -> std::optional<std::string> {
+    throw std::runtime_error(path + " is not read: it is a pipe");
+  });
+  PrConfig::load(kPath);
+  EXPECT_EQ(environment.log.take().front(),
+            "E|PrConfig|the configuration file /etc/fyn.conf is not read: it is a pipe");
+  EXPECT_EQ(PrConfig::get().cutAnimationDuration, PrConfig::DEFAULT.cutAnimationDuration);
 }
 
 TEST_F(ConfigTest, WithoutAFileThePropertiesStillApply) {

@@ -1,6 +1,7 @@
 #if PR_HAVE_MQTT && PR_HAVE_DBUS
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <atomic>
 #include <cstring>
@@ -186,14 +187,19 @@ TEST(HostProcess, TakesTheRecommendedConfigurationWhereThereIsNone) {
       << host.errorText();
 }
 
-TEST(HostProcess, RunsWithoutBrokerAndProviderAndEndsOnInterrupt) {
+TEST(HostProcess, RunsWithoutBrokerProviderAndConfigurationAndEndsOnInterrupt) {
   ScratchFolder folder;
-  Process host({kProgram, "--bus", "mqtt://127.0.0.1:" + std::to_string(freePort()), "--properties", "memory",
-                "--log", "stderr", "--config", folder.file("none.conf")});
-  EXPECT_TRUE(eventually([&] { return count(host.errorText(), "cannot connect to") == 1; }));
-  EXPECT_EQ(count(host.errorText(), "none.conf cannot be read; the defaults hold\n"), 1U);
-  host.signal(SIGINT);
-  EXPECT_EQ(host.wait(), 0) << host.errorText();
+  ASSERT_EQ(mkfifo(folder.file("pipe.conf").c_str(), 0600), 0);
+  for (const auto& [configuration, fault] :
+       {std::pair("none.conf", "none.conf cannot be read; the defaults hold\n"),
+        {"pipe.conf", "pipe.conf is not read: it is not a regular file\n"}}) {
+    Process host({kProgram, "--bus", "mqtt://127.0.0.1:" + std::to_string(freePort()), "--properties",
+                  "memory", "--log", "stderr", "--config", folder.file(configuration)});
+    EXPECT_TRUE(eventually([&] { return count(host.errorText(), "cannot connect to") == 1; }));
+    EXPECT_TRUE(eventually([&, text = fault] { return count(host.errorText(), text) == 1; }));
+    host.signal(SIGINT);
+    EXPECT_EQ(host.wait(), 0) << host.errorText();
+  }
 }
 
 }  // namespace

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
-#include <cstdio>
-#include <fstream>
+#include <stdexcept>
 
 #include "platform/TextFile.h"
+#include "tests/testing/ScratchFolder.h"
 
 namespace fyn::productionrules {
 namespace {
+
+using testing::ScratchFolder;
 
 using Lines = std::vector<std::string>;
 
@@ -46,33 +49,42 @@ TEST(ForEachConfigLine, Walks) {
       << "a zero byte is kept";
 }
 
-/** A file of the test's own that goes with it. */
-class TemporaryFile {
- public:
-  explicit TemporaryFile(std::string_view text)
-      : path(::testing::TempDir() + "text_file_test_" +
-             ::testing::UnitTest::GetInstance()->current_test_info()->name()) {
-    std::ofstream(path, std::ios::binary) << text;
+using TextFileRead = ::testing::TestWithParam<TextFileReader>;
+
+TEST_P(TextFileRead, GivesTheFileAsItStandsOrNothing) {
+  const ScratchFolder folder;
+  for (const std::string& text : {std::string("a\r\n\0b", 5), std::string(), std::string(10000, 'x')}) {
+    EXPECT_EQ(GetParam()(folder.write("text", text)), text);
   }
-  ~TemporaryFile() { std::remove(path.c_str()); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  const std::string path;
-};
-
-TEST(ReadTextFile, GivesTheFileAsItStands) {
-  const std::string text("a\r\n\0b", 5);
-  EXPECT_EQ(readTextFile(TemporaryFile(text).path), text);
+  EXPECT_EQ(GetParam()(folder.file("no/such/file")), std::nullopt);
 }
 
-TEST(ReadTextFile, AnEmptyFileIsAnEmptyText) {
-  EXPECT_EQ(readTextFile(TemporaryFile("").path), "");
-}
+INSTANTIATE_TEST_SUITE_P(Readers, TextFileRead, ::testing::Values(readTextFile, readRegularFile));
 
-TEST(ReadTextFile, AMissingFileAndAFolderAreNothing) {
-  EXPECT_EQ(readTextFile(::testing::TempDir() + "no/such/file"), std::nullopt);
+TEST(ReadTextFile, AFolderIsNothing) {
   EXPECT_EQ(readTextFile(::testing::TempDir()), std::nullopt);
+}
+
+std::string refusalOf(const std::string& path) {
+  try {
+    readRegularFile(path);
+  } catch (const std::runtime_error& fault) {
+    return fault.what();
+  }
+  return "";
+}
+
+TEST(ReadRegularFile, NeitherWaitsNorFillsTheMemory) {
+  const ScratchFolder folder;
+  ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
+  const std::string largest(kLargestRegularFile, 'x');
+  EXPECT_EQ(readRegularFile(folder.write("largest", largest)), largest);
+  for (const auto& [path, reason] : {std::pair(folder.file("pipe"), "it is not a regular file"),
+                                     {folder.file(""), "it is not a regular file"},
+                                     {"/dev/zero", "it is not a regular file"},
+                                     {folder.write("larger", largest + "x"), "it is larger than 1 MB"}}) {
+    EXPECT_EQ(refusalOf(path), path + " is not read: " + reason);
+  }
 }
 
 }  // namespace
