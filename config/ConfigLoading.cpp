@@ -46,6 +46,7 @@ void readFile(const std::string& path, PrConfig& config) {
 }
 
 void readProperties(PrConfig& config) {
+  ServiceState::current().properties().refresh();
   for (const ConfigKey& row : kConfigKeys) {
     if (row.source != ConfigSource::Property) {
       continue;

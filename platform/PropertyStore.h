@@ -15,6 +15,10 @@ class PropertyStore {
  public:
   virtual ~PropertyStore() = default;
 
+  /** Called before the service reads its properties anew: a store that could not be used tries again, without
+   * making the caller wait. */
+  virtual void refresh() {}
+
   /** The text of `key`; nothing when it is not set. */
   virtual std::optional<std::string> get(const std::string& key) const = 0;
 

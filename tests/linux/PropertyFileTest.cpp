@@ -1,7 +1,9 @@
 #if PR_HAVE_SQLITE
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 
 #include "platform/linux/sqlite/SqlitePropertyStore.h"
@@ -83,19 +85,72 @@ TEST(PropertyFile, IsWrittenByManyProcessesThatStartTogether) {
   EXPECT_EQ(store.get("shared"), std::to_string(kWritesPerProcess - 1));
 }
 
-TEST(PropertyFile, SaysOnceThatItCannotBeUsed) {
-  ScratchFolder folder;
-  const std::string noDatabase = folder.write("text", std::string(5000, 'x'));
-  for (const std::string& path : {noDatabase, noDatabase + "/below/a/file", folder.file("")}) {
+/** A connection of another program, which may hold the file up. */
+class Other {
+ public:
+  explicit Other(const std::string& path) { sqlite3_open(path.c_str(), &mDatabase); }
+  ~Other() { sqlite3_close(mDatabase); }
+  Other(const Other&) = delete;
+  Other& operator=(const Other&) = delete;
+
+  void run(const char* sql) { EXPECT_EQ(sqlite3_exec(mDatabase, sql, nullptr, nullptr, nullptr), SQLITE_OK); }
+
+ private:
+  sqlite3* mDatabase = nullptr;
+};
+
+TEST(PropertyFile, SaysTheFaultOnceAndIsUsedWhenItIsMended) {
+  const std::string notMade = "cannot be opened: unable to open database file";
+  struct Row {
+    const char* name;
+    std::string fault;
+    std::function<void(const std::string& path)> damage;
+  };
+  for (const auto& [name, fault, damage] : {
+           Row{"no database", "cannot be opened: file is not a database",
+               [](const std::string& path) { std::ofstream(path) << std::string(5000, 'x'); }},
+           Row{"a folder", notMade + " (Is a directory)",
+               [](const std::string& path) { std::filesystem::create_directory(path); }},
+           Row{"a loop", notMade,
+               [](const std::string& path) { std::filesystem::create_symlink(path, path); }},
+       }) {
+    const ScratchFolder folder;
+    const std::string path = folder.file("p.db");
+    damage(path);
     CapturedLog log;
     SqlitePropertyStore store(path);
-    EXPECT_FALSE(store.isOpen());
-    EXPECT_FALSE(store.set("k", "v"));
-    EXPECT_EQ(store.get("k"), std::nullopt);
-    EXPECT_EQ(contentOf(store), Lines{});
-    ASSERT_EQ(log.lines().size(), 1U) << path;
-    EXPECT_NE(log.lines()[0].find(path), std::string::npos);
+    const auto expectNothing = [&store] {
+      EXPECT_FALSE(store.set("k", "v"));
+      EXPECT_EQ(store.get("k"), std::nullopt);
+      EXPECT_EQ(contentOf(store), Lines{});
+    };
+    expectNothing();
+    store.refresh();
+    expectNothing();
+    const std::string said = "|SqlitePropertyStore|the property file " + path + " ";
+    EXPECT_EQ(log.take(), Lines{"E" + said + fault}) << name;
+    std::filesystem::remove(path);
+    EXPECT_TRUE(SqlitePropertyStore(path).set("k", "v"));
+    EXPECT_EQ(store.get("k"), "v") << name;
+    EXPECT_EQ(log.take(), Lines{"I" + said + "can be used again"});
   }
+}
+
+TEST(PropertyFile, LockedAtTheStartIsTriedAgain) {
+  const ScratchFolder folder;
+  const std::string path = folder.file("p.db");
+  EXPECT_TRUE(SqlitePropertyStore(path).set("k", "v"));
+  auto other = std::make_unique<Other>(path);
+  other->run("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE");
+  CapturedLog log;
+  SqlitePropertyStore store(path);
+  EXPECT_EQ(store.get("k"), std::nullopt);
+  const std::string said = "|SqlitePropertyStore|the property file " + path + " ";
+  EXPECT_EQ(log.take(), Lines{"E" + said + "cannot be opened: database is locked"});
+  other.reset();
+  store.refresh();
+  EXPECT_EQ(store.get("k"), "v");
+  EXPECT_EQ(log.take(), Lines{"I" + said + "can be used again"});
 }
 
 }  // namespace

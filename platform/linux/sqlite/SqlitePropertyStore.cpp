@@ -1,10 +1,14 @@
 #include "platform/linux/sqlite/SqlitePropertyStore.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -21,6 +25,8 @@ namespace {
 constexpr const char* kTag = "SqlitePropertyStore";
 constexpr const char* kMachineFile = "/var/lib/productionrules/properties.db";
 constexpr int kBusyLimitMs = 1000;
+/** For the dispatch thread, which must go on. */
+constexpr int kRetryLimitMs = 100;
 
 std::string runningBootId() {
   std::string id = readTextFile("/proc/sys/kernel/random/boot_id").value_or("");
@@ -41,6 +47,31 @@ void bindText(sqlite3_stmt* statement, int index, const std::string& text) {
   sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
+/** Raises std::runtime_error with the fault when `result` is one. */
+void check(sqlite3* database, int result) {
+  if (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE) {
+    return;
+  }
+  std::string fault = sqlite3_errmsg(database);
+  const int kind = result & 0xff;
+  const int cause = sqlite3_system_errno(database);
+  if (cause != 0 && (kind == SQLITE_CANTOPEN || kind == SQLITE_IOERR)) {
+    fault += std::string(" (") + std::strerror(cause) + ')';
+  }
+  throw std::runtime_error(fault);
+}
+
+void execute(sqlite3* database, const char* sql) {
+  check(database, sqlite3_exec(database, sql, nullptr, nullptr, nullptr));
+}
+
+/** Whether the statement has another row. */
+bool step(sqlite3_stmt* statement) {
+  const int result = sqlite3_step(statement);
+  check(sqlite3_db_handle(statement), result);
+  return result == SQLITE_ROW;
+}
+
 /** Ends the read or write that a statement holds open, so that other processes go on. */
 struct ResetLater {
   sqlite3_stmt* statement;
@@ -56,101 +87,138 @@ void SqlitePropertyStore::FinalizeStatement::operator()(sqlite3_stmt* statement)
   sqlite3_finalize(statement);
 }
 
-SqlitePropertyStore::SqlitePropertyStore(const std::string& path, const std::string& bootId) : mPath(path) {
+SqlitePropertyStore::SqlitePropertyStore(const std::string& path, const std::string& bootId)
+    : mPath(path), mBootId(bootId.empty() ? runningBootId() : bootId) {
   const MutexLock lock(mMutex);
-  std::error_code ignored;
-  std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
-  sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(
-      path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
-  mDatabase.reset(opened);
-  if (result != SQLITE_OK || !prepareFile(bootId.empty() ? runningBootId() : bootId)) {
-    sayOnce("cannot be opened");
-    mGet.reset();
-    mSet.reset();
-    mAll.reset();
-    mDatabase.reset();
-  }
+  open(kBusyLimitMs);
 }
 
 SqlitePropertyStore::~SqlitePropertyStore() = default;
 
-bool SqlitePropertyStore::prepareFile(const std::string& bootId) {
-  sqlite3_busy_timeout(mDatabase.get(), kBusyLimitMs);
-  if (!execute("PRAGMA journal_mode=WAL") || !execute("PRAGMA synchronous=NORMAL") ||
-      !startAfterBoot(bootId)) {
-    return false;
-  }
-  mGet = prepare("SELECT value FROM property WHERE key = ?1");
-  mSet = prepare("INSERT INTO property(key, value) VALUES(?1, ?2) ON CONFLICT(key) DO UPDATE SET value = ?2");
-  mAll = prepare("SELECT key, value FROM property ORDER BY key");
-  return mGet && mSet && mAll;
-}
-
-bool SqlitePropertyStore::startAfterBoot(const std::string& bootId) {
-  // One transaction that writes from its start, so that of two processes that start together one waits.
-  bool done =
-      execute("BEGIN IMMEDIATE") &&
-      execute(
-          "CREATE TABLE IF NOT EXISTS property(key TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID") &&
-      execute("CREATE TABLE IF NOT EXISTS boot(id TEXT NOT NULL)");
-  if (!done) {
-    return false;
-  }
-  {
-    const Statement known = prepare("SELECT 1 FROM boot WHERE id = ?1");
-    bindText(known.get(), 1, bootId);
-    if (sqlite3_step(known.get()) != SQLITE_ROW) {
-      const Statement remember = prepare("INSERT INTO boot(id) VALUES(?1)");
-      done = execute("DELETE FROM property WHERE substr(key, 1, 8) <> 'persist.'") &&
-             execute("DELETE FROM boot");
-      bindText(remember.get(), 1, bootId);
-      done = done && sqlite3_step(remember.get()) == SQLITE_DONE;
+SqlitePropertyStore::FileState SqlitePropertyStore::fileState() const {
+  FileState state{};
+  auto* value = state.data();
+  for (const std::string& path : {mPath, mPath + "-wal"}) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) {
+      value[0] = static_cast<std::int64_t>(status.st_ino);
+      value[1] = status.st_ctim.tv_sec;
+      value[2] = status.st_ctim.tv_nsec;
     }
+    value += 3;
   }
-  return done && execute("COMMIT");
+  return state;
 }
 
-bool SqlitePropertyStore::execute(const char* sql) {
-  return sqlite3_exec(mDatabase.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+void SqlitePropertyStore::open(int busyLimitMs) const {
+  try {
+    Database made = openFile(mPath, busyLimitMs, mBootId);
+    mDatabase = std::move(made);
+    if (!std::exchange(mSaid, "").empty()) {
+      PRB_LOGI(kTag, "the property file %s can be used again", mPath.c_str());
+    }
+  } catch (const std::runtime_error& fault) {
+    giveUp("cannot be opened", fault);
+  }
 }
 
-SqlitePropertyStore::Statement SqlitePropertyStore::prepare(const char* sql) const {
+SqlitePropertyStore::Database SqlitePropertyStore::openFile(const std::string& path, int busyLimitMs,
+                                                            const std::string& bootId) {
+  std::error_code ignored;
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+  Database database;
+  sqlite3* opened = nullptr;
+  // SQLite tells it as the cause of a fault, whoever left it.
+  errno = 0;
+  const int result = sqlite3_open_v2(
+      path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  database.handle.reset(opened);
+  check(opened, result);
+  sqlite3_busy_timeout(opened, busyLimitMs);
+  execute(opened, "PRAGMA journal_mode=WAL");
+  execute(opened, "PRAGMA synchronous=NORMAL");
+  startAfterBoot(opened, bootId);
+  database.get = prepare(opened, "SELECT value FROM property WHERE key = ?1");
+  database.set = prepare(opened,
+                         "INSERT INTO property(key, value) VALUES(?1, ?2) "
+                         "ON CONFLICT(key) DO UPDATE SET value = ?2");
+  database.all = prepare(opened, "SELECT key, value FROM property ORDER BY key");
+  sqlite3_busy_timeout(opened, kBusyLimitMs);
+  return database;
+}
+
+void SqlitePropertyStore::startAfterBoot(sqlite3* database, const std::string& bootId) {
+  // One transaction that writes from its start, so that of two processes that start together one waits.
+  execute(database, "BEGIN IMMEDIATE");
+  execute(database,
+          "CREATE TABLE IF NOT EXISTS property(key TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID");
+  execute(database, "CREATE TABLE IF NOT EXISTS boot(id TEXT NOT NULL)");
+  const Statement known = prepare(database, "SELECT 1 FROM boot WHERE id = ?1");
+  bindText(known.get(), 1, bootId);
+  if (!step(known.get())) {
+    execute(database, "DELETE FROM property WHERE substr(key, 1, 8) <> 'persist.'");
+    execute(database, "DELETE FROM boot");
+    const Statement remember = prepare(database, "INSERT INTO boot(id) VALUES(?1)");
+    bindText(remember.get(), 1, bootId);
+    step(remember.get());
+  }
+  sqlite3_reset(known.get());
+  execute(database, "COMMIT");
+}
+
+SqlitePropertyStore::Statement SqlitePropertyStore::prepare(sqlite3* database, const char* sql) {
   sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(mDatabase.get(), sql, -1, &statement, nullptr);
+  check(database, sqlite3_prepare_v2(database, sql, -1, &statement, nullptr));
   return Statement(statement);
+}
+
+bool SqlitePropertyStore::isUsable() const {
+  if (!mDatabase && fileState() != mFailed) {
+    open(0);
+  }
+  return mDatabase.has_value();
+}
+
+void SqlitePropertyStore::refresh() {
+  const MutexLock lock(mMutex);
+  if (!mDatabase) {
+    open(kRetryLimitMs);
+  }
 }
 
 std::optional<std::string> SqlitePropertyStore::get(const std::string& key) const {
   const MutexLock lock(mMutex);
-  if (!mDatabase) {
-    return std::nullopt;
-  }
-  const ResetLater reset{mGet.get()};
-  bindText(mGet.get(), 1, key);
-  const int result = sqlite3_step(mGet.get());
-  if (result == SQLITE_ROW) {
-    return columnText(mGet.get(), 0);
-  }
-  if (result != SQLITE_DONE) {
-    sayOnce("cannot be read");
+  try {
+    if (isUsable()) {
+      const ResetLater reset{mDatabase->get.get()};
+      bindText(reset.statement, 1, key);
+      if (step(reset.statement)) {
+        return columnText(reset.statement, 0);
+      }
+    }
+  } catch (const std::runtime_error& fault) {
+    giveUp("cannot be read", fault);
   }
   return std::nullopt;
 }
 
 bool SqlitePropertyStore::set(const std::string& key, const std::string& value) {
   const MutexLock lock(mMutex);
-  if (!mDatabase) {
+  if (!isUsable()) {
     return false;
   }
-  const ResetLater reset{mSet.get()};
-  bindText(mSet.get(), 1, key);
-  bindText(mSet.get(), 2, value);
-  if (sqlite3_step(mSet.get()) != SQLITE_DONE) {
-    sayOnce("cannot be written");
+  const ResetLater reset{mDatabase->set.get()};
+  bindText(reset.statement, 1, key);
+  bindText(reset.statement, 2, value);
+  try {
+    step(reset.statement);
+    mSaid.clear();
+    return true;
+  } catch (const std::runtime_error& fault) {
+    // What cannot be written may still be read.
+    say("cannot be written", fault);
     return false;
   }
-  return true;
 }
 
 void SqlitePropertyStore::forEach(
@@ -158,16 +226,15 @@ void SqlitePropertyStore::forEach(
   std::vector<std::pair<std::string, std::string>> all;
   {
     const MutexLock lock(mMutex);
-    if (!mDatabase) {
-      return;
-    }
-    const ResetLater reset{mAll.get()};
-    int result = SQLITE_ROW;
-    while ((result = sqlite3_step(mAll.get())) == SQLITE_ROW) {
-      all.emplace_back(columnText(mAll.get(), 0), columnText(mAll.get(), 1));
-    }
-    if (result != SQLITE_DONE) {
-      sayOnce("cannot be read");
+    try {
+      if (isUsable()) {
+        const ResetLater reset{mDatabase->all.get()};
+        while (step(reset.statement)) {
+          all.emplace_back(columnText(reset.statement, 0), columnText(reset.statement, 1));
+        }
+      }
+    } catch (const std::runtime_error& fault) {
+      giveUp("cannot be read", fault);
     }
   }
   for (const auto& [key, value] : all) {
@@ -175,12 +242,18 @@ void SqlitePropertyStore::forEach(
   }
 }
 
-void SqlitePropertyStore::sayOnce(const char* what) const {
-  if (std::exchange(mSaid, true)) {
-    return;
+void SqlitePropertyStore::giveUp(const char* what, const std::runtime_error& fault) const {
+  mDatabase.reset();
+  mFailed = fileState();
+  say(what, fault);
+}
+
+void SqlitePropertyStore::say(const char* what, const std::runtime_error& fault) const {
+  const std::string text = std::string(what) + ": " + fault.what();
+  if (text != mSaid) {
+    mSaid = text;
+    PRB_LOGE(kTag, "the property file %s %s", mPath.c_str(), text.c_str());
   }
-  PRB_LOGE(kTag, "the property file %s %s: %s", mPath.c_str(), what,
-           mDatabase ? sqlite3_errmsg(mDatabase.get()) : "out of memory");
 }
 
 std::string SqlitePropertyStore::defaultPath() {

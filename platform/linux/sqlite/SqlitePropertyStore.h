@@ -1,6 +1,10 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "platform/Mutex.h"
@@ -15,7 +19,9 @@ namespace fyn::productionrules {
  * Properties in a file that all processes of the machine share. A key that begins with "persist." stays; the
  * others go when the first process opens the file after a restart of the machine.
  *
- * A file that cannot be opened, read or written is said once in the log; then nothing is set and `set` fails.
+ * While the file cannot be used (locked, damaged, on a full disk), which is said once in the log with the
+ * fault, nothing is set and `set` fails. `refresh` tries it again, and so does any use after the file has
+ * changed.
  */
 class SqlitePropertyStore final : public PropertyStore {
  public:
@@ -28,9 +34,7 @@ class SqlitePropertyStore final : public PropertyStore {
   bool set(const std::string& key, const std::string& value) override;
   void forEach(
       const std::function<void(const std::string& key, const std::string& value)>& visit) const override;
-
-  /** Whether the file could be opened. */
-  bool isOpen() const { return mDatabase != nullptr; }
+  void refresh() override;
 
   /**
    * The file that is used when none is given: /var/lib/productionrules/properties.db where this process may
@@ -47,19 +51,37 @@ class SqlitePropertyStore final : public PropertyStore {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-  bool prepareFile(const std::string& bootId) PR_REQUIRES(mMutex);
-  bool startAfterBoot(const std::string& bootId);
-  bool execute(const char* sql);
-  Statement prepare(const char* sql) const;
-  void sayOnce(const char* what) const PR_REQUIRES(mMutex);
+  /** What tells one content of the file from another: number and time of change of the file and of its log.
+   */
+  using FileState = std::array<std::int64_t, 6>;
+
+  /** An open file and what is asked of it. The database goes last. */
+  struct Database {
+    std::unique_ptr<sqlite3, CloseDatabase> handle;
+    Statement get;
+    Statement set;
+    Statement all;
+  };
+
+  FileState fileState() const;
+  void open(int busyLimitMs) const PR_REQUIRES(mMutex);
+  bool isUsable() const PR_REQUIRES(mMutex);
+  void giveUp(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
+  void say(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
+
+  // These raise std::runtime_error with what SQLite says.
+  static Database openFile(const std::string& path, int busyLimitMs, const std::string& bootId);
+  static void startAfterBoot(sqlite3* database, const std::string& bootId);
+  static Statement prepare(sqlite3* database, const char* sql);
 
   const std::string mPath;
+  const std::string mBootId;
   mutable Mutex mMutex;
-  mutable bool mSaid PR_GUARDED_BY(mMutex) = false;
-  std::unique_ptr<sqlite3, CloseDatabase> mDatabase;
-  Statement mGet PR_GUARDED_BY(mMutex);
-  Statement mSet PR_GUARDED_BY(mMutex);
-  Statement mAll PR_GUARDED_BY(mMutex);
+  /** Nothing while the file cannot be used; then its state at that time. */
+  mutable std::optional<Database> mDatabase PR_GUARDED_BY(mMutex);
+  mutable FileState mFailed PR_GUARDED_BY(mMutex) = {};
+  /** What was said last; "" while all is well. */
+  mutable std::string mSaid PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules
