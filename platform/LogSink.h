@@ -10,7 +10,8 @@ class LogSink {
  public:
   virtual ~LogSink() = default;
 
-  /** Writes one line. `tag` and `text` are never null; `text` may end in a newline that the format asked for.
+  /** Writes one line. `tag` and `text` are never null; `text` may end in a newline that the format asked for,
+   * and may hold whatever a sender wrote: `cleanLogText` makes it fit for readers.
    */
   virtual void write(LogPriority priority, const char* tag, const char* text) = 0;
 };

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 
+#include "platform/LogText.h"
 #include "platform/SteadyClock.h"
 
 namespace fyn::productionrules {
@@ -31,13 +31,10 @@ void StderrLog::write(LogPriority priority, const char* tag, const char* text) {
   std::array<char, 32> stamp{};
   std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d %H:%M:%S", &local);
 
-  std::size_t length = std::strlen(text);
-  while (length > 0 && text[length - 1] == '\n') {
-    --length;
-  }
+  const std::string line = cleanLogText(text);
   const MutexLock lock(mMutex);
-  std::fprintf(stderr, "%s.%03d %c %s: %.*s\n", stamp.data(), static_cast<int>(wallMs % 1000),
-               logPriorityLetter(priority), tag, static_cast<int>(length), text);
+  std::fprintf(stderr, "%s.%03d %c %s: %s\n", stamp.data(), static_cast<int>(wallMs % 1000),
+               logPriorityLetter(priority), tag, line.c_str());
 }
 
 }  // namespace fyn::productionrules

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/Backends.h"
+#include "platform/LogText.h"
 
 namespace fyn::productionrules {
 
@@ -14,7 +15,7 @@ static_assert(static_cast<int>(LogPriority::debug) == ANDROID_LOG_DEBUG &&
               static_cast<int>(LogPriority::error) == ANDROID_LOG_ERROR);
 
 void AndroidLogSink::write(LogPriority priority, const char* tag, const char* text) {
-  __android_log_write(static_cast<int>(priority), tag, text);
+  __android_log_write(static_cast<int>(priority), tag, cleanLogText(text).c_str());
 }
 
 const LogBackend::Maker kMakeAndroidLog = [](const PlatformOptions& /*options*/) -> std::shared_ptr<LogSink> {

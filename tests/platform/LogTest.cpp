@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "platform/LogText.h"
 #include "platform/MrJsonUtil.h"
+#include "platform/StderrLog.h"
 #include "platform/VisionSettings.h"
 #include "tests/testing/CapturedLog.h"
 
@@ -45,6 +47,35 @@ TEST(Log, KeepsLongLinesWhole) {
     PRB_LOGI("Tag", "%s!", text.c_str());
     EXPECT_EQ(log.take(), Lines{"I|Tag|" + text + "!"}) << length;
   }
+}
+
+TEST(LogText, IsOneLineThatATerminalShows) {
+  const std::string longest(kLongestLogText, 'x');
+  for (const auto& [text, expected] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"", ""},
+           {"\n", ""},
+           {"plain ~\n\n", "plain ~"},
+           {"a\nI Forged: line\r\tb", "a\\nI Forged: line\\r\\tb"},
+           {"\x1b[2J\x07\x7f", "\\x1b[2J\\x07\\x7f"},
+           {{"a\0b", 3}, "a\\x00b"},
+           {"\u00e4 \u20ac \U0001f600 \uffff \U0010ffff", "\u00e4 \u20ac \U0001f600 \uffff \U0010ffff"},
+           {"\u009b2J\u00a0", "\\xc2\\x9b2J\u00a0"},
+           {"\xc0\x9b \xe0\x80\x9b \xf0\x80\x80\x9b", "\\xc0\\x9b \\xe0\\x80\\x9b \\xf0\\x80\\x80\\x9b"},
+           {"\x9b \xff \xed\xa0\x80 \xc3", "\\x9b \\xff \\xed\\xa0\\x80 \\xc3"},
+           {"\xe2\x82", "\\xe2\\x82"},
+           {longest + "\n", longest},
+           {longest + "y", longest + "... (2049 bytes)"},
+           {longest.substr(1) + "\u00e4", longest.substr(1) + "... (2049 bytes)"},
+           {longest.substr(3) + "\x1b", longest.substr(3) + "... (2046 bytes)"}}) {
+    EXPECT_EQ(cleanLogText(text), expected);
+  }
+}
+
+TEST(StderrLog, CleansTheText) {
+  ::testing::internal::CaptureStderr();
+  StderrLog().write(LogPriority::warning, "Tag", "a\n\x1b[2Jb\n");
+  const std::string line = ::testing::internal::GetCapturedStderr();
+  EXPECT_EQ(line.substr(std::string("2026-01-31 12:34:56.789").size()), " W Tag: a\\n\\x1b[2Jb\n");
 }
 
 TEST(ForwardMessage, CollectsEntriesInCallOrder) {

@@ -4,10 +4,10 @@
 
 #include <systemd/sd-journal.h>
 
-#include <cstring>
 #include <memory>
 
 #include "platform/Backends.h"
+#include "platform/LogText.h"
 
 namespace fyn::productionrules {
 
@@ -30,12 +30,8 @@ int syslogLevel(LogPriority priority) {
 }  // namespace
 
 void JournalLog::write(LogPriority priority, const char* tag, const char* text) {
-  std::size_t length = std::strlen(text);
-  while (length > 0 && text[length - 1] == '\n') {
-    --length;
-  }
-  sd_journal_send("PRIORITY=%d", syslogLevel(priority), "PRB_TAG=%s", tag, "MESSAGE=%s: %.*s", tag,
-                  static_cast<int>(length), text, nullptr);
+  sd_journal_send("PRIORITY=%d", syslogLevel(priority), "PRB_TAG=%s", tag, "MESSAGE=%s: %s", tag,
+                  cleanLogText(text).c_str(), nullptr);
 }
 
 const LogBackend::Maker kMakeJournalLog = [](const PlatformOptions& /*options*/) -> std::shared_ptr<LogSink> {
