@@ -1,6 +1,7 @@
 #include "model/FynCamerasConfig.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/ServiceState.h"
 #include "platform/VisionSettings.h"
@@ -28,10 +29,30 @@ FynCamerasConfig& FynCamerasConfig::getMutable() {
   return ServiceState::current().part<FynCamerasConfig>();
 }
 
+bool FynCamerasConfig::hasRoom(std::size_t known) {
+  if (known < kMostCameras) {
+    return true;
+  }
+  if (!std::exchange(mIsFullSaid, true)) {
+    PRB_LOGE(kTag, "%zu cameras are known, further ones are ignored", kMostCameras);
+  }
+  return false;
+}
+
+bool FynCamerasConfig::isKnownOrFits(std::int32_t camId) {
+  return fynCamInfoMap.count(camId) != 0 || hasRoom(fynCamInfoMap.size());
+}
+
+void FynCamerasConfig::take(const FynCamInfo& camera) {
+  if (isKnownOrFits(camera.ids.fynCamId)) {
+    fynCamInfoMap[camera.ids.fynCamId] = camera;
+  }
+}
+
 void FynCamerasConfig::update(const FynCameras& cameras) {
   fynCamInfoMap.clear();
   for (const FynCamInfo& camera : cameras) {
-    if (camera.isAttached) {
+    if (camera.isAttached && isKnownOrFits(camera.ids.fynCamId)) {
       fynCamInfoMap.emplace(camera.ids.fynCamId, camera);
     }
   }
@@ -46,6 +67,9 @@ Dimension FynCamerasConfig::getCameraLensModelDimension(int camId) const {
 }
 
 void FynCamerasConfig::setCameraLensModelDimension(int camId, const Dimension& dimension) {
+  if (!isKnownOrFits(camId)) {
+    return;
+  }
   fynCamInfoMap[camId].ids.lensModelDimension = dimension;
   PRB_LOGI(kTag, "setCamerLensModelDimension camId: %d, dimensions: {%d, %d}", camId, dimension.width,
            dimension.height);

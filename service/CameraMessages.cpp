@@ -53,7 +53,10 @@ void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const 
   if (mOperatingMode == FynOperatingMode::Secondary) {
     // What the primary device sends to this camera.
     pubSubClient().subscribe(std::string(topics::kTrackingMode), *this);
-    pubSubClient().subscribe(appendSubtopic(topics::kSecondaryScene, std::to_string(camId)), *this);
+    if (mHeardCameras.count(camId) != 0 || FynCamerasConfig::getMutable().hasRoom(mHeardCameras.size())) {
+      mHeardCameras.insert(camId);
+      pubSubClient().subscribe(appendSubtopic(topics::kSecondaryScene, std::to_string(camId)), *this);
+    }
   }
 }
 
@@ -67,7 +70,7 @@ void ProductionRuleIPCService::takeOwnCamera(int camId) {
     own.ids.fynCamId = camId;
     own.caps.hasIcd = true;
     own.caps.hasProductionRules = true;
-    cameras.fynCamInfoMap[camId] = own;
+    cameras.take(own);
     cameras.setCameraLensModelDimension(camId, kDefaultImageSize);
   }
   PRB_LOGI(kTag, "%s: camId: %d Setting FynCamerasConfig fynCamId: %d forCamId: %d", "process", camId,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -106,6 +107,8 @@ class ProductionRuleIPCService final : public BaseIPCService {
   FynOperatingMode mOperatingMode = FynOperatingMode::Standalone;
   FynFrameTracker mFrameTracker;
   bool mRecording = false;
+  /** On a secondary device: the own cameras whose layouts are subscribed to. */
+  std::set<std::int32_t> mHeardCameras;
 };
 
 }  // namespace fyn::productionrules

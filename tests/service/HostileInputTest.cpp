@@ -2,6 +2,7 @@
 // works.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "tests/service/RoomService.h"
@@ -240,6 +241,49 @@ TEST_F(HostileInput, ExtremeNumbersInCameraDocuments) {
   room.handle("/cameras", "[]");
   room.send(twoPeople());
   expectWorks(room, "cameras");
+}
+
+TEST(HostileCameras, IdsWithoutEndAreNotKept) {
+  constexpr int kMany = 2 * static_cast<int>(FynCamerasConfig::kMostCameras);
+  const std::string full = "E|FynCamerasConfig|64 cameras are known, further ones are ignored";
+  json list = json::array();
+  for (int id = 0; id < kMany; ++id) {
+    list.push_back({{"isAttached", true}, {"ids", {{"fynCamId", id}}}});
+  }
+  struct Case {
+    const char* role;
+    std::size_t known;
+    std::function<void(RoomService& room, const std::string& id)> tell;
+  };
+  for (const Case& one :
+       {Case{"0", 64,
+             [](RoomService&room, const std::string&id) {
+               room.send("/cameraParameters/head/" + id, R"({"imageWidth":1,"imageHeight":2})");
+             }},
+        Case{"0", 64,
+             [](RoomService&room, const std::string&id) {
+               room.send("/camera", R"({"fynCamId":)" + id + "}");
+             }},
+        Case{"2", 0,
+             [](RoomService&room, const std::string&id) {
+               room.send("/camera", R"({"fynCamId":)" + id + "}");
+             }},
+        Case{"1", 64,
+             [&](RoomService&room, const std::string& /*id*/) { room.send("/cameras", list.dump()); }}}) {
+    RoomService room;
+    room.set("vendor.fynpilot.fynOperatingMode", one.role);
+    room.start();
+    for (int id = 0; id < kMany; ++id) {
+      one.tell(room, std::to_string(id));
+    }
+    const Lines lines = room.take();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), full), 1) << one.role;
+    EXPECT_EQ(FynCamerasConfig::get().fynCamInfoMap.size(), one.known) << one.role;
+    // The last camera that still had room, and the next.
+    room.send("/PRBOutSecondary/63", "[");
+    room.send("/PRBOutSecondary/64", "[");
+    EXPECT_EQ(room.take().size(), one.known == 0 ? 1U : 0U) << one.role;
+  }
 }
 
 TEST(HostileSecondary, ExtremeNumbersInEveryFieldOfALayout) {
