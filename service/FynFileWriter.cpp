@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <utility>
 
 #include "platform/Ticks.h"
 #include "platform/VisionSettings.h"
@@ -41,9 +40,21 @@ void FynFileWriter::write(const std::string& text) {
     std::cerr << "Error writing to closed file '" << mPath << "'." << '\n';
     return;
   }
-  *mFile << text << '\n' << std::flush;
-  if (!*mFile && !std::exchange(mHasFailed, true)) {
-    std::cerr << "Error writing to file '" << mPath << "'." << '\n';
+  if (mHasEnded) {
+    return;
+  }
+  mWritten += text.size() + 1;
+  const bool isFull = mWritten > kMostBytes;
+  if (!isFull) {
+    *mFile << text << '\n' << std::flush;
+  }
+  if (isFull || !*mFile) {
+    mHasEnded = true;
+    std::cerr << "Error writing to file '" << mPath << "'"
+              << (isFull ? ": it has reached " + std::to_string(kMostBytes / 1'000'000) +
+                               " MB, the rest is left out."
+                         : ".")
+              << '\n';
   }
 }
 

@@ -18,13 +18,17 @@ class FynFileWriter {
   FynFileWriter(const std::string& name, const DumpOpener& open);
 
   /** Writes `text` and a newline; a message on standard error when the file is not open, and one, not one per
-   * line, when it can no longer be written (a full disk). */
+   * line, when it can no longer be written (a full disk) or would grow beyond `kMostBytes`. */
   void write(const std::string& text);
+
+  /** What a dump that nobody ends may take of the device's disk. */
+  static constexpr std::size_t kMostBytes = 256'000'000;
 
  private:
   std::string mPath;
   std::unique_ptr<std::ostream> mFile;
-  bool mHasFailed = false;
+  std::size_t mWritten = 0;
+  bool mHasEnded = false;
 };
 
 }  // namespace fyn::productionrules

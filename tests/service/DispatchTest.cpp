@@ -268,23 +268,42 @@ TEST(Dispatch, DumpWriter) {
   }
 }
 
-TEST(Dispatch, ADumpThatCanNoLongerBeWrittenIsReportedOnce) {
-  /** Takes two lines of one letter, then nothing. */
-  struct FullDisk : std::streambuf {
-    int_type overflow(int_type letter) override { return ++bytes > 4 ? traits_type::eof() : letter; }
-    int bytes = 0;
+TEST(Dispatch, ADumpThatEndsIsReportedOnce) {
+  struct Disk : std::streambuf {
+    explicit Disk(std::size_t size) : room(size) {}
+    std::streamsize xsputn(const char* /*text*/, std::streamsize length) override {
+      const auto taken = std::min(room, static_cast<std::size_t>(length));
+      room -= taken;
+      return static_cast<std::streamsize>(taken);
+    }
+    int_type overflow(int_type letter) override { return room == 0 ? traits_type::eof() : (--room, letter); }
+    std::size_t room;
   };
-  const TestEnvironment environment;
-  FullDisk disk;
-  FynFileWriter writer("PRB_Layouts",
-                       [&](const std::string& /*path*/) { return std::make_unique<std::ostream>(&disk); });
-  ::testing::internal::CaptureStderr();
-  for (int line = 0; line < 5; ++line) {
-    writer.write("x");
+  struct Case {
+    std::size_t size;
+    std::size_t line;
+    std::size_t left;
+    const char* reason;
+  };
+  constexpr std::size_t kMost = FynFileWriter::kMostBytes;
+  for (const Case& one :
+       {Case{20'000, 4'999, 0, "."},
+        Case{kMost + 7, kMost / 4 - 1, 7, ": it has reached 256 MB, the rest is left out."},
+        Case{kMost, kMost / 4, kMost / 4 - 3, ": it has reached 256 MB, the rest is left out."}}) {
+    const TestEnvironment environment;
+    Disk disk(one.size);
+    FynFileWriter writer("PRB_Layouts",
+                         [&](const std::string& /*path*/) { return std::make_unique<std::ostream>(&disk); });
+    ::testing::internal::CaptureStderr();
+    const std::string line(one.line, 'x');
+    for (int count = 0; count < 6; ++count) {
+      writer.write(line);
+    }
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              std::string("Error writing to file '/data/local/cvml-app-test/PRB_Layouts_1700000000000.txt'") +
+                  one.reason + "\n");
+    EXPECT_EQ(disk.room, one.left);
   }
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "Error writing to file '/data/local/cvml-app-test/PRB_Layouts_1700000000000.txt'.\n");
-  EXPECT_GT(disk.bytes, 4);
 }
 
 TEST(Dispatch, SubTopics) {
