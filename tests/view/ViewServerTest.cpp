@@ -1,13 +1,18 @@
 // The server, asked as a browser asks, and as others might.
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
+#include <array>
 #include <future>
 
 #include "platform/TextFile.h"
 #include "tests/linux/Processes.h"
 #include "tests/view/OpenPage.h"
 #include "tools/view/LineLog.h"
+#include "tools/view/RequestLimits.h"
+#include "tools/view/RequestStream.h"
 #include "tools/view/ViewServer.h"
 
 namespace fyn::productionrules::testing {
@@ -84,6 +89,66 @@ TEST_F(LiveViewer, PagesGetWhatIsCurrentAndThenEveryLine) {
   EXPECT_EQ(second.text().find("camera"), std::string::npos);
   EXPECT_EQ(first.text().find("gone"), std::string::npos);
   log.close();
+}
+
+/** A connection that sends no more than it is told to. */
+class Dripping {
+ public:
+  Dripping(int port, const std::string& begin) : mSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(mSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    send(mSocket, begin.data(), begin.size(), MSG_NOSIGNAL);
+  }
+  ~Dripping() { close(mSocket); }
+  Dripping(const Dripping&) = delete;
+  Dripping& operator=(const Dripping&) = delete;
+
+  /** What the server says until it closes the connection. */
+  std::string answer() const {
+    std::string text;
+    std::array<char, 4096> part{};
+    for (ssize_t count = 0; (count = recv(mSocket, part.data(), part.size(), 0)) > 0;) {
+      text.append(part.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+ private:
+  const int mSocket;
+};
+
+TEST(ViewServer, RequestsWithoutEndGoForNewerOnes) {
+  LineLog log = LineLog::ofLive();
+  const ViewServer server(log, "room", {"127.0.0.1", 0, "", std::chrono::hours(1)});
+  std::vector<std::unique_ptr<Dripping>> dripping;
+  for (std::size_t i = 0; i < 3 * RequestLimits::kMostPerAddress; ++i) {
+    dripping.push_back(std::make_unique<Dripping>(server.port(), "GET / HT"));
+  }
+  EXPECT_EQ(httplib::Client("127.0.0.1", server.port()).Get("/api/info")->status, 200);
+}
+
+TEST_F(LiveViewer, ARequestHasASize) {
+  const std::string line = "X-Y: " + std::string(1000, 'z') + "\r\n";
+  std::string headers = "GET / HTTP/1.1\r\n";
+  while (headers.size() <= RequestStream::kLargest) {
+    headers += line;
+  }
+  EXPECT_EQ(Dripping(server.port(), "GET /" + std::string(1 << 20, 'x')).answer(), "");
+  EXPECT_EQ(Dripping(server.port(), headers + "\r\n").answer().find("200 OK"), std::string::npos);
+  EXPECT_NE(Dripping(server.port(), "GET / HTTP/1.1\r\nHost: localhost\r\n" + line + "\r\n")
+                .answer()
+                .find("200 OK"),
+            std::string::npos);
+}
+
+TEST(ViewServer, ARequestHasATime) {
+  LineLog log = LineLog::ofLive();
+  const ViewServer server(log, "room", {"127.0.0.1", 0, "", std::chrono::milliseconds(50)});
+  EXPECT_EQ(Dripping(server.port(), "").answer(), "");
+  EXPECT_EQ(Dripping(server.port(), "GET / HTTP/1.1\r\nHo").answer().find("200 OK"), std::string::npos);
 }
 
 TEST_F(LiveViewer, TwentyOpenPagesLeaveRoomForOthersAndTheNextIsTurnedAway) {

@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "tools/page/PageFiles.h"
+#include "tools/view/RequestLimits.h"
+#include "tools/view/RequestStream.h"
 #include "tools/view/ViewAccess.h"
 
 namespace fyn::productionrules {
@@ -17,7 +19,8 @@ namespace {
 
 using std::chrono::seconds;
 
-constexpr std::size_t kThreads = ViewServer::kMostStreams + 8;
+// One is always free: for the request that is one too many, and so has another shut down.
+constexpr std::size_t kThreads = ViewServer::kMostStreams + RequestLimits::kMost + 8;
 constexpr seconds kHeartbeat{10};
 /** How long one attempt to write may take, which is also how long the end waits for a page that reads
  * nothing. */
@@ -64,6 +67,31 @@ void answer(httplib::Response& response, int status, const std::string& words) {
   response.set_content(words + '\n', kText);
 }
 
+/** One request per connection, which must come in time: the library itself waits for as much as anybody
+ * sends. */
+class LimitedServer final : public httplib::Server {
+ public:
+  LimitedServer(const RequestStream::Times& times, const std::atomic<bool>& ending)
+      : mTimes(times), mEnding(ending) {}
+
+ private:
+  bool process_and_close_socket(socket_t socket) override {
+    bool isAnswered = false;
+    {
+      RequestStream stream(socket, mTimes, mLimits, mEnding);
+      bool isClosed = false;
+      isAnswered = process_request(stream, true, isClosed, nullptr);
+    }
+    shutdown(socket, SHUT_RDWR);
+    close(socket);
+    return isAnswered;
+  }
+
+  const RequestStream::Times mTimes;
+  const std::atomic<bool>& mEnding;
+  RequestLimits mLimits;
+};
+
 }  // namespace
 
 /** The HTTP side. */
@@ -92,22 +120,31 @@ class ViewServer::Pages {
   std::atomic<int> mStreams{0};
   std::atomic<bool> mEnding{false};
   std::atomic<bool> mEnded{false};
-  httplib::Server mServer;
+  LimitedServer mServer;
   std::thread mThread;
 };
 
 ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptions& options)
-    : mLines(lines), mName(std::move(name)), mAddress(options.address) {
+    : mLines(lines),
+      mName(std::move(name)),
+      mAddress(options.address),
+      mServer({options.requestLimit, kWriteLimit}, mEnding) {
   if (options.token.empty() && !isLoopback(options.address)) {
     throw std::invalid_argument("an address that others reach needs a token");
   }
   setUp();
-  mServer.set_socket_options(setSocketOptions);
+  socket_t listening = INVALID_SOCKET;
+  mServer.set_socket_options([&listening](socket_t socket) {
+    setSocketOptions(socket);
+    listening = socket;
+  });
   mPort = options.port == 0 ? mServer.bind_to_any_port(options.address) : options.port;
   if (mPort <= 0 || (options.port != 0 && !mServer.bind_to_port(options.address, options.port))) {
     throw std::runtime_error("port " + std::to_string(options.port) + " of " + options.address +
                              " cannot be had");
   }
+  // The library lets only five wait, and whoever comes next tries again after a second.
+  listen(listening, SOMAXCONN);
   // A cookie belongs to a host whatever the port.
   mAccess = std::make_unique<ViewAccess>(options.token, "prb-view-" + std::to_string(mPort));
   mThread = std::thread([this] {
@@ -133,8 +170,6 @@ std::string ViewServer::Pages::url() const {
 
 void ViewServer::Pages::setUp() {
   mServer.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
-  mServer.set_keep_alive_timeout(1);
-  mServer.set_read_timeout(kWriteLimit);
   mServer.set_write_timeout(kWriteLimit);
   mServer.set_payload_max_length(0);
   mServer.set_tcp_nodelay(true);

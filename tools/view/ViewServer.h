@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -14,6 +15,8 @@ struct ViewServerOptions {
   int port = 0;
   /** What a page must know; "" for nothing, as long as only this machine is reached. */
   std::string token;
+  /** How long a whole request may take to come. */
+  std::chrono::milliseconds requestLimit = std::chrono::seconds(5);
 };
 
 /**
