@@ -14,7 +14,7 @@ namespace fyn::productionrules {
 class RequestStream final : public httplib::Stream {
  public:
   /** Bytes of a request with all its headers. */
-  static constexpr std::size_t kLargest = 16 * 1024;
+  static constexpr std::size_t kLargest = 16'384;
 
   struct Times {
     /** For the whole request. */
