@@ -58,6 +58,7 @@ ROOMS["tools/video/camera"] = above("tools/video/source", "tools/video/compose",
 ROOMS["tools/video/vision"] = above("tools/video/source", "tools/live", "tools/meeting")
 ROOMS["tools/prb"] = above("tools/tune", "tools/demo", "tools/live")
 ROOMS["benchmarks"] = set(ROOMS)
+ROOMS["fuzz"] = set(ROOMS)
 ROOMS["tests"] = set(ROOMS)
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
