@@ -1,9 +1,12 @@
 #include "platform/BaseIPCService.h"
 
 #include <chrono>
+#include <cinttypes>
 #include <exception>
+#include <optional>
 #include <utility>
 
+#include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
@@ -11,9 +14,6 @@ namespace fyn::productionrules {
 namespace {
 
 constexpr const char* kTag = "BaseIPCService";
-
-// A minute of a full vision stream. More waiting messages than this mean that nobody handles them any more.
-constexpr std::size_t kQueueLimit = 4096;
 
 }  // namespace
 
@@ -31,19 +31,55 @@ void BaseIPCService::closeBus() {
 }
 
 void BaseIPCService::onMessage(const std::string& topic, const std::string& message) {
-  bool overflowBegins = false;
+  MessageQueue::Outcome outcome;
+  bool begins = false;
   {
     const MutexLock lock(mMutex);
-    if (mQueue.size() < kQueueLimit) {
-      mQueue.push_back({topic, message});
-    } else {
-      overflowBegins = mDropped++ == 0;
-    }
+    outcome = mQueue.put(topic, message);
+    mLosses.dropped += outcome.dropped;
+    begins = !std::exchange(mLosses.said.at(static_cast<std::size_t>(outcome.loss)), true);
   }
   mWakeUp.notifyOne();
-  if (overflowBegins) {
-    PRB_LOGE(kTag, "%s: %zu messages wait, new ones are dropped, the first on %s", "onMessage", kQueueLimit,
-             topic.c_str());
+  if (outcome.dropped > 0) {
+    mPlatform.health->countDropped(outcome.dropped);
+  }
+  if (begins) {
+    noteLoss(outcome.loss, topic, topic.size() + message.size());
+  }
+}
+
+void BaseIPCService::noteLoss(MessageQueue::Loss loss, const std::string& topic, std::size_t bytes) {
+  switch (loss) {
+    case MessageQueue::Loss::none:
+      break;
+    case MessageQueue::Loss::tooLarge:
+      PRB_LOGE(kTag, "%s: a message of %zu bytes on %s is dropped, the largest may have %zu", "onMessage",
+               bytes, topic.c_str(), MessageQueue::kLargestMessage);
+      break;
+    case MessageQueue::Loss::overtaken:
+      PRB_LOGE(kTag, "%s: messages come faster than they are handled, only the newest on %s waits",
+               "onMessage", std::string(topics::kVisionResult).c_str());
+      break;
+    case MessageQueue::Loss::noRoom:
+      PRB_LOGE(kTag, "%s: too many messages wait, new ones are dropped, the first on %s", "onMessage",
+               topic.c_str());
+      break;
+  }
+}
+
+void BaseIPCService::noteEndOfLoss() {
+  std::uint64_t dropped = 0;
+  {
+    const MutexLock lock(mMutex);
+    if (mLosses.droppedAtLastCheck == mLosses.dropped) {
+      dropped = mLosses.dropped;
+      mLosses = {};
+    } else {
+      mLosses.droppedAtLastCheck = mLosses.dropped;
+    }
+  }
+  if (dropped > 0) {
+    PRB_LOGW(kTag, "%s: all messages are handled again, %" PRIu64 " were dropped", "noteEndOfLoss", dropped);
   }
 }
 
@@ -62,20 +98,22 @@ void BaseIPCService::run() {
   auto nextCheck = std::chrono::steady_clock::now() + period;
   MutexLock lock(mMutex);
   while (!mStopping) {
-    if (mQueue.empty()) {
+    std::optional<QueuedMessage> message = mQueue.take();
+    if (!message) {
       mWakeUp.waitUntil(lock, nextCheck,
-                        [this]() PR_REQUIRES(mMutex) { return mStopping || !mQueue.empty(); });
-    }
-    if (!mQueue.empty() && !mStopping) {
-      const Message message = std::move(mQueue.front());
-      mQueue.pop_front();
+                        [this]() PR_REQUIRES(mMutex) { return mStopping || !mQueue.isEmpty(); });
+    } else {
       lock.unlock();
-      handle(message);
+      handle(*message);
       lock.lock();
     }
     if (!mStopping && std::chrono::steady_clock::now() >= nextCheck) {
       lock.unlock();
+      noteEndOfLoss();
       periodicCheck();
+      if (mPeriodPassed) {
+        mPeriodPassed();
+      }
       lock.lock();
       nextCheck = std::chrono::steady_clock::now() + period;
     }
@@ -92,11 +130,9 @@ void BaseIPCService::stop() {
 std::size_t BaseIPCService::handlePending() {
   std::size_t handled = 0;
   MutexLock lock(mMutex);
-  while (!mQueue.empty()) {
-    const Message message = std::move(mQueue.front());
-    mQueue.pop_front();
+  while (const std::optional<QueuedMessage> message = mQueue.take()) {
     lock.unlock();
-    handle(message);
+    handle(*message);
     ++handled;
     lock.lock();
   }
@@ -104,11 +140,10 @@ std::size_t BaseIPCService::handlePending() {
 }
 
 std::uint64_t BaseIPCService::droppedMessages() const {
-  const MutexLock lock(mMutex);
-  return mDropped;
+  return mPlatform.health->read().droppedMessages;
 }
 
-void BaseIPCService::handle(const Message& message) {
+void BaseIPCService::handle(const QueuedMessage& message) {
   try {
     process(message.topic, message.text);
   } catch (const std::exception& fault) {

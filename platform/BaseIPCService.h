@@ -1,12 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 
+#include "platform/MessageQueue.h"
 #include "platform/Mutex.h"
 #include "platform/Platform.h"
 
@@ -20,6 +21,9 @@ struct ExtraMessage {
 /**
  * The base of a service on the bus. It owns the bus client, takes the messages that the bus delivers into a
  * queue and handles them one at a time, in order, on the thread that calls `run`, the dispatch thread.
+ *
+ * The queue is bounded (MessageQueue). A loss is logged once when it begins, and when none has happened for a
+ * period the number of messages lost.
  *
  * A handler that throws never stops the dispatch thread: the exception's text is logged at error level with
  * the topic, and the next message is handled.
@@ -53,6 +57,9 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   /** `handler` is called by `run`, on its thread, once `init` has run. Set before `run`. */
   void setInitialisedHandler(std::function<void()> handler) { mInitialised = std::move(handler); }
 
+  /** `handler` is called by `run`, on its thread, every period: it is not stuck. Set before `run`. */
+  void setPeriodHandler(std::function<void()> handler) { mPeriodPassed = std::move(handler); }
+
   /** Ends `run` after the message in hand. Called on any thread. */
   void stop();
 
@@ -60,7 +67,7 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
    * caller that has its own loop, such as a replay. */
   std::size_t handlePending();
 
-  /** Messages that were dropped because the queue was full. */
+  /** Messages that were dropped because they were too large or too many. */
   std::uint64_t droppedMessages() const;
 
   std::uint32_t periodMs() const { return mPeriodMs; }
@@ -76,22 +83,25 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   void closeBus();
 
  private:
-  struct Message {
-    std::string topic;
-    std::string text;
-  };
-
-  void handle(const Message& message);
+  void handle(const QueuedMessage& message);
+  void noteLoss(MessageQueue::Loss loss, const std::string& topic, std::size_t bytes);
+  void noteEndOfLoss();
 
   Platform mPlatform;
   const std::uint32_t mPeriodMs;
   std::string mName;
   std::function<void()> mInitialised;
+  std::function<void()> mPeriodPassed;
 
   mutable Mutex mMutex;
   ConditionVariable mWakeUp;
-  std::deque<Message> mQueue PR_GUARDED_BY(mMutex);
-  std::uint64_t mDropped PR_GUARDED_BY(mMutex) = 0;
+  MessageQueue mQueue PR_GUARDED_BY(mMutex);
+  /** The losses that are not over. */
+  struct {
+    std::uint64_t dropped = 0;
+    std::uint64_t droppedAtLastCheck = 0;
+    std::array<bool, 4> said{};
+  } mLosses PR_GUARDED_BY(mMutex);
   bool mStopping PR_GUARDED_BY(mMutex) = false;
 };
 

@@ -8,6 +8,7 @@
 #include "platform/CameraProvider.h"
 #include "platform/DelayedTasks.h"
 #include "platform/PubSub.h"
+#include "platform/ServiceHealth.h"
 
 namespace fyn::productionrules {
 
@@ -16,8 +17,8 @@ using DumpOpener = std::function<std::unique_ptr<std::ostream>(const std::string
 
 /**
  * What one service is given: its bus client, the camera providers it may find, a way to run work later, and
- * the stream that stands for standard output. What belongs to the whole process (clock, log, properties,
- * files) is in ServiceState.
+ * the stream that stands for standard output; and where it notes how it is doing. What belongs to the whole
+ * process (clock, log, properties, files) is in ServiceState.
  */
 struct Platform {
   std::shared_ptr<com::quil::pubsub::IPubSubClient> bus;
@@ -26,6 +27,7 @@ struct Platform {
   /** Null for the process's own. */
   std::ostream* standardOutput = nullptr;
   DumpOpener openDump;
+  std::shared_ptr<ServiceHealth> health = std::make_shared<ServiceHealth>();
 };
 
 }  // namespace fyn::productionrules

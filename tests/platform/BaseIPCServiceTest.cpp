@@ -80,21 +80,82 @@ TEST(BaseIPCService, AThrowingHandlerIsLoggedWithItsTopicAndTheNextMessageIsHand
   EXPECT_EQ(log.lines(), (Lines{"E|BaseIPCService|process: topic: /cameras, exception: no list"}));
 }
 
-TEST(BaseIPCService, AFullQueueDropsTheNewestCountsThemAndSaysSoOnce) {
-  testing::CapturedLog log;
+struct Flood {
+  const char* name;
+  std::size_t count;
+  std::size_t bytes;
+  const char* topic;
+  /** How many of the flood are handled, the last ones of it. */
+  std::size_t handled;
+  const char* said;
+};
+
+TEST(BaseIPCService, AFloodCostsVisionResultsBeforeAnythingElse) {
+  using Queue = MessageQueue;
+  constexpr const char* kOvertaken =
+      "E|BaseIPCService|onMessage: messages come faster than they are handled, only the newest on /ICDOut "
+      "waits";
+  constexpr std::size_t kLarge = 2 << 20;
+  const Flood rows[] = {
+      {"as many results as may wait", Queue::kMostVisionResults, 10, "/ICDOut", Queue::kMostVisionResults,
+       nullptr},
+      {"one more", Queue::kMostVisionResults + 1, 10, "/ICDOut", 1, kOvertaken},
+      {"many more", 10000, 10, "/ICDOut", 1, kOvertaken},
+      {"a few large ones", 300, kLarge, "/ICDOut", 1, kOvertaken},
+      {"commands", 4000, 10, "/ctl", 4000, nullptr},
+      {"too many commands", 4100, 10, "/ctl", 4094,
+       "E|BaseIPCService|onMessage: too many messages wait, new ones are dropped, the first on /ctl"},
+      {"a command that is too large", 1, Queue::kLargestMessage, "/ctl", 0,
+       "E|BaseIPCService|onMessage: a message of 4194308 bytes on /ctl is dropped, the largest may have "
+       "4194304"},
+  };
+  for (const Flood& row : rows) {
+    SCOPED_TRACE(row.name);
+    testing::CapturedLog log;
+    NotingService service;
+    service.onMessage("/camera", "before");
+    service.onMessage("/cameras", "before");
+    const std::string filler(row.bytes, 'x');
+    for (std::size_t number = 0; number < row.count; ++number) {
+      service.onMessage(row.topic, filler);
+    }
+    EXPECT_EQ(service.handlePending(), row.handled + 2);
+    EXPECT_EQ(service.handled.at(1), "/cameras before");
+    EXPECT_EQ(service.droppedMessages(), row.count - row.handled);
+    EXPECT_EQ(log.lines(), row.said != nullptr ? Lines{row.said} : Lines{});
+    service.onMessage(row.topic, "room again");
+    service.onMessage(row.topic, "for more than one");
+    EXPECT_EQ(service.handlePending(), 2U);
+  }
+}
+
+TEST(BaseIPCService, TheNewestVisionResultStaysBehindTheCommandsBeforeIt) {
   NotingService service;
-  constexpr int kLimit = 4096;
-  for (int number = 0; number < kLimit + 3; ++number) {
+  for (std::size_t number = 0; number < MessageQueue::kMostVisionResults; ++number) {
     service.onMessage("/ICDOut", std::to_string(number));
   }
-  EXPECT_EQ(service.droppedMessages(), 3U);
-  EXPECT_EQ(log.lines().size(), 1U);
+  for (const char* const text : {"a", "b"}) {
+    service.onMessage("/ctl", text);
+    service.onMessage("/ICDOut", text);
+  }
+  service.handlePending();
+  EXPECT_EQ(service.handled, (Lines{"/ctl a", "/ctl b", "/ICDOut b"}));
+}
 
-  EXPECT_EQ(service.handlePending(), static_cast<std::size_t>(kLimit));
-  EXPECT_EQ(service.handled.back(), "/ICDOut 4095");
-  service.onMessage("/ICDOut", "room again");
-  EXPECT_EQ(service.handlePending(), 1U);
-  EXPECT_EQ(service.droppedMessages(), 3U);
+TEST(BaseIPCService, SaysTheEndOfALossWithItsCount) {
+  testing::CapturedLog log;
+  NotingService service({}, 1);
+  for (int count = 0; count < 3; ++count) {
+    service.onMessage("/ctl", std::string(MessageQueue::kLargestMessage, 'x'));
+  }
+  service.onPeriodicCheck = [&] {
+    if (log.lines().size() == 2) {
+      service.stop();
+    }
+  };
+  service.run();
+  EXPECT_EQ(log.lines().back(),
+            "W|BaseIPCService|noteEndOfLoss: all messages are handled again, 3 were dropped");
 }
 
 TEST(BaseIPCService, ChecksPeriodicallyWhileNoMessageArrives) {

@@ -110,7 +110,7 @@ std::vector<std::string> unreadable() {
           "[1e999999]x",
           std::string(kDeepest, '['),
           nested("{\"a\":", "", ""),
-          "{\"a\":\"" + std::string(4 << 20, 'x')};
+          "{\"a\":\"" + std::string(3 << 20, 'x')};
 }
 
 TEST_F(HostileInput, UnreadableTexts) {
