@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -42,6 +43,13 @@ class ICameraProviders {
 
   /** The provider `instance` ("default"), without waiting for it; empty when there is none now. */
   virtual std::shared_ptr<IQuilCameraProvider> getService(const std::string& instance) = 0;
+
+  /**
+   * `appeared` is called, on any thread, whenever a provider "default" appears from now on. Set once, before
+   * the first `getService`. It returns at once and holds nobody alive. A platform that cannot tell never
+   * calls it.
+   */
+  virtual void setAppearanceHandler(std::function<void()> /*appeared*/) {}
 };
 
 }  // namespace fyn::productionrules

@@ -54,10 +54,12 @@ ProductionRuleIPCService::ProductionRuleIPCService(const Platform& platform, con
     FynCamerasConfig::getMutable().fynCamId = 0;
   }
   mTrackingMode->updateTrackingModeLayout(mOperatingMode, nullptr);
+  platform.health->setMode(framingModeToString(mFramingMode));
   if (PrConfig::get().fynDebugFileEnabled) {
     openDumpWriter();
     mDebug = true;
   }
+  mProvider->listenToAppearances();
   connectToQuilProvider();
   installCallbacks();
   listenToDecisions();
@@ -217,6 +219,7 @@ std::shared_ptr<MLData> ProductionRuleIPCService::getMLData(const std::string& m
 }
 
 void ProductionRuleIPCService::processMlData(const std::shared_ptr<MLData>& mlData) {
+  platform().health->countResult();
   if (PrConfig::get().fynFrameTrackingEnabled) {
     mFrameTracker.trackMissedFrames(mlData->frameNumber, kTag, PrConfig::get().fynFrameTrackingTimer);
   }
@@ -335,6 +338,7 @@ void ProductionRuleIPCService::updateTrackingMode(FramingMode newMode) {
       break;
   }
   mFramingMode = newMode;
+  platform().health->setMode(framingModeToString(newMode));
   mTrackingMode->resetLayouts();
   mTrackingMode->updateTrackingModeLayout(mOperatingMode, nullptr);
 }

@@ -18,23 +18,56 @@ constexpr std::chrono::milliseconds kReconnectDelay{1000};
 
 class QuilProviderConnection::PRBDeathRecipient final : public DeathRecipient {
  public:
-  explicit PRBDeathRecipient(std::weak_ptr<QuilProviderConnection> connection)
-      : mConnection(std::move(connection)) {}
+  PRBDeathRecipient(Attempts attempts, std::shared_ptr<ServiceHealth> health, std::ostream& standardOutput)
+      : mAttempts(std::move(attempts)), mHealth(std::move(health)), mStandardOutput(standardOutput) {}
 
   void serviceDied(std::uint64_t /*cookie*/, const std::weak_ptr<IQuilCameraProvider>& /*who*/) override {
-    if (const auto connection = mConnection.lock()) {
-      connection->serviceDied();
+    if (mAttempts.connection.expired()) {
+      return;
     }
+    mHealth->setProvider(false);
+    PRB_LOGI(kTag, "%s: QuilProvider service died", "serviceDied");
+    mStandardOutput << "serviceDied: QuilProvider service died\n" << std::flush;
+    mAttempts.laterOrReport("serviceDied", connect);
   }
 
  private:
-  const std::weak_ptr<QuilProviderConnection> mConnection;
+  const Attempts mAttempts;
+  const std::shared_ptr<ServiceHealth> mHealth;
+  std::ostream& mStandardOutput;
 };
+
+void QuilProviderConnection::Attempts::later(void (*attempt)(QuilProviderConnection& connection)) const {
+  PRB_LOGW(kTag, "%s: Rescheduling connection to QuilProvider", "rescheduleQuilProviderConnection");
+  tasks->runAfter(kReconnectDelay, [weak = connection, attempt] {
+    if (const auto living = weak.lock()) {
+      attempt(*living);
+    }
+  });
+}
+
+void QuilProviderConnection::Attempts::laterOrReport(
+    const char* who, void (*attempt)(QuilProviderConnection& connection)) const {
+  try {
+    later(attempt);
+  } catch (const std::exception& fault) {
+    PRB_LOGE(kTag, "%s: %s", who, fault.what());
+  }
+}
 
 QuilProviderConnection::QuilProviderConnection(const Platform& platform)
     : mProviders(platform.providers),
       mTasks(platform.tasks),
+      mHealth(platform.health),
       mStandardOutput(platform.standardOutput != nullptr ? *platform.standardOutput : std::cout) {}
+
+void QuilProviderConnection::listenToAppearances() {
+  mProviders->setAppearanceHandler([again = attempts()] {
+    if (!again.connection.expired()) {
+      again.laterOrReport("serviceAppeared", connectAndShowLastScene);
+    }
+  });
+}
 
 bool QuilProviderConnection::connectToQuilProvider() {
   PRB_LOGI(kTag, "%s: Connecting to QuilProvider", "connectToQuilProvider");
@@ -50,7 +83,7 @@ bool QuilProviderConnection::connectToQuilProvider() {
   {
     const MutexLock lock(mMutex);
     if (mDeathRecipient == nullptr) {
-      mDeathRecipient = std::make_shared<PRBDeathRecipient>(weak_from_this());
+      mDeathRecipient = std::make_shared<PRBDeathRecipient>(attempts(), mHealth, mStandardOutput);
     }
     recipient = mDeathRecipient;
   }
@@ -68,6 +101,7 @@ bool QuilProviderConnection::replaceProvider(const std::shared_ptr<IQuilCameraPr
     const MutexLock lock(mMutex);
     closed = mClosed;
     old = std::exchange(mProvider, mClosed ? nullptr : provider);
+    mHealth->setProvider(mProvider != nullptr);
   }
   unlink(old);
   return !closed;
@@ -80,6 +114,7 @@ void QuilProviderConnection::dropProvider(const std::shared_ptr<IQuilCameraProvi
       return;
     }
     mProvider = nullptr;
+    mHealth->setProvider(false);
   }
   unlink(failed);
 }
@@ -102,34 +137,44 @@ std::shared_ptr<IQuilCameraProvider> QuilProviderConnection::provider() const {
 }
 
 void QuilProviderConnection::rescheduleQuilProviderConnection() {
-  PRB_LOGW(kTag, "%s: Rescheduling connection to QuilProvider", "rescheduleQuilProviderConnection");
-  mTasks->runAfter(kReconnectDelay, [weak = weak_from_this()] {
-    if (const auto connection = weak.lock()) {
-      connection->connectToQuilProvider();
-    }
-  });
+  attempts().later(connect);
 }
 
-void QuilProviderConnection::serviceDied() {
-  PRB_LOGI(kTag, "%s: QuilProvider service died", "serviceDied");
-  mStandardOutput << "serviceDied: QuilProvider service died\n" << std::flush;
+void QuilProviderConnection::connect(QuilProviderConnection& connection) {
+  connection.connectToQuilProvider();
+}
+
+void QuilProviderConnection::connectAndShowLastScene(QuilProviderConnection& connection) {
+  if (!connection.connectToQuilProvider()) {
+    return;
+  }
+  const MutexLock lock(connection.mSceneMutex);
+  if (connection.mScene.empty()) {
+    return;
+  }
   try {
-    rescheduleQuilProviderConnection();
+    connection.handOver();
   } catch (const std::exception& fault) {
-    // This is the backend's thread: nobody above would report it.
-    PRB_LOGE(kTag, "%s: %s", "serviceDied", fault.what());
+    // Nobody is above on this thread.
+    PRB_LOGE(kTag, "%s: %s", "serviceAppeared", fault.what());
   }
 }
 
 void QuilProviderConnection::sendScene(const std::string& document) {
+  const MutexLock lock(mSceneMutex);
+  mScene = document;
+  handOver();
+}
+
+void QuilProviderConnection::handOver() {
   const std::shared_ptr<IQuilCameraProvider> current = provider();
   if (current == nullptr) {
     PRB_LOGE(kTag, "ProductionRules.myJsonNotifierCallback QuilCameraProvider service is null");
     return;
   }
   PRB_LOGI(kTag, "%s notifierCallback, sending Json to quilprovider, message %s\n", "operator()",
-           document.c_str());
-  if (current->setSceneJson(document)) {
+           mScene.c_str());
+  if (current->setSceneJson(mScene)) {
     return;
   }
   PRB_LOGI(kTag, "%s setSceneJson failed and returned error", "operator()");

@@ -52,6 +52,22 @@ std::shared_ptr<IQuilCameraProvider> InProcessCameraProviders::getService(const 
   return mProvider;
 }
 
+void InProcessCameraProviders::setAppearanceHandler(std::function<void()> appeared) {
+  const MutexLock lock(mMutex);
+  mAppeared = std::move(appeared);
+}
+
+void InProcessCameraProviders::announce() {
+  std::function<void()> appeared;
+  {
+    const MutexLock lock(mMutex);
+    appeared = mAppeared;
+  }
+  if (appeared) {
+    appeared();
+  }
+}
+
 void InProcessCameraProviders::up() {
   down();
   const MutexLock lock(mMutex);

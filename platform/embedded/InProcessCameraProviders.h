@@ -21,8 +21,13 @@ class InProcessCameraProviders final : public ICameraProviders {
 
   std::shared_ptr<IQuilCameraProvider> getService(const std::string& instance) override;
 
+  void setAppearanceHandler(std::function<void()> appeared) override;
+
   /** A provider appears; it replaces a living one, which dies. */
   void up();
+
+  /** Says that a provider has appeared. */
+  void announce();
 
   /** The provider dies: whoever is linked to it is told before this returns, later calls on it fail. */
   void down();
@@ -37,6 +42,7 @@ class InProcessCameraProviders final : public ICameraProviders {
   const std::shared_ptr<Calls> mCalls;
   Mutex mMutex;
   std::shared_ptr<Provider> mProvider PR_GUARDED_BY(mMutex);
+  std::function<void()> mAppeared PR_GUARDED_BY(mMutex);
 };
 
 }  // namespace fyn::productionrules

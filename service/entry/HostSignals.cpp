@@ -51,6 +51,12 @@ HostSignals::~HostSignals() {
 void HostSignals::attach(BaseIPCService& service, std::function<void(std::function<void()>)> whenBusReady) {
   service.setInitialisedHandler(
       [readiness = mReadiness, ask = std::move(whenBusReady)] { ask([readiness] { readiness->say('r'); }); });
+  if (const int alive = descriptorFrom("PRB_ALIVE_FD"); alive >= 0) {
+    service.setPeriodHandler([alive] {
+      const std::uint64_t one = 1;
+      [[maybe_unused]] const ssize_t written = write(alive, &one, sizeof one);
+    });
+  }
   mWatcher = std::thread([this, &service] { watch(service); });
 }
 

@@ -14,7 +14,8 @@ namespace fyn::productionrules {
  * environment; each may be absent:
  * - PRB_STOP_FD: readable as soon as the service is to end;
  * - PRB_READY_FD: gets one byte, 'r' once the service has started and the bus delivers to it, or 'w' when it
- * has started and still waits for the bus after ten seconds.
+ * has started and still waits for the bus after ten seconds;
+ * - PRB_ALIVE_FD: an event descriptor, raised every period by the thread that handles the messages.
  */
 class HostSignals {
  public:

@@ -101,6 +101,43 @@ TEST(DBusCameraProvider, TheDeathOfTheBusIsTheProvidersDeathAndANewBusIsFound) {
   EXPECT_NE(providers.getService("default"), nullptr);
 }
 
+TEST(DBusCameraProvider, AnAppearanceIsSaidAlsoAfterTheBusHasBeenAway) {
+  CapturedLog log;
+  std::atomic<int> appearances{0};
+  MessageBus bus;
+  DBusOptions options = optionsFor(bus);
+  options.busRetry = milliseconds(10);
+  DBusCameraProviders providers(options);
+  providers.setAppearanceHandler([&] { ++appearances; });
+  EXPECT_EQ(providers.getService("default"), nullptr);
+  auto process = std::make_unique<PrintingProvider>(bus);
+  EXPECT_TRUE(eventually([&] { return appearances == 1; }));
+  process.reset();
+  process = std::make_unique<PrintingProvider>(bus);
+  EXPECT_TRUE(eventually([&] { return appearances == 2; }));
+  bus.kill();
+  process.reset();
+  ASSERT_TRUE(eventually([&] { return log.lines().size() == 1; })) << "the bus cannot be reached";
+  bus.start();
+  process = std::make_unique<PrintingProvider>(bus);
+  // Twice when the bus was found again between the name's first moment and the question for it.
+  EXPECT_TRUE(eventually([&] { return appearances >= 3; }));
+  EXPECT_NE(providers.getService("default"), nullptr);
+}
+
+TEST(DBusCameraProvider, IsStartedByABusThatKnowsHow) {
+  MessageBus bus;
+  bus.addService(DBusCameraProviderNames::kService,
+                 std::string(PR_PROGRAM_DIR) + "/printing-camera-provider --bus " + bus.address());
+  bus.start();
+  std::atomic<bool> appeared{false};
+  DBusCameraProviders providers(optionsFor(bus));
+  providers.setAppearanceHandler([&] { appeared = true; });
+  EXPECT_EQ(providers.getService("default"), nullptr) << "nobody waits for it";
+  EXPECT_TRUE(eventually([&] { return appeared.load(); }));
+  EXPECT_NE(providers.getService("default"), nullptr);
+}
+
 TEST(DBusCameraProvider, AHandleOutlivesItsFinder) {
   MessageBus bus;
   PrintingProvider process(bus);

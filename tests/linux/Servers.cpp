@@ -60,8 +60,8 @@ std::string Broker::url(const std::string& room) const {
 MessageBus::MessageBus() {
   mConfiguration = mFolder.write(
       "bus.conf",
-      "<busconfig><type>session</type><listen>" + address() +
-          "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+      "<busconfig><type>session</type><listen>" + address() + "</listen><servicedir>" + mFolder.file("") +
+          "</servicedir><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
   start();
 }
@@ -72,6 +72,10 @@ void MessageBus::start() {
   mProcess = std::make_unique<Process>(std::vector<std::string>{
       serverProgram("dbus-daemon"), "--nofork", "--nopidfile", "--config-file=" + mConfiguration});
   ASSERT_TRUE(eventually([&] { return isListening(mFolder.file("socket")); })) << mProcess->errorText();
+}
+
+void MessageBus::addService(const std::string& name, const std::string& command) const {
+  mFolder.write(name + ".service", "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n");
 }
 
 PrintingProvider::PrintingProvider(const MessageBus& bus)
@@ -99,6 +103,14 @@ std::string NotifySocket::next() const {
   }
   const ssize_t length = recv(mSocket, text.data(), text.size(), 0);
   return std::string(text.data(), static_cast<std::size_t>(length));
+}
+
+std::string NotifySocket::nextButAlive() const {
+  std::string notice = next();
+  while (notice == "WATCHDOG=1") {
+    notice = next();
+  }
+  return notice;
 }
 
 ThrowawayAuthority::ThrowawayAuthority() {

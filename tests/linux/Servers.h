@@ -37,6 +37,9 @@ class MessageBus {
   void kill() { mProcess.reset(); }
   std::string address() const { return "unix:path=" + mFolder.file("socket"); }
 
+  /** From the next `start` on the bus starts `command` when somebody asks for the owner of `name`. */
+  void addService(const std::string& name, const std::string& command) const;
+
  private:
   ScratchFolder mFolder;
   std::string mConfiguration;
@@ -68,6 +71,9 @@ class NotifySocket {
 
   /** The next notice; empty when none comes. */
   std::string next() const;
+
+  /** The next one that is not the service's sign of life. */
+  std::string nextButAlive() const;
 
  private:
   ScratchFolder mFolder;

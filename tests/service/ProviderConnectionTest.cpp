@@ -72,6 +72,10 @@ TEST(ProviderConnection, ThreadThatCannotStartIsReportedAndSurvived) {
   room.providers->down();
   EXPECT_EQ(room.take().back().rfind("E|ProductionRulesIPCService|serviceDied: thread constructor failed", 0),
             0U);
+  room.providers->announce();
+  EXPECT_EQ(
+      room.take().back().rfind("E|ProductionRulesIPCService|serviceAppeared: thread constructor failed", 0),
+      0U);
   room.send("/ctl", "reset-layouts");
   room.send(scene());
   EXPECT_EQ(room.heardTopics().back(), "/PRBOut");
@@ -122,13 +126,20 @@ TEST(ProviderConnectionThreads, ReconnectionOutlivesTheService) {
   EXPECT_EQ(room.take(), Lines{}) << "a death told to a service that is gone";
 }
 
-TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSent) {
+TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSentAndShowsNoneLate) {
   RoomService room(0);
   room.configure(
       "persist.fdtimers.layoutchange.rmtoother=0\npersist.fdtimers.layoutchange.gftoother=0\n"
       "persist.tvpr.logs=0\n");
   std::atomic<int> sent{0};
-  const auto providers = std::make_shared<InProcessCameraProviders>([&sent](const std::string&) { ++sent; });
+  std::atomic<int> lastScene{0};
+  std::atomic<bool> inOrder{true};
+  const auto providers = std::make_shared<InProcessCameraProviders>([&](const std::string& json) {
+    constexpr std::string_view kKey = "\"sceneNumber\":";
+    const int scene = std::stoi(json.substr(json.find(kKey) + kKey.size()));
+    inOrder = inOrder && lastScene.exchange(scene) <= scene;
+    ++sent;
+  });
   const auto threads = std::make_shared<CountedThreads>(true);
   room.platform.providers = providers;
   room.platform.tasks = threads;
@@ -140,6 +151,7 @@ TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSent) {
   std::thread killer(inThisServiceState([&] {
     while (!over) {
       providers->up();
+      providers->announce();
       providers->failNextCall();
       std::this_thread::yield();
       providers->down();
@@ -161,6 +173,7 @@ TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSent) {
     ASSERT_TRUE(threads->waitForAll());
   }
   EXPECT_GE(sent - before, 3);
+  EXPECT_TRUE(inOrder) << "a newer scene was followed by an older one";
 }
 
 }  // namespace

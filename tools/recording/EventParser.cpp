@@ -138,7 +138,9 @@ bool LineHandler::string(string_t& value) {
   if (mDepth == 1 && mKey == Key::Provider) {
     const std::optional<ProviderChange> change = providerChangeOf(value);
     mProvider = change.value_or(ProviderChange::Up);
-    return change ? true : fail("\"provider\" must be \"up\", \"down\" or \"fail\", not " + inQuotes(value));
+    return change ? true
+                  : fail("\"provider\" must be \"up\", \"announced\", \"down\" or \"fail\", not " +
+                         inQuotes(value));
   }
   return fail(wrongKind("a text"));
 }

@@ -29,8 +29,8 @@ struct ReplaceConfig {
   KeyValues values;
 };
 
-/** The camera provider appears, dies, or fails its next call. */
-enum class ProviderChange { Up, Down, Fail };
+/** The camera provider appears, appears and the platform says so, dies, or fails its next call. */
+enum class ProviderChange { Up, Announced, Down, Fail };
 
 /** One head as it really is, in one camera. */
 struct TrueHead {

@@ -9,8 +9,9 @@
 
 namespace fyn::productionrules {
 
-inline constexpr std::array<std::pair<ProviderChange, std::string_view>, 3> kProviderChangeNames{{
+inline constexpr std::array<std::pair<ProviderChange, std::string_view>, 4> kProviderChangeNames{{
     {ProviderChange::Up, "up"},
+    {ProviderChange::Announced, "announced"},
     {ProviderChange::Down, "down"},
     {ProviderChange::Fail, "fail"},
 }};

@@ -57,11 +57,22 @@ bool ReplayProviders::takeFailure() {
   return std::exchange(mFailNextCall, false);
 }
 
+void ReplayProviders::ensureUp() {
+  if (mProvider == nullptr) {
+    mProvider = std::make_shared<Provider>(*this);
+  }
+}
+
 void ReplayProviders::apply(ProviderChange change) {
   switch (change) {
     case ProviderChange::Up:
-      if (mProvider == nullptr) {
-        mProvider = std::make_shared<Provider>(*this);
+      ensureUp();
+      break;
+    case ProviderChange::Announced:
+      ensureUp();
+      // Before the service is built there is nobody to tell.
+      if (mAppeared) {
+        mAppeared();
       }
       break;
     case ProviderChange::Down:

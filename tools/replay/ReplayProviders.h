@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/CameraProvider.h"
 #include "tools/recording/RecordingEvent.h"
@@ -16,6 +18,7 @@ class ReplayProviders final : public ICameraProviders {
   explicit ReplayProviders(ReplayObserver& observer) : mObserver(observer) {}
 
   std::shared_ptr<IQuilCameraProvider> getService(const std::string& instance) override;
+  void setAppearanceHandler(std::function<void()> appeared) override { mAppeared = std::move(appeared); }
 
   void apply(ProviderChange change);
 
@@ -23,9 +26,11 @@ class ReplayProviders final : public ICameraProviders {
   class Provider;
 
   bool takeFailure();
+  void ensureUp();
 
   ReplayObserver& mObserver;
   std::shared_ptr<Provider> mProvider;
+  std::function<void()> mAppeared;
   /** The next call fails, whatever happens to the provider until then. */
   bool mFailNextCall = false;
 };

@@ -102,7 +102,7 @@ export type Event =
   | { kind: 'camera'; t: number; id: number; size: Size }
   | { kind: 'identity'; t: number; id: number }
   | { kind: 'settings'; t: number; what: 'property' | 'config'; values: [string, string][] }
-  | { kind: 'provider'; t: number; state: 'up' | 'down' | 'fail' }
+  | { kind: 'provider'; t: number; state: 'up' | 'announced' | 'down' | 'fail' }
   | { kind: 'decision'; t: number; decision: Decision }
   | { kind: 'frames'; t: number; frames: FrameExtra[] }
   | { kind: 'log'; t: number; level: string; text: string }

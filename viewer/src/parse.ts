@@ -245,7 +245,9 @@ function settings(t: number, what: 'property' | 'config', value: unknown): Event
 
 function provider(t: number, line: Obj): Event {
   const state = line.provider;
-  if (state === 'up' || state === 'down' || state === 'fail') return { kind: 'provider', t, state };
+  if (state === 'up' || state === 'announced' || state === 'down' || state === 'fail') {
+    return { kind: 'provider', t, state };
+  }
   if (state === 'setSceneJson') return { kind: 'time', t }; // The same document stands in the /PRBOut line beside it.
   throw new Fault(`provider "${String(state)}" is not known`);
 }

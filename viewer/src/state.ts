@@ -46,7 +46,7 @@ export interface State {
   mode: string;
   cameras: ReadonlyMap<number, Size>;
   own: number | null;
-  provider: 'up' | 'down' | 'fail' | null;
+  provider: 'up' | 'announced' | 'down' | 'fail' | null;
   extras: readonly FrameExtra[];
   decision: { t: number; decision: Decision } | null;
 }

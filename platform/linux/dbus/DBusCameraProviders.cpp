@@ -4,6 +4,7 @@
 
 #include "platform/Backends.h"
 #include "platform/DeathRecipients.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/VisionSettings.h"
 #include "platform/linux/PlatformOptions.h"
 #include "platform/linux/dbus/DBusConnection.h"
@@ -57,6 +58,15 @@ class DBusCameraProviders::Provider final : public IQuilCameraProvider,
 DBusCameraProviders::DBusCameraProviders(const DBusOptions& options) : mOptions(options) {}
 
 DBusCameraProviders::~DBusCameraProviders() {
+  {
+    const MutexLock lock(mKeeperMutex);
+    mStopping = true;
+  }
+  mKeeperWake.notifyAll();
+  if (mKeeper.joinable()) {
+    mKeeper.join();
+  }
+  const MutexLock lock(mMutex);
   if (mConnection) {
     mConnection->stop();
   }
@@ -70,6 +80,7 @@ std::shared_ptr<IQuilCameraProvider> DBusCameraProviders::getService(const std::
   const std::string name = instance == "default" ? Names::kService : Names::kService + ("." + instance);
   const std::optional<std::string> owner = connection->ownerOf(name, mOptions.lookupLimit);
   if (!owner) {
+    connection->requestStart(name);
     return nullptr;
   }
   try {
@@ -83,6 +94,39 @@ std::shared_ptr<IQuilCameraProvider> DBusCameraProviders::getService(const std::
   }
 }
 
+void DBusCameraProviders::setAppearanceHandler(std::function<void()> appeared) {
+  {
+    const MutexLock lock(mMutex);
+    mAppeared = std::move(appeared);
+  }
+  // Whoever is there by now is not an appearance: the caller looks for it next.
+  mKeeper = std::thread(
+      inThisServiceState([this, first = livingConnection()]() mutable { keepConnected(std::move(first)); }));
+}
+
+void DBusCameraProviders::keepConnected(std::shared_ptr<DBusConnection> known) {
+  for (;;) {
+    {
+      MutexLock lock(mKeeperMutex);
+      if (mKeeperWake.waitFor(lock, mOptions.busRetry,
+                              [this]() PR_REQUIRES(mKeeperMutex) { return mStopping; })) {
+        return;
+      }
+    }
+    const std::shared_ptr<DBusConnection> connection = livingConnection();
+    const bool isNew = connection != nullptr && connection != known;
+    known = connection;
+    if (isNew && connection->ownerOf(Names::kService, mOptions.lookupLimit)) {
+      std::function<void()> appeared;
+      {
+        const MutexLock lock(mMutex);
+        appeared = mAppeared;
+      }
+      appeared();
+    }
+  }
+}
+
 std::shared_ptr<DBusConnection> DBusCameraProviders::livingConnection() {
   const MutexLock lock(mMutex);
   if (mConnection && mConnection->isAlive()) {
@@ -93,7 +137,12 @@ std::shared_ptr<DBusConnection> DBusCameraProviders::livingConnection() {
     mConnection.reset();
   }
   try {
-    mConnection = DBusConnection::open(mOptions.bus, Names::kService);
+    mConnection =
+        DBusConnection::open(mOptions.bus, Names::kService, [appeared = mAppeared](const std::string& name) {
+          if (appeared && name == Names::kService) {
+            appeared();
+          }
+        });
     mAbsenceSaid = false;
   } catch (const sdbus::Error& fault) {
     if (!std::exchange(mAbsenceSaid, true)) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "platform/CameraProvider.h"
 #include "platform/Mutex.h"
@@ -28,11 +30,14 @@ struct DBusOptions {
   /** How long the bus may take to say who the provider is. The service looks for it once after a death: a
    * busy machine must not cost all pictures from then on. */
   std::chrono::milliseconds lookupLimit{2000};
+  /** How often a bus that cannot be reached is tried again for whoever waits for an appearance. */
+  std::chrono::milliseconds busRetry{1000};
 };
 
 /**
- * Camera providers that are services on a D-Bus. A bus that is not there counts as no provider; it is looked
- * for again at every `getService`. When the bus goes away every provider on it has died.
+ * Camera providers that are services on a D-Bus. One that is not there is started by the bus, where the bus
+ * knows how. A bus that is not there counts as no provider; it is looked for again at every `getService`, and
+ * every `busRetry` once there is an appearance handler. When the bus goes away every provider on it has died.
  */
 class DBusCameraProviders final : public ICameraProviders {
  public:
@@ -42,15 +47,25 @@ class DBusCameraProviders final : public ICameraProviders {
 
   std::shared_ptr<IQuilCameraProvider> getService(const std::string& instance) override;
 
+  /** A provider appears when its name gets an owner, or when a bus comes back on which it has one. */
+  void setAppearanceHandler(std::function<void()> appeared) override;
+
  private:
   class Provider;
 
   std::shared_ptr<DBusConnection> livingConnection();
+  void keepConnected(std::shared_ptr<DBusConnection> known);
 
   const DBusOptions mOptions;
   Mutex mMutex;
   std::shared_ptr<DBusConnection> mConnection PR_GUARDED_BY(mMutex);
   bool mAbsenceSaid PR_GUARDED_BY(mMutex) = false;
+  std::function<void()> mAppeared PR_GUARDED_BY(mMutex);
+
+  Mutex mKeeperMutex;
+  ConditionVariable mKeeperWake;
+  bool mStopping PR_GUARDED_BY(mKeeperMutex) = false;
+  std::thread mKeeper;
 };
 
 }  // namespace fyn::productionrules

@@ -1,10 +1,13 @@
 #include "platform/linux/dbus/DBusConnection.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <exception>
 #include <future>
 #include <utility>
 
 #include "platform/ServiceStateScope.h"
+#include "platform/VisionSettings.h"
 
 namespace fyn::productionrules {
 
@@ -46,19 +49,30 @@ std::optional<Result> waitFor(milliseconds limit, Start start) {
 
 }  // namespace
 
-std::shared_ptr<DBusConnection> DBusConnection::open(const std::string& bus, const std::string& name) {
-  auto opened = std::make_shared<DBusConnection>(bus, name);
+std::shared_ptr<DBusConnection> DBusConnection::open(const std::string& bus, const std::string& name,
+                                                     std::function<void(const std::string& name)> owned) {
+  auto opened = std::make_shared<DBusConnection>(bus, name, std::move(owned));
   const MutexLock lock(opened->mThreadMutex);
   // The thread keeps the connection alive for as long as it serves it.
   opened->mThread = std::thread(inThisServiceState([opened] { opened->serve(); }));
   return opened;
 }
 
-DBusConnection::DBusConnection(const std::string& bus, const std::string& name)
-    : mConnection(connectTo(bus)), mDaemon(sdbus::createProxy(*mConnection, kDaemon, kDaemonPath)) {
+DBusConnection::DBusConnection(const std::string& bus, const std::string& name,
+                               std::function<void(const std::string& name)> owned)
+    : mOwned(std::move(owned)),
+      mConnection(connectTo(bus)),
+      mDaemon(sdbus::createProxy(*mConnection, kDaemon, kDaemonPath)) {
   const std::string rule = std::string("type='signal',sender='") + kDaemon + "',interface='" + kDaemon +
                            "',member='NameOwnerChanged',arg0namespace='" + name + "'";
-  mOwnerWatch = mConnection->addMatch(rule, [this](sdbus::Message& signal) { ownerChanged(signal); });
+  mOwnerWatch = mConnection->addMatch(rule, [this](sdbus::Message& signal) {
+    try {
+      ownerChanged(signal);
+    } catch (const std::exception& fault) {
+      // The caller is C.
+      PRB_LOGE("DBusConnection", "%s: %s", "ownerChanged", fault.what());
+    }
+  });
 }
 
 DBusConnection::~DBusConnection() {
@@ -93,6 +107,18 @@ std::optional<std::string> DBusConnection::ownerOf(const std::string& name, mill
     });
   } catch (const sdbus::Error&) {
     return std::nullopt;
+  }
+}
+
+void DBusConnection::requestStart(const std::string& name) {
+  constexpr std::uint32_t kNoFlags = 0;
+  try {
+    mDaemon->callMethod("StartServiceByName")
+        .onInterface(kDaemon)
+        .withArguments(name, kNoFlags)
+        .dontExpectReply();
+  } catch (const sdbus::Error&) {
+    // The bus has gone.
   }
 }
 
@@ -158,9 +184,13 @@ void DBusConnection::serve() {
 void DBusConnection::ownerChanged(sdbus::Message& signal) {
   std::string name;
   std::string oldOwner;
-  signal >> name >> oldOwner;
+  std::string newOwner;
+  signal >> name >> oldOwner >> newOwner;
   if (!oldOwner.empty()) {
     tellWatchers([&](const DBusNameWatcher& watcher) { return watcher.watchedOwner() == oldOwner; });
+  }
+  if (!newOwner.empty()) {
+    mOwned(name);
   }
 }
 

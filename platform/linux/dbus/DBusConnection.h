@@ -31,16 +31,22 @@ class DBusConnection : public std::enable_shared_from_this<DBusConnection> {
  public:
   /**
    * Connects to `bus` ("session", "system" or an address) and watches the owners of `name` and of the names
-   * beneath it. Throws sdbus::Error when the bus cannot be reached.
+   * beneath it. `owned` is called on the serving thread with each of these names that gets an owner. Throws
+   * sdbus::Error when the bus cannot be reached.
    */
-  static std::shared_ptr<DBusConnection> open(const std::string& bus, const std::string& name);
-  DBusConnection(const std::string& bus, const std::string& name);
+  static std::shared_ptr<DBusConnection> open(const std::string& bus, const std::string& name,
+                                              std::function<void(const std::string& name)> owned);
+  DBusConnection(const std::string& bus, const std::string& name,
+                 std::function<void(const std::string& name)> owned);
   ~DBusConnection();
   DBusConnection(const DBusConnection&) = delete;
   DBusConnection& operator=(const DBusConnection&) = delete;
 
   /** The unique name behind a well-known one; nothing when nobody owns it or the bus does not answer. */
   std::optional<std::string> ownerOf(const std::string& name, std::chrono::milliseconds limit);
+
+  /** Asks the bus to start who should own the name, where it knows how, and does not wait for it. */
+  void requestStart(const std::string& name);
 
   std::unique_ptr<sdbus::IProxy> proxy(const std::string& destination, const std::string& path);
 
@@ -62,6 +68,7 @@ class DBusConnection : public std::enable_shared_from_this<DBusConnection> {
   void tellWatchers(const std::function<bool(const DBusNameWatcher&)>& concerned);
   bool isServingThread() const { return std::this_thread::get_id() == mThreadId.load(); }
 
+  const std::function<void(const std::string& name)> mOwned;
   std::unique_ptr<sdbus::IConnection> mConnection;
   std::unique_ptr<sdbus::IProxy> mDaemon;
   sdbus::Slot mOwnerWatch;
