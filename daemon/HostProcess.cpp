@@ -15,9 +15,8 @@
 #include <stdexcept>
 #include <system_error>
 #include <thread>
-#if PR_HAVE_JOURNAL
-#include <systemd/sd-daemon.h>
-#endif
+
+#include "daemon/ServiceManager.h"
 
 namespace fyn::productionrules {
 
@@ -40,14 +39,6 @@ EntryFunction loadEntry(const std::string& library) {
     throw std::invalid_argument("\"" + library + "\" is not the service library: it has no " + kEntry);
   }
   return reinterpret_cast<EntryFunction>(symbol);
-}
-
-void tellServiceManager(const char* state) {
-#if PR_HAVE_JOURNAL
-  sd_notify(0, state);
-#else
-  static_cast<void>(state);
-#endif
 }
 
 int signalDescriptor() {
@@ -74,10 +65,11 @@ void raise(int eventDescriptor) {
 
 /** Waits for the end of the service and passes on what happens until then; true when a signal asked for it.
  */
-bool attend(int signals, int ready, int stop, int ended) {
+bool attend(int signals, int ready, int alive, int stop, int ended) {
   bool asked = false;
   for (;;) {
-    std::array<pollfd, 3> watched{{{signals, POLLIN, 0}, {ready, POLLIN, 0}, {ended, POLLIN, 0}}};
+    std::array<pollfd, 4> watched{
+        {{signals, POLLIN, 0}, {ready, POLLIN, 0}, {ended, POLLIN, 0}, {alive, POLLIN, 0}}};
     poll(watched.data(), watched.size(), -1);
     if (watched[2].revents != 0) {
       return asked;
@@ -86,6 +78,11 @@ bool attend(int signals, int ready, int stop, int ended) {
       char byte = 0;
       [[maybe_unused]] const ssize_t count = read(ready, &byte, 1);
       tellServiceManager(byte == 'r' ? "READY=1\nSTATUS=running" : "READY=1\nSTATUS=waiting for the bus");
+    }
+    if (watched[3].revents != 0) {
+      std::uint64_t times = 0;
+      [[maybe_unused]] const ssize_t count = read(alive, &times, sizeof times);
+      tellServiceManager("WATCHDOG=1");
     }
     if (watched[0].revents != 0) {
       signalfd_siginfo taken{};
@@ -113,16 +110,18 @@ int runHostProcess(const std::string& library, const std::string& name) {
   const int signals = checked(signalDescriptor());
   const int stop = checked(eventfd(0, EFD_CLOEXEC));
   const int ended = checked(eventfd(0, EFD_CLOEXEC));
+  const int alive = checked(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   std::array<int, 2> ready{};
   checked(pipe2(ready.data(), O_CLOEXEC));
   setenv("PRB_STOP_FD", std::to_string(stop).c_str(), 1);
   setenv("PRB_READY_FD", std::to_string(ready[1]).c_str(), 1);
+  setenv("PRB_ALIVE_FD", std::to_string(alive).c_str(), 1);
   const EntryFunction entry = loadEntry(library);
   std::thread service([&] {
     entry(name.c_str(), true);
     raise(ended);
   });
-  const bool asked = attend(signals, ready[0], stop, ended);
+  const bool asked = attend(signals, ready[0], alive, stop, ended);
   service.join();
   return asked ? 0 : 1;
 }

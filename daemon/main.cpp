@@ -70,6 +70,15 @@ void declareOptions(CLI::App& app, HostOptions& options) {
       "wrong option.");
 }
 
+/** Somebody who tries the daemon for the first time would wait for pictures. */
+void warnOfEmbeddedBus(const HostOptions& options) {
+  if (options.platform.bus == "embedded") {
+    std::cerr
+        << "productionrulesd: the bus is inside this process, so nobody can send it vision results or hear "
+           "it; name a broker with --bus mqtt://HOST[:PORT][/ROOM]\n";
+  }
+}
+
 /** The service reads its choices from the environment of its process. */
 void passOn(const HostOptions& options) {
   for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
@@ -90,6 +99,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     options.platform.validate();
     chooseConfiguration(app, options);
+    warnOfEmbeddedBus(options);
     passOn(options);
     return fyn::productionrules::runHostProcess(options.library, options.name);
   } catch (const CLI::Success& wanted) {

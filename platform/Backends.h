@@ -9,6 +9,7 @@
 #include "platform/LogSink.h"
 #include "platform/PropertyStore.h"
 #include "platform/PubSub.h"
+#include "platform/ServiceHealth.h"
 
 namespace fyn::productionrules {
 
@@ -24,9 +25,9 @@ struct BuiltBus {
 };
 
 /** One way to get what stands behind an interface. */
-template <typename Made>
+template <typename Made, typename... More>
 struct Backend {
-  using Maker = Made (*)(const PlatformOptions& options);
+  using Maker = Made (*)(const PlatformOptions& options, More... more);
 
   /** What an option names it by: the scheme of an address, or a word. */
   std::string_view kind;
@@ -36,7 +37,8 @@ struct Backend {
   const char* name = nullptr;
 };
 
-using BusBackend = Backend<BuiltBus>;
+/** A bus may tell others how the service is that uses it; null for a client that is none. */
+using BusBackend = Backend<BuiltBus, const std::shared_ptr<const ServiceHealth>&>;
 using ProvidersBackend = Backend<std::shared_ptr<ICameraProviders>>;
 using PropertiesBackend = Backend<std::shared_ptr<PropertyStore>>;
 using LogBackend = Backend<std::shared_ptr<LogSink>>;

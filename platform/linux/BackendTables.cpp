@@ -22,7 +22,8 @@ class NoCameraProviders final : public ICameraProviders {
   }
 };
 
-BuiltBus makeEmbeddedBus(const PlatformOptions& /*options*/) {
+BuiltBus makeEmbeddedBus(const PlatformOptions& /*options*/,
+                         const std::shared_ptr<const ServiceHealth>& /*health*/) {
   // Outlives its clients.
   static auto* const bus = new InProcessBus();
   return {bus->connect(), [](const std::function<void()>& callback) { callback(); }};

@@ -9,11 +9,13 @@
 
 namespace fyn::productionrules {
 
-DevicePlatform buildPlatform(const PlatformOptions& options) {
+namespace {
+
+DevicePlatform build(const PlatformOptions& options, const std::shared_ptr<const ServiceHealth>& health) {
   options.validate();
   ServiceState::current().setLog(logBackend(options.log).make(options));
   ServiceState::current().setProperties(propertiesBackend(options.properties).make(options));
-  BuiltBus bus = busBackend(options.bus).make(options);
+  BuiltBus bus = busBackend(options.bus).make(options, health);
   DevicePlatform device;
   device.platform.bus = std::move(bus.client);
   device.platform.providers = providersBackend(options.provider).make(options);
@@ -24,8 +26,17 @@ DevicePlatform buildPlatform(const PlatformOptions& options) {
   return device;
 }
 
+}  // namespace
+
+DevicePlatform buildPlatform(const PlatformOptions& options) {
+  return build(options, nullptr);
+}
+
 DevicePlatform buildPlatform() {
-  return buildPlatform(PlatformOptions::fromEnvironment());
+  const auto health = std::make_shared<ServiceHealth>();
+  DevicePlatform device = build(PlatformOptions::fromEnvironment(), health);
+  device.platform.health = health;
+  return device;
 }
 
 }  // namespace fyn::productionrules

@@ -6,8 +6,8 @@
 namespace fyn::productionrules {
 
 /**
- * Makes the objects that `options` ask for and installs log and properties for the whole process. Throws
- * std::invalid_argument as `PlatformOptions::validate` does.
+ * Makes the objects that `options` ask for, for a client that is no service itself, and installs log and
+ * properties for the whole process. Throws std::invalid_argument as `PlatformOptions::validate` does.
  */
 DevicePlatform buildPlatform(const PlatformOptions& options);
 

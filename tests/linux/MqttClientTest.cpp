@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <atomic>
+#include <map>
 #include <memory>
+#include <new>
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "platform/linux/mqtt/MqttTopics.h"
@@ -139,17 +142,108 @@ TEST(MqttClient, EncryptsWithCertificatesOfBothSides) {
   other.publish("/ctl", large);
   EXPECT_TRUE(eventually([&] { return listener.has("/ctl " + large); }));
 
-  CapturedLog log;
+  const Broker plain;
+  const ScratchFolder folder;
   MqttOptions distrusting = options;
   distrusting.caFile = stranger.caFile();
-  MqttPubSubClient refusing(distrusting);
   MqttOptions nameless = options;
   nameless.certificateFile.clear();
   nameless.keyFile.clear();
-  MqttPubSubClient refused(nameless);
-  EXPECT_TRUE(eventually([&] { return countContaining(log.lines(), "cannot connect") == 2; }));
-  EXPECT_FALSE(isSubscribed(refusing, std::chrono::milliseconds(300)));
-  EXPECT_FALSE(isSubscribed(refused, std::chrono::milliseconds(300)));
+  MqttOptions elsewhere = options;
+  elsewhere.address.host = "localhost";
+  MqttOptions unencrypted = options;
+  unencrypted.address.port = static_cast<std::uint16_t>(plain.port());
+  MqttOptions careless = options;
+  careless.caFile = folder.write("ca.pem", "no certificate");
+  const std::pair<MqttOptions, const char*> rows[] = {
+      {distrusting, "the broker's certificate is not trusted"},
+      // The broker may have gone before its reason has come.
+      {nameless, "cannot connect"},
+      {elsewhere, "the broker's certificate is not for the host name of the address"},
+      {unencrypted, "perhaps it speaks no TLS on this port"},
+      {careless, "the file of --mqtt-ca holds no certificates in PEM form"},
+  };
+  for (const auto& [wrong, reason] : rows) {
+    CapturedLog log;
+    MqttPubSubClient client(wrong);
+    EXPECT_TRUE(eventually([&] { return countContaining(log.lines(), "cannot connect") == 1; }));
+    EXPECT_EQ(countContaining(log.lines(), reason), 1U) << reason << ": " << log.lines().back();
+    EXPECT_FALSE(isSubscribed(client, std::chrono::milliseconds(100)));
+  }
+}
+
+TEST(MqttClient, HidesWhatIsMuchTooLargeAndSurvivesAListenerThatThrows) {
+  struct Choosy final : com::quil::pubsub::IPubSubListener {
+    void onMessage(const std::string& topic, const std::string& message) override {
+      if (message == "throw") {
+        throw std::bad_alloc();
+      }
+      const MutexLock lock(mutex);
+      heard.push_back(topic + " " + std::to_string(message.size()));
+    }
+    Mutex mutex;
+    Lines heard PR_GUARDED_BY(mutex);
+  };
+  CapturedLog log;
+  Broker broker;
+  Choosy listener;
+  MqttPubSubClient subscriber(optionsFor(broker.url()));
+  MqttPubSubClient publisher(optionsFor(broker.url()));
+  subscriber.subscribe("/ctl", listener);
+  ASSERT_TRUE(isSubscribed(subscriber));
+  ASSERT_TRUE(isSubscribed(publisher));
+  publisher.publish("/ctl", std::string(9 << 20, 'x'));
+  publisher.publish("/ctl", std::string(5 << 20, 'x'));
+  publisher.publish("/ctl", "throw");
+  publisher.publish("/ctl", "end");
+  const auto heard = [&] {
+    const MutexLock lock(listener.mutex);
+    return listener.heard;
+  };
+  EXPECT_TRUE(eventually([&] { return heard().size() >= 2; }));
+  EXPECT_EQ(heard(), (Lines{"/ctl 5242880", "/ctl 3"}));
+  EXPECT_EQ(countContaining(log.lines(), "onMessage: std::bad_alloc"), 1U);
+  EXPECT_EQ(countContaining(log.lines(), "lost the connection"), 0U);
+}
+
+TEST(MqttClient, TheExampleOfAccessRightsGrantsEachUserItsOwn) {
+  const ScratchFolder folder;
+  for (const char* const user : {"director", "vision", "control", "viewer"}) {
+    runTool({"mosquitto_passwd", "-b", user == std::string("director") ? "-c" : "-b",
+             folder.file("passwords"), user, "secret"});
+  }
+  Broker broker("password_file " + folder.file("passwords") +
+                "\nacl_file " PR_SOURCE_DIR "/conf/mosquitto/room.acl");
+  NotingListener listener;
+  std::map<std::string, std::unique_ptr<MqttPubSubClient>> clients;
+  for (const char* const user : {"director", "vision", "control", "viewer"}) {
+    MqttOptions options = optionsFor(broker.url("room-12"));
+    options.user = user;
+    options.password = "secret";
+    clients[user] = std::make_unique<MqttPubSubClient>(options);
+  }
+  for (const char* const topic : {"/ICDOut", "/ctl", "/PRBOut"}) {
+    clients["director"]->subscribe(topic, listener);
+  }
+  NotingListener ofViewer;
+  clients["viewer"]->subscribe("/PRBOut", ofViewer);
+  for (const auto& [user, client] : clients) {
+    ASSERT_TRUE(isSubscribed(*client)) << user;
+  }
+  for (const auto& [user, client] : clients) {
+    for (const char* const topic : {"/ICDOut", "/PRBOut", "/ctl"}) {
+      client->publish(topic, user);
+    }
+  }
+  clients["control"]->publish("/ctl", "end");
+  clients["director"]->publish("/PRBOut", "end");
+  EXPECT_TRUE(eventually([&] {
+    return listener.has("/ctl end") && listener.has("/ICDOut vision") && ofViewer.has("/PRBOut end");
+  }));
+  Lines heard = listener.received();
+  std::sort(heard.begin(), heard.end());
+  EXPECT_EQ(heard, (Lines{"/ICDOut vision", "/ctl control", "/ctl end"}));
+  EXPECT_EQ(ofViewer.received(), (Lines{"/PRBOut director", "/PRBOut end"}));
 }
 
 TEST(MqttClient, GivesUserAndPasswordAndSaysOnceWhenTheyAreRefused) {

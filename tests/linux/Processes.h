@@ -38,6 +38,7 @@ class Process {
   Process& operator=(const Process&) = delete;
 
   void signal(int number) const;
+  pid_t id() const { return mPid; }
 
   /** Waits for its end and returns the exit status, or minus the number of the signal that killed it. */
   int wait();

@@ -4,7 +4,8 @@
 
 namespace fyn::productionrules {
 
-const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options) -> BuiltBus {
+const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options,
+                                          const std::shared_ptr<const ServiceHealth>& health) -> BuiltBus {
   MqttOptions mqtt;
   mqtt.address = parseBusAddress(options.bus);
   mqtt.user = options.mqttUser;
@@ -12,6 +13,7 @@ const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options) -> Bui
   mqtt.caFile = options.mqttCaFile;
   mqtt.certificateFile = options.mqttCertificateFile;
   mqtt.keyFile = options.mqttKeyFile;
+  mqtt.health = health;
   const auto client = std::make_shared<MqttPubSubClient>(mqtt);
   return {client, [client](std::function<void()> callback) { client->whenSubscribed(std::move(callback)); },
           [client] { return client->lostMessages(); }};

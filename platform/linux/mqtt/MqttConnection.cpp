@@ -12,12 +12,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
+#include <exception>
 #include <random>
 #include <stdexcept>
 
+#include "platform/MessageQueue.h"
 #include "platform/Mutex.h"
 #include "platform/VisionSettings.h"
+#include "platform/linux/mqtt/MqttStatus.h"
 
 namespace fyn::productionrules {
 
@@ -28,6 +30,9 @@ constexpr int kKeepAliveSeconds = 10;
 // What a broker takes that states nothing else.
 constexpr std::size_t kDefaultReceiveMaximum = 65535;
 constexpr int kFailureReasons = 0x80;
+// A broker keeps larger packets from this client, unseen; so it is twice of what is taken, and what is a
+// little too large is still seen and said.
+constexpr std::uint32_t kLargestPacket = 2 * MessageQueue::kLargestMessage;
 // A broker may show a retained message to its own publisher in spite of no-local, so those carry the
 // publisher.
 constexpr const char* kPublisherProperty = "publisher";
@@ -37,12 +42,6 @@ std::string newIdentity() {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "prb-%08x%08x", random(), random());
   return text.data();
-}
-
-void requireReadable(const std::string& file, const char* what) {
-  if (!file.empty() && !std::ifstream(file)) {
-    throw std::invalid_argument(std::string(what) + " \"" + file + "\" cannot be read");
-  }
 }
 
 std::size_t receiveMaximumOf(const mosquitto_property* properties) {
@@ -65,6 +64,16 @@ std::string publisherOf(const mosquitto_property* properties) {
   std::free(name);
   std::free(value);
   return publisher;
+}
+
+// The library is C: nothing may be thrown through it. A message that memory does not suffice for is lost.
+template <typename Work>
+void guarded(const char* callback, Work work) {
+  try {
+    work();
+  } catch (const std::exception& fault) {
+    PRB_LOGE(kTag, "%s: %s", callback, fault.what());
+  }
 }
 
 }  // namespace
@@ -107,26 +116,33 @@ void MqttConnection::createHandle() {
                               mOptions.password.empty() ? nullptr : mOptions.password.c_str());
   }
   if (mOptions.address.tls) {
-    setUpTls();
+    setUpTls(mHandle.get(), mOptions);
   }
+  announceLimits();
+  leaveWill();
   takeCallbacks();
 }
 
-void MqttConnection::setUpTls() {
-  requireReadable(mOptions.caFile, "certificate authority file");
-  requireReadable(mOptions.certificateFile, "client certificate file");
-  requireReadable(mOptions.keyFile, "client key file");
-  if (mOptions.certificateFile.empty() != mOptions.keyFile.empty()) {
-    throw std::invalid_argument("a client certificate needs both the certificate file and the key file");
+// The library takes properties only with its connect that waits for the network. That fails at the missing
+// host, after it has kept them for each connect to come.
+void MqttConnection::announceLimits() {
+  mosquitto_property* limits = nullptr;
+  mosquitto_property_add_int32(&limits, MQTT_PROP_MAXIMUM_PACKET_SIZE, kLargestPacket);
+  const int result = mosquitto_connect_bind_v5(mHandle.get(), nullptr, 0, kKeepAliveSeconds, nullptr, limits);
+  mosquitto_property_free_all(&limits);
+  if (result != MOSQ_ERR_INVAL) {
+    throw std::runtime_error(std::string("the MQTT library takes no packet limit: ") +
+                             mosquitto_strerror(result));
   }
-  const auto pathOrNull = [](const std::string& path) { return path.empty() ? nullptr : path.c_str(); };
-  const char* const machineAuthorities = mOptions.caFile.empty() ? "/etc/ssl/certs" : nullptr;
-  const int result =
-      mosquitto_tls_set(mHandle.get(), pathOrNull(mOptions.caFile), machineAuthorities,
-                        pathOrNull(mOptions.certificateFile), pathOrNull(mOptions.keyFile), nullptr);
-  if (result != MOSQ_ERR_SUCCESS) {
-    throw std::invalid_argument(std::string("TLS cannot be set up: ") + mosquitto_strerror(result));
+}
+
+void MqttConnection::leaveWill() {
+  if (mOptions.health == nullptr) {
+    return;
   }
+  const std::string name = mqttName(mOptions.address.room, MqttStatus::kTopic);
+  const std::string will = MqttStatus::kLost;
+  mosquitto_will_set(mHandle.get(), name.c_str(), static_cast<int>(will.size()), will.data(), 1, true);
 }
 
 void MqttConnection::takeCallbacks() {
@@ -134,19 +150,23 @@ void MqttConnection::takeCallbacks() {
   mosquitto_connect_v5_callback_set(
       handle, [](mosquitto*, void* self, int reason, int /*flags*/, const mosquitto_property* properties) {
         MqttEvents& events = static_cast<MqttConnection*>(self)->mEvents;
-        if (reason == MQTT_RC_SUCCESS) {
-          events.onConnected(receiveMaximumOf(properties));
-        } else {
-          events.onRefused(mosquitto_reason_string(reason));
-        }
+        guarded("onConnected", [&] {
+          if (reason == MQTT_RC_SUCCESS) {
+            events.onConnected(receiveMaximumOf(properties));
+          } else {
+            events.onRefused(mosquitto_reason_string(reason));
+          }
+        });
       });
   mosquitto_message_v5_callback_set(handle, [](mosquitto*, void* context, const mosquitto_message* message,
                                                const mosquitto_property* properties) {
     const auto& self = *static_cast<MqttConnection*>(context);
-    if (publisherOf(properties) != self.mIdentity) {
-      self.mEvents.onMessage(message->topic, std::string(static_cast<const char*>(message->payload),
-                                                         static_cast<std::size_t>(message->payloadlen)));
-    }
+    guarded("onMessage", [&] {
+      if (publisherOf(properties) != self.mIdentity) {
+        self.mEvents.onMessage(message->topic, std::string(static_cast<const char*>(message->payload),
+                                                           static_cast<std::size_t>(message->payloadlen)));
+      }
+    });
   });
   mosquitto_subscribe_callback_set(
       handle, [](mosquitto*, void* context, int id, int count, const int* granted) {
@@ -157,11 +177,16 @@ void MqttConnection::takeCallbacks() {
                      mosquitto_reason_string(granted[index]));
           }
         }
-        self.mEvents.onSubscribed(id);
+        guarded("onSubscribed", [&] { self.mEvents.onSubscribed(id); });
       });
   mosquitto_publish_callback_set(handle, [](mosquitto*, void* self, int id) {
-    static_cast<MqttConnection*>(self)->mEvents.onPublished(id);
+    guarded("onPublished", [&] { static_cast<MqttConnection*>(self)->mEvents.onPublished(id); });
   });
+  if (mOptions.address.tls) {
+    mosquitto_log_callback_set(handle, [](mosquitto*, void* self, int /*level*/, const char* line) {
+      guarded("onLog", [&] { static_cast<MqttConnection*>(self)->mTlsFault.note(line); });
+    });
+  }
 }
 
 int MqttConnection::connect() {
@@ -250,7 +275,15 @@ void MqttConnection::drainWakes() {
 }
 
 std::string MqttConnection::errorText(int result) {
-  return result == MOSQ_ERR_ERRNO ? std::strerror(errno) : mosquitto_strerror(result);
+  const int code = errno;
+  const std::string tlsFault = mTlsFault.take();
+  if (!tlsFault.empty()) {
+    return tlsFault;
+  }
+  if (mOptions.address.tls && result == MOSQ_ERR_ERRNO && code == EPROTO) {
+    return "the broker has cut TLS off; perhaps it wants a client certificate: --mqtt-cert and --mqtt-key";
+  }
+  return result == MOSQ_ERR_ERRNO ? std::strerror(code) : mosquitto_strerror(result);
 }
 
 }  // namespace fyn::productionrules

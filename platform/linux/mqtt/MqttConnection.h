@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/linux/mqtt/MqttOptions.h"
+#include "platform/linux/mqtt/MqttTls.h"
 #include "platform/linux/mqtt/MqttTopics.h"
 
 struct mosquitto;
@@ -60,7 +61,8 @@ class MqttConnection {
   /** Ends the wait under way or else the next one. Called on any thread. */
   void wake();
 
-  static std::string errorText(int result);
+  /** Why a call failed, for people; says the reason of a TLS fault once. */
+  std::string errorText(int result);
 
  private:
   struct FreeMosquitto {
@@ -68,7 +70,8 @@ class MqttConnection {
   };
 
   void createHandle();
-  void setUpTls();
+  void announceLimits();
+  void leaveWill();
   void takeCallbacks();
   int startConnecting();
   void drainWakes();
@@ -77,6 +80,7 @@ class MqttConnection {
   MqttEvents& mEvents;
   const std::string mIdentity;
   const int mWakeFd;
+  MqttTlsFault mTlsFault;
   std::unique_ptr<mosquitto, FreeMosquitto> mHandle;
 };
 

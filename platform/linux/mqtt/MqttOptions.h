@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <string>
 
+#include "platform/ServiceHealth.h"
 #include "platform/linux/BusAddress.h"
 
 namespace fyn::productionrules {
@@ -20,6 +22,8 @@ struct MqttOptions {
   /** Pause before the first attempt to reconnect; it doubles with each failed one up to `lastRetry`. */
   std::chrono::milliseconds firstRetry{200};
   std::chrono::milliseconds lastRetry{5000};
+  /** What the broker tells of the service; null for a client that is none. */
+  std::shared_ptr<const ServiceHealth> health;
 };
 
 }  // namespace fyn::productionrules

@@ -5,15 +5,17 @@
 namespace fyn::productionrules {
 
 namespace {
-constexpr std::size_t kLimit = 1024;
-}
+constexpr std::size_t kMostMessages = 1024;
+constexpr std::size_t kMostBytes = 16 << 20;
+}  // namespace
 
 bool MqttOutbox::put(MqttMessage message) {
   const MutexLock lock(mMutex);
-  if (!mOpen || mMessages.size() >= kLimit) {
+  if (!mOpen || mMessages.size() >= kMostMessages || mBytes + message.bytes() > kMostBytes) {
     ++mUnsent;
     return false;
   }
+  mBytes += message.bytes();
   mMessages.push_back(std::move(message));
   return true;
 }
@@ -25,6 +27,7 @@ std::optional<MqttMessage> MqttOutbox::take() {
   }
   std::optional<MqttMessage> first(std::move(mMessages.front()));
   mMessages.pop_front();
+  mBytes -= first->bytes();
   return first;
 }
 
@@ -55,6 +58,7 @@ void MqttOutbox::shut() {
   mOpen = false;
   mUnsent += mMessages.size();
   mMessages.clear();
+  mBytes = 0;
 }
 
 }  // namespace fyn::productionrules

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -12,11 +13,13 @@ namespace fyn::productionrules {
 struct MqttMessage {
   std::string topic;
   std::string text;
+
+  std::size_t bytes() const { return topic.size() + text.size(); }
 };
 
 /**
  * Messages on their way from the publishing threads to the network thread. While there is no connection, or
- * when too many wait, a message is dropped and counted.
+ * when too many or too large ones wait, a message is dropped and counted.
  */
 class MqttOutbox {
  public:
@@ -43,6 +46,7 @@ class MqttOutbox {
  private:
   mutable Mutex mMutex;
   std::deque<MqttMessage> mMessages PR_GUARDED_BY(mMutex);
+  std::size_t mBytes PR_GUARDED_BY(mMutex) = 0;
   /** Since the connection stood last, and before. */
   std::uint64_t mUnsent PR_GUARDED_BY(mMutex) = 0;
   std::uint64_t mUnsentBefore PR_GUARDED_BY(mMutex) = 0;

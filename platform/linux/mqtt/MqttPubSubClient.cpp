@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -26,6 +27,7 @@ constexpr milliseconds kPollPeriod{500};
 constexpr milliseconds kClosingPollPeriod{20};
 // More unacknowledged messages would wait inside the MQTT library and be overtaken by those of QoS 0.
 constexpr std::size_t kMostUnacknowledged = 20;
+constexpr MqttDelivery kStatusDelivery{1, true};
 
 /** Whether the fault lies in the message and not in the connection. */
 bool isRefusedMessage(int result) {
@@ -38,6 +40,9 @@ bool isRefusedMessage(int result) {
 
 MqttPubSubClient::MqttPubSubClient(const MqttOptions& options)
     : mOptions(options), mConnection(options, *this), mSubscriptions(options.address.room) {
+  if (mOptions.health != nullptr) {
+    mStatus.emplace(mOptions.health);
+  }
   mThread = std::thread(inThisServiceState([this] { run(); }));
   mNetworkThread = mThread.get_id();
 }
@@ -91,8 +96,12 @@ void MqttPubSubClient::run() {
   while (!mClosing) {
     mConnectStart = steady_clock::now();
     int result = mConnection.connect();
-    if (result == MOSQ_ERR_SUCCESS) {
-      result = serveConnection();
+    try {
+      result = result == MOSQ_ERR_SUCCESS ? serveConnection() : result;
+    } catch (const std::exception& fault) {
+      // Out of memory: a new connection begins with empty queues.
+      PRB_LOGE(kTag, "%s: %s", "run", fault.what());
+      result = MOSQ_ERR_NOMEM;
     }
     if (mConnected) {
       pause = mOptions.firstRetry;
@@ -117,17 +126,40 @@ int MqttPubSubClient::serveConnection() {
         return MOSQ_ERR_SUCCESS;
       }
       if (!disconnecting && mayDisconnect()) {
+        sayDown();
         mConnection.disconnect();
         disconnecting = true;
       }
     }
     int result = mConnected ? mSubscriptions.update(mConnection) : MOSQ_ERR_SUCCESS;
+    result = result == MOSQ_ERR_SUCCESS && mConnected ? sendStatus(now) : result;
     result = result == MOSQ_ERR_SUCCESS && mConnected ? sendQueued() : result;
     result =
         result == MOSQ_ERR_SUCCESS ? mConnection.poll(mClosing ? kClosingPollPeriod : kPollPeriod) : result;
     if (result != MOSQ_ERR_SUCCESS) {
       return result;
     }
+  }
+}
+
+int MqttPubSubClient::sendStatus(TimePoint now) {
+  const std::optional<std::string> document =
+      mStatus && !mClosing ? mStatus->due(now) : std::optional<std::string>();
+  if (!document) {
+    return MOSQ_ERR_SUCCESS;
+  }
+  int id = 0;
+  const int result = mConnection.publish(mqttName(mOptions.address.room, MqttStatus::kTopic), *document,
+                                         kStatusDelivery, id);
+  // A broker that keeps no messages gets none; that is no fault of the connection.
+  return isRefusedMessage(result) ? MOSQ_ERR_SUCCESS : result;
+}
+
+void MqttPubSubClient::sayDown() {
+  if (mStatus) {
+    int id = 0;
+    mConnection.publish(mqttName(mOptions.address.room, MqttStatus::kTopic), MqttStatus::kDown,
+                        kStatusDelivery, id);
   }
 }
 
@@ -167,6 +199,9 @@ void MqttPubSubClient::onConnected(std::size_t receiveMaximum) {
   mReceiveMaximum = std::min(receiveMaximum, kMostUnacknowledged);
   const std::uint64_t unsent = mOutbox.open();
   mConnected = true;
+  if (mStatus) {
+    mStatus->begin();
+  }
   mOutageSaid = false;
   mRefusalSaid = false;
   const std::string address = mOptions.address.text();
@@ -186,7 +221,7 @@ void MqttPubSubClient::onMessage(const std::string& name, const std::string& tex
 }
 
 void MqttPubSubClient::connectionEnded(int result) {
-  const std::string reason = mRefusal.empty() ? MqttConnection::errorText(result) : mRefusal;
+  const std::string reason = mRefusal.empty() ? mConnection.errorText(result) : mRefusal;
   mOutbox.shut();
   mSubscriptions.forgetConnection();
   const bool lost = std::exchange(mConnected, false);

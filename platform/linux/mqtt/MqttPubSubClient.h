@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <thread>
@@ -13,6 +14,7 @@
 #include "platform/linux/mqtt/MqttConnection.h"
 #include "platform/linux/mqtt/MqttOptions.h"
 #include "platform/linux/mqtt/MqttOutbox.h"
+#include "platform/linux/mqtt/MqttStatus.h"
 #include "platform/linux/mqtt/MqttSubscriptions.h"
 
 namespace fyn::productionrules {
@@ -20,10 +22,10 @@ namespace fyn::productionrules {
 /**
  * A client of an MQTT 5 broker. Its own thread connects, reconnects with back-off and subscribes again, so no
  * operation ever waits for the network. A loss is logged once, the return once with the number of messages
- * that could not be sent: those published without a connection and those that did not fit into the queue of
- * 1024. They are not sent later, because a picture or a command of a past situation would be wrong by then.
+ * that could not be sent: those published without a connection and those that did not fit into the bounded
+ * queue. They are not sent later, because a picture or a command of a past situation would be wrong by then.
  * What the broker had not acknowledged when the connection broke (topics of QoS 1) is sent again, so a
- * subscriber may see it twice.
+ * subscriber may see it twice. With the health of a service it keeps that service's status at the broker.
  */
 class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private MqttEvents {
  public:
@@ -54,7 +56,9 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   // The network thread, which alone uses the connection.
   void run();
   int serveConnection();
+  int sendStatus(TimePoint now);
   int sendQueued();
+  void sayDown();
   bool mayDisconnect();
   void connectionEnded(int result);
   void pauseFor(std::chrono::milliseconds pause);
@@ -70,6 +74,7 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   MqttConnection mConnection;
   MqttOutbox mOutbox;
   MqttSubscriptions mSubscriptions;
+  std::optional<MqttStatus> mStatus;
   std::atomic<bool> mClosing{false};
 
   // State of the network thread.
