@@ -1,11 +1,10 @@
 #include "model/Head.h"
 
-#include <array>
 #include <cmath>
-#include <string_view>
 
 #include "model/Arithmetic.h"
 #include "model/FynCamerasConfig.h"
+#include "model/HeadKeys.h"
 #include "model/JsonMembers.h"
 #include "model/JsonNumber.h"
 
@@ -17,30 +16,6 @@ namespace {
 // worse.
 constexpr float kLowQuality = 4.0F;
 constexpr float kMiddleQuality = 6.5F;
-
-// The keys of a head, in ascending order, and the position of each in that order.
-enum HeadKey : std::size_t {
-  kBbox,
-  kCamId,
-  kExplicitGroup,
-  kExtendedGroup,
-  kFynCamId,
-  kId,
-  kIsSpeaker,
-  kPitch,
-  kProximityGroup,
-  kQfactor,
-  kScore,
-  kSsb,
-  kSubsetSpeakers,
-  kYaw,
-  kHeadKeyCount
-};
-
-constexpr std::array<std::string_view, kHeadKeyCount> kHeadKeys{
-    "bbox",           "camId", "explicitGroup",  "extendedGroup", "fynCamId", "id",
-    "isSpeaker",      "pitch", "proximityGroup", "qfactor",       "score",    "ssb",
-    "subsetSpeakers", "yaw"};
 
 void readIds(const nlohmann::json* list, std::vector<std::int32_t>& ids) {
   if (list == nullptr) {

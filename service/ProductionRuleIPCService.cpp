@@ -212,10 +212,8 @@ void ProductionRuleIPCService::handleVisionResult(const std::string& /*topic*/, 
   }
 }
 
-std::shared_ptr<MLData> ProductionRuleIPCService::getMLData(const std::string& msg) const {
-  auto mlData = std::make_shared<MLData>();
-  mlData->from_json(nlohmann::json::parse(msg));
-  return mlData;
+std::shared_ptr<MLData> ProductionRuleIPCService::getMLData(const std::string& msg) {
+  return mVisionResults.read(msg);
 }
 
 void ProductionRuleIPCService::processMlData(const std::shared_ptr<MLData>& mlData) {

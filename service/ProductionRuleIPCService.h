@@ -8,6 +8,7 @@
 
 #include "model/FynCamInfo.h"
 #include "model/MLData.h"
+#include "model/VisionResultReader.h"
 #include "modes/GroupTrackingMode.h"
 #include "modes/MultiStreamTrackingMode.h"
 #include "modes/PeopleFramingMode.h"
@@ -58,7 +59,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
 
   // Vision results
   void handleVisionResult(const std::string& topic, const std::string& msg);
-  std::shared_ptr<MLData> getMLData(const std::string& msg) const;
+  std::shared_ptr<MLData> getMLData(const std::string& msg);
   void processMlData(const std::shared_ptr<MLData>& mlData);
   bool enforceFramingMode();
   void sendPeriodically();
@@ -105,6 +106,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
   BaseTrackingMode* mTrackingMode;
   FramingMode mFramingMode = FramingMode::GroupFraming;
   FynOperatingMode mOperatingMode = FynOperatingMode::Standalone;
+  VisionResultReader mVisionResults;
   FynFrameTracker mFrameTracker;
   bool mRecording = false;
   /** On a secondary device: the own cameras whose layouts are subscribed to. */

@@ -10,6 +10,7 @@ core    ninja-build          build
 core    ccache               build
 core    pkg-config           build
 core    nlohmann-json3-dev   documents
+core    libsimdjson-dev      documents
 core    libcli11-dev         options
 core    libmosquitto-dev     bus
 core    libsdbus-c++-dev     provider
