@@ -276,7 +276,7 @@ void MqttConnection::drainWakes() {
 
 std::string MqttConnection::errorText(int result) {
   const int code = errno;
-  const std::string tlsFault = mTlsFault.take();
+  std::string tlsFault = mTlsFault.take();
   if (!tlsFault.empty()) {
     return tlsFault;
   }
