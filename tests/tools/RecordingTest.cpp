@@ -43,8 +43,8 @@ TEST(Recording, EveryKindOfLineComesBackAsItWas) {
       "{\"t\":6,\"topic\":\"/cameras\",\"payload\":[]}\n"
       "{\"t\":7,\"topic\":\"/ICDOut\",\"payload\":\"{not json\"}\n"
       "{\"t\":8,\"provider\":\"down\"}\n"
-      "{\"t\":9007199254740991,\"provider\":\"fail\"}\n"
-      "{\"t\":9007199254740991}\n";
+      "{\"t\":31536000000,\"provider\":\"fail\"}\n"
+      "{\"t\":31536000000}\n";
   EXPECT_EQ(readAndWrite(text), text);
 }
 
@@ -83,7 +83,10 @@ TEST(Recording, AMalformedLineIsNamedWithItsFault) {
       {R"({"t":1.5})", "\"t\" must be an integer, not 1.5"},
       {R"({"t":"1"})", "\"t\" must be an integer, not a text"},
       {R"({"t":-1})", "\"t\" is negative"},
-      {R"({"t":18446744073709551615})", "\"t\" is too large"},
+      {R"({"t":18446744073709551615})",
+       "\"t\" is later than a year after the start, 31536000000 ms; is it the time of day?"},
+      {R"({"t":31536000001})",
+       "\"t\" is later than a year after the start, 31536000000 ms; is it the time of day?"},
       {R"({"t":1,"t":1})", "key \"t\" stands twice"},
       {R"({"t":1,"when":1})", "unknown key \"when\""},
       {R"({"t":1,"topic":"/a"})", "\"payload\" is missing"},

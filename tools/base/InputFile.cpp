@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 #include "tools/base/FileFault.h"
 
@@ -24,6 +25,26 @@ InputFile::InputFile(const std::string& path, std::istream& standardInput) {
   }
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   mSize = error ? 0 : size;
+  stream();
+}
+
+std::istream& InputFile::stream() {
+  if (!std::exchange(mIsBegun, true)) {
+    unpack();
+  }
+  return *mStream;
+}
+
+void InputFile::unpack() {
+  const Packing packing = packingOfBeginning(mStream->peek());
+  // A text of no bytes is no fault.
+  mStream->clear();
+  if (packing != Packing::None) {
+    mUnpacking = std::make_unique<UnpackingBuffer>(*mStream, packing);
+    mUnpacked.rdbuf(mUnpacking.get());
+    mStream = &mUnpacked;
+    mSize = 0;
+  }
 }
 
 }  // namespace fyn::productionrules

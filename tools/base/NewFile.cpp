@@ -25,21 +25,36 @@ NewFile::NewFile(const std::string& path, const OutputRules& rules) : mPlace(pat
     mBeside = mPlace + '.' + std::to_string(getpid()) + ".part";
   }
   errno = 0;
-  mStream.open(mBeside.empty() ? mPlace : mBeside, std::ios::binary | std::ios::trunc);
-  if (!mStream) {
+  mFile.open(mBeside.empty() ? mPlace : mBeside, std::ios::binary | std::ios::trunc);
+  if (!mFile) {
     mBeside.clear();
     cannotOpen(path, "writing");
   }
   if (fs::is_regular_file(there)) {
     fs::permissions(mBeside, there.permissions(), fault);
   }
+  mStream.rdbuf(mFile.rdbuf());
+  if (const Packing packing = packingOfName(path); packing != Packing::None) {
+    mPacking = std::make_unique<PackingBuffer>(mFile, packing);
+    mStream.rdbuf(mPacking.get());
+  }
 }
 
 NewFile::~NewFile() {
+  mStream.rdbuf(nullptr);
+  mPacking.reset();
   if (!mBeside.empty()) {
     std::error_code ignored;
     fs::remove(mBeside, ignored);
   }
+}
+
+bool NewFile::finish() {
+  const bool isGood = static_cast<bool>(mStream.flush());
+  mStream.rdbuf(mFile.rdbuf());
+  mPacking.reset();
+  mFile.close();
+  return isGood && mFile;
 }
 
 void NewFile::putInPlace() {

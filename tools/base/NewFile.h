@@ -1,9 +1,12 @@
 #pragma once
 
 #include <fstream>
+#include <memory>
+#include <ostream>
 #include <string>
 
 #include "tools/base/OutputRules.h"
+#include "tools/base/PackingBuffer.h"
 
 namespace fyn::productionrules {
 
@@ -20,7 +23,11 @@ class NewFile {
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
-  std::ofstream& stream() { return mStream; }
+  /** What is written there is packed when the name ends with .gz or .zst. */
+  std::ostream& stream() { return mStream; }
+
+  /** Writes out everything; nothing may be written after it. False when something could not be written. */
+  bool finish();
 
   /** Puts it in its place; what is written later goes there too. Raises std::runtime_error when that fails.
    */
@@ -31,7 +38,9 @@ class NewFile {
   std::string mPlace;
   /** Where it is written; empty when that is its place. */
   std::string mBeside;
-  std::ofstream mStream;
+  std::ofstream mFile;
+  std::unique_ptr<PackingBuffer> mPacking;
+  std::ostream mStream{nullptr};
 };
 
 /** For a look before long work whose result `path` takes: raises UsageError when the rules forbid it or it

@@ -21,8 +21,7 @@ void OutputFile::putInPlace() {
 }
 
 void OutputFile::finish() {
-  mStream->flush();
-  if (!*mStream) {
+  if (mFile ? !mFile->finish() : !mStream->flush()) {
     throw std::runtime_error(mName + ": cannot be written");
   }
   putInPlace();

@@ -12,7 +12,8 @@ bool RecordingReader::next(RecordingEvent& event) {
   do {
     if (!std::getline(mInput, mText)) {
       if (mInput.bad()) {
-        throw UsageError(mName + ": cannot be read");
+        throw UsageError(mName + ": cannot be read any further, behind line " + std::to_string(mLine) +
+                         "; a packed file may be damaged or cut off");
       }
       return false;
     }

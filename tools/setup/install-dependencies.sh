@@ -16,6 +16,8 @@ core    libmosquitto-dev     bus
 core    libsdbus-c++-dev     provider
 core    libsqlite3-dev       properties
 core    libcpp-httplib-dev   viewer
+core    zlib1g-dev           recordings
+core    libzstd-dev          recordings
 core    android-liblog-dev   log
 core    libsystemd-dev       log
 core    libgtest-dev         tests
