@@ -7,7 +7,9 @@
 #include <iostream>
 #include <string>
 
+#include "config/check/ConfigCheck.h"
 #include "daemon/HostProcess.h"
+#include "platform/TextFile.h"
 #include "platform/linux/PlatformOptions.h"
 
 namespace {
@@ -28,9 +30,23 @@ bool isReadable(const std::string& path) {
   return access(path.c_str(), R_OK) == 0;
 }
 
+/** The service passes over what it does not know. */
+void tellFaults(const std::string& configuration) {
+  std::string text;
+  try {
+    text = fyn::productionrules::readRegularFile(configuration).value_or("");
+  } catch (const std::exception&) {
+    return;  // The service tells of a file that it cannot use.
+  }
+  for (const fyn::productionrules::ConfigFault& fault : fyn::productionrules::checkConfiguration(text)) {
+    std::cerr << "productionrulesd: " << configuration << ':' << fault.line << ": " << fault.text << "\n";
+  }
+}
+
 /** The service itself takes a missing file for an empty one. */
 void chooseConfiguration(const CLI::App& app, HostOptions& options) {
   if (isReadable(options.configuration)) {
+    tellFaults(options.configuration);
     return;
   }
   const std::string recommended = fyn::productionrules::recommendedConfigurationFile();

@@ -3,8 +3,8 @@
 #include "fuzz/FuzzRoom.h"
 #include "platform/TextFile.h"
 #include "platform/Topics.h"
-#include "tools/settings/ConfigCheck.h"
-#include "tools/settings/KeyRules.h"
+#include "config/check/ConfigCheck.h"
+#include "config/check/KeyRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace fyn::productionrules;

@@ -28,6 +28,7 @@ for backend in LINUX_BACKENDS:
     ROOMS[backend] = {"platform", "platform/linux"}
 ROOMS["model"] = above("platform")
 ROOMS["config"] = above("model")
+ROOMS["config/check"] = above("config")
 ROOMS["geometry"] = above("config")
 ROOMS["layouts/cycle"] = above("geometry")
 ROOMS["layouts/group"] = above("layouts/cycle")
@@ -39,12 +40,12 @@ ROOMS["output"] = above("config")
 ROOMS["service"] = above("modes", "output")
 # Only programs name a backend; the library's entry function takes that of the device, the rest sees the interfaces.
 ROOMS["service/entry"] = above("service")
-ROOMS["daemon"] = {"platform", "platform/linux"}
+ROOMS["daemon"] = {"platform", "platform/linux", "config/check"}
 ROOMS["examples"] = {"platform", "platform/linux/dbus"}
 ROOMS["tools/base"] = above("config")
 ROOMS["tools/recording"] = above("tools/base", "service")
 ROOMS["tools/replay"] = above("tools/recording") | {"platform/embedded", "platform/virtual"}
-ROOMS["tools/settings"] = above("tools/recording")
+ROOMS["tools/settings"] = above("tools/recording", "config/check")
 ROOMS["tools/live"] = above("tools/recording") | {"platform/linux"}
 ROOMS["tools/meeting"] = above("tools/settings")
 ROOMS["tools/page"] = above("platform")

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 
@@ -27,24 +28,34 @@ std::vector<std::string> withoutTimes(std::vector<std::string> lines) {
   return lines;
 }
 
+/** What a recording begins with in LiveTools. */
+const std::vector<std::string> kSettings{R"(,"property":{"vendor.talkertracking.flag":"2"}})",
+                                         R"(,"config":{"animation.ease.duration":"7"}})"};
+
 /** A broker, and `prb record` on it that has begun. */
 class LiveTools : public ::testing::Test {
  protected:
   LiveTools() {
     // Under nohup it would be ignored.
     std::signal(SIGHUP, SIG_DFL);
-    mRecorder = std::make_unique<Process>(
-        std::vector<std::string>{kPrb, "record", "--bus", mBroker.url("room"), "-o", recording()});
+    runTool({kPrb, "prop", "set", "vendor.talkertracking.flag", "2", "--properties", store()});
+    mRecorder = std::make_unique<Process>(std::vector<std::string>{
+        kPrb, "record", "--bus", mBroker.url("room"), "-o", recording(), "--outputs", "--properties", store(),
+        "--config", mFolder.write("fyn.conf", "# two\nanimation.ease.duration = 7\n")});
     EXPECT_TRUE(
         eventually([this] { return mRecorder->errorText().find("recording to") != std::string::npos; }));
   }
 
   std::string recording() const { return mFolder.file("recorded.jsonl"); }
+  std::string store() const { return mFolder.file("properties.db"); }
 
   std::vector<std::string> endRecording(int signal) {
     mRecorder->signal(signal);
     EXPECT_EQ(mRecorder->wait(), 0) << mRecorder->errorText();
-    return linesOf(recording());
+    std::vector<std::string> lines = linesOf(recording());
+    EXPECT_EQ(lines.front().rfind("{\"t\":0,\"recorded\":{\"by\":\"prb ", 0), 0U) << lines.front();
+    lines.erase(lines.begin());
+    return lines;
   }
 
   Broker mBroker;
@@ -56,23 +67,62 @@ TEST_F(LiveTools, APlayedMeetingIsRecordedWhole) {
   const std::string meeting = mFolder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--no-truth", "-o", meeting});
   runTool({kPrb, "play", meeting, "--bus", mBroker.url("room"), "--speed", "30"});
-  EXPECT_EQ(withoutTimes(endRecording(SIGINT)), withoutTimes(linesOf(meeting)));
+  std::vector<std::string> expected = kSettings;
+  for (const std::string& line : withoutTimes(linesOf(meeting))) {
+    expected.push_back(line);
+  }
+  EXPECT_EQ(withoutTimes(endRecording(SIGINT)), expected);
 }
 
 TEST_F(LiveTools, ControlCommandsAreMessages) {
-  const std::string store = mFolder.file("properties.db");
   for (const char* const command : {"reset-layouts", "dump-debug", "record-start", "record-stop"}) {
-    runTool({kPrb, "ctl", command, "--bus", mBroker.url("room"), "--properties", store});
+    runTool({kPrb, "ctl", command, "--bus", mBroker.url("room"), "--properties", store()});
   }
-  runTool({kPrb, "ctl", "mode", "people", "--bus", mBroker.url("room"), "--properties", store});
-  EXPECT_EQ(withoutTimes(endRecording(SIGTERM)),
-            (std::vector<std::string>{
-                R"(,"topic":"/ctl","payload":"reset-layouts"})", R"(,"topic":"/ctl","payload":"dump-debug"})",
-                R"(,"topic":"/ctl/recordStart","payload":""})", R"(,"topic":"/ctl/recordStop","payload":""})",
-                R"(,"topic":"/ctl","payload":"config-change"})"}));
-  Process get({kPrb, "prop", "get", "vendor.talkertracking.flag", "--properties", store});
+  std::vector<std::string> expected = kSettings;
+  for (const char* const line :
+       {R"(,"topic":"/ctl","payload":"reset-layouts"})", R"(,"topic":"/ctl","payload":"dump-debug"})",
+        R"(,"topic":"/ctl/recordStart","payload":""})", R"(,"topic":"/ctl/recordStop","payload":""})"}) {
+    expected.emplace_back(line);
+  }
+  EXPECT_EQ(withoutTimes(endRecording(SIGTERM)), expected);
+}
+
+TEST_F(LiveTools, AModeThatNoServiceTakesIsTakenBack) {
+  Process mode({kPrb, "ctl", "mode", "people", "--bus", mBroker.url("room"), "--properties", store()});
+  EXPECT_EQ(mode.wait(), 1);
+  EXPECT_NE(mode.errorText().find("no vision result has come"), std::string::npos) << mode.errorText();
+  Process get({kPrb, "prop", "get", "vendor.talkertracking.flag", "--properties", store()});
   EXPECT_EQ(get.wait(), 0);
-  EXPECT_EQ(get.outputLines(), std::vector<std::string>{"4"});
+  EXPECT_EQ(get.outputLines(), std::vector<std::string>{"2"});
+  // The recording tells both changes where the service would see them.
+  std::vector<std::string> expected;
+  for (const char* const value : {"4", "2"}) {
+    expected.push_back(std::string(R"(,"property":{"vendor.talkertracking.flag":")") + value + R"("}})");
+    expected.push_back(kSettings[1]);
+    expected.emplace_back(R"(,"topic":"/ctl","payload":"config-change"})");
+  }
+  EXPECT_EQ(withoutTimes(endRecording(SIGTERM)), expected);
+}
+
+TEST_F(LiveTools, AModeIsInForceWhenTheServiceSaysSo) {
+  const std::string meeting = mFolder.file("meeting.jsonl");
+  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
+  Process service({PR_PROGRAM_DIR "/productionrulesd", "--bus", mBroker.url("room"), "--properties", store(),
+                   "--config", mFolder.file("fyn.conf"), "--log", "stderr"});
+  Process vision({kPrb, "play", meeting, "--bus", mBroker.url("room"), "--loop"});
+  ASSERT_TRUE(eventually([this] {
+    const std::vector<std::string> lines = linesOf(recording());
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const std::string& line) { return line.find("/PRBOut") != std::string::npos; });
+  })) << service.errorText();
+  runTool({kPrb, "ctl", "mode", "people", "--bus", mBroker.url("room"), "--properties", store()});
+  // Another store is that of another device.
+  Process elsewhere(
+      {kPrb, "ctl", "mode", "group", "--bus", mBroker.url("room"), "--properties", mFolder.file("other.db")});
+  EXPECT_EQ(elsewhere.wait(), 1);
+  EXPECT_NE(elsewhere.errorText().find("goes on in PeopleFraming: it reads other properties"),
+            std::string::npos)
+      << elsewhere.errorText();
 }
 
 TEST_F(LiveTools, WatchPrintsPlainLinesIntoAPipe) {

@@ -47,6 +47,8 @@ TEST(PropertyFile, IsSeenAtTheNextReadByWhoeverHasItOpen) {
     EXPECT_TRUE(one.set("k", value));
     EXPECT_EQ(other.get("k"), value);
   }
+  EXPECT_TRUE(one.unset("k"));
+  EXPECT_EQ(other.get("k"), std::nullopt);
 }
 
 constexpr const char* kWriterPath = "PRB_TEST_WRITER_PATH";

@@ -23,7 +23,7 @@ std::vector<std::vector<std::string>> replays(const ScratchFolder& folder) {
         folder.write(number + ".conf", "persist.fdtimers.headboundbox.outofframe=" + number + "000\n");
     all.push_back({"replay", PR_SOURCE_DIR "/tests/replay/cases/" + name + "/recording.jsonl", "--decisions",
                    "--log", pair % 2 == 0 ? "I" : "W", "--config", configuration, "--dump",
-                   folder.file(number + ".dump"), "--property",
+                   folder.file(number + ".dump"), "--force", "--property",
                    "vendor.fyndebug.timer=" + std::to_string(pair)});
   }
   return all;

@@ -78,6 +78,62 @@ TEST(ReplayCommand, MalformedLineEndsTheReplayWithItsPlace) {
   }
 }
 
+/** A recording and what a service said on it, a second later each time and with its own clock and count. */
+std::string withOutputs(const std::string& recording, const std::string& changed, const std::string& into) {
+  std::string text;
+  std::int64_t last = 0;
+  for (const std::string& line : {recording, runPrbWith({"replay", "-"}, recording).out}) {
+    std::istringstream lines(line);
+    for (std::string each; std::getline(lines, each);) {
+      nlohmann::ordered_json event = nlohmann::ordered_json::parse(each);
+      const bool isEffect = &line != &recording && event.contains("topic");
+      if (each.find("\"subscribe\"") != std::string::npos ||
+          each.find("\"advertise\"") != std::string::npos || event.contains("provider")) {
+        continue;
+      }
+      last = std::max(last, event.at("t").get<std::int64_t>());
+      event["t"] = isEffect ? last : event.at("t").get<std::int64_t>();
+      std::string said = event.dump();
+      if (const std::size_t at = said.find(changed);
+          isEffect && !changed.empty() && at != std::string::npos) {
+        said.replace(at, changed.size(), into);
+      }
+      text += said + '\n';
+    }
+  }
+  return text;
+}
+
+TEST(ReplayCommand, ComparesWhatTheServiceSaidWithTheReplay) {
+  const std::string recording = readTextFile(kCases + "person_joins/recording.jsonl").value_or("");
+  const PrbRun same = runPrbWith({"replay", "-", "--check"}, withOutputs(recording, "", ""));
+  EXPECT_EQ(same.status, 0) << same.out;
+  EXPECT_NE(same.out.find("are the same in the replay"), std::string::npos) << same.out;
+  const PrbRun clock = runPrbWith({"replay", "-", "--check"},
+                                  withOutputs(recording, "\"sceneNumber\":1", "\"sceneNumber\":77"));
+  EXPECT_EQ(clock.out, same.out);
+  const PrbRun other =
+      runPrbWith({"replay", "-", "--check"}, withOutputs(recording, "\"face_count\":1", "\"face_count\":5"));
+  EXPECT_EQ(other.status, 1) << other.out;
+  EXPECT_NE(other.out.find("recording and replay differ from "), std::string::npos) << other.out;
+  EXPECT_NE(other.out.find("/PeopleCount\n  recorded: {\"face_count\":5"), std::string::npos) << other.out;
+  EXPECT_EQ(runPrbWith({"replay", "-", "--check"}, recording).status, 1);
+}
+
+TEST(ReplayCommand, HeadsOutsideOfAnImageOfUnknownSizeAreTold) {
+  const std::string head =
+      R"({"t":7,"topic":"/ICDOut","payload":{"heads":[{"fynId":1,"associatedHeads":[{"fynCamId":2,)"
+      R"("bbox":{"left":1800,"top":10,"right":1900,"bottom":90}}]}]}})"
+      "\n";
+  const std::string size =
+      R"({"t":0,"topic":"/cameraParameters/head/2","payload":{"imageWidth":1920,"imageHeight":1080}})"
+      "\n";
+  const PrbRun without = runPrbWith({"replay", "-"}, head);
+  EXPECT_NE(without.err.find("the image size of camera 2, so 1280 x 720 is assumed"), std::string::npos)
+      << without.err;
+  EXPECT_EQ(runPrbWith({"replay", "-"}, size + head).err, "");
+}
+
 TEST(ReplayCommand, CommandLineSettingsAreInForceAtTheStart) {
   const std::string config = ::testing::TempDir() + "replay_command.conf";
   FILE* const file = std::fopen(config.c_str(), "w");

@@ -65,7 +65,7 @@ TEST_P(PackedFiles, ARecorderPacksEveryFileAndWhatIsFlushedCanBeRead) {
   recorder.onMessage("/ctl", std::string(100, 'a'));
   recorder.onMessage("/ctl", "b");
   recorder.flush();
-  const std::string line = "{\"t\":1,\"topic\":\"/ctl\",\"payload\":\"b\"}";
+  const std::string line = "{\"t\":2,\"topic\":\"/ctl\",\"payload\":\"b\"}";
   EXPECT_EQ(contentOf(named("room")).substr(0, line.size()), line);
   recorder.finish();
   EXPECT_EQ(contentOf(named("room")), line + '\n');

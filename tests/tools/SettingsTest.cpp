@@ -79,6 +79,10 @@ TEST_F(Prop, WhatWasSetIsThereForTheNextRun) {
   EXPECT_EQ(get.err, "");
   EXPECT_NE(prop({"list"}).out.find("  vendor.talkertracking.flag\n      integer, default 0, set to 4\n"),
             std::string::npos);
+  EXPECT_EQ(prop({"unset", "vendor.talkertracking.flag"}).status, 0);
+  EXPECT_EQ(prop({"get", "vendor.talkertracking.flag"}).out, "0\n");
+  EXPECT_EQ(prop({"unset", "vendor.talkertracking.flag"}).err,
+            "vendor.talkertracking.flag is not set; its default holds\n");
 }
 
 TEST_F(Prop, WhatIsNotSetHasItsDefault) {

@@ -200,6 +200,24 @@ TEST_F(Tune, FindsTheShortestWaitAndGoesOnWhereItStopped) {
   EXPECT_EQ(results(), all);
 }
 
+TEST_F(Tune, AKeyThatChangesNothingIsNamedAndLeftOut) {
+  const PrbRun run = tune({"--key", "persist.sf.fdtimers.tighten=1..2", "--configs", mFolder.file("front")});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.err.find("no value of persist.sf.fdtimers.tighten changed anything"), std::string::npos)
+      << run.err;
+  EXPECT_EQ(run.err.find("outofframe"), std::string::npos) << run.err;
+  EXPECT_EQ((run.out + mFolder.read("front/best.conf")).find("tighten"), std::string::npos) << run.out;
+}
+
+TEST_F(Tune, AFaultyConfigurationIsRefused) {
+  const std::string faulty = mFolder.write("faulty.conf", "animation.ease.durration=1\n");
+  EXPECT_EQ(tune({"--config", faulty}).err, "prb tune: " + faulty +
+                                                ":1: unknown key animation.ease.durration; did you mean "
+                                                "animation.ease.duration?\n");
+  EXPECT_EQ(runPrbWith({"replay", mRecording, "--config", faulty}).err,
+            faulty + ":1: unknown key animation.ease.durration; did you mean animation.ease.duration?\n");
+}
+
 TEST_F(Tune, JobsGiveTheSameResults) {
   const PrbRun run = tune();
   const std::vector<std::string> all = results();

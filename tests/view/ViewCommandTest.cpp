@@ -121,7 +121,7 @@ TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
   const std::string lines = first.linesUntil(holds("\"topic\":\"/PRBOut\""));
   EXPECT_NE(lines.find("\"kind\":\"adopted\""), std::string::npos) << lines;
   std::vector<std::string> second = demo;
-  second.insert(second.end(), {"--once", "--port", std::to_string(first.port())});
+  second.insert(second.end(), {"--force", "--once", "--port", std::to_string(first.port())});
   Process other(second);
   EXPECT_EQ(other.wait(), 0);
   EXPECT_NE(other.errorText().find("no viewer page: port"), std::string::npos) << other.errorText();

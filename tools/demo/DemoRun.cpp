@@ -99,7 +99,8 @@ class DemoPage {
 };
 
 std::string configurationOf(const DemoOptions& options) {
-  return readConfiguration(options.config).value_or(presetNamed(options.preset));
+  std::ostringstream faults;
+  return readConfiguration(options.config, faults).value_or(presetNamed(options.preset));
 }
 
 ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
@@ -142,6 +143,7 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
 }  // namespace
 
 void runDemo(const DemoOptions& options, PrbContext& context) {
+  readConfiguration(options.config, context.err);
   const std::string misuse = presetMisuse(configurationOf(options), framingModeNamed(options.mode));
   if (!misuse.empty()) {
     context.err << "prb demo: the configuration " << misuse << std::endl;

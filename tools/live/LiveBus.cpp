@@ -4,6 +4,7 @@
 #include <chrono>
 #include <future>
 
+#include "platform/ErasableProperties.h"
 #include "platform/ServiceState.h"
 #include "tools/base/UsageError.h"
 
@@ -15,6 +16,19 @@ constexpr std::chrono::seconds kAnswerLimit{5};
 
 bool concernsProperties(const PlatformOptions::Row& row) {
   return row.field == &PlatformOptions::properties;
+}
+
+PropertyStore& lastingStore(const PlatformOptions& options) {
+  if (options.properties == "memory") {
+    throw UsageError("a property in memory is gone with this command: name a file with --properties");
+  }
+  return ServiceState::current().properties();
+}
+
+void requireWritten(bool isWritten) {
+  if (!isWritten) {
+    throw std::runtime_error("the properties cannot be written");
+  }
 }
 
 bool concernsBus(const PlatformOptions::Row& row) {
@@ -44,12 +58,15 @@ DevicePlatform toolPlatform(PlatformOptions options) {
 }
 
 void storeProperty(const PlatformOptions& options, const std::string& key, const std::string& value) {
-  if (options.properties == "memory") {
-    throw UsageError("a property in memory is gone with this command: name a file with --properties");
+  requireWritten(lastingStore(options).set(key, value));
+}
+
+void unsetProperty(const PlatformOptions& options, const std::string& key) {
+  auto* const erasable = dynamic_cast<ErasableProperties*>(&lastingStore(options));
+  if (erasable == nullptr) {
+    throw std::runtime_error("no property of this device can be taken out");
   }
-  if (!ServiceState::current().properties().set(key, value)) {
-    throw std::runtime_error("the properties cannot be written");
-  }
+  requireWritten(erasable->unset(key));
 }
 
 LiveBus::LiveBus(const PlatformOptions& options) : mAddress(options.bus) {

@@ -25,6 +25,9 @@ DevicePlatform toolPlatform(PlatformOptions options);
  */
 void storeProperty(const PlatformOptions& options, const std::string& key, const std::string& value);
 
+/** Takes a property out where the service finds it, so that its default holds; else as `storeProperty`. */
+void unsetProperty(const PlatformOptions& options, const std::string& key);
+
 /**
  * A connection to the bus of a running service. Raises UsageError when no bus outside this process is named,
  * and std::runtime_error when it does not answer within five seconds.

@@ -36,8 +36,7 @@ std::string Recorder::numbered(int number) const {
 
 /** Raises std::runtime_error, before anything is overwritten that has not been moved away. */
 void Recorder::rotate() {
-  mFile->stream().close();
-  if (!mFile->stream()) {
+  if (!mFile->finish()) {
     throw std::runtime_error("the file cannot be written");
   }
   int oldest = mOptions.maxFiles - 1;
@@ -56,24 +55,44 @@ void Recorder::rotate() {
   open({true, {}});
 }
 
-void Recorder::write(std::int64_t t, const std::string& topic, const std::string& message) {
-  const std::string line = recordingLine({t, BusMessage{topic, message}}) + '\n';
+void Recorder::write(const RecordingEvent& event) {
+  const std::string line = recordingLine(event) + '\n';
   mFile->stream() << line;
   mBytes += line.size();
 }
 
+void Recorder::writeBeginning(std::int64_t t) {
+  if (!mOptions.recordedBy.empty()) {
+    write({t, RecordedBy{mOptions.recordedBy}});
+  }
+  if (mOptions.settings) {
+    for (RecordingEvent& event : mOptions.settings()) {
+      event.t = t;
+      write(event);
+    }
+  }
+  for (const auto& [topic, message] : mCameraMessages) {
+    write({t, BusMessage{topic, message}});
+  }
+}
+
 void Recorder::record(const std::string& topic, const std::string& message) {
   const std::int64_t t = mClock() - mStart;
-  if (mOptions.maxBytes != 0 && mBytes >= mOptions.maxBytes) {
+  if (mBytes == 0) {
+    writeBeginning(0);
+  } else if (mOptions.maxBytes != 0 && mBytes >= mOptions.maxBytes) {
     rotate();
-    for (const auto& [cameraTopic, cameraMessage] : mCameraMessages) {
-      write(t, cameraTopic, cameraMessage);
+    writeBeginning(t);
+  } else if (mOptions.settings && topic == topics::kControl && message == control::kConfigChange) {
+    for (RecordingEvent& event : mOptions.settings()) {
+      event.t = t;
+      write(event);
     }
   }
   if (isCameraMessage(topic)) {
     mCameraMessages[topic] = message;
   }
-  write(t, topic, message);
+  write({t, BusMessage{topic, message}});
   mFile->putInPlace();
   ++mMessages;
 }
@@ -96,15 +115,24 @@ std::uint64_t Recorder::messages() const {
   return mMessages;
 }
 
+bool Recorder::knowsCameras() const {
+  const MutexLock lock(mMutex);
+  return !mCameraMessages.empty();
+}
+
 bool Recorder::hasFailed() const {
   const MutexLock lock(mMutex);
   return mHasFailed;
 }
 
-void Recorder::finish() {
+void Recorder::flush() {
   const MutexLock lock(mMutex);
   mFile->stream().flush();
-  mHasFailed = mHasFailed || !mFile->stream();
+}
+
+void Recorder::finish() {
+  const MutexLock lock(mMutex);
+  mHasFailed = !mFile->finish() || mHasFailed;
   if (mHasFailed) {
     throw std::runtime_error(mOptions.path + ": cannot be written; the recording is not whole");
   }

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Mutex.h"
 #include "platform/PubSub.h"
@@ -20,13 +21,18 @@ struct RecorderOptions {
   /** Files that are kept, the current one included; 0 for all. */
   int maxFiles = 0;
   OutputRules rules = {};
+  /** What else a replay needs: the lines that put it into force as it is now; asked for with each file and
+   * each "config-change". Null when nobody knows. */
+  std::function<std::vector<RecordingEvent>()> settings = nullptr;
+  /** Who records what, a JSON object; "" for no such line. */
+  std::string recordedBy = {};
 };
 
 /**
  * Writes every message that it receives to a recording. A full file PATH becomes PATH.1, PATH.1 becomes
- * PATH.2 and so on; the oldest is deleted when there are too many. Each file begins with the latest camera
- * messages, so each can be replayed alone. A file is in its place from its first message on, so what stands
- * there stays when nothing comes. Messages may come from any thread.
+ * PATH.2 and so on; the oldest is deleted when there are too many. Each file begins with the settings and
+ * the latest camera messages, so each can be replayed alone. A file is in its place from its first message
+ * on, so what stands there stays when nothing comes. Messages may come from any thread.
  */
 class Recorder final : public com::quil::pubsub::IPubSubListener {
  public:
@@ -36,10 +42,17 @@ class Recorder final : public com::quil::pubsub::IPubSubListener {
 
   void onMessage(const std::string& topic, const std::string& message) override;
 
-  /** Writes out what was received. Raises std::runtime_error when something was lost (a full disk). */
+  /** Lets others read what was received so far. */
+  void flush();
+
+  /** Writes out what was received; nothing is recorded after it. Raises std::runtime_error when something was
+   * lost (a full disk). */
   void finish();
 
   std::uint64_t messages() const;
+
+  /** Whether a camera document has come. */
+  bool knowsCameras() const;
 
   /** Whether a message could not be written. */
   bool hasFailed() const;
@@ -49,7 +62,8 @@ class Recorder final : public com::quil::pubsub::IPubSubListener {
   void open(const OutputRules& rules) PR_REQUIRES(mMutex);
   void rotate() PR_REQUIRES(mMutex);
   void record(const std::string& topic, const std::string& message) PR_REQUIRES(mMutex);
-  void write(std::int64_t t, const std::string& topic, const std::string& message) PR_REQUIRES(mMutex);
+  void writeBeginning(std::int64_t t) PR_REQUIRES(mMutex);
+  void write(const RecordingEvent& event) PR_REQUIRES(mMutex);
 
   const RecorderOptions mOptions;
   const std::function<std::int64_t()> mClock;

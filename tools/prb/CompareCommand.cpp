@@ -83,9 +83,10 @@ void runCompare(CompareArguments& arguments, PrbContext& context) {
   arguments.rules.inputs.insert(arguments.rules.inputs.end(), {arguments.a, arguments.b});
   requireWritable(arguments.json, arguments.rules);
   const KeyValues properties = keyValues(arguments.properties);
-  const auto results = measureRecordings(
-      arguments.recordings,
-      {{readConfiguration(arguments.a), properties}, {readConfiguration(arguments.b), properties}}, context);
+  const auto results = measureRecordings(arguments.recordings,
+                                         {{readConfiguration(arguments.a, context.err), properties},
+                                          {readConfiguration(arguments.b, context.err), properties}},
+                                         context);
   const std::vector<MetricComparison> comparisons = compareMeasurements(results[0], results[1]);
   if (arguments.json != "-") {
     writeTable(comparisons, arguments.recordings.size(), context);

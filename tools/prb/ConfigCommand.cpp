@@ -1,9 +1,9 @@
 #include <CLI/CLI.hpp>
 
 #include "config/ExampleConfiguration.h"
+#include "config/check/ConfigCheck.h"
 #include "tools/base/InputFile.h"
 #include "tools/prb/Commands.h"
-#include "tools/settings/ConfigCheck.h"
 #include "tools/settings/PresetUse.h"
 
 namespace fyn::productionrules {

@@ -1,11 +1,15 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
+#include <chrono>
+#include <optional>
 
 #include "config/ConfigKeys.h"
 #include "model/Enums.h"
+#include "platform/ServiceState.h"
 #include "platform/Topics.h"
 #include "tools/live/LiveBus.h"
+#include "tools/live/ModeWitness.h"
 #include "tools/prb/Commands.h"
 
 namespace fyn::productionrules {
@@ -82,12 +86,62 @@ void send(LiveBus& bus, std::string_view topic, std::string_view text) {
   bus.client().publish(std::string(topic), std::string(text));
 }
 
+/** A change of mode: the property behind it, and what the service says of it. */
+class ModeChange {
+ public:
+  ModeChange(const PlatformOptions& options, FramingMode mode)
+      : mOptions(options), mWitness(framingModeToString(mode)), mBus(options) {
+    for (const std::string_view topic : ModeWitness::kTopics) {
+      mBus.client().subscribe(std::string(topic), mWitness);
+    }
+    mBus.waitUntilReady();
+    mFormer = ServiceState::current().properties().get(mKey);
+    storeProperty(mOptions, mKey, std::to_string(static_cast<int>(mode)));
+    reload();
+  }
+  ~ModeChange() { mBus.close(); }
+  ModeChange(const ModeChange&) = delete;
+  ModeChange& operator=(const ModeChange&) = delete;
+
+  /** Waits until the service is in the mode; false when it does not say so. */
+  bool isInForce() { return mWitness.waitForMode(kAnswerLimit); }
+
+  void takeBack() {
+    if (mFormer) {
+      storeProperty(mOptions, mKey, *mFormer);
+    } else {
+      unsetProperty(mOptions, mKey);
+    }
+    reload();
+  }
+
+  std::string reason() const {
+    const std::string store = mOptions.properties.empty() ? "those of this machine" : mOptions.properties;
+    return mWitness.sawResults()
+               ? "the service goes on in " + mWitness.mode() + ": it reads other properties than " + store +
+                     " (a device elsewhere: run this command there), or follows a primary device"
+               : "no vision result has come, and a service changes its mode with the next one";
+  }
+
+ private:
+  void reload() { mBus.client().publish(std::string(topics::kControl), std::string(control::kConfigChange)); }
+
+  static constexpr std::chrono::seconds kAnswerLimit{5};
+  const PlatformOptions& mOptions;
+  const std::string mKey = modeProperty();
+  ModeWitness mWitness;
+  LiveBus mBus;
+  std::optional<std::string> mFormer;
+};
+
 /** A device follows its configuration, so the mode goes there; a message alone would not last. */
 void runMode(const PlatformOptions& options, const std::string& name) {
-  const FramingMode mode = modeOf(name);
-  LiveBus bus(options);
-  storeProperty(options, modeProperty(), std::to_string(static_cast<int>(mode)));
-  send(bus, topics::kControl, control::kConfigChange);
+  ModeChange change(options, modeOf(name));
+  if (!change.isInForce()) {
+    change.takeBack();
+    throw std::runtime_error("the mode is not in force after 5 s, so its property is as it was: " +
+                             change.reason());
+  }
 }
 
 }  // namespace
@@ -105,7 +159,8 @@ void addCtlCommand(CLI::App& command, PrbContext& /*context*/) {
     });
   }
   CLI::App* const mode = command.add_subcommand(
-      "mode", "Change the framing mode for good: sets its property, then lets the service reload");
+      "mode",
+      "Change the framing mode for good: sets its property, lets the service reload and waits for the mode");
   mode->add_option("name", *modeText, "The mode")->type_name('{' + modeNames(",") + '}')->required();
   mode->callback([options, modeText] { runMode(*options, *modeText); });
   command.footer(

@@ -1,11 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <iomanip>
 
+#include "config/check/KeyRules.h"
+#include "config/check/NearestKey.h"
 #include "platform/ServiceState.h"
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"
-#include "tools/settings/KeyRules.h"
-#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 
@@ -48,6 +48,16 @@ void runSet(const PropOptions& options, PrbContext& /*context*/) {
   }
   const auto platform = toolPlatform(options.platform);
   storeProperty(options.platform, options.key, options.value);
+}
+
+void runUnset(const PropOptions& options, PrbContext& context) {
+  const auto platform = toolPlatform(options.platform);
+  if (!ServiceState::current().properties().get(options.key)) {
+    knownKey(options.key);
+    context.err << options.key << " is not set; its default holds\n";
+    return;
+  }
+  unsetProperty(options.platform, options.key);
 }
 
 void listRows(ConfigSource source, const char* title, const std::map<std::string, std::string>& values,
@@ -104,6 +114,9 @@ void addPropCommand(CLI::App& command, PrbContext& context) {
   set->add_option("value", options->value, "Its new value")->type_name("VALUE")->required();
   set->add_flag("--force", options->force, "Set it even when the service knows no such key or value");
   set->callback([options, &context] { runSet(*options, context); });
+  CLI::App* const unset = command.add_subcommand("unset", "Take a property out, so that its default holds");
+  unset->add_option("key", options->key, "The property")->type_name("KEY")->required();
+  unset->callback([options, &context] { runUnset(*options, context); });
   CLI::App* const list =
       command.add_subcommand("list", "Print every key: type, unit, default, value, meaning");
   list->callback([options, &context] { runList(*options, context); });
@@ -111,6 +124,7 @@ void addPropCommand(CLI::App& command, PrbContext& context) {
       "Examples:\n"
       "  prb prop list\n"
       "  prb prop set vendor.talkertracking.flag 4    people framing from the next reload on\n"
+      "  prb prop unset vendor.talkertracking.flag    back to the default\n"
       "  prb prop get persist.tvpr.zoomInLimit");
 }
 

@@ -1,13 +1,19 @@
 #include <CLI/CLI.hpp>
+#include <array>
+#include <atomic>
 #include <chrono>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
 #include <thread>
 
-#include "platform/Ticks.h"
+#include "platform/ServiceState.h"
 #include "platform/Topics.h"
 #include "tools/base/StopSignals.h"
 #include "tools/live/LiveBus.h"
 #include "tools/live/Recorder.h"
 #include "tools/prb/Commands.h"
+#include "tools/prb/ServiceSettings.h"
 
 namespace fyn::productionrules {
 
@@ -18,14 +24,18 @@ constexpr std::array kInputTopics{topics::kVisionResult,  topics::kCameraParamet
                                   topics::kCameras,       topics::kCameraMoved,      topics::kControl,
                                   topics::kSecondaryScene};
 /** What the service decides. */
-constexpr std::array kOutputTopics{topics::kScene, topics::kDebugScene, topics::kTimerDebug,
-                                   topics::kPeopleCount, topics::kDecisions};
+constexpr std::array kOutputTopics{
+    topics::kScene,     topics::kDebugScene,     topics::kTimerDebug,        topics::kPeopleCount,
+    topics::kDecisions, topics::kForwardMessage, topics::kControlPassThrough};
 
 /** What was published before the end may still be on its way. */
 constexpr std::chrono::milliseconds kOnTheWay{200};
 
 /** After so long without a message it is said that none came. */
 constexpr std::int64_t kSilenceMs = 3000;
+
+/** So much is lost at the most when the machine fails. */
+constexpr std::int64_t kFlushMs = 5000;
 
 constexpr std::uint64_t kMegabyte = 1'000'000;
 
@@ -36,17 +46,31 @@ struct RecordOptions {
   int seconds = 0;
   std::vector<std::string> topics;
   bool outputs = false;
+  std::string config;
 };
 
-std::vector<std::string> wantedTopics(const RecordOptions& options) {
-  std::vector<std::string> wanted = options.topics;
-  if (wanted.empty()) {
-    wanted.assign(kInputTopics.begin(), kInputTopics.end());
+/** Passes on what the service publishes from the moment on that all is recorded: what a broker has retained
+ * is from before. */
+class OutputGate final : public com::quil::pubsub::IPubSubListener {
+ public:
+  explicit OutputGate(Recorder& recorder) : mRecorder(recorder) {}
+
+  void open() { mIsOpen = true; }
+
+  void onMessage(const std::string& topic, const std::string& message) override {
+    if (mIsOpen) {
+      mRecorder.onMessage(topic, message);
+    }
   }
-  if (options.outputs) {
-    wanted.insert(wanted.end(), kOutputTopics.begin(), kOutputTopics.end());
-  }
-  return wanted;
+
+ private:
+  Recorder& mRecorder;
+  std::atomic<bool> mIsOpen{false};
+};
+
+std::vector<std::string> inputTopics(const RecordOptions& options) {
+  return options.topics.empty() ? std::vector<std::string>(kInputTopics.begin(), kInputTopics.end())
+                                : options.topics;
 }
 
 std::int64_t nowMs() {
@@ -55,27 +79,85 @@ std::int64_t nowMs() {
       .count();
 }
 
+/** What a replay needs beside the messages, and what of it this recorder cannot know. */
+void tellOfSettings(RecordOptions& options, PrbContext& context) {
+  const std::string& bus = options.platform.bus;
+  const bool isNamed = !options.platform.properties.empty() || !options.config.empty();
+  nlohmann::ordered_json by{
+      {"by", std::string("prb ") + PR_VERSION},
+      {"startedAt", ServiceState::current().clock().wallMs()},
+      {"bus", bus},
+      {"properties", options.platform.properties.empty() ? "of this machine" : options.platform.properties}};
+  if (!isNamed && !isBusOfThisMachine(bus)) {
+    by["properties"] = nullptr;
+    context.err
+        << "the service of " << bus
+        << " may be on another machine, so the recording does not tell its properties and its configuration, "
+           "and a replay runs without them; record there, or name copies with --properties and --config\n";
+  } else {
+    const SettingsOfThisMachine settings(options.config);
+    by["configuration"] = settings.configurationName();
+    options.recorder.settings = [settings, seen = std::set<std::string>()]() mutable {
+      ServiceSettings now = settings.read();
+      for (const auto& [key, value] : now.properties) {
+        seen.erase(key);
+      }
+      // A recording can only set a property; an empty one counts as not set.
+      for (const std::string& gone : seen) {
+        now.properties.emplace_back(gone, "");
+      }
+      for (const auto& [key, value] : now.properties) {
+        seen.insert(key);
+      }
+      return std::vector<RecordingEvent>{{0, SetProperties{std::move(now.properties)}},
+                                         {0, ReplaceConfig{std::move(now.configuration)}}};
+    };
+    context.err << "the recording begins with " << settings.read().properties.size()
+                << " properties and the configuration of this machine (" << settings.configurationName()
+                << ")\n";
+  }
+  options.recorder.recordedBy = by.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
 void runRecord(RecordOptions& options, PrbContext& context) {
   for (const std::string& topic : options.topics) {
     if (topic.empty() || topic.front() != '/') {
       throw UsageError("a topic begins with '/', not '" + topic + "'");
     }
   }
+  requireWritable(options.recorder.path, options.recorder.rules);
   StopSignals stop;
   options.recorder.maxBytes = options.maxMegabytes * kMegabyte;
   const std::int64_t start = nowMs();
-  // Made before the bus, so that it outlives the deliveries.
-  Recorder recorder(options.recorder, nowMs);
+  // The deliveries end before what they reach goes.
+  std::optional<Recorder> recorder;
+  std::optional<OutputGate> outputs;
   {
     LiveBus bus(options.platform);
-    for (const std::string& topic : wantedTopics(options)) {
-      bus.client().subscribe(topic, recorder);
+    tellOfSettings(options, context);
+    recorder.emplace(options.recorder, nowMs);
+    outputs.emplace(*recorder);
+    if (options.outputs) {
+      for (const std::string_view topic : kOutputTopics) {
+        bus.client().subscribe(std::string(topic), *outputs);
+      }
+      bus.waitUntilReady();
+      std::this_thread::sleep_for(kOnTheWay);
+    }
+    outputs->open();
+    for (const std::string& topic : inputTopics(options)) {
+      bus.client().subscribe(topic, *recorder);
     }
     bus.waitUntilReady();
     context.err << "recording to " << options.recorder.path << "; end with Ctrl-C\n" << std::flush;
     bool isSilenceSaid = false;
-    while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder.hasFailed()) {
-      if (!isSilenceSaid && recorder.messages() == 0 && nowMs() - start >= kSilenceMs) {
+    std::int64_t flushed = start;
+    while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder->hasFailed()) {
+      if (nowMs() - flushed >= kFlushMs) {
+        flushed = nowMs();
+        recorder->flush();
+      }
+      if (!isSilenceSaid && recorder->messages() == 0 && nowMs() - start >= kSilenceMs) {
         isSilenceSaid = true;
         context.err << "nothing has come within 3 s; is " << options.platform.bus
                     << " the bus and room of the service, and does its vision pipeline run?\n"
@@ -87,12 +169,17 @@ void runRecord(RecordOptions& options, PrbContext& context) {
     }
     std::this_thread::sleep_for(kOnTheWay);
   }
-  recorder.finish();
-  if (recorder.messages() == 0) {
+  recorder->finish();
+  if (recorder->messages() == 0) {
     throw std::runtime_error("nothing came on " + options.platform.bus + ", so " + options.recorder.path +
                              " was not written");
   }
-  context.err << recorder.messages() << " messages recorded\n";
+  context.err << recorder->messages() << " messages recorded\n";
+  if (!recorder->knowsCameras()) {
+    context.err << "no camera document has come, so a replay takes every image for 1280 x 720; let the "
+                   "vision pipeline "
+                   "send /camera, /cameras and /cameraParameters/head while it is recorded\n";
+  }
 }
 
 }  // namespace
@@ -125,7 +212,12 @@ void addRecordCommand(CLI::App& command, PrbContext& context) {
                   "Record this topic and those beneath it, instead of all that the service reads")
       ->type_name("TOPIC")
       ->allow_extra_args(false);
-  command.add_flag("--outputs", options->outputs, "Record what the service publishes too");
+  command
+      .add_option("--config", options->config,
+                  "Configuration file of the service; without it that of this machine, when the bus is here")
+      ->type_name("FILE");
+  command.add_flag("--outputs", options->outputs,
+                   "Record what the service publishes too, for prb replay --check");
   addForceOption(command, options->recorder.rules);
   addPlatformOptions(command, options->platform, true);
   command.footer(

@@ -9,6 +9,9 @@
 #include "tools/base/ProgressBar.h"
 #include "tools/prb/Commands.h"
 #include "tools/replay/EffectWriter.h"
+#include "tools/replay/ImageSizeHint.h"
+#include "tools/replay/ObserverList.h"
+#include "tools/replay/OutputCheck.h"
 #include "tools/replay/RecordingRun.h"
 #include "tools/settings/KeyValueTexts.h"
 
@@ -24,6 +27,7 @@ struct ReplayArguments {
   std::string log;
   std::string dump;
   bool decisions = false;
+  bool check = false;
   OutputRules rules;
 };
 
@@ -36,7 +40,7 @@ int logLevelOf(const std::string& letter) {
 
 ReplayOptions replayOptions(const ReplayArguments& arguments, PrbContext& context) {
   ReplayOptions options;
-  options.configuration = readConfiguration(arguments.config);
+  options.configuration = readConfiguration(arguments.config, context.err);
   options.properties = keyValues(arguments.properties);
   options.logLevel = logLevelOf(arguments.log);
   requireWritable(arguments.dump, arguments.rules);
@@ -49,22 +53,48 @@ void runReplay(ReplayArguments& arguments, PrbContext& context) {
   arguments.rules.inputs = {arguments.input, arguments.config};
   ReplayOptions options = replayOptions(arguments, context);
   InputFile input(arguments.input, context.in);
-  OutputFile output(arguments.output, arguments.rules, context.out);
+  std::optional<OutputFile> output;
+  std::ostream nowhere(nullptr);
+  if (!arguments.check || arguments.output != "-") {
+    output.emplace(arguments.output, arguments.rules, context.out);
+  }
   Replay* running = nullptr;
-  EffectWriter effects(output.stream(), [&running] { return running->now(); });
+  const auto now = [&running] { return running->now(); };
+  OutputCheck check(now);
+  ImageSizeHint sizes;
+  EffectWriter effects(output ? output->stream() : nowhere, now);
+  ObserverList observers;
+  observers.add(effects, effects);
+  observers.add(check);
   options.decisions = arguments.decisions ? &effects : nullptr;
-  Replay replay(options, effects);
+  Replay replay(options, observers);
   running = &replay;
   RecordingReader reader(input.stream(), input.name());
   ProgressBar bar(context.err, context.errIsTerminal && arguments.output != "-", "replay", input.size());
   try {
-    runRecording(reader, replay, [&](const RecordingEvent&) { bar.update(reader.bytesRead()); });
+    runRecording(reader, replay, [&](const RecordingEvent& event) {
+      bar.update(reader.bytesRead());
+      check.expect(event);
+      sizes.look(event);
+    });
   } catch (const UsageError&) {
     // What the recording shows up to its fault is there to be looked at.
-    output.finish();
+    if (output) {
+      output->finish();
+    }
     throw;
   }
-  output.finish();
+  if (output) {
+    output->finish();
+  }
+  if (!sizes.text().empty()) {
+    context.err << sizes.text() << '\n';
+  }
+  if (arguments.check) {
+    const OutputCheck::Verdict verdict = check.verdict();
+    context.out << verdict.text << '\n';
+    context.status = verdict.matches ? 0 : 1;
+  }
 }
 
 }  // namespace
@@ -88,6 +118,10 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       ->check(CLI::IsMember({"E", "W", "I", "D"}));
   command.add_option("--dump", arguments->dump, "Takes the lines of the debug dump")->type_name("FILE");
   command.add_flag("--decisions", arguments->decisions, "Write every decision with its reason too");
+  command.add_flag(
+      "--check", arguments->check,
+      "Compare what the recording holds of the service's messages (prb record --outputs) with the "
+      "replay's; exit status 1 when they differ");
   addForceOption(command, arguments->rules);
   command.footer(
       "Runs the whole service on a recording, as fast as it can, and writes one JSON line per effect: "
@@ -97,6 +131,7 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       "Examples:\n"
       "  prb replay meeting.jsonl -o effects.jsonl\n"
       "  prb replay meeting.jsonl --property vendor.talkertracking.flag=4 --log I | less\n"
+      "  prb replay room.jsonl --check\n"
       "  prb simulate --seed 1 | prb replay - --config quick.conf --decisions");
   command.callback([arguments, &context] { runReplay(*arguments, context); });
 }

@@ -53,7 +53,7 @@ void runReport(ReportArguments& arguments, PrbContext& context) {
   arguments.rules.inputs.push_back(arguments.config);
   requireWritable(arguments.json, arguments.rules);
   requireWritable(arguments.html, arguments.rules);
-  const MeasuredSetup setup{readConfiguration(arguments.config), keyValues(arguments.properties),
+  const MeasuredSetup setup{readConfiguration(arguments.config, context.err), keyValues(arguments.properties),
                             arguments.stream};
   const std::vector<MeasuredRecording> recordings =
       measureRecordings(arguments.recordings, {setup}, context).front();

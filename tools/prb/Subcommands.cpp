@@ -17,7 +17,7 @@ const std::vector<Subcommand>& subcommands() {
       {"play", "Play a recording to the bus of a running service", addPlayCommand},
       {"watch", "Show what a running service does", addWatchCommand},
       {"ctl", "Control a running service", addCtlCommand},
-      {"prop", "Get, set and list system properties", addPropCommand},
+      {"prop", "Get, set, unset and list system properties", addPropCommand},
       {"config", "Check a configuration file, or print an example", addConfigCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };

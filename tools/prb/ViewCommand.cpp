@@ -47,7 +47,7 @@ void viewRecording(const ViewArguments& arguments, PrbContext& context) {
   StoppableInput standardInput(context.in, stop);
   InputFile input(arguments.recording, standardInput.stream());
   ReplayOptions options;
-  options.configuration = readConfiguration(arguments.config);
+  options.configuration = readConfiguration(arguments.config, context.err);
   options.properties = keyValues(arguments.properties);
   LineLog lines = LineLog::ofRecording();
   const ViewPage page = showViewPage(lines, input.name(), arguments.page);

@@ -10,11 +10,13 @@ namespace fyn::productionrules {
 /** Lets several observe one replay; each is told in the order in which it was added. */
 class ObserverList final : public ReplayObserver, public DecisionListener {
  public:
-  /** Both must outlive the replay. */
+  /** What is added must outlive the replay. */
   void add(ReplayObserver& effects, DecisionListener& decisions) {
     mEffects.push_back(&effects);
     mDecisions.push_back(&decisions);
   }
+
+  void add(ReplayObserver& effects) { mEffects.push_back(&effects); }
 
   void onPublish(const std::string& topic, const std::string& payload) override {
     each([&](ReplayObserver& observer) { observer.onPublish(topic, payload); });

@@ -4,7 +4,13 @@ namespace fyn::productionrules {
 
 namespace {
 
-Verdict verdictOn(Better better, const MeanInterval& difference) {
+/** Of so many differences that are chance alone, one in 32 times all have the same sign. */
+constexpr std::size_t kFewestPairs = 6;
+
+Verdict verdictOn(Better better, const MeanInterval& difference, std::size_t pairs) {
+  if (pairs < kFewestPairs) {
+    return Verdict::TooFew;
+  }
   if (!difference.excludesZero()) {
     return Verdict::WithinSpread;
   }
@@ -37,7 +43,7 @@ std::vector<MetricComparison> compareMeasurements(const std::vector<MeasuredReco
     comparison.pairs = differences.size();
     comparison.difference = bootstrapInterval(differences);
     if (comparison.difference) {
-      comparison.verdict = verdictOn(metric.better, *comparison.difference);
+      comparison.verdict = verdictOn(metric.better, *comparison.difference, comparison.pairs);
     }
     comparisons.push_back(comparison);
   }
@@ -46,6 +52,8 @@ std::vector<MetricComparison> compareMeasurements(const std::vector<MeasuredReco
 
 const char* verdictText(Verdict verdict) {
   switch (verdict) {
+    case Verdict::TooFew:
+      return "too few recordings";
     case Verdict::WithinSpread:
       return "within the spread";
     case Verdict::Better:

@@ -13,6 +13,8 @@ namespace fyn::productionrules {
 enum class Verdict {
   /** Fewer than two recordings have the figure with both configurations. */
   Unknown,
+  /** Fewer than six recordings: chance alone would often give all their differences one direction. */
+  TooFew,
   /** The interval of the difference contains 0: it is not larger than the spread between recordings. */
   WithinSpread,
   Better,

@@ -9,6 +9,7 @@
 #include "tools/base/ProgressBar.h"
 #include "tools/base/UsageError.h"
 #include "tools/recording/RecordingReader.h"
+#include "tools/replay/ImageSizeHint.h"
 #include "tools/report/FramingMeter.h"
 
 namespace fyn::productionrules {
@@ -27,11 +28,13 @@ MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup&
   Replay replay(options, meter);
   RecordingReader reader(input.stream(), input.name());
   RecordingEvent event;
+  ImageSizeHint sizes;
   while (!isGivenUp() && reader.next(event)) {
+    sizes.look(event);
     meter.handle(replay, event);
   }
   meter.finish(replay);
-  return {path == "-" ? "standard input" : path, meter.measurement(), printed.str()};
+  return {path == "-" ? "standard input" : path, meter.measurement(), printed.str(), sizes.text()};
 }
 
 std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,
@@ -53,6 +56,9 @@ std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<
   }
   for (const MeasuredRecording& recording : results.front()) {
     noteWithoutResults(recording.name, recording.measurement, context);
+    if (!recording.sizeHint.empty()) {
+      context.err << recording.name << ": " << recording.sizeHint << '\n';
+    }
   }
   return results;
 }

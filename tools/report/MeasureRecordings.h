@@ -27,6 +27,8 @@ struct MeasuredRecording {
   Measurement measurement;
   /** What the service printed meanwhile. */
   std::string printed;
+  /** What is to be said of the image sizes; "" for nothing. */
+  std::string sizeHint = {};
 };
 
 /** Replays one recording ("-" for `standardInput`), as far as it is not given up, on any thread. Raises

@@ -1,11 +1,13 @@
 #include "tools/settings/KeyValueTexts.h"
 
 #include <CLI/CLI.hpp>
+#include <ostream>
 
+#include "config/check/ConfigCheck.h"
+#include "config/check/KeyRules.h"
+#include "config/check/NearestKey.h"
 #include "platform/TextFile.h"
 #include "tools/base/UsageError.h"
-#include "tools/settings/KeyRules.h"
-#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 
@@ -34,13 +36,38 @@ void addPropertyOption(CLI::App& command, std::vector<std::string>& properties, 
   command.add_option("--property", properties, meaning)->type_name("KEY=VALUE")->allow_extra_args(false);
 }
 
-std::optional<std::string> readConfiguration(const std::string& path) {
+namespace {
+
+std::optional<std::string> readExisting(const std::string& path) {
   if (path.empty()) {
     return std::nullopt;
   }
   std::optional<std::string> text = readTextFile(path);
   if (!text) {
     throw UsageError("cannot read the configuration file " + path);
+  }
+  return text;
+}
+
+std::string placed(const std::string& path, const ConfigFault& fault) {
+  return path + ':' + std::to_string(fault.line) + ": " + fault.text;
+}
+
+}  // namespace
+
+std::optional<std::string> readConfiguration(const std::string& path, std::ostream& complaints) {
+  std::optional<std::string> text = readExisting(path);
+  for (const ConfigFault& fault : checkConfiguration(text.value_or(""))) {
+    complaints << placed(path, fault) << '\n';
+  }
+  return text;
+}
+
+std::optional<std::string> readFaultlessConfiguration(const std::string& path) {
+  std::optional<std::string> text = readExisting(path);
+  const std::vector<ConfigFault> faults = checkConfiguration(text.value_or(""));
+  if (!faults.empty()) {
+    throw UsageError(placed(path, faults.front()));
   }
   return text;
 }

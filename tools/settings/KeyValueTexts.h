@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +21,11 @@ KeyValues keyValues(const std::vector<std::string>& texts);
 void addPropertyOption(CLI::App& command, std::vector<std::string>& properties,
                        const char* meaning = "System property that is set at the start; repeatable");
 
-/** The text of a configuration file; nothing for "". Raises UsageError when the file cannot be read. */
-std::optional<std::string> readConfiguration(const std::string& path);
+/** The text of a configuration file; nothing for "". What the service would pass over in it is said on
+ * `complaints`. Raises UsageError when the file cannot be read. */
+std::optional<std::string> readConfiguration(const std::string& path, std::ostream& complaints);
+
+/** The same; raises UsageError for the first fault in it. */
+std::optional<std::string> readFaultlessConfiguration(const std::string& path);
 
 }  // namespace fyn::productionrules

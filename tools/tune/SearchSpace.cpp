@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "config/ConfigKeys.h"
+#include "config/check/NearestKey.h"
 #include "tools/base/Random.h"
 #include "tools/base/UsageError.h"
-#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 

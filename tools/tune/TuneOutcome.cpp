@@ -6,7 +6,10 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <map>
+#include <nlohmann/json.hpp>
 #include <ostream>
+#include <set>
 
 #include "tools/base/NewFile.h"
 #include "tools/base/UsageError.h"
@@ -16,6 +19,19 @@
 namespace fyn::productionrules {
 
 namespace {
+
+Candidate without(Candidate candidate, const std::vector<std::string>& keys) {
+  candidate.erase(std::remove_if(candidate.begin(), candidate.end(),
+                                 [&keys](const auto& entry) {
+                                   return std::find(keys.begin(), keys.end(), entry.first) != keys.end();
+                                 }),
+                  candidate.end());
+  return candidate;
+}
+
+std::string textWithout(const Candidate& candidate, const std::vector<std::string>& keys) {
+  return candidateText(without(candidate, keys));
+}
 
 double rank(const TunedCandidate& candidate) {
   return candidate.goal.value_or(std::numeric_limits<double>::infinity());
@@ -39,21 +55,55 @@ std::string goalText(const TunedCandidate& candidate) {
 void writeConfiguration(const std::filesystem::path& path, const OutputRules& rules, const std::string& base,
                         const TunedCandidate& candidate) {
   NewFile place(path.string(), rules);
-  std::ofstream& file = place.stream();
+  std::ostream& file = place.stream();
   file << "# Measured: ";
   for (const char* const name : {"changes_per_minute", "latency_s", "in_view_percent"}) {
     const Metric& metric = *findMetric(name);
     file << name << ' ' << metricText(metric, metric.value(candidate.measurement)) << ", ";
   }
   file << "goal " << goalText(candidate) << '\n' << configurationWith(base, candidate.candidate);
-  file.close();
-  if (!file) {
+  if (!place.finish()) {
     throw UsageError(path.string() + ": cannot be written");
   }
   place.putInPlace();
 }
 
 }  // namespace
+
+std::vector<std::string> keysWithoutEffect(const std::vector<TunedCandidate>& candidates) {
+  std::vector<std::string> found;
+  const std::size_t keys = candidates.empty() ? 0 : candidates.front().candidate.size();
+  for (std::size_t key = 0; key < keys; ++key) {
+    std::map<std::string, std::vector<std::string>> figures;
+    for (const TunedCandidate& tuned : candidates) {
+      figures[textWithout(tuned.candidate, {tuned.candidate[key].first})].push_back(
+          measurementAsJson(tuned.measurement).dump());
+    }
+    const auto hasOne = [](const auto& group) { return group.second.size() == 1; };
+    const auto isEqual = [](const auto& group) {
+      const std::vector<std::string>& all = group.second;
+      return std::count(all.begin(), all.end(), all.front()) == static_cast<std::ptrdiff_t>(all.size());
+    };
+    if (std::all_of(figures.begin(), figures.end(), isEqual) &&
+        !std::all_of(figures.begin(), figures.end(), hasOne)) {
+      found.push_back(candidates.front().candidate[key].first);
+    }
+  }
+  return found;
+}
+
+std::vector<TunedCandidate> withoutKeys(const std::vector<TunedCandidate>& candidates,
+                                        const std::vector<std::string>& keys) {
+  std::vector<TunedCandidate> kept;
+  std::set<std::string> known;
+  for (TunedCandidate tuned : candidates) {
+    tuned.candidate = without(tuned.candidate, keys);
+    if (known.insert(candidateText(tuned.candidate)).second) {
+      kept.push_back(std::move(tuned));
+    }
+  }
+  return kept;
+}
 
 TuneOutcome::TuneOutcome(std::vector<TunedCandidate> candidates) : mCandidates(std::move(candidates)) {
   std::vector<TradeOff> tradeOffs;

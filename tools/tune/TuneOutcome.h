@@ -22,6 +22,16 @@ struct TunedCandidate {
 };
 
 /** All candidates that show a picture, and which of them are the best trade-offs. */
+/**
+ * The keys whose value made no difference: candidates that differ in nothing else have the same figures. A
+ * key of which no two such candidates were tried is not among them.
+ */
+std::vector<std::string> keysWithoutEffect(const std::vector<TunedCandidate>& candidates);
+
+/** One candidate for each combination of the other keys. */
+std::vector<TunedCandidate> withoutKeys(const std::vector<TunedCandidate>& candidates,
+                                        const std::vector<std::string>& keys);
+
 class TuneOutcome {
  public:
   explicit TuneOutcome(std::vector<TunedCandidate> candidates);

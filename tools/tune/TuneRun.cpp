@@ -23,7 +23,7 @@ namespace {
 constexpr int kInterrupted = 130;
 
 MeasuredSetup setupOf(const TuneArguments& arguments) {
-  return {readConfiguration(arguments.config), keyValues(arguments.properties)};
+  return {readFaultlessConfiguration(arguments.config), keyValues(arguments.properties)};
 }
 
 /** Only the figures that are the same whenever the job is done. */
@@ -132,8 +132,9 @@ void checkContent(const std::vector<TuneRecording>& recordings, const Candidate&
   }
 }
 
-TuneOutcome outcomeOf(const std::vector<TuneRecording>& recordings, const std::vector<Candidate>& candidates,
-                      const TuneResults& results, const std::optional<GoalExpression>& goal) {
+std::vector<TunedCandidate> tunedOf(const std::vector<TuneRecording>& recordings,
+                                    const std::vector<Candidate>& candidates, const TuneResults& results,
+                                    const std::optional<GoalExpression>& goal) {
   std::vector<TunedCandidate> tuned;
   for (const Candidate& candidate : candidates) {
     Measurement sum;
@@ -144,7 +145,7 @@ TuneOutcome outcomeOf(const std::vector<TuneRecording>& recordings, const std::v
       tuned.push_back({candidate, sum, *tradeOff, goal ? goal->value(sum) : std::nullopt});
     }
   }
-  return TuneOutcome(std::move(tuned));
+  return tuned;
 }
 
 void writeOutcome(const TuneArguments& arguments, const TuneOutcome& outcome, PrbContext& context) {
@@ -156,7 +157,7 @@ void writeOutcome(const TuneArguments& arguments, const TuneOutcome& outcome, Pr
   }
   if (!arguments.configurations.empty()) {
     writeConfigurations(arguments.configurations, arguments.rules,
-                        readConfiguration(arguments.config).value_or(""), outcome);
+                        readFaultlessConfiguration(arguments.config).value_or(""), outcome);
   }
 }
 
@@ -206,12 +207,17 @@ void search(const TuneArguments& arguments, PrbContext& context) {
     return;
   }
   checkContent(recordings, candidates.front(), results, context);
-  const TuneOutcome outcome = outcomeOf(recordings, candidates, results, goal);
-  if (const std::size_t left = candidates.size() - outcome.candidates().size(); left > 0) {
+  std::vector<TunedCandidate> tuned = tunedOf(recordings, candidates, results, goal);
+  if (const std::size_t left = candidates.size() - tuned.size(); left > 0) {
     context.err << "prb tune: " << left << " of " << candidates.size()
                 << " configurations are left out: they show no picture, or a distorted one\n";
   }
-  writeOutcome(arguments, outcome, context);
+  const std::vector<std::string> idle = keysWithoutEffect(tuned);
+  for (const std::string& key : idle) {
+    context.err << "prb tune: no value of " << key
+                << " changed anything on these recordings, so it is left out\n";
+  }
+  writeOutcome(arguments, TuneOutcome(withoutKeys(tuned, idle)), context);
 }
 
 }  // namespace

@@ -142,6 +142,7 @@ SqlitePropertyStore::Database SqlitePropertyStore::openFile(const std::string& p
   database.set = prepare(opened,
                          "INSERT INTO property(key, value) VALUES(?1, ?2) "
                          "ON CONFLICT(key) DO UPDATE SET value = ?2");
+  database.unset = prepare(opened, "DELETE FROM property WHERE key = ?1");
   database.all = prepare(opened, "SELECT key, value FROM property ORDER BY key");
   sqlite3_busy_timeout(opened, kBusyLimitMs);
   return database;
@@ -204,14 +205,22 @@ std::optional<std::string> SqlitePropertyStore::get(const std::string& key) cons
 
 bool SqlitePropertyStore::set(const std::string& key, const std::string& value) {
   const MutexLock lock(mMutex);
-  if (!isUsable()) {
-    return false;
+  return isUsable() && write(mDatabase->set.get(), {key, value});
+}
+
+bool SqlitePropertyStore::unset(const std::string& key) {
+  const MutexLock lock(mMutex);
+  return isUsable() && write(mDatabase->unset.get(), {key});
+}
+
+bool SqlitePropertyStore::write(sqlite3_stmt* statement, std::initializer_list<std::string> values) const {
+  const ResetLater reset{statement};
+  int index = 0;
+  for (const std::string& value : values) {
+    bindText(statement, ++index, value);
   }
-  const ResetLater reset{mDatabase->set.get()};
-  bindText(reset.statement, 1, key);
-  bindText(reset.statement, 2, value);
   try {
-    step(reset.statement);
+    step(statement);
     mSaid.clear();
     return true;
   } catch (const std::runtime_error& fault) {

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 
+#include "platform/ErasableProperties.h"
 #include "platform/Mutex.h"
 #include "platform/PropertyStore.h"
 
@@ -23,7 +25,7 @@ namespace fyn::productionrules {
  * fault, nothing is set and `set` fails. `refresh` tries it again, and so does any use after the file has
  * changed.
  */
-class SqlitePropertyStore final : public PropertyStore {
+class SqlitePropertyStore final : public PropertyStore, public ErasableProperties {
  public:
   /** Opens or makes `path` and its folder. `bootId` names the run of the machine, empty for the one that
    * runs. */
@@ -32,6 +34,7 @@ class SqlitePropertyStore final : public PropertyStore {
 
   std::optional<std::string> get(const std::string& key) const override;
   bool set(const std::string& key, const std::string& value) override;
+  bool unset(const std::string& key) override;
   void forEach(
       const std::function<void(const std::string& key, const std::string& value)>& visit) const override;
   void refresh() override;
@@ -60,12 +63,14 @@ class SqlitePropertyStore final : public PropertyStore {
     std::unique_ptr<sqlite3, CloseDatabase> handle;
     Statement get;
     Statement set;
+    Statement unset;
     Statement all;
   };
 
   FileState fileState() const;
   void open(int busyLimitMs) const PR_REQUIRES(mMutex);
   bool isUsable() const PR_REQUIRES(mMutex);
+  bool write(sqlite3_stmt* statement, std::initializer_list<std::string> values) const PR_REQUIRES(mMutex);
   void giveUp(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
   void say(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
 

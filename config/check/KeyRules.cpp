@@ -1,11 +1,11 @@
-#include "tools/settings/KeyRules.h"
+#include "config/check/KeyRules.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 
+#include "config/check/NearestKey.h"
 #include "platform/SystemProperties.h"
-#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 

@@ -1,12 +1,12 @@
-#include "tools/settings/ConfigCheck.h"
+#include "config/check/ConfigCheck.h"
 
 #include <algorithm>
 #include <map>
 #include <sstream>
 
+#include "config/check/KeyRules.h"
+#include "config/check/NearestKey.h"
 #include "platform/TextFile.h"
-#include "tools/settings/KeyRules.h"
-#include "tools/settings/NearestKey.h"
 
 namespace fyn::productionrules {
 

@@ -1,4 +1,4 @@
-#include "tools/settings/NearestKey.h"
+#include "config/check/NearestKey.h"
 
 #include <algorithm>
 #include <numeric>
