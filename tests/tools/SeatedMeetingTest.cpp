@@ -62,7 +62,8 @@ TEST(SeatedMeeting, EverybodyIsSeenWholeAndApart) {
 TEST(SeatedMeeting, WhoSitsFurtherAwayIsSmallerAndHigherUp) {
   watch(meetingOf("table", 4), 30, [](std::int64_t t, const std::vector<TrueHead>& heads) {
     const auto height = [&heads](std::size_t i) { return heads[i].bbox.bottom - heads[i].bbox.top; };
-    for (const auto& [near, far] : {std::pair(0, 1), std::pair(3, 2)}) {
+    using Pair = std::pair<std::size_t, std::size_t>;
+    for (const auto& [near, far] : {Pair(0, 1), Pair(3, 2)}) {
       EXPECT_GT(height(near), height(far) * 5 / 4) << t;
       EXPECT_GT(heads[near].bbox.bottom, heads[far].bbox.bottom + 30) << t;
       EXPECT_GT(height(far), 720 * 8 / 100) << t;
