@@ -31,8 +31,8 @@ libcxx  clang                build
 libcxx  libc++-14-dev        build
 libcxx  libc++abi-14-dev     build
 libcxx  libclang-rt-14-dev   build
-fuzz    clang                build
-fuzz    libclang-rt-14-dev   build
+clang   clang                build
+clang   libclang-rt-14-dev   build
 lint    clang-format         lint
 lint    clang-tidy           lint
 web     nodejs               browser
@@ -52,7 +52,7 @@ Installs what is missing of the groups (default: core), as root or through sudo.
 
   core    compiler, libraries and test programs: what ./run and ./check need
   libcxx  clang with libc++, for ./check --libcxx
-  fuzz    clang with its fuzzer, for ./check --fuzz
+  clang   clang, its sanitizers and its fuzzer, for ./check --sanitize and --fuzz
   lint    clang-format and clang-tidy, for ./check --lint
   web     Node.js and a browser, for the viewer's own tests
   video   OpenCV and ffmpeg, for real video
@@ -107,7 +107,7 @@ for argument in "$@"; do
   case $argument in
     --help | -h) usage; exit 0 ;;
     --list) only_list=true ;;
-    core | libcxx | fuzz | lint | web | video) groups+=("$argument") ;;
+    core | libcxx | clang | lint | web | video) groups+=("$argument") ;;
     -*) wrong_usage "unknown option $argument" ;;
     *) wrong_usage "unknown group $argument" ;;
   esac
