@@ -1,10 +1,10 @@
 // A configuration file, checked and loaded, and its lines as properties; then a result under it.
 #include "config/PrConfig.h"
+#include "config/check/ConfigCheck.h"
+#include "config/check/KeyRules.h"
 #include "fuzz/FuzzRoom.h"
 #include "platform/TextFile.h"
 #include "platform/Topics.h"
-#include "config/check/ConfigCheck.h"
-#include "config/check/KeyRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace fyn::productionrules;
