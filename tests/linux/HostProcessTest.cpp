@@ -19,7 +19,9 @@ namespace fyn::productionrules::testing {
 namespace {
 
 // What a sanitizer sets aside is not the service's memory.
-#if defined(__has_feature)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;
+#elif defined(__has_feature)
 constexpr bool kIsSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
 constexpr bool kIsSanitized = false;
