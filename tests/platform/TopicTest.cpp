@@ -69,15 +69,6 @@ const char* directionText(TopicDirection direction) {
   return direction == TopicDirection::in ? "in" : direction == TopicDirection::out ? "out" : "in and out";
 }
 
-TEST(TopicTable, IsThatOfTheBusDocument) {
-  std::vector<std::vector<std::string>> rows;
-  for (const Topic& topic : topics::kTable) {
-    rows.push_back({"`" + std::string(topic.name) + "`", directionText(topic.direction),
-                    std::to_string(topic.qos), topic.retain ? "yes" : "no", std::string(topic.meaning)});
-  }
-  EXPECT_EQ(topicRows("docs/bus.md"), rows);
-}
-
 // The README names topics beneath one, such as /PRBOutSecondary/N, and may leave out one that it covers so.
 TEST(TopicTable, HasTheDirectionsOfTheReadme) {
   static const std::regex quoted("`([^`]*)`");

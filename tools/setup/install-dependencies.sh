@@ -26,6 +26,7 @@ core    mosquitto            tests
 core    dbus                 tests
 core    openssl              tests
 core    python3-minimal      tests
+core    python3-jsonschema   tests
 core    libbenchmark-dev     benchmarks
 libcxx  clang                build
 libcxx  libc++-14-dev        build
