@@ -1,7 +1,6 @@
 // The fast way of reading a vision result against the exact one, which defines what a text means.
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <sstream>
@@ -13,11 +12,13 @@
 #include "model/MLData.h"
 #include "model/VisionResultReader.h"
 #include "tests/testing/CapturedLog.h"
+#include "tests/testing/EditedText.h"
 
 namespace fyn::productionrules {
 namespace {
 
 using testing::CapturedLog;
+using testing::editedText;
 
 const std::string kUsual =
     R"({"timestamp":33,"frameNumber":7,"heads":[)"
@@ -138,70 +139,13 @@ TEST(VisionReaders, AnUnusualTextIsNot) {
   }
 }
 
-// Texts that differ from a usual one by a few edits: most are broken or unusual, and some are not.
-std::string edited(std::string text, std::mt19937& random) {
-  static const std::vector<std::string> kPieces{"0",
-                                                "-1",
-                                                "1e3",
-                                                "1.5",
-                                                "4294967297",
-                                                "9223372036854775808",
-                                                "true",
-                                                "null",
-                                                "\"\"",
-                                                "\\",
-                                                "{",
-                                                "}",
-                                                "[",
-                                                "]",
-                                                ",",
-                                                ":",
-                                                "\"",
-                                                " ",
-                                                "\xC3",
-                                                "\"id\":",
-                                                "{}",
-                                                "[]",
-                                                "[3]",
-                                                "\"camId\":2,",
-                                                "\"qfactor\":7,",
-                                                "\"fynId\":1,",
-                                                "\"fynCamId\":1,"};
-  const auto upTo = [&random](std::size_t limit) { return static_cast<std::size_t>(random()) % limit; };
-  for (std::size_t edits = 1 + upTo(3); edits > 0; --edits) {
-    const std::size_t at = upTo(text.size());
-    switch (upTo(4)) {
-      case 0:
-        text.erase(at, 1 + upTo(8));
-        break;
-      case 1:
-        text.insert(at, kPieces[upTo(kPieces.size())]);
-        break;
-      case 2:
-        text.replace(at, 1 + upTo(3), kPieces[upTo(kPieces.size())]);
-        break;
-      // A number or a literal gives way to another.
-      default: {
-        const std::size_t from = text.find(':', at);
-        if (from != std::string::npos) {
-          text.replace(from + 1, text.find_first_of(",}]", from) - from - 1, kPieces[upTo(kPieces.size())]);
-        }
-      }
-    }
-    if (text.empty()) {
-      break;
-    }
-  }
-  return text;
-}
-
 TEST(VisionReaders, WhatIsReadFastIsWhatTheExactWayReads) {
   constexpr int kTexts = 20000;
   std::mt19937 random(7);  // the same texts each time
   FastVisionReader reader;
   int readFast = 0;
   for (int index = 0; index < kTexts; ++index) {
-    const std::string text = edited(kUsual, random);
+    const std::string text = editedText(kUsual, random);
     if (const auto result = reader.read(text)) {
       ++readFast;
       ASSERT_EQ(describe(*result), readExactly(text)) << text;

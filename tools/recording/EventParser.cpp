@@ -36,7 +36,7 @@ class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
     if (isInside()) {
       return mInside->number_unsigned(value);
     }
-    return value <= kMaxTime
+    return value <= static_cast<std::uint64_t>(kLatestTime)
                ? integer(static_cast<std::int64_t>(value))
                : fail("\"t\" is later than a year after the start, 31536000000 ms; is it the time of day?");
   }
@@ -61,9 +61,6 @@ class LineHandler final : public nlohmann::json_sax<nlohmann::json> {
   std::optional<std::string> fault() const { return mFault ? mFault : mTruth.fault(); }
 
  private:
-  /** A year: what a service does now and then would take a replay of centuries forever. */
-  static constexpr std::uint64_t kMaxTime = 31'536'000'000;
-
   bool fail(std::string text) {
     if (!mFault) {
       mFault = std::move(text);

@@ -21,7 +21,10 @@ bool RecordingReader::next(RecordingEvent& event) {
     mBytes += mText.size() + 1;
   } while (mText.find_first_not_of(" \t\r\v\f") == std::string::npos);
 
-  std::optional<std::string> fault = parseRecordingLine(mText, event);
+  std::optional<std::string> fault;
+  if (!mMessages.read(mText, event)) {
+    fault = parseRecordingLine(mText, event);
+  }
   if (!fault && event.t < mLastTime) {
     fault = "\"t\" goes back from " + std::to_string(mLastTime) + " to " + std::to_string(event.t);
   }

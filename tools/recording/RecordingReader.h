@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <string>
 
+#include "tools/recording/MessageLine.h"
 #include "tools/recording/RecordingEvent.h"
 
 namespace fyn::productionrules {
@@ -35,6 +36,7 @@ class RecordingReader {
   std::istream& mInput;
   std::string mName;
   std::string mText;
+  MessageLine mMessages;
   std::uint64_t mLine = 0;
   std::uint64_t mBytes = 0;
   std::int64_t mLastTime = 0;
