@@ -86,7 +86,11 @@ class Room {
   }
 
   bool providerHasLastPicture(std::chrono::milliseconds limit) {
-    const std::string scene = mPictures.received().back().substr(std::strlen("/PRBOut "));
+    const std::vector<std::string> pictures = mPictures.received();
+    if (pictures.empty()) {
+      return false;
+    }
+    const std::string scene = pictures.back().substr(std::strlen("/PRBOut "));
     return eventually(
         [&] {
           const std::vector<std::string> scenes = mProvider->scenes();
@@ -95,7 +99,9 @@ class Room {
         limit);
   }
 
+  /** The new broker, which has kept nothing, is told the last picture. */
   void restartBroker() {
+    const std::vector<std::string> before = mPictures.received();
     mBroker.kill();
     ASSERT_TRUE(eventually([&] { return logged("lost the connection") == mBrokerLives; }));
     mBroker.start();
@@ -111,6 +117,8 @@ class Room {
     mClient->publish("/debug/log/fyncamconfig", "");
     ASSERT_TRUE(eventually([&] { return logged("topic: /debug/log/fyncamconfig") == mBrokerLives - 1; }));
     mAnswers = logged("topic: /debug/log/fyncamid");
+    ASSERT_TRUE(eventually([&] { return mPictures.received().size() > before.size(); })) << log();
+    EXPECT_EQ(mPictures.received().back(), before.back());
   }
 
   void restartProvider() {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -19,11 +20,13 @@ struct MqttMessage {
 
 /**
  * Messages on their way from the publishing threads to the network thread. While there is no connection, or
- * when too many or too large ones wait, a message is dropped and counted.
+ * when too many or too large ones wait, a message is dropped and counted. The last one of each retained topic
+ * is what holds now: it waits for the next connection, and goes out on each, because a broker that was
+ * restarted may have forgotten it.
  */
 class MqttOutbox {
  public:
-  /** False when the message is dropped. */
+  /** False when the message does not go out on this connection. */
   bool put(MqttMessage message);
 
   /** The message that waits longest. */
@@ -40,13 +43,21 @@ class MqttOutbox {
   /** Messages that could not be sent, from the beginning. */
   std::uint64_t lost() const;
 
-  /** The connection has ended: what waits is dropped and counted. */
+  /** The connection has ended: what waits is dropped and counted, but for the last of each retained topic. */
   void shut();
 
  private:
+  struct Retained {
+    std::string text;
+    /** No connection has taken it yet. */
+    bool isWaiting = false;
+  };
+
   mutable Mutex mMutex;
   std::deque<MqttMessage> mMessages PR_GUARDED_BY(mMutex);
   std::size_t mBytes PR_GUARDED_BY(mMutex) = 0;
+  /** By topic. */
+  std::map<std::string, Retained> mRetained PR_GUARDED_BY(mMutex);
   /** Since the connection stood last, and before. */
   std::uint64_t mUnsent PR_GUARDED_BY(mMutex) = 0;
   std::uint64_t mUnsentBefore PR_GUARDED_BY(mMutex) = 0;

@@ -23,7 +23,8 @@ namespace fyn::productionrules {
  * A client of an MQTT 5 broker. Its own thread connects, reconnects with back-off and subscribes again, so no
  * operation ever waits for the network. A loss is logged once, the return once with the number of messages
  * that could not be sent: those published without a connection and those that did not fit into the bounded
- * queue. They are not sent later, because a picture or a command of a past situation would be wrong by then.
+ * queue. They are not sent later, because a picture or a command of a past situation would be wrong by then;
+ * only the last message of a retained topic is, at each connection, because it holds until the next.
  * What the broker had not acknowledged when the connection broke (topics of QoS 1) is sent again, so a
  * subscriber may see it twice. With the health of a service it keeps that service's status at the broker.
  */
