@@ -23,6 +23,10 @@ using simdjson::dom::element;
 using simdjson::dom::element_type;
 using simdjson::dom::object;
 
+// Some hundred persons. The parser keeps memory of ten times the largest text it has read: one huge text must
+// not cost that for the rest of the process.
+constexpr std::size_t kLargestText = 256 * 1024;
+
 constexpr std::array<std::string_view, 4> kSideKeys{"left", "top", "right", "bottom"};
 enum SideKey : std::size_t { kLeft, kTop, kRight, kBottom };
 constexpr std::array<std::string_view, 2> kPersonKeys{"fynId", "associatedHeads"};
@@ -202,7 +206,7 @@ bool readPersons(element value, std::vector<std::shared_ptr<FynHead>>& result) {
 }  // namespace
 
 struct FastVisionReader::Parser {
-  simdjson::dom::parser parser;
+  simdjson::dom::parser parser{kLargestText};
 };
 
 FastVisionReader::FastVisionReader() : mParser(std::make_unique<Parser>()) {}

@@ -119,6 +119,7 @@ TEST(VisionReaders, AnUnusualTextIsNot) {
       R"({"heads":[{"fynId":-1,"associatedHeads":[{}]}]})",
       R"({"heads":[{"fynId":2147483648,"associatedHeads":[{}]}]})",
       R"({"heads":[7]})",
+      R"({"heads":[],"later":")" + std::string(300000, 'x') + R"("})",
       inHead(R"("id":1,"id":1)"),
       inHead(R"("isSpeaker":1)"),
       inHead(R"("yaw":1e39)"),
