@@ -1,15 +1,15 @@
 """A whole room of real processes on this machine: broker, D-Bus, camera provider and service, and a bus client."""
 
 import os
-import random
 import shutil
 import signal
 import socket
-import struct
 import subprocess
 import tempfile
 import threading
 import time
+
+import paho.mqtt.client as mqtt
 
 
 def free_port():
@@ -31,66 +31,29 @@ def server(name):
 
 
 class Bus:
-    """A client of MQTT 3.1.1, as much as these tests need: QoS 0, one thread that receives."""
+    """A client on the bus of a room; it comes back by itself when the broker does."""
 
     def __init__(self, port, room, topics):
         self.prefix = room
-        self.socket = socket.create_connection(("127.0.0.1", port), 5)
-        self.socket.settimeout(None)
         self.received = []
-        self._send(0x10, self._text("MQTT") + bytes([4, 2, 0, 0]) + self._text(f"endurance-{random.random()}"))
-        wanted = b"".join(self._text(room + topic) + b"\0" for topic in topics)
-        self._send(0x82, b"\0\1" + wanted)
         self.subscribed = threading.Event()
-        threading.Thread(target=self._receive, daemon=True).start()
+        self.client = mqtt.Client(protocol=mqtt.MQTTv5)
+        self.client.reconnect_delay_set(1, 1)
+        self.client.max_queued_messages_set(0)
+        self.client.on_connect = lambda *_: self.client.subscribe([(room + topic, 1) for topic in topics])
+        self.client.on_subscribe = lambda *_: self.subscribed.set()
+        self.client.on_message = lambda _client, _data, message: self.received.append(
+            (time.monotonic(), message.topic[len(room):], message.payload))
+        self.client.connect("127.0.0.1", port)
+        self.client.loop_start()
         assert self.subscribed.wait(10), "the broker does not answer"
 
-    @staticmethod
-    def _text(text):
-        return struct.pack(">H", len(text.encode())) + text.encode()
-
-    def _send(self, kind, body):
-        length, size = len(body), b""
-        while True:
-            size += bytes([length % 128 | (0x80 if length > 127 else 0)])
-            length //= 128
-            if not length:
-                break
-        self.socket.sendall(bytes([kind]) + size + body)
-
-    def _read(self, count):
-        data = b""
-        while len(data) < count:
-            more = self.socket.recv(count - len(data))
-            if not more:
-                raise OSError("closed")
-            data += more
-        return data
-
-    def _receive(self):
-        try:
-            while True:
-                kind, length, shift = self._read(1)[0] >> 4, 0, 0
-                while True:
-                    byte = self._read(1)[0]
-                    length |= (byte & 0x7F) << shift
-                    shift += 7
-                    if byte < 0x80:
-                        break
-                body = self._read(length)
-                if kind == 9:
-                    self.subscribed.set()
-                elif kind == 3:
-                    size = struct.unpack(">H", body[:2])[0]
-                    self.received.append((time.monotonic(), body[2:2 + size].decode()[len(self.prefix):], body[2 + size:]))
-        except OSError:
-            pass
-
     def publish(self, topic, text):
-        self._send(0x30, self._text(self.prefix + topic) + text.encode())
+        return self.client.publish(self.prefix + topic, text)
 
     def close(self):
-        self.socket.close()
+        self.client.disconnect()
+        self.client.loop_stop()
 
 
 class Room:
@@ -116,6 +79,9 @@ class Room:
         self.start_dbus()
         self.start_provider()
         self.start_service()
+
+    def bus(self, *topics):
+        return Bus(self.port, self.ROOM, topics)
 
     def path(self, name):
         return os.path.join(self.folder, name)
@@ -173,7 +139,7 @@ class Room:
 
     def answer_seconds(self, seconds=20):
         """How long the service takes from a person who is new to the picture that shows the room."""
-        bus = Bus(self.port, self.ROOM, ["/PRBOut"])
+        bus = self.bus("/PRBOut")
         # The last picture may come with the subscription.
         time.sleep(0.1)
         try:
@@ -192,12 +158,34 @@ class Room:
             bus.close()
         raise AssertionError(f"the service shows no picture within {seconds} s; its log ends with\n{self.log('service')[-2000:]}")
 
+    def shown(self):
+        """The pictures that the provider was given, oldest first."""
+        return [line for line in self.log("provider").splitlines() if '"sceneNumber"' in line]
+
+    def expect_same_picture(self):
+        """What the bus keeps for who joins now is what the provider was given last."""
+        def is_same():
+            bus = self.bus("/PRBOut")
+            try:
+                until(lambda: bus.received, "a picture on the bus", 1)
+                return bus.received[-1][2].decode() == self.shown()[-1]
+            except AssertionError:
+                return False
+            finally:
+                bus.close()
+        until(is_same, "the bus keeps another picture than the provider shows")
+
+    def status(self):
+        with open(f"/proc/{self.started['service'].pid}/status", encoding="ascii") as status:
+            return dict(line.split(":", 1) for line in status)
+
     def use(self):
         """Memory in kB, open descriptors and threads of the service."""
-        folder = f"/proc/{self.started['service'].pid}"
-        with open(folder + "/status", encoding="ascii") as status:
-            values = dict(line.split(":", 1) for line in status)
-        return int(values["VmRSS"].split()[0]), len(os.listdir(folder + "/fd")), int(values["Threads"])
+        values = self.status()
+        return int(values["VmRSS"].split()[0]), len(os.listdir(f"/proc/{self.started['service'].pid}/fd")), int(values["Threads"])
+
+    def peak_kb(self):
+        return int(self.status()["VmHWM"].split()[0])
 
     def close(self):
         for name in list(self.started):

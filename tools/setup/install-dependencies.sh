@@ -27,6 +27,7 @@ core    dbus                 tests
 core    openssl              tests
 core    python3-minimal      tests
 core    python3-jsonschema   tests
+core    python3-paho-mqtt    tests
 core    libbenchmark-dev     benchmarks
 libcxx  clang                build
 libcxx  libc++-14-dev        build
