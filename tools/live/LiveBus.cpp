@@ -69,6 +69,12 @@ void unsetProperty(const PlatformOptions& options, const std::string& key) {
   requireWritten(erasable->unset(key));
 }
 
+std::int64_t liveTimeMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
 LiveBus::LiveBus(const PlatformOptions& options) : mAddress(options.bus) {
   if (options.bus == "embedded") {
     throw UsageError("name the bus of the service with --bus mqtt://HOST[:PORT][/ROOM] or in PRB_BUS");

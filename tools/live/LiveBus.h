@@ -28,6 +28,9 @@ void storeProperty(const PlatformOptions& options, const std::string& key, const
 /** Takes a property out where the service finds it, so that its default holds; else as `storeProperty`. */
 void unsetProperty(const PlatformOptions& options, const std::string& key);
 
+/** Milliseconds of a clock that nobody sets. */
+std::int64_t liveTimeMs();
+
 /**
  * A connection to the bus of a running service. Raises UsageError when no bus outside this process is named,
  * and std::runtime_error when it does not answer within five seconds.

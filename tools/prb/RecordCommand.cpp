@@ -73,12 +73,6 @@ std::vector<std::string> inputTopics(const RecordOptions& options) {
                                 : options.topics;
 }
 
-std::int64_t nowMs() {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
-
 /** What a replay needs beside the messages, and what of it this recorder cannot know. */
 void tellOfSettings(RecordOptions& options, PrbContext& context) {
   const std::string& bus = options.platform.bus;
@@ -128,14 +122,14 @@ void runRecord(RecordOptions& options, PrbContext& context) {
   requireWritable(options.recorder.path, options.recorder.rules);
   StopSignals stop;
   options.recorder.maxBytes = options.maxMegabytes * kMegabyte;
-  const std::int64_t start = nowMs();
+  const std::int64_t start = liveTimeMs();
   // The deliveries end before what they reach goes.
   std::optional<Recorder> recorder;
   std::optional<OutputGate> outputs;
   {
     LiveBus bus(options.platform);
     tellOfSettings(options, context);
-    recorder.emplace(options.recorder, nowMs);
+    recorder.emplace(options.recorder, liveTimeMs);
     outputs.emplace(*recorder);
     if (options.outputs) {
       for (const std::string_view topic : kOutputTopics) {
@@ -153,17 +147,17 @@ void runRecord(RecordOptions& options, PrbContext& context) {
     bool isSilenceSaid = false;
     std::int64_t flushed = start;
     while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder->hasFailed()) {
-      if (nowMs() - flushed >= kFlushMs) {
-        flushed = nowMs();
+      if (liveTimeMs() - flushed >= kFlushMs) {
+        flushed = liveTimeMs();
         recorder->flush();
       }
-      if (!isSilenceSaid && recorder->messages() == 0 && nowMs() - start >= kSilenceMs) {
+      if (!isSilenceSaid && recorder->messages() == 0 && liveTimeMs() - start >= kSilenceMs) {
         isSilenceSaid = true;
         context.err << "nothing has come within 3 s; is " << options.platform.bus
                     << " the bus and room of the service, and does its vision pipeline run?\n"
                     << std::flush;
       }
-      if (options.seconds != 0 && nowMs() - start >= std::int64_t{options.seconds} * 1000) {
+      if (options.seconds != 0 && liveTimeMs() - start >= std::int64_t{options.seconds} * 1000) {
         break;
       }
     }

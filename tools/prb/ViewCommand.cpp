@@ -26,12 +26,6 @@ struct ViewArguments {
   ViewPageOptions page;
 };
 
-std::int64_t nowMs() {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
-
 void tellAddress(const ViewPage& page, PrbContext& context) {
   context.out << page.address << std::endl;
   context.err << "open this address in a browser; end with Ctrl-C" << std::endl;
@@ -80,7 +74,7 @@ void viewBus(const ViewArguments& arguments, PrbContext& context) {
   const auto state = std::make_shared<ServiceState>();
   const ServiceStateScope scope(state);
   LiveBus bus(arguments.platform);
-  const auto room = std::make_shared<LiveRoom>(lines, nowMs);
+  const auto room = std::make_shared<LiveRoom>(lines, liveTimeMs);
   state->setLog(room, LogLevels::kWarningLevel);
   const Deliveries deliveries(bus, *room);
   bus.waitUntilReady();
