@@ -25,7 +25,7 @@ using simdjson::dom::object;
 
 // Some hundred persons. The parser keeps memory of ten times the largest text it has read: one huge text must
 // not cost that for the rest of the process.
-constexpr std::size_t kLargestText = 256 * 1024;
+constexpr std::size_t kLargestText = 256U << 10U;
 
 constexpr std::array<std::string_view, 4> kSideKeys{"left", "top", "right", "bottom"};
 enum SideKey : std::size_t { kLeft, kTop, kRight, kBottom };
