@@ -10,6 +10,7 @@ void addReplayCommand(CLI::App& command, PrbContext& context);
 void addReportCommand(CLI::App& command, PrbContext& context);
 void addCompareCommand(CLI::App& command, PrbContext& context);
 void addTuneCommand(CLI::App& command, PrbContext& context);
+void addWhyCommand(CLI::App& command, PrbContext& context);
 void addImportCommand(CLI::App& command, PrbContext& context);
 void addSimulateCommand(CLI::App& command, PrbContext& context);
 void addViewCommand(CLI::App& command, PrbContext& context);

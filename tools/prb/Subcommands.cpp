@@ -10,6 +10,7 @@ const std::vector<Subcommand>& subcommands() {
       {"report", "Measure how good the framing of recordings is", addReportCommand},
       {"compare", "Measure what a change of configuration does to recordings", addCompareCommand},
       {"tune", "Search for the configurations with the best trade-offs", addTuneCommand},
+      {"why", "Say why somebody was not in the picture, or why it changed", addWhyCommand},
       {"import", "Turn tracked boxes and speaker turns into a recording", addImportCommand},
       {"simulate", "Make the recording of a meeting that never took place", addSimulateCommand},
       {"view", "Serve a page that shows a recording or a running service", addViewCommand},

@@ -42,6 +42,9 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
 
   const Measurement& measurement() const { return mMeasurement; }
 
+  /** Who is there, and what the streams show of it, after the latest event. */
+  const RoomState& room() const { return mRoom; }
+
   void onDecision(const LayoutDecision& decision) override;
 
  private:
