@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <map>
 #include <memory>
 #include <new>
 
@@ -208,46 +207,6 @@ TEST(MqttClient, HidesWhatIsMuchTooLargeAndSurvivesAListenerThatThrows) {
   EXPECT_EQ(heard(), (Lines{"/ctl 5242880", "/ctl 3"}));
   EXPECT_EQ(countContaining(log.lines(), "onMessage: std::bad_alloc"), 1U);
   EXPECT_EQ(countContaining(log.lines(), "lost the connection"), 0U);
-}
-
-TEST(MqttClient, TheExampleOfAccessRightsGrantsEachUserItsOwn) {
-  const ScratchFolder folder;
-  for (const char* const user : {"director", "vision", "control", "viewer"}) {
-    runTool({"mosquitto_passwd", "-b", user == std::string("director") ? "-c" : "-b",
-             folder.file("passwords"), user, "secret"});
-  }
-  Broker broker("password_file " + folder.file("passwords") +
-                "\nacl_file " PR_SOURCE_DIR "/conf/mosquitto/room.acl");
-  NotingListener listener;
-  std::map<std::string, std::unique_ptr<MqttPubSubClient>> clients;
-  for (const char* const user : {"director", "vision", "control", "viewer"}) {
-    MqttOptions options = optionsFor(broker.url("room-12"));
-    options.user = user;
-    options.password = "secret";
-    clients[user] = std::make_unique<MqttPubSubClient>(options);
-  }
-  for (const char* const topic : {"/ICDOut", "/ctl", "/PRBOut"}) {
-    clients["director"]->subscribe(topic, listener);
-  }
-  NotingListener ofViewer;
-  clients["viewer"]->subscribe("/PRBOut", ofViewer);
-  for (const auto& [user, client] : clients) {
-    ASSERT_TRUE(isSubscribed(*client)) << user;
-  }
-  for (const auto& [user, client] : clients) {
-    for (const char* const topic : {"/ICDOut", "/PRBOut", "/ctl"}) {
-      client->publish(topic, user);
-    }
-  }
-  clients["control"]->publish("/ctl", "end");
-  clients["director"]->publish("/PRBOut", "end");
-  EXPECT_TRUE(eventually([&] {
-    return listener.has("/ctl end") && listener.has("/ICDOut vision") && ofViewer.has("/PRBOut end");
-  }));
-  Lines heard = listener.received();
-  std::sort(heard.begin(), heard.end());
-  EXPECT_EQ(heard, (Lines{"/ICDOut vision", "/ctl control", "/ctl end"}));
-  EXPECT_EQ(ofViewer.received(), (Lines{"/PRBOut director", "/PRBOut end"}));
 }
 
 TEST(MqttClient, GivesUserAndPasswordAndSaysOnceWhenTheyAreRefused) {
