@@ -105,6 +105,7 @@ BROKEN = (
     ("recording-line", "t", 1700000000000),
     ("recording-line", "provider", "up"),
     ("recording-line", "note", "monday"),
+    ("recording-line", "recorded/startedAt", "monday"),
     ("recording-line", "topic", "/ctl"),
     ("replay-line", "advertise", "/PRBOut"),
     ("replay-line", "t", 0.5),
