@@ -1,5 +1,6 @@
-# Writes the C++ source that holds the files of a folder: cmake -DPAGE=FOLDER -DOUTPUT=FILE -P embed.cmake
-file(GLOB paths ${PAGE}/*)
+# Writes the C++ source of a function that gives the files of a folder by name:
+# cmake -DFOLDER=FOLDER -DHEADER=FILE -DFUNCTION=NAME -DOUTPUT=FILE -P embed.cmake
+file(GLOB paths ${FOLDER}/*)
 list(SORT paths)
 list(FILTER paths EXCLUDE REGEX "/built-from$")
 set(arrays "")
@@ -16,7 +17,7 @@ foreach(path IN LISTS paths)
   }\n")
   math(EXPR number "${number} + 1")
 endforeach()
-file(WRITE ${OUTPUT} "#include \"tools/page/PageFiles.h\"
+file(WRITE ${OUTPUT} "#include \"${HEADER}\"
 
 namespace fyn::productionrules {
 
@@ -25,7 +26,7 @@ namespace {
 ${arrays}
 }  // namespace
 
-std::string_view pageFile(std::string_view name) {
+std::string_view ${FUNCTION}(std::string_view name) {
 ${rows}  return {};
 }
 
