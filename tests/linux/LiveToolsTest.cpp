@@ -173,5 +173,25 @@ TEST(LiveToolsWithoutBroker, ABusThatDoesNotAnswerIsAFailure) {
       << ctl.errorText();
 }
 
+TEST(CheckFeed, WatchesABus) {
+  Broker broker;
+  const std::vector<std::string> command{kPrb, "check-feed", "--bus", broker.url("room"), "--seconds", "1"};
+  const auto finds = [&command](const std::string& fault) {
+    Process check(command);
+    const int status = check.wait();
+    const std::vector<std::string> lines = check.outputLines();
+    return status == 1 && std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+             return line.find(fault) != std::string::npos;
+           });
+  };
+  EXPECT_TRUE(finds("no vision result has come"));
+  ScratchFolder folder;
+  const std::string feed = folder.write(
+      "feed.jsonl", R"({"t":0,"topic":"/ICDOut","payload":{"frameNumber":1,"heads":[],"hats":2}})"
+                    "\n{\"t\":30}\n");
+  Process vision({kPrb, "play", feed, "--bus", broker.url("room"), "--loop"});
+  EXPECT_TRUE(eventually([&] { return finds("hats is not known"); }));
+}
+
 }  // namespace
 }  // namespace fyn::productionrules::testing

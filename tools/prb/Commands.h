@@ -17,6 +17,7 @@ void addViewCommand(CLI::App& command, PrbContext& context);
 void addRecordCommand(CLI::App& command, PrbContext& context);
 void addPlayCommand(CLI::App& command, PrbContext& context);
 void addWatchCommand(CLI::App& command, PrbContext& context);
+void addCheckFeedCommand(CLI::App& command, PrbContext& context);
 void addCtlCommand(CLI::App& command, PrbContext& context);
 void addPropCommand(CLI::App& command, PrbContext& context);
 void addConfigCommand(CLI::App& command, PrbContext& context);

@@ -17,6 +17,7 @@ const std::vector<Subcommand>& subcommands() {
       {"record", "Record the bus of a running service", addRecordCommand},
       {"play", "Play a recording to the bus of a running service", addPlayCommand},
       {"watch", "Show what a running service does", addWatchCommand},
+      {"check-feed", "Say what is wrong with what a vision pipeline sends", addCheckFeedCommand},
       {"ctl", "Control a running service", addCtlCommand},
       {"prop", "Get, set, unset and list system properties", addPropCommand},
       {"config", "Check a configuration file, or print an example", addConfigCommand},
