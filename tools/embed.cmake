@@ -1,7 +1,8 @@
-# Writes the C++ source of a function that gives the files of a folder by name:
-# cmake -DFOLDER=FOLDER -DHEADER=FILE -DFUNCTION=NAME -DOUTPUT=FILE -P embed.cmake
+# Writes the C++ source of a function that gives the files of a folder by name, and of one more:
+# cmake -DFOLDER=FOLDER -DMORE=FILE -DHEADER=FILE -DFUNCTION=NAME -DOUTPUT=FILE -P embed.cmake
 file(GLOB paths ${FOLDER}/*)
 list(SORT paths)
+list(APPEND paths ${MORE})
 list(FILTER paths EXCLUDE REGEX "/built-from$")
 set(arrays "")
 set(rows "")

@@ -126,6 +126,23 @@ class StandaloneRecording {
   std::string mText;
 };
 
+// The newcomer is off screen until the wait of 4 s has run out, then comes back from a second outside within
+// it.
+TEST(Report, TellsWhatEachWaitDid) {
+  StandaloneRecording recording;
+  const Scene alone = scene().person(1).at(300, 300);
+  const Scene both = scene().person(1).at(300, 300).person(2).at(1100, 300);
+  for (int second = 0; second < 20; ++second) {
+    recording.see(second < 2 || second == 4 ? alone : both);
+  }
+  const json report = reportOn(recording.text(), {"--property", "vendor.talkertracking.flag=1"});
+  EXPECT_EQ(report.at("overall").at("waits"), (json{{{"key", "persist.fdtimers.layoutchange.rmtoother"},
+                                                     {"ran_out", 1},
+                                                     {"dropped", 1},
+                                                     {"running_s", 6.0},
+                                                     {"off_screen_s", 6.0}}}));
+}
+
 // Streams 0 and 3 show both persons, streams 1 and 2 one each. Person 2 steps half out of stream 2 for the
 // second of two seconds: 11 of 12 person-seconds in own frames, 1 of 2 on stream 2.
 TEST(Report, TellsTheStreamsApart) {
@@ -211,6 +228,12 @@ TEST(Report, PageStandsAloneAndHoldsHostileNamesAsText) {
   const json data = dataOfPage(page);
   const json report = json::parse(run.out);
   EXPECT_EQ(data.at("overall"), report.at("overall"));
+  EXPECT_EQ(data.at("definitions").size(), data.at("overall").at("metrics").size());
+  for (const auto& [name, value] : data.at("overall").at("metrics").items()) {
+    EXPECT_TRUE(data.at("definitions").contains(name)) << name;
+  }
+  EXPECT_EQ(data.at("isTooFew"), true);
+  EXPECT_EQ(data.at("recordings").at(0).at("settings"), (json{{"vendor.fynpilot.fynOperatingMode", "2"}}));
   EXPECT_EQ(data.at("recordings").at(0).at("recording"), recording);
   EXPECT_EQ(data.at("recordings").at(0).at("course").at("changes").size(),
             report.at("overall").at("layoutChanges").get<std::size_t>() +

@@ -5,8 +5,8 @@
 namespace fyn::productionrules {
 
 /**
- * The content of a file of viewer/page, such as "viewer.js", as it is built into the program; "" for a name
- * that is none. The build makes this function.
+ * The content of a file of viewer/page, such as "viewer.js", or of "measuring.md", as it is built into the
+ * program; "" for a name that is none. The build makes this function.
  */
 std::string_view pageFile(std::string_view name);
 

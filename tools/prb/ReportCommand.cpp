@@ -4,14 +4,17 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "platform/ServiceState.h"
 #include "tools/base/OutputFile.h"
 #include "tools/base/UsageError.h"
 #include "tools/page/DataPage.h"
 #include "tools/prb/Commands.h"
+#include "tools/report/Comparison.h"
 #include "tools/report/MeasureRecordings.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
 #include "tools/report/ReportJson.h"
+#include "tools/report/WaitTable.h"
 #include "tools/settings/KeyValueTexts.h"
 
 namespace fyn::productionrules {
@@ -64,14 +67,21 @@ void runReport(ReportArguments& arguments, PrbContext& context) {
       context.out << '\n';
       writeMetricTable(context.out, timingMetrics(), recordings);
     }
-    context.out << "\nMeasured against " << measuredAgainst(overall(recordings)) << ".\n";
+    const Measurement all = overall(recordings);
+    writeWaitTable(context.out, all);
+    context.out << "\nMeasured against " << measuredAgainst(all) << ".\n";
+    if (recordings.size() < kFewestRecordings) {
+      context.out << "Too few recordings to say anything about other meetings: that takes "
+                  << kFewestRecordings << ".\n";
+    }
   }
   if (!arguments.json.empty()) {
     writeJson(arguments, recordings, context);
   }
   if (!arguments.html.empty()) {
     OutputFile output(arguments.html, arguments.rules, context.out);
-    writeDataPage(output.stream(), reportPageData(recordings, arguments.timing));
+    writeDataPage(output.stream(), reportPageData(recordings, arguments.timing,
+                                                  {PR_VERSION, ServiceState::current().clock().wallMs()}));
     output.finish();
   }
 }

@@ -4,11 +4,8 @@ namespace fyn::productionrules {
 
 namespace {
 
-/** Of so many differences that are chance alone, one in 32 times all have the same sign. */
-constexpr std::size_t kFewestPairs = 6;
-
 Verdict verdictOn(Better better, const MeanInterval& difference, std::size_t pairs) {
-  if (pairs < kFewestPairs) {
+  if (pairs < kFewestRecordings) {
     return Verdict::TooFew;
   }
   if (!difference.excludesZero()) {

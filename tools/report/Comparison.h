@@ -9,6 +9,10 @@
 
 namespace fyn::productionrules {
 
+/** Fewer say nothing about meetings to come: of so many differences that are chance alone, one in 32 times
+ * all have the same sign. */
+inline constexpr std::size_t kFewestRecordings = 6;
+
 /** What a change of configuration does to one metric. */
 enum class Verdict {
   /** Fewer than two recordings have the figure with both configurations. */

@@ -40,11 +40,16 @@ FramingMeter::FramingMeter(std::optional<int> stream)
       mFaults(mMeasurement),
       mStays(mMeasurement),
       mSpeech(mMeasurement),
-      mEvents(mMeasurement) {}
+      mEvents(mMeasurement),
+      mWaits(mMeasurement) {}
 
 void FramingMeter::onDecision(const LayoutDecision& decision) {
   if (bringsLayout(decision.kind)) {
     mDecided.insert(decision.streamId);
+  }
+  if (!mStream || decision.streamId == *mStream) {
+    // The event that is handled is already the end of what was measured.
+    mWaits.take(mMeasuredUntil, decision);
   }
 }
 
@@ -103,6 +108,10 @@ void FramingMeter::passTime(std::int64_t t) {
     mFaults.last(time);
     mStays.last(until, time);
     mSpeech.last(until, time);
+    const bool isAnyOff =
+        std::any_of(mRoom.persons.begin(), mRoom.persons.end(),
+                    [](const PersonState& person) { return person.visibility == Visibility::Off; });
+    mWaits.last(time, isAnyOff ? time : 0);
   }
   mMeasuredUntil = t;
   mMeasurement.timeLine.length = t;

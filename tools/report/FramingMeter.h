@@ -17,6 +17,7 @@
 #include "tools/report/ShotMeter.h"
 #include "tools/report/SpeechMeter.h"
 #include "tools/report/StayMeter.h"
+#include "tools/report/WaitMeter.h"
 
 namespace fyn::productionrules {
 
@@ -70,6 +71,7 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
   StayMeter mStays;
   SpeechMeter mSpeech;
   EventMeter mEvents;
+  WaitMeter mWaits;
   RoomState mRoom;
   /** The persons of mRoom are those of the truth, else those of the latest vision result. */
   bool mKnowsTruth = false;

@@ -4,6 +4,8 @@
 #include <ostream>
 #include <sstream>
 
+#include "config/ConfigKeys.h"
+#include "platform/ServiceStateScope.h"
 #include "platform/Topics.h"
 #include "tools/base/InputFile.h"
 #include "tools/base/ProgressBar.h"
@@ -13,6 +15,21 @@
 #include "tools/report/FramingMeter.h"
 
 namespace fyn::productionrules {
+
+namespace {
+
+KeyValues unusualSettings(const PrConfig& config) {
+  KeyValues settings;
+  for (const ConfigKey& key : kConfigKeys) {
+    const std::int32_t value = configValue(config, key);
+    if (value != configValue(PrConfig::DEFAULT, key)) {
+      settings.emplace_back(key.key, std::to_string(value));
+    }
+  }
+  return settings;
+}
+
+}  // namespace
 
 MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup& setup,
                                    std::istream& standardInput, const GivenUp& isGivenUp) {
@@ -34,7 +51,14 @@ MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup&
     meter.handle(replay, event);
   }
   meter.finish(replay);
-  return {path == "-" ? "standard input" : path, meter.measurement(), printed.str(), sizes.text()};
+  MeasuredRecording measured{path == "-" ? "standard input" : path, meter.measurement(), printed.str(),
+                             sizes.text()};
+  if (ProductionRuleIPCService* const service = replay.service()) {
+    const ServiceStateScope scope(replay.state());
+    measured.mode = framingModeToString(service->framingMode());
+    measured.settings = unusualSettings(PrConfig::get());
+  }
+  return measured;
 }
 
 std::vector<std::vector<MeasuredRecording>> measureRecordings(const std::vector<std::string>& paths,

@@ -29,6 +29,10 @@ struct MeasuredRecording {
   std::string printed;
   /** What is to be said of the image sizes; "" for nothing. */
   std::string sizeHint = {};
+  /** The framing mode at the end; "" when the service never ran. */
+  std::string mode = {};
+  /** The settings in force at the end that are not the default, properties too. */
+  KeyValues settings = {};
 };
 
 /** Replays one recording ("-" for `standardInput`), as far as it is not given up, on any thread. Raises

@@ -63,6 +63,13 @@ void add(Distribution& sum, const Distribution& more) {
 
 void Measurement::merge(const Measurement& other) {
   forEachFigure([](const auto& /*name*/, auto& sum, const auto& more) { add(sum, more); }, *this, other);
+  for (const auto& [key, more] : other.waits) {
+    WaitFigures& sum = waits[key];
+    sum.ranOut += more.ranOut;
+    sum.dropped += more.dropped;
+    sum.runningMs += more.runningMs;
+    sum.offScreenMs += more.offScreenMs;
+  }
 }
 
 json measurementAsJson(const Measurement& measurement) {

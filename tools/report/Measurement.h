@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
@@ -32,6 +33,16 @@ struct PersonTime {
   std::int64_t off = 0;
 
   std::int64_t total() const { return inView + cut + off; }
+};
+
+/** What the waits of one configuration key did. */
+struct WaitFigures {
+  std::int64_t ranOut = 0;
+  /** Ended before: the scene went back, or became another one. */
+  std::int64_t dropped = 0;
+  /** Time in which one or more of them ran, and as much of it as somebody was off screen. */
+  std::int64_t runningMs = 0;
+  std::int64_t offScreenMs = 0;
 };
 
 /** The course of one recording, for plots. Times in milliseconds. */
@@ -112,6 +123,8 @@ struct Measurement {
   /** Tenths of a microsecond per vision result. The one figure that differs from run to run. */
   Distribution decisionTime;
   TimeLine timeLine;
+  /** By the configuration key. */
+  std::map<std::string, WaitFigures> waits;
 
   Answers& answersTo(RoomEvent event) { return answers[static_cast<std::size_t>(event)]; }
   const Answers& answersTo(RoomEvent event) const { return answers[static_cast<std::size_t>(event)]; }
@@ -120,10 +133,10 @@ struct Measurement {
   void merge(const Measurement& other);
 };
 
-/** The figures, without the time line. */
+/** The figures, without the time line and the waits. */
 nlohmann::json measurementAsJson(const Measurement& measurement);
 
-/** The figures, without a time line. Raises the JSON library's errors. */
+/** The figures, without a time line and waits. Raises the JSON library's errors. */
 Measurement measurementOf(const nlohmann::json& document);
 
 }  // namespace fyn::productionrules

@@ -2,7 +2,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/report/Comparison.h"
+#include "tools/report/MetricDefinitions.h"
 #include "tools/report/Metrics.h"
+#include "tools/report/WaitTable.h"
 
 namespace fyn::productionrules {
 
@@ -25,6 +28,14 @@ Json figuresAsJson(const Measurement& measurement, bool timing) {
                                                  {"unanswered", answers.unanswered}};
   }
   document["metrics"] = metricsAsJson(metrics(), measurement);
+  document["waits"] = Json::array();
+  for (const auto& [key, wait] : waitsByGain(measurement)) {
+    document["waits"].push_back({{"key", key},
+                                 {"ran_out", wait.ranOut},
+                                 {"dropped", wait.dropped},
+                                 {"running_s", static_cast<double>(wait.runningMs) / 1000},
+                                 {"off_screen_s", static_cast<double>(wait.offScreenMs) / 1000}});
+  }
   if (timing) {
     document["timing"] = metricsAsJson(timingMetrics(), measurement);
   }
@@ -88,8 +99,14 @@ Json reportAsJson(const std::vector<MeasuredRecording>& recordings, bool timing)
   return document;
 }
 
-Json reportPageData(const std::vector<MeasuredRecording>& recordings, bool timing) {
-  Json document{{"page", "report"}, {"events", kRoomEventLabels}};
+Json reportPageData(const std::vector<MeasuredRecording>& recordings, bool timing,
+                    const ReportOrigin& origin) {
+  Json document{{"page", "report"},
+                {"version", origin.version},
+                {"madeAt", origin.madeAt},
+                {"isTooFew", recordings.size() < kFewestRecordings},
+                {"definitions", metricDefinitions()},
+                {"events", kRoomEventLabels}};
   for (const auto* const table : {&metrics(), &timingMetrics()}) {
     for (const Metric& metric : *table) {
       document["names"].push_back(metricNames(metric));
@@ -98,7 +115,13 @@ Json reportPageData(const std::vector<MeasuredRecording>& recordings, bool timin
   document.update(reportAsJson(recordings, timing));
   document["distributions"] = distributionsAsJson(overall(recordings), timing);
   for (std::size_t index = 0; index < recordings.size(); ++index) {
-    document["recordings"][index]["course"] = courseAsJson(recordings[index].measurement.timeLine);
+    Json& entry = document["recordings"][index];
+    entry["mode"] = recordings[index].mode;
+    entry["settings"] = Json::object();
+    for (const auto& [key, value] : recordings[index].settings) {
+      entry["settings"][key] = value;
+    }
+    entry["course"] = courseAsJson(recordings[index].measurement.timeLine);
   }
   return document;
 }
