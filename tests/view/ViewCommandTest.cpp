@@ -72,8 +72,11 @@ TEST(ViewCommand, ShowsARecordingUntilASignalComes) {
   const ScratchFolder folder;
   const std::string meeting = folder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
-  Viewer viewer({kPrb, "view", meeting, "--property", "vendor.talkertracking.flag=4"});
+  Viewer viewer({kPrb, "view", meeting, "--property", "vendor.talkertracking.flag=4", "--at", "1:00:05.5"});
   EXPECT_EQ(viewer.process.outputLines().size(), 1U);
+  EXPECT_EQ(viewer.address().substr(viewer.address().find('#')), "#t=3605500");
+  EXPECT_EQ(json::parse(viewer.client().Get("/api/info")->body).at("question"),
+            "prb why '" + meeting + "' --property 'vendor.talkertracking.flag=4'");
   const httplib::Result lines = viewer.client().Get("/api/recording");
   ASSERT_TRUE(lines);
   EXPECT_EQ(linesOf(lines->body).size() > 1800, true);

@@ -4,6 +4,7 @@
 
 #include "platform/ServiceStateScope.h"
 #include "tools/base/InputFile.h"
+#include "tools/base/ShellWord.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"
 #include "tools/live/LiveBus.h"
@@ -13,6 +14,7 @@
 #include "tools/view/LiveRoom.h"
 #include "tools/view/RecordingPlay.h"
 #include "tools/view/ViewPage.h"
+#include "tools/why/MomentTime.h"
 
 namespace fyn::productionrules {
 
@@ -20,6 +22,7 @@ namespace {
 
 struct ViewArguments {
   std::string recording;
+  std::string at;
   std::string config;
   std::vector<std::string> properties;
   PlatformOptions platform;
@@ -36,6 +39,21 @@ void waitForTheEnd(StopSignals& stop) {
   }
 }
 
+/** How to ask about a moment of the recording, which must be a file to be replayed again. */
+std::string questionAbout(const ViewArguments& arguments) {
+  if (arguments.recording == "-") {
+    return {};
+  }
+  std::string command = "prb why " + shellWord(arguments.recording);
+  if (!arguments.config.empty()) {
+    command += " --config " + shellWord(arguments.config);
+  }
+  for (const std::string& property : arguments.properties) {
+    command += " --property " + shellWord(property);
+  }
+  return command;
+}
+
 void viewRecording(const ViewArguments& arguments, PrbContext& context) {
   StopSignals stop;
   StoppableInput standardInput(context.in, stop);
@@ -44,7 +62,11 @@ void viewRecording(const ViewArguments& arguments, PrbContext& context) {
   options.configuration = readConfiguration(arguments.config, context.err);
   options.properties = keyValues(arguments.properties);
   LineLog lines = LineLog::ofRecording();
-  const ViewPage page = showViewPage(lines, input.name(), arguments.page);
+  ViewPageOptions pageOptions = arguments.page;
+  pageOptions.question = questionAbout(arguments);
+  const std::string moment = arguments.at.empty() ? "" : "#t=" + std::to_string(momentOf(arguments.at));
+  ViewPage page = showViewPage(lines, input.name(), pageOptions);
+  page.address += moment;
   tellAddress(page, context);
   if (playRecording(input, options, lines, context,
                     [&stop] { return stop.waitFor(std::chrono::seconds(0)); })) {
@@ -93,6 +115,9 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
               "recording", arguments->recording,
               "Replay this recording and show it; '-' is standard input. Without one: what happens on --bus")
           ->type_name("RECORDING");
+  command.add_option("--at", arguments->at, "Show this moment, as 02:05.133 or in seconds")
+      ->type_name("TIME")
+      ->needs(recording);
   command.add_option("--config", arguments->config, "Configuration file that the service reads")
       ->type_name("FILE")
       ->needs(recording);
@@ -110,7 +135,7 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       "vendor.fyndebug.enabled is.\n"
       "\n"
       "Examples:\n"
-      "  prb view meeting.jsonl\n"
+      "  prb view meeting.jsonl --at 02:05\n"
       "  prb view meeting.jsonl --property vendor.talkertracking.flag=4 --port 8080\n"
       "  prb view --bus mqtt://localhost");
   command.callback([arguments, &context] {

@@ -8,6 +8,7 @@
 
 #include "tools/base/OutputFile.h"
 #include "tools/base/ProgressBar.h"
+#include "tools/base/ShellWord.h"
 #include "tools/base/StopSignals.h"
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
@@ -37,25 +38,17 @@ MeasuredRecording measureJob(const TuneJob& job, const MeasuredSetup& base, PrbC
   return measured;
 }
 
-std::string quoted(const std::string& text) {
-  std::string shell = "'";
-  for (const char c : text) {
-    shell += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  }
-  return shell + "'";
-}
-
 /** One command per job, for whatever runs commands on many machines. */
 void writeJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, PrbContext& context) {
   OutputFile output(arguments.jobsOut, arguments.rules, context.out);
   for (const TuneJob& job : jobs) {
-    output.stream() << "prb tune " << quoted(job.recording.path) << " --job "
-                    << quoted(candidateText(job.candidate));
+    output.stream() << "prb tune " << shellWord(job.recording.path) << " --job "
+                    << shellWord(candidateText(job.candidate));
     if (!arguments.config.empty()) {
-      output.stream() << " --config " << quoted(arguments.config);
+      output.stream() << " --config " << shellWord(arguments.config);
     }
     for (const std::string& property : arguments.properties) {
-      output.stream() << " --property " << quoted(property);
+      output.stream() << " --property " << shellWord(property);
     }
     output.stream() << '\n';
   }

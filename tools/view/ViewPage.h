@@ -15,6 +15,8 @@ namespace fyn::productionrules {
 struct ViewPageOptions {
   std::string listen = "127.0.0.1";
   int port = 0;
+  /** As in ViewServerOptions; no option sets it. */
+  std::string question = {};
 };
 
 /** Gives `command` the options --port and --listen. */

@@ -114,6 +114,7 @@ class ViewServer::Pages {
 
   LineLog& mLines;
   const std::string mName;
+  const std::string mQuestion;
   const std::string mAddress;
   int mPort = 0;
   std::unique_ptr<ViewAccess> mAccess;
@@ -127,6 +128,7 @@ class ViewServer::Pages {
 ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptions& options)
     : mLines(lines),
       mName(std::move(name)),
+      mQuestion(options.question),
       mAddress(options.address),
       mServer({options.requestLimit, kWriteLimit}, mEnding) {
   if (options.token.empty() && !isLoopback(options.address)) {
@@ -217,8 +219,11 @@ void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& 
     return;
   }
   if (request.path == "/api/info") {
-    response.set_content(nlohmann::ordered_json{{"source", mLines.form().source}, {"name", mName}}.dump(
-                             -1, ' ', false, nlohmann::json::error_handler_t::replace),
+    nlohmann::ordered_json info{{"source", mLines.form().source}, {"name", mName}};
+    if (!mQuestion.empty()) {
+      info["question"] = mQuestion;
+    }
+    response.set_content(info.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
                          "application/json");
     return;
   }

@@ -17,6 +17,9 @@ struct ViewServerOptions {
   std::string token;
   /** How long a whole request may take to come. */
   std::chrono::milliseconds requestLimit = std::chrono::seconds(5);
+  /** The command line that answers questions about a moment of what is shown, but for its time; "" for none.
+   */
+  std::string question = {};
 };
 
 /**

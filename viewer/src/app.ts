@@ -71,12 +71,13 @@ export class App implements Feed {
   private readonly drawOutput = makeOutput(part('output'), this.redrawn);
   private readonly drawNumbers = makeNumbers(part('numbers') as HTMLDetailsElement, this.redrawn);
   private readonly drawWaits = makeWaits(part('waits'));
-  private readonly drawWhy = makeWhy(part('why'), (t) => this.jump(t));
+  private readonly drawWhy: ReturnType<typeof makeWhy>;
 
   private readonly live: boolean;
 
   constructor(info: Info) {
     this.live = info.source === 'live';
+    this.drawWhy = makeWhy(part('why'), (t) => this.jump(t), info.question);
     this.history = new History(this.live ? LIVE_LIMITS : KEEP_ALL);
     this.player = new Player(this.live);
     this.timeline = new Timeline(part('timeline'), this.lanes, (t) => this.jump(t), this.redrawn);

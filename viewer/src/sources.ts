@@ -3,6 +3,8 @@
 export interface Info {
   source: 'recording' | 'live';
   name: string;
+  /** The command line that answers questions about a moment, but for its time; empty when there is none. */
+  question: string;
 }
 
 export interface Feed {
@@ -16,7 +18,7 @@ export async function fetchInfo(): Promise<Info> {
   const answer = await fetch('api/info');
   if (!answer.ok) throw new Error(answer.status === 401 ? 'a token is needed: open the address that prb printed' : `the server answered ${answer.status}`);
   const info = (await answer.json()) as Partial<Info>;
-  return { source: info.source === 'live' ? 'live' : 'recording', name: info.name ?? '' };
+  return { source: info.source === 'live' ? 'live' : 'recording', name: info.name ?? '', question: info.question ?? '' };
 }
 
 /** Lines handled before the page may draw again. */

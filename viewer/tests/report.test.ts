@@ -1,7 +1,7 @@
 /** What the plots of the report page show. */
 
 import { describe, expect, test } from 'vitest';
-import { clockText, type Course, type Distribution } from '../src/report/data';
+import { clockText, shellWord, type Course, type Distribution } from '../src/report/data';
 import { cumulative, histogram, peopleColumns, percentile, stays } from '../src/report/shapes';
 
 const course = (part: Partial<Course>): Course => ({ length: 10_000, bucketMs: 1000, changes: [], events: [], buckets: [], ...part });
@@ -52,4 +52,8 @@ test.each([[1, 1], [499, 499], [500, 250], [28_800, 497]])('people in %d seconds
 
 test.each([[0, '0:00'], [59.9, '0:59'], [61, '1:01'], [3600, '1:00:00'], [36_061, '10:01:01'], [-1, '0:00']])('%d seconds are %s', (seconds, text) => {
   expect(clockText(seconds)).toBe(text);
+});
+
+test.each([['meetings/a-1.jsonl', 'meetings/a-1.jsonl'], ["it's; rm", "'it'\\''s; rm'"]])('a shell takes %s as %s', (text, word) => {
+  expect(shellWord(text)).toBe(word);
 });

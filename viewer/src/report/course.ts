@@ -2,7 +2,9 @@
 
 import uPlot from 'uplot';
 import { layoutColour } from '../palette';
-import type { Course } from './data';
+import { html, say } from '../view/dom';
+import { clock } from '../words';
+import { shellWord, type Course } from './data';
 import { colourOf, legend, plot, themed, toldSeries, type Colour } from './plot';
 import { peopleColumns, stays } from './shapes';
 
@@ -16,9 +18,12 @@ const LAYOUTS: Record<string, string> = {
 };
 const EVENT_COLOURS: Colour[] = ['blue', 'pink', 'green', 'orange'];
 
+/** Told the time under the pointer. */
+type Point = (t: number | null) => void;
+
 const nameOf = (layout: string) => LAYOUTS[layout] ?? 'room';
 
-function pictures(course: Course, sync: string): HTMLElement {
+function pictures(course: Course, sync: string, point: Point): HTMLElement {
   const streams = [...stays(course)];
   const seconds = Math.max(1, Math.ceil(course.length / 1000));
   const times = Array.from({ length: seconds + 1 }, (_, second) => Math.min(second, course.length / 1000 || 1));
@@ -32,6 +37,7 @@ function pictures(course: Course, sync: string): HTMLElement {
       toldSeries(`stream ${stream}`, 'idle', (_index, t) => nameOf(ofStream.find((stay) => t >= stay.from && t < stay.to)?.layout ?? '')),
     ),
     sync,
+    point,
     draw: (layer) =>
       streams.forEach(([, ofStream], index) => {
         const row = streams.length - 1 - index;
@@ -47,7 +53,7 @@ function pictures(course: Course, sync: string): HTMLElement {
   return figure;
 }
 
-function people(course: Course, sync: string): HTMLElement {
+function people(course: Course, sync: string, point: Point): HTMLElement {
   const { starts, counts } = peopleColumns(course);
   const [inView = [], cut = [], off = []] = counts;
   const upTo = (rows: number[][]) => starts.map((_, index) => rows.reduce((sum, row) => sum + (row[Math.min(index, row.length - 1)] ?? 0), 0));
@@ -70,10 +76,11 @@ function people(course: Course, sync: string): HTMLElement {
     data: [starts, ...tops],
     series: [area('off screen', 'off', off), area('partly cut', 'cut', cut), area('fully in view', 'inView', inView)],
     sync,
+    point,
   });
 }
 
-function answers({ events, length }: Course, kinds: string[], sync: string): HTMLElement {
+function answers({ events, length }: Course, kinds: string[], sync: string, point: Point): HTMLElement {
   const times = [...new Set([0, ...events.map(([t]) => t), length])].sort((a, b) => a - b);
   const longest = Math.max(1, ...events.map(([, , latency]) => latency / 1000));
   const text = (latency: number) => (latency < 0 ? 'no answer' : `${(latency / 1000).toFixed(1)} s`);
@@ -89,6 +96,7 @@ function answers({ events, length }: Course, kinds: string[], sync: string): HTM
       ),
     ),
     sync,
+    point,
     draw: (layer) => {
       for (const [t, kind, latency] of events) {
         const isAnswered = latency >= 0;
@@ -98,9 +106,23 @@ function answers({ events, length }: Course, kinds: string[], sync: string): HTM
   });
 }
 
+/** A click on a dot or bar tells how to see that moment, for the page cannot know where a viewer runs. */
+function opener(recording: string, plots: HTMLElement[], timeAt: () => number | null): HTMLElement {
+  const command = html('code', {}, `prb view ${shellWord(recording)}`);
+  for (const each of plots) {
+    each.addEventListener('click', () => {
+      const t = timeAt();
+      if (t !== null) say(command, `prb view ${shellWord(recording)} --at ${clock(Math.round(t * 1000))}`);
+    });
+  }
+  return html('p', { class: 'open' }, 'A click on a moment names the command that shows it: ', command);
+}
+
 /** `sync` tells the recordings apart. */
-export function coursePlots(course: Course, kinds: string[], sync: string): HTMLElement[] {
-  const plots = [pictures(course, sync), people(course, sync)];
-  if (course.events.length > 0) plots.push(answers(course, kinds, sync));
-  return plots;
+export function coursePlots(recording: string, course: Course, kinds: string[], sync: string): HTMLElement[] {
+  let pointed: number | null = null;
+  const point = (t: number | null) => (pointed = t);
+  const plots = [pictures(course, sync, point), people(course, sync, point)];
+  if (course.events.length > 0) plots.push(answers(course, kinds, sync, point));
+  return [...plots, opener(recording, plots, () => pointed)];
 }

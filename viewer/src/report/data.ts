@@ -29,15 +29,34 @@ export interface Figures {
   visionResults: number;
   metrics: Values;
   timing?: Values;
+  /** The wait that a shorter one would gain most of comes first. */
+  waits: Wait[];
+}
+
+/** What the waits of one configuration key did. */
+export interface Wait {
+  key: string;
+  ran_out: number;
+  dropped: number;
+  running_s: number;
+  off_screen_s: number;
 }
 
 export interface Report {
   page: 'report';
+  version: string;
+  /** Milliseconds since 1970. */
+  madeAt: number;
+  /** Too few recordings to say anything about other meetings. */
+  isTooFew: boolean;
+  /** What each metric means, by its name. */
+  definitions: Record<string, string>;
   names: MetricName[];
   /** The kinds of events. */
   events: string[];
   overall: Figures;
-  recordings: (Figures & { recording: string; course: Course })[];
+  /** With the settings that are not the default. */
+  recordings: (Figures & { recording: string; mode: string; settings: Record<string, string>; course: Course })[];
   distributions: {
     headSize: Distribution;
     headRoom: Distribution;
@@ -82,6 +101,9 @@ export function clockText(seconds: number): string {
   if (whole >= 3600) parts.unshift(Math.floor(whole / 3600));
   return parts.map((part, index) => String(part).padStart(index ? 2 : 1, '0')).join(':');
 }
+
+/** One word for a shell. */
+export const shellWord = (text: string) => (/^[\w@%+=:,./-]+$/.test(text) ? text : `'${text.replaceAll("'", "'\\''")}'`);
 
 /** With up to `digits` digits after the point. */
 export function plainText(value: number, digits: number): string {

@@ -98,6 +98,8 @@ export interface PlotOptions {
   sync?: string;
   /** Drawn below; or how the pointer finds its value and who is told. */
   legend?: boolean;
+  /** Told the value of x under the pointer. */
+  point?: (x: number | null) => void;
   pick?: { index: (u: uPlot) => number | null; picked: (index: number | null) => void };
 }
 
@@ -112,7 +114,7 @@ export function toldSeries(label: string, colour: Colour, text: (index: number, 
   };
 }
 
-function optionsOf({ x, y, series, draw, sync, legend = true, pick, height }: PlotOptions): uPlot.Options {
+function optionsOf({ x, y, series, draw, sync, legend = true, point, pick, height }: PlotOptions): uPlot.Options {
   const isTime = x === 'time';
   const axis: uPlot.Axis = {
     stroke: themed('--dim'),
@@ -157,6 +159,7 @@ function optionsOf({ x, y, series, draw, sync, legend = true, pick, height }: Pl
         },
       ],
       ...(pick ? { setCursor: [(u) => pick.picked(pick.index(u))] } : {}),
+      ...(point ? { setCursor: [(u) => point(u.cursor.left != null && u.cursor.left >= 0 ? u.posToVal(u.cursor.left, 'x') : null)] } : {}),
     },
   };
 }

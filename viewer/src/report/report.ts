@@ -97,6 +97,34 @@ function distributionPlots({ distributions: d, events }: Report): HTMLElement {
   return html('div', { class: 'plots' }, ...plots.flatMap(([of, make]) => (of && of.length > 0 ? [card(make(of))] : [])));
 }
 
+function table(head: string[], rows: [name: string, ...cells: string[]][], kind = ''): HTMLElement {
+  const body = rows.map(([name, ...cells]) => html('tr', {}, html('th', { scope: 'row' }, name), ...cells.map((cell) => html('td', { class: kind || null }, cell))));
+  const heads = html('tr', {}, ...head.map((name) => html('th', { scope: 'col' }, name)));
+  return html('div', { class: 'scroll' }, html('table', {}, html('thead', {}, heads), html('tbody', {}, ...body)));
+}
+
+function waitTable({ overall }: Report): HTMLElement {
+  const rows = overall.waits.map((wait): [string, ...string[]] => [
+    wait.key,
+    String(wait.ran_out),
+    String(wait.dropped),
+    wait.running_s.toFixed(1),
+    wait.off_screen_s.toFixed(1),
+  ]);
+  return card(table(['Wait', 'Ran out', 'Dropped', 'Seconds in it', 'Somebody off screen, s'], rows));
+}
+
+function settingsOf({ mode, settings }: Report['recordings'][number]): HTMLElement {
+  const changed = Object.entries(settings).map(([key, value]) => `${key}=${value}`);
+  return html('p', { class: 'settings' }, `Mode ${mode || 'unknown'}; ${changed.length > 0 ? `not the default: ${changed.join(', ')}` : 'all settings are the default'}`);
+}
+
+function definitionTable({ names, definitions }: Report): HTMLElement {
+  const plain = (text: string) => text.replaceAll('`', '');
+  const rows = names.map(({ name, label }): [string, ...string[]] => [label, name, plain(definitions[name] ?? '')]);
+  return html('details', { class: 'panel' }, html('summary', {}, 'What the figures mean'), table(['Figure', 'Name', 'Definition'], rows, 'words'));
+}
+
 function figureTable({ names, overall, recordings }: Report): HTMLElement {
   const columns: [string, Figures][] = [['All', overall]];
   if (recordings.length > 1) columns.push(...recordings.map((each): [string, Figures] => [shortName(each.recording), each]));
@@ -116,19 +144,26 @@ function figureTable({ names, overall, recordings }: Report): HTMLElement {
 }
 
 export function reportPage(report: Report): { title: string; lead: string; content: HTMLElement[] } {
-  const { recordings, overall, events } = report;
+  const { recordings, overall, events, version, madeAt, isTooFew } = report;
   const count = `${recordings.length} ${recordings.length === 1 ? 'recording' : 'recordings'}`;
   return {
     title: 'Framing report',
-    lead: `${count}, ${clockText(overall.minutes * 60)} of meeting, ${overall.visionResults} vision results, measured against ${overall.against}`,
+    lead:
+      `${count}${isTooFew ? ' (too few to say anything about other meetings)' : ''}, ${clockText(overall.minutes * 60)} of meeting, ` +
+      `${overall.visionResults} vision results, measured against ${overall.against}; prb ${version}, ${new Date(madeAt).toISOString().slice(0, 10)}`,
     content: [
       keyFigures(report),
       html('h2', {}, 'Course'),
-      ...recordings.map(({ recording, course }, index) => card(html('h3', {}, shortName(recording)), ...coursePlots(course, events, `recording ${index}`))),
+      ...recordings.map((each, index) =>
+        card(html('h3', {}, shortName(each.recording)), settingsOf(each), ...coursePlots(each.recording, each.course, events, `recording ${index}`)),
+      ),
+      html('h2', {}, 'What each wait did'),
+      waitTable(report),
       html('h2', {}, 'Distributions'),
       distributionPlots(report),
       html('h2', {}, 'All figures'),
       figureTable(report),
+      definitionTable(report),
     ],
   };
 }

@@ -27,7 +27,17 @@ function makeReason(name: string, none: string): { node: HTMLElement; draw: (mom
 /** Said beside a live picture while the service tells no reasons. */
 const HOW_TO_HEAR = 'The service tells no reasons. Switch them on with: prb prop set vendor.fyndebug.decisions 1, then prb ctl config-change.';
 
-export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
+/** A button that copies the command line which asks about the moment, for the question takes many replays. */
+function makeAsk(question: string): { node: HTMLElement; draw: (t: number) => void } {
+  const command = html('code');
+  const button = html('button', { type: 'button', title: 'Copies the command that says who was missing or why it changed, and which setting helps' }, 'Why');
+  button.addEventListener('click', () => void navigator.clipboard?.writeText(command.textContent ?? ''));
+  const node = html('p', { class: 'ask' }, button, ' ', command);
+  node.hidden = !question;
+  return { node, draw: (t) => say(command, `${question} --at ${clock(t)}`) };
+}
+
+export function makeWhy(root: HTMLElement, jump: (t: number) => void, question: string): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
   const picture = makeReason('Picture', 'Nothing has changed yet');
   const wait = makeReason('Wait', 'Nothing has waited since then');
   const list = html('ol', { class: 'moments' });
@@ -36,9 +46,11 @@ export function makeWhy(root: HTMLElement, jump: (t: number) => void): (moments:
     if (button?.dataset.t) jump(Number(button.dataset.t));
   });
   const how = html('p', { class: 'how' }, HOW_TO_HEAR);
-  root.append(html('div', {}, how, html('div', { class: 'reasons' }, picture.node, wait.node)), html('div', {}, html('h3', {}, 'Moments'), list));
+  const ask = makeAsk(question);
+  root.append(html('div', {}, how, html('div', { class: 'reasons' }, picture.node, wait.node), ask.node), html('div', {}, html('h3', {}, 'Moments'), list));
   return (moments, t, reasonsMissing) => {
     how.hidden = !reasonsMissing;
+    ask.draw(t);
     const reasons = reasonsAt(moments, t);
     picture.draw(reasons.picture, t);
     wait.draw(reasons.wait, t);

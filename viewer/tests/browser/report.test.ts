@@ -57,10 +57,12 @@ describe.each([
     const page = await open('report.html', options);
     const { overall, recordings } = JSON.parse(readFileSync(programs.file('report.json'), 'utf8'));
     expect(await page.locator('section h3').allTextContents()).toEqual(['<script>alert(1)<', 'other']);
-    const row = page.locator('tr', { hasText: 'Person-time fully in view' }).locator('td:not(.unit)');
+    const row = page.locator('tr', { hasText: 'Person-time fully in view' }).first().locator('td:not(.unit)');
     const expected = [overall, ...recordings].map(({ metrics }) => metrics.in_view_percent.toFixed(1));
     expect(await row.allTextContents()).toEqual(expected);
     expect(await page.locator('canvas').count()).toBeGreaterThanOrEqual(8);
+    await page.locator('.u-over').first().click({ position: { x: 40, y: 20 } });
+    expect(await page.locator('.open code').first().textContent()).toMatch(/^prb view '.*alert.*' --at \d+:\d\d\.\d{3}$/);
     await expectDrawnAndAlone(page);
     await page.close();
   });
