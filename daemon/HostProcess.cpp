@@ -127,7 +127,7 @@ int runHostProcess(const std::string& library, const std::string& name) {
 }
 
 std::string defaultLibrary() {
-  return (installation() / "lib" / "libproductionrules.so").string();
+  return (installation() / PR_SERVICE_LIBRARY).string();
 }
 
 std::string recommendedConfigurationFile() {

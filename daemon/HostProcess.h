@@ -11,7 +11,8 @@ namespace fyn::productionrules {
  */
 int runHostProcess(const std::string& library, const std::string& name);
 
-/** The library where it stands beside this program: ../lib/libproductionrules.so. */
+/** The library where it stands beside this program: ../lib/libproductionrules.so.0, in a package in the
+ * folder of the processor. */
 std::string defaultLibrary();
 
 /** The configuration for a machine that has none: ../share/productionrules/recommended.conf. */

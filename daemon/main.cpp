@@ -108,7 +108,8 @@ void passOn(const HostOptions& options) {
 // Without memory for the options there is nothing left to end well.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-  CLI::App app("Runs the production-rules service, the automatic camera director of a meeting room.");
+  CLI::App app("Runs the production-rules service, the automatic camera director of a meeting room.",
+               "productionrulesd");
   HostOptions options;
   declareOptions(app, options);
   try {

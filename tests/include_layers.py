@@ -75,11 +75,17 @@ def room_of(path):
     return folder
 
 
+# A project of its own, built against what is installed.
+APART = "examples/port"
+
+
 def read_sources(root):
-    """Path below root -> text, for every C++ file but what a build has made."""
+    """Path below root -> text, for every C++ file but what a build has made and what is no part of this project."""
     sources = {}
     for path, folders, names in os.walk(root):
         folders[:] = [name for name in folders if name not in ("node_modules", "build") and name[0] != "."]
+        if os.path.relpath(path, root).replace(os.sep, "/") == APART:
+            continue
         for name in names:
             if name.endswith((".h", ".inc", ".cpp")):
                 full = os.path.join(path, name)

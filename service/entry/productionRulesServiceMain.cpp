@@ -4,6 +4,7 @@
 #include "platform/VisionSettings.h"
 #include "service/ProductionRulesServiceRunner.h"
 #include "service/entry/HostSignals.h"
+#include "service/entry/ServiceMain.h"
 
 namespace {
 
@@ -19,12 +20,7 @@ void runOnChosenPlatform(const std::string& name, bool loadConfig) {
 
 }  // namespace
 
-/**
- * Runs the service called `name` in the calling thread until its host stops it; see HostSignals. Backends are
- * those of the device. A choice of the host that cannot be used is logged, and the function returns.
- */
-extern "C" __attribute__((visibility("default"))) void productionRulesServiceMain(const char* name,
-                                                                                  bool loadConfig) {
+void productionRulesServiceMain(const char* name, bool loadConfig) {
   try {
     runOnChosenPlatform(name != nullptr ? name : "", loadConfig);
   } catch (const std::exception& fault) {
