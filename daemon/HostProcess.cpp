@@ -8,11 +8,13 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
@@ -63,13 +65,24 @@ void raise(int eventDescriptor) {
   [[maybe_unused]] const ssize_t written = write(eventDescriptor, &one, sizeof one);
 }
 
+/** The last of the lines that wait in a pipe; its writer writes whole ones. */
+std::string newestLine(int descriptor) {
+  std::array<char, 4096> lines{};
+  const ssize_t length = read(descriptor, lines.data(), lines.size());
+  std::string_view text(lines.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 1)) - 1);
+  return std::string(text.substr(text.rfind('\n') + 1));
+}
+
 /** Waits for the end of the service and passes on what happens until then; true when a signal asked for it.
  */
-bool attend(int signals, int ready, int alive, int stop, int ended) {
+bool attend(int signals, int ready, int alive, int status, int stop, int ended) {
   bool asked = false;
   for (;;) {
-    std::array<pollfd, 4> watched{
-        {{signals, POLLIN, 0}, {ready, POLLIN, 0}, {ended, POLLIN, 0}, {alive, POLLIN, 0}}};
+    std::array<pollfd, 5> watched{{{signals, POLLIN, 0},
+                                   {ready, POLLIN, 0},
+                                   {ended, POLLIN, 0},
+                                   {alive, POLLIN, 0},
+                                   {status, POLLIN, 0}}};
     poll(watched.data(), watched.size(), -1);
     if (watched[2].revents != 0) {
       return asked;
@@ -83,6 +96,9 @@ bool attend(int signals, int ready, int alive, int stop, int ended) {
       std::uint64_t times = 0;
       [[maybe_unused]] const ssize_t count = read(alive, &times, sizeof times);
       tellServiceManager("WATCHDOG=1");
+    }
+    if (watched[4].revents != 0) {
+      tellServiceManager("STATUS=" + newestLine(status));
     }
     if (watched[0].revents != 0) {
       signalfd_siginfo taken{};
@@ -113,15 +129,19 @@ int runHostProcess(const std::string& library, const std::string& name) {
   const int alive = checked(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   std::array<int, 2> ready{};
   checked(pipe2(ready.data(), O_CLOEXEC));
+  std::array<int, 2> status{};
+  // The service does not wait for a host that reads no more.
+  checked(pipe2(status.data(), O_CLOEXEC | O_NONBLOCK));
   setenv("PRB_STOP_FD", std::to_string(stop).c_str(), 1);
   setenv("PRB_READY_FD", std::to_string(ready[1]).c_str(), 1);
   setenv("PRB_ALIVE_FD", std::to_string(alive).c_str(), 1);
+  setenv("PRB_STATUS_FD", std::to_string(status[1]).c_str(), 1);
   const EntryFunction entry = loadEntry(library);
   std::thread service([&] {
     entry(name.c_str(), true);
     raise(ended);
   });
-  const bool asked = attend(signals, ready[0], alive, stop, ended);
+  const bool asked = attend(signals, ready[0], alive, status[0], stop, ended);
   service.join();
   return asked ? 0 : 1;
 }

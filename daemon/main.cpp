@@ -9,6 +9,7 @@
 
 #include "config/check/ConfigCheck.h"
 #include "daemon/HostProcess.h"
+#include "daemon/SelfCheck.h"
 #include "platform/TextFile.h"
 #include "platform/linux/PlatformOptions.h"
 
@@ -23,6 +24,7 @@ struct HostOptions {
   std::string configuration = "/etc/fyn.conf";
   std::string name = "productionRules";
   std::string library = fyn::productionrules::defaultLibrary();
+  bool onlyCheck = false;
 };
 
 /** Asks without opening: a pipe would wait for its writer. */
@@ -46,7 +48,6 @@ void tellFaults(const std::string& configuration) {
 /** The service itself takes a missing file for an empty one. */
 void chooseConfiguration(const CLI::App& app, HostOptions& options) {
   if (isReadable(options.configuration)) {
-    tellFaults(options.configuration);
     return;
   }
   const std::string recommended = fyn::productionrules::recommendedConfigurationFile();
@@ -62,6 +63,8 @@ void chooseConfiguration(const CLI::App& app, HostOptions& options) {
 
 void declareOptions(CLI::App& app, HostOptions& options) {
   app.set_version_flag("--version", "productionrulesd " PR_VERSION);
+  app.add_flag("--check", options.onlyCheck,
+               "say whether configuration, properties, bus and camera provider can be used, and end");
   app.add_option("--config", options.configuration,
                  "configuration file of the service, key=value lines; the recommended one without it")
       ->envname("FYN_CONF_NAME")
@@ -81,9 +84,8 @@ void declareOptions(CLI::App& app, HostOptions& options) {
       "Every option can be given as the environment variable named beside it; the option wins. The password "
       "at\n"
       "the broker comes from a file or from PRB_MQTT_PASSWORD, never from the command line.\n"
-      "Ends on SIGTERM and SIGINT. Exit status: 0 after a signal, 1 when the service ended by itself, 2 for "
-      "a\n"
-      "wrong option.");
+      "Ends on SIGTERM and SIGINT. Exit status: 0 after a signal, 1 when the service ended by itself or\n"
+      "--check finds a fault, 2 for a wrong option.");
 }
 
 /** Somebody who tries the daemon for the first time would wait for pictures. */
@@ -116,6 +118,11 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     options.platform.validate();
     chooseConfiguration(app, options);
+    if (options.onlyCheck) {
+      return fyn::productionrules::checkInstallation(options.configuration, options.platform, std::cout) ? 0
+                                                                                                         : 1;
+    }
+    tellFaults(options.configuration);
     warnOfEmbeddedBus(options);
     passOn(options);
     return fyn::productionrules::runHostProcess(options.library, options.name);

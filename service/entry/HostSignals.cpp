@@ -12,6 +12,8 @@
 #include <utility>
 
 #include "platform/SystemProperties.h"
+#include "platform/Ticks.h"
+#include "service/entry/HealthText.h"
 
 namespace fyn::productionrules {
 
@@ -48,15 +50,17 @@ HostSignals::~HostSignals() {
   close(mEndFd);
 }
 
-void HostSignals::attach(BaseIPCService& service, std::function<void(std::function<void()>)> whenBusReady) {
+void HostSignals::attach(BaseIPCService& service, const DevicePlatform& device) {
   service.setInitialisedHandler(
-      [readiness = mReadiness, ask = std::move(whenBusReady)] { ask([readiness] { readiness->say('r'); }); });
-  if (const int alive = descriptorFrom("PRB_ALIVE_FD"); alive >= 0) {
-    service.setPeriodHandler([alive] {
-      const std::uint64_t one = 1;
-      [[maybe_unused]] const ssize_t written = write(alive, &one, sizeof one);
-    });
-  }
+      [readiness = mReadiness, ask = device.whenBusReady] { ask([readiness] { readiness->say('r'); }); });
+  service.setPeriodHandler([alive = descriptorFrom("PRB_ALIVE_FD"), status = descriptorFrom("PRB_STATUS_FD"),
+                            text = HealthText(GetTicks()), health = device.platform.health]() mutable {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] ssize_t written = write(alive, &one, sizeof one);
+    if (const std::string change = text.changeAt(GetTicks(), health->read()); !change.empty()) {
+      written = write(status, (change + '\n').c_str(), change.size() + 1);
+    }
+  });
   mWatcher = std::thread([this, &service] { watch(service); });
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "platform/BaseIPCService.h"
+#include "platform/DevicePlatform.h"
 
 namespace fyn::productionrules {
 
@@ -15,6 +16,7 @@ namespace fyn::productionrules {
  * - PRB_STOP_FD: readable as soon as the service is to end;
  * - PRB_READY_FD: gets one byte, 'r' once the service has started and the bus delivers to it, or 'w' when it
  * has started and still waits for the bus after ten seconds;
+ * - PRB_STATUS_FD: gets a line each time that what it says of mode, vision results and provider has changed;
  * - PRB_ALIVE_FD: an event descriptor, raised every period by the thread that handles the messages.
  */
 class HostSignals {
@@ -24,9 +26,9 @@ class HostSignals {
   HostSignals(const HostSignals&) = delete;
   HostSignals& operator=(const HostSignals&) = delete;
 
-  /** Begins to watch for the stop of `service`. `whenBusReady(callback)` is called once it has initialised
-   * itself. */
-  void attach(BaseIPCService& service, std::function<void(std::function<void()>)> whenBusReady);
+  /** Begins to watch for the stop of `service`. What it says of `device` begins once it has
+   * initialised itself. */
+  void attach(BaseIPCService& service, const DevicePlatform& device);
 
  private:
   /** Shared with the bus client, which may report after this object has gone. */

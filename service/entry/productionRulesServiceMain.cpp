@@ -15,7 +15,7 @@ void runOnChosenPlatform(const std::string& name, bool loadConfig) {
   const DevicePlatform device = buildPlatform();
   HostSignals host;
   runProductionRulesService(device.platform, name, loadConfig,
-                            [&](BaseIPCService& service) { host.attach(service, device.whenBusReady); });
+                            [&](BaseIPCService& service) { host.attach(service, device); });
 }
 
 }  // namespace

@@ -233,7 +233,7 @@ TEST(HostProcess, EveryPictureArrivesAfterBrokerAndProviderHaveBeenAway) {
 
   room.host().signal(SIGTERM);
   EXPECT_EQ(room.host().wait(), 0) << room.log();
-  EXPECT_EQ(room.notify().nextButAlive(), "STOPPING=1");
+  EXPECT_EQ(room.notify().next("STOPPING"), "STOPPING=1");
   EXPECT_TRUE(eventually([&] { return room.status() == R"({"state":"down"})"; })) << room.status();
   EXPECT_EQ(room.host().outputLines().front(), "productionRulesServiceMain");
 }
@@ -250,7 +250,7 @@ TEST(HostProcess, AProviderThatComesBackLateIsShownTheCurrentPicture) {
                                    room.bus().start();
                                  });
   room.expectPicture();
-  EXPECT_EQ(room.notify().next(), "WATCHDOG=1");
+  EXPECT_EQ(room.notify().next("WATCHDOG"), "WATCHDOG=1");
   room.host().signal(SIGKILL);
   EXPECT_TRUE(eventually([&] { return room.status() == R"({"state":"lost"})"; })) << room.status();
 }
@@ -264,6 +264,41 @@ TEST(HostProcess, AFloodOfLargeResultsCostsNeitherCommandsNorMemory) {
   room.expectPicture();
   if (!kIsSanitized) {
     EXPECT_LT(room.peakMemoryKiB(), 160 * 1024);
+  }
+}
+
+TEST(HostProcess, ChecksWhatItWouldUse) {
+  Broker broker;
+  MessageBus bus;
+  const PrintingProvider provider(bus);
+  ScratchFolder folder;
+  const std::string configuration = folder.write("fyn.conf", "persist.feature.steadyframing=1\n");
+  const std::string nobody = "mqtt://127.0.0.1:" + std::to_string(freePort());
+  // What each of the lines has in it; the status is that of the worst.
+  struct Row {
+    std::string configuration, properties, bus, provider;
+    std::vector<std::string> lines;
+    int status;
+  };
+  const Row rows[] = {
+      {configuration, "memory", broker.url(), bus.address(), {": ok", ": ok", ": ok", ": ok"}, 0},
+      {configuration, "memory", nobody, bus.address(), {": ok", ": ok", "Connection refused", ": ok"}, 1},
+      {folder.write("bad.conf", "\nwords\n"),
+       folder.file(""),
+       broker.url(),
+       "unix:path=" + folder.file("none"),
+       {"FAULT: line 2:", "cannot be opened", ": ok", "cannot be reached"},
+       1},
+  };
+  for (const Row& row : rows) {
+    Process check({kProgram, "--check", "--config", row.configuration, "--properties", row.properties,
+                   "--bus", row.bus, "--provider", "dbus:" + row.provider});
+    EXPECT_EQ(check.wait(), row.status);
+    const std::vector<std::string> lines = check.outputLines();
+    ASSERT_EQ(lines.size(), row.lines.size()) << check.errorText();
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+      EXPECT_NE(lines[index].find(row.lines[index]), std::string::npos) << lines[index];
+    }
   }
 }
 

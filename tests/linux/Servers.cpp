@@ -1,7 +1,6 @@
 #include "tests/linux/Servers.h"
 
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -89,28 +88,43 @@ NotifySocket::NotifySocket() : mSocket(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC
   address.sun_family = AF_UNIX;
   std::strncpy(address.sun_path, path().c_str(), sizeof address.sun_path - 1);
   EXPECT_EQ(bind(mSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  mReader = std::thread([this] { receive(); });
 }
 
 NotifySocket::~NotifySocket() {
+  shutdown(mSocket, SHUT_RDWR);
+  mReader.join();
   close(mSocket);
 }
 
-std::string NotifySocket::next() const {
+// All the time: only a few notices fit into a socket, and a program waits when they do not.
+void NotifySocket::receive() {
   std::array<char, 512> text{};
-  pollfd watched{mSocket, POLLIN, 0};
-  if (poll(&watched, 1, 20000) != 1) {
-    return {};
+  for (;;) {
+    const ssize_t length = recv(mSocket, text.data(), text.size(), 0);
+    if (length <= 0) {
+      return;
+    }
+    const MutexLock lock(mMutex);
+    mNotices.emplace_back(text.data(), static_cast<std::size_t>(length));
+    mCame.notifyAll();
   }
-  const ssize_t length = recv(mSocket, text.data(), text.size(), 0);
-  return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
-std::string NotifySocket::nextButAlive() const {
-  std::string notice = next();
-  while (notice == "WATCHDOG=1") {
-    notice = next();
-  }
-  return notice;
+std::string NotifySocket::next(const std::string& beginning) {
+  std::string found;
+  const auto came = [this, &beginning, &found]() PR_REQUIRES(mMutex) {
+    while (found.empty() && !mNotices.empty()) {
+      if (mNotices.front().rfind(beginning, 0) == 0) {
+        found = mNotices.front();
+      }
+      mNotices.pop_front();
+    }
+    return !found.empty();
+  };
+  MutexLock lock(mMutex);
+  mCame.waitFor(lock, std::chrono::seconds(20), came);
+  return found;
 }
 
 ThrowawayAuthority::ThrowawayAuthority() {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
+#include <thread>
 
+#include "platform/Mutex.h"
 #include "tests/linux/Processes.h"
 
 namespace fyn::productionrules::testing {
@@ -59,7 +62,8 @@ class PrintingProvider {
   Process mProcess;
 };
 
-/** What a service manager listens on: a program's notices that it is ready or stops. */
+/** What a service manager listens on: a program's notices that it is ready, how it is doing or that it stops.
+ */
 class NotifySocket {
  public:
   NotifySocket();
@@ -69,15 +73,18 @@ class NotifySocket {
 
   std::string path() const { return mFolder.file("notify"); }
 
-  /** The next notice; empty when none comes. */
-  std::string next() const;
-
-  /** The next one that is not the service's sign of life. */
-  std::string nextButAlive() const;
+  /** The next notice that begins so; empty when none comes. */
+  std::string next(const std::string& beginning = "");
 
  private:
+  void receive();
+
   ScratchFolder mFolder;
   const int mSocket;
+  Mutex mMutex;
+  ConditionVariable mCame;
+  std::deque<std::string> mNotices PR_GUARDED_BY(mMutex);
+  std::thread mReader;
 };
 
 /** A certificate authority for one test, with certificates for a broker on 127.0.0.1 and for a client. */
