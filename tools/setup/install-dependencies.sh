@@ -28,6 +28,8 @@ core    openssl              tests
 core    python3-minimal      tests
 core    python3-jsonschema   tests
 core    python3-paho-mqtt    tests
+core    python3-paho-mqtt    tests
+core    python3-dasbus       tests
 core    libbenchmark-dev     benchmarks
 libcxx  clang                build
 libcxx  libc++-14-dev        build
