@@ -28,7 +28,6 @@ core    openssl              tests
 core    python3-minimal      tests
 core    python3-jsonschema   tests
 core    python3-paho-mqtt    tests
-core    python3-paho-mqtt    tests
 core    python3-dasbus       tests
 core    libbenchmark-dev     benchmarks
 libcxx  clang                build
@@ -42,6 +41,10 @@ lint    clang-tidy           lint
 web     nodejs               browser
 web     npm                  browser
 web     chromium             browser
+packages debhelper           packages
+packages help2man            packages
+packages lintian             packages
+packages mmdebstrap          packages
 video   libopencv-dev        video
 video   opencv-data          video
 video   opencv-doc           video
@@ -60,6 +63,7 @@ Installs what is missing of the groups (default: core), as root or through sudo.
   lint    clang-format and clang-tidy, for ./check --lint
   web     Node.js and a browser, for the viewer's own tests
   video   OpenCV and ffmpeg, for real video
+  packages  debhelper and what checks packages, for ./check --packages
 
   --list  only print the missing packages
 EOF
@@ -111,7 +115,7 @@ for argument in "$@"; do
   case $argument in
     --help | -h) usage; exit 0 ;;
     --list) only_list=true ;;
-    core | libcxx | clang | lint | web | video) groups+=("$argument") ;;
+    core | libcxx | clang | lint | web | video | packages) groups+=("$argument") ;;
     -*) wrong_usage "unknown option $argument" ;;
     *) wrong_usage "unknown group $argument" ;;
   esac
