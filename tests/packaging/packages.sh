@@ -28,7 +28,7 @@ done
 /usr/bin/python3 "$here/port.py" "$work/root/usr"
 include=$work/root/usr/include/productionrules
 (cd "$include" && find . -name '*.h') | while read -r header; do
-  g++ -std=c++17 -fsyntax-only -I "$include" -x c++ "$include/$header" || fail "$header does not stand alone"
+  g++ -std=c++17 -fsyntax-only -I "$include" -x c++ - <<<"#include \"$header\"" || fail "$header does not stand alone"
 done
 folder=$(dirname "$(find "$work/root" -name productionrules-port.pc)")
 flags=$(PKG_CONFIG_PATH=$folder PKG_CONFIG_SYSROOT_DIR=$work/root pkg-config --cflags --libs productionrules-port)
