@@ -184,7 +184,7 @@ TEST(CheckFeed, WatchesABus) {
              return line.find(fault) != std::string::npos;
            });
   };
-  EXPECT_TRUE(finds("no vision result has come"));
+  EXPECT_TRUE(eventually([&] { return finds("no vision result has come"); }));
   ScratchFolder folder;
   const std::string feed = folder.write(
       "feed.jsonl", R"({"t":0,"topic":"/ICDOut","payload":{"frameNumber":1,"heads":[],"hats":2}})"

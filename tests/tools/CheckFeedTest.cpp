@@ -4,6 +4,8 @@
 #include <functional>
 
 #include "tests/tools/RunPrb.h"
+#include "tools/feed/ContractFiles.h"
+#include "tools/feed/SchemaCheck.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -156,6 +158,17 @@ TEST(CheckFeed, NamesTheOneFaultOfAFeed) {
     const PrbRun run = checked(feed);
     EXPECT_EQ(faultsOf(run), row.fault) << run.out << run.err;
     EXPECT_EQ(run.status, *row.fault == '\0' ? 0 : 1) << row.fault;
+  }
+}
+
+// A keyword that the check does not know raises.
+TEST(CheckFeed, KnowsTheWholeSchemasOfWhatComesIn) {
+  for (const char* const name :
+       {"vision-result.json", "camera.json", "cameras.json", "camera-parameters.json"}) {
+    const json schema = json::parse(contractFile(name));
+    for (const json& example : schema.at("examples")) {
+      EXPECT_EQ(schemaFaults(name, example), std::vector<std::string>()) << name << ": " << example;
+    }
   }
 }
 
