@@ -11,14 +11,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-using nlohmann::ordered_json;
-
-// A camera names itself in any bytes; what is no UTF-8 must not stop a scene.
-std::string textOf(const ordered_json& document) {
-  return document.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-}
-
-ordered_json area(const Rect& rect) {
+JsonText area(const Rect& rect) {
   return OrderedObject(4)
       .add("xoffset", rect.left)
       .add("yoffset", rect.top)
@@ -49,11 +42,11 @@ Dimension imageSizeOf(const Frame& frame) {
 }
 
 // An entry from which another device can make the frame again.
-ordered_json sharedEntry(const Frame& frame) {
+JsonText sharedEntry(const Frame& frame) {
   return sceneEntry(frame.source, frame.dest, cameraOf(frame), frame.frameIndex, imageSizeOf(frame), 3)
       .add("frameType", framingTypeName(frame.frameType))
       .add("frameLayout", frameLayoutName(frame.frameLayout))
-      .add("heads", ordered_json(frame.fynHeads))
+      .add("heads", frame.fynHeads)
       .take();
 }
 
@@ -64,8 +57,8 @@ Frame blankFrame(int camId) {
   return frame;
 }
 
-ordered_json emptyScene(const Layout& layout, bool debug) {
-  ordered_json::array_t entries;
+std::vector<JsonText> emptyScene(const Layout& layout, bool debug) {
+  std::vector<JsonText> entries;
   entries.reserve(layout.frames.size() * (debug ? 2 : 1) + 1);
   return entries;
 }
@@ -76,8 +69,8 @@ std::string uidOf(int camId) {
   return camera != cameras.end() ? camera->second.ids.uid : std::string();
 }
 
-std::string documentOf(ordered_json::array_t&& streams) {
-  return textOf(OrderedObject(2).add("version", 1).add("streams", std::move(streams)).take());
+std::string documentOf(const std::vector<JsonText>& streams) {
+  return OrderedObject(2).add("version", 1).add("streams", streams).take().text;
 }
 
 }  // namespace
@@ -86,10 +79,10 @@ std::string JsonLayoutBuilder::generateMultiStreamLayout(const std::vector<Layou
                                                          const std::uint32_t& sceneCounter, FramingMode mode,
                                                          bool debug) const {
   const SceneDocument document{sceneCounter, getWallTs64()};
-  ordered_json::array_t streams;
+  std::vector<JsonText> streams;
   streams.reserve(layouts.size());
   for (const Layout& layout : layouts) {
-    ordered_json scene = emptyScene(layout, debug);
+    std::vector<JsonText> scene = emptyScene(layout, debug);
     for (const Frame& frame : layout.frames) {
       generateJsonSceneFor(frame.source, frame.dest, cameraOf(frame), frame.frameIndex, imageSizeOf(frame),
                            scene);
@@ -100,9 +93,9 @@ std::string JsonLayoutBuilder::generateMultiStreamLayout(const std::vector<Layou
     if (layout.frames.empty()) {
       generateBlankJsonScene(FynCamerasConfig::get().fynCamId, scene);
     }
-    streams.push_back(streamObject(document, layout, streams.size(), mode, std::move(scene)));
+    streams.push_back(streamObject(document, layout, streams.size(), mode, scene));
   }
-  return documentOf(std::move(streams));
+  return documentOf(streams);
 }
 
 std::string JsonLayoutBuilder::generateMultiStreamLayoutPrimary(const std::vector<Layout>& layouts,
@@ -111,10 +104,10 @@ std::string JsonLayoutBuilder::generateMultiStreamLayoutPrimary(const std::vecto
                                                                 bool debug) const {
   const SceneDocument document{sceneCounter, getWallTs64()};
   const std::string uid = uidOf(ownCamId);
-  ordered_json::array_t streams;
+  std::vector<JsonText> streams;
   streams.reserve(layouts.size());
   for (const Layout& layout : layouts) {
-    ordered_json scene = emptyScene(layout, debug);
+    std::vector<JsonText> scene = emptyScene(layout, debug);
     for (const Frame& frame : layout.frames) {
       generateJsonSceneForPrimary(frame, scene);
       if (debug) {
@@ -124,19 +117,19 @@ std::string JsonLayoutBuilder::generateMultiStreamLayoutPrimary(const std::vecto
     if (layout.frames.empty()) {
       generateJsonSceneForPrimary(blankFrame(ownCamId), scene);
     }
-    streams.push_back(primaryStreamObject(document, layout, streams.size(), mode, uid, std::move(scene)));
+    streams.push_back(primaryStreamObject(document, layout, streams.size(), mode, uid, scene));
   }
-  return documentOf(std::move(streams));
+  return documentOf(streams);
 }
 
 std::string JsonLayoutBuilder::generateSecondaryLayout(const std::vector<Layout>& layouts,
                                                        const std::uint32_t& sceneCounter, int camId,
                                                        const std::string& uid, bool /*debug*/) const {
   const SceneDocument document{sceneCounter, getWallTs64()};
-  ordered_json::array_t streams;
+  std::vector<JsonText> streams;
   streams.reserve(layouts.size());
   for (const Layout& layout : layouts) {
-    ordered_json scene = emptyScene(layout, false);
+    std::vector<JsonText> scene = emptyScene(layout, false);
     for (const Frame& frame : layout.frames) {
       if (cameraOf(frame) == camId) {
         generateJsonSceneForSecondary(frame, scene);
@@ -145,32 +138,34 @@ std::string JsonLayoutBuilder::generateSecondaryLayout(const std::vector<Layout>
     if (scene.empty()) {
       generateJsonSceneForSecondary(blankFrame(camId), scene);
     }
-    streams.push_back(secondaryStreamObject(document, layout, streams.size(), uid, std::move(scene)));
+    streams.push_back(secondaryStreamObject(document, layout, streams.size(), uid, scene));
   }
-  return documentOf(std::move(streams));
+  return documentOf(streams);
 }
 
 void JsonLayoutBuilder::generateJsonSceneFor(const Rect& source, const Rect& dest, int camId,
                                              std::int32_t frameIndex,
                                              const std::optional<Dimension>& imageSize,
-                                             ordered_json& target) const {
+                                             std::vector<JsonText>& target) const {
   const Dimension size = imageSize ? *imageSize : getCameraLensModelDimension(camId);
   target.push_back(sceneEntry(source, dest, camId, frameIndex, size, 0).take());
 }
 
-void JsonLayoutBuilder::generateJsonSceneForPrimary(const Frame& frame, ordered_json& target) const {
+void JsonLayoutBuilder::generateJsonSceneForPrimary(const Frame& frame, std::vector<JsonText>& target) const {
   target.push_back(sharedEntry(frame));
 }
 
-void JsonLayoutBuilder::generateJsonSceneForSecondary(const Frame& frame, ordered_json& target) const {
+void JsonLayoutBuilder::generateJsonSceneForSecondary(const Frame& frame,
+                                                      std::vector<JsonText>& target) const {
   target.push_back(sharedEntry(frame));
 }
 
-void JsonLayoutBuilder::generateJsonSceneForDebugBounds(const Rect& bounds, ordered_json& target) const {
+void JsonLayoutBuilder::generateJsonSceneForDebugBounds(const Rect& bounds,
+                                                        std::vector<JsonText>& target) const {
   target.push_back(OrderedObject(1).add("debugBounds", area(bounds)).take());
 }
 
-void JsonLayoutBuilder::generateBlankJsonScene(int camId, ordered_json& target) const {
+void JsonLayoutBuilder::generateBlankJsonScene(int camId, std::vector<JsonText>& target) const {
   generateJsonSceneFor(Rect{}, Rect{}, camId, 0, std::nullopt, target);
 }
 
@@ -178,34 +173,38 @@ std::string JsonLayoutBuilder::generateLayout(const std::vector<std::pair<Rect, 
                                               const std::string& animation, std::int64_t frameNumber,
                                               std::int64_t adjustmentFrame) const {
   const int camId = FynCamerasConfig::get().fynCamId;
-  ordered_json scene = ordered_json::array();
+  std::vector<JsonText> scene;
   std::int32_t frameIndex = 0;
   for (const auto& [source, dest] : views) {
     generateJsonSceneFor(source, dest, camId, frameIndex++, std::nullopt, scene);
   }
-  return textOf(OrderedObject(5)
-                    .add("frameNumber", frameNumber)
-                    .add("adjustmentFrame", adjustmentFrame)
-                    .add("animation", animation)
-                    .add("timestamp", getWallTs64())
-                    .add("scene", std::move(scene))
-                    .take());
+  return OrderedObject(5)
+      .add("frameNumber", frameNumber)
+      .add("adjustmentFrame", adjustmentFrame)
+      .add("animation", animation)
+      .add("timestamp", getWallTs64())
+      .add("scene", scene)
+      .take()
+      .text;
 }
 
 std::string JsonLayoutBuilder::generateDebugTimerInfo(
     const std::vector<std::shared_ptr<Layout>>& finalLayouts,
     const std::vector<std::shared_ptr<Layout>>& nextLayouts) const {
   const std::uint32_t tick = GetTicks();
-  ordered_json document;
+  OrderedObject document(2);
   updateLayoutTimers(finalLayouts, document, tick, kCurrentLayoutKey);
   updateLayoutTimers(nextLayouts, document, tick, kNextLayoutKey);
-  return textOf(document);
+  return document.take().text;
 }
 
 std::string JsonLayoutBuilder::generatePeopleCountJson(unsigned faceCount,
                                                        unsigned smallestFaceHeight) const {
-  return textOf(
-      OrderedObject(2).add("face_count", faceCount).add("smallestFaceHeight", smallestFaceHeight).take());
+  return OrderedObject(2)
+      .add("face_count", faceCount)
+      .add("smallestFaceHeight", smallestFaceHeight)
+      .take()
+      .text;
 }
 
 }  // namespace fyn::productionrules

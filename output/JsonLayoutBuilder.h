@@ -2,20 +2,20 @@
 
 #include <cstdint>
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "model/Layout.h"
+#include "output/OrderedObject.h"
 
 namespace fyn::productionrules {
 
 /**
  * Builds the documents that leave the service, compact and with their keys in a fixed order. It has no state:
  * the scene counter is its owner's and is only written out. Texts that are not UTF-8 go out with U+FFFD in
- * the place of what is wrong. The operations that append expect `target` to be an array or null.
+ * the place of what is wrong.
  */
 class JsonLayoutBuilder {
  public:
@@ -35,17 +35,17 @@ class JsonLayoutBuilder {
 
   /** Appends one scene entry. Without an image size it is that of the camera's lens model. */
   void generateJsonSceneFor(const Rect& source, const Rect& dest, int camId, std::int32_t frameIndex,
-                            const std::optional<Dimension>& imageSize, nlohmann::ordered_json& target) const;
+                            const std::optional<Dimension>& imageSize, std::vector<JsonText>& target) const;
 
   /** Appends the scene entry of a frame with what another device needs to read the frame back. */
-  void generateJsonSceneForPrimary(const Frame& frame, nlohmann::ordered_json& target) const;
-  void generateJsonSceneForSecondary(const Frame& frame, nlohmann::ordered_json& target) const;
+  void generateJsonSceneForPrimary(const Frame& frame, std::vector<JsonText>& target) const;
+  void generateJsonSceneForSecondary(const Frame& frame, std::vector<JsonText>& target) const;
 
   /** Appends an entry that shows a boundary, in camera pixels, for debugging. */
-  void generateJsonSceneForDebugBounds(const Rect& bounds, nlohmann::ordered_json& target) const;
+  void generateJsonSceneForDebugBounds(const Rect& bounds, std::vector<JsonText>& target) const;
 
   /** Appends an entry that shows nothing, for a stream that has no frame. */
-  void generateBlankJsonScene(int camId, nlohmann::ordered_json& target) const;
+  void generateBlankJsonScene(int camId, std::vector<JsonText>& target) const;
 
   /** One scene of the own camera, from pairs of what to show (camera pixels) and where (output picture).
    * For hosts. */

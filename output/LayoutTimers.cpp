@@ -1,14 +1,10 @@
 #include "output/LayoutTimers.h"
 
-#include "output/OrderedObject.h"
-
 namespace fyn::productionrules {
 
 namespace {
 
-using nlohmann::ordered_json;
-
-ordered_json frameTimer(const Frame& frame, std::int32_t streamId, std::uint32_t remaining) {
+JsonText frameTimer(const Frame& frame, std::int32_t streamId, std::uint32_t remaining) {
   return OrderedObject(5)
       .add("frameindex", frame.frameIndex)
       .add("stream", streamId)
@@ -18,8 +14,8 @@ ordered_json frameTimer(const Frame& frame, std::int32_t streamId, std::uint32_t
       .take();
 }
 
-ordered_json layoutTimers(const Layout& layout, std::uint32_t tick, bool isCurrent) {
-  ordered_json::array_t frames;
+JsonText layoutTimers(const Layout& layout, std::uint32_t tick, bool isCurrent) {
+  std::vector<JsonText> frames;
   frames.reserve(layout.frames.size());
   for (const Frame& frame : layout.frames) {
     const std::uint32_t remaining = isCurrent ? remainingMs(frame.headPositionTimer, tick) : 0;
@@ -29,7 +25,7 @@ ordered_json layoutTimers(const Layout& layout, std::uint32_t tick, bool isCurre
       .add("isVirtualCamera", isVirtualCameraText(layout))
       .add("layoutType", layoutToText(layout.layoutType))
       .add("layoutTimer", remainingMs(layout.layoutTimer, tick))
-      .add("frames", std::move(frames))
+      .add("frames", frames)
       .take();
 }
 
@@ -39,17 +35,17 @@ const char* isVirtualCameraText(const Layout& layout) {
   return layout.isLogicalStream ? "false" : "true";
 }
 
-void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, ordered_json& target,
+void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, OrderedObject& target,
                         std::uint32_t tick, const char* key) {
   const bool isCurrent = key == kCurrentLayoutKey;
-  ordered_json::array_t entries;
+  std::vector<JsonText> entries;
   entries.reserve(layouts.size());
   for (const std::shared_ptr<Layout>& layout : layouts) {
     if (layout != nullptr) {
       entries.push_back(layoutTimers(*layout, tick, isCurrent));
     }
   }
-  target[key] = OrderedObject(1).add("layouts", std::move(entries)).take();
+  target.add(key, OrderedObject(1).add("layouts", entries).take());
 }
 
 }  // namespace fyn::productionrules

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <vector>
 
 #include "model/Layout.h"
+#include "output/OrderedObject.h"
 
 namespace fyn::productionrules {
 
@@ -18,11 +18,11 @@ inline constexpr char kNextLayoutKey[] = "nextLayout";
 const char* isVirtualCameraText(const Layout& layout);
 
 /**
- * Writes under `key` of `target` the timers of `layouts`, in milliseconds that remain at `tick`; empty
+ * Adds under `key` to `target` the timers of `layouts`, in milliseconds that remain at `tick`; empty
  * pointers are left out. The frame timers are written only when `key` is kCurrentLayoutKey itself, an equal
  * text will not do; else they are 0, because a pending layout is not reframed.
  */
-void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, nlohmann::ordered_json& target,
+void updateLayoutTimers(const std::vector<std::shared_ptr<Layout>>& layouts, OrderedObject& target,
                         std::uint32_t tick, const char* key);
 
 }  // namespace fyn::productionrules

@@ -1,30 +1,50 @@
 #pragma once
 
 #include <cstddef>
-#include <nlohmann/json.hpp>
-#include <utility>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
 namespace fyn::productionrules {
 
-/** One object of a document, made key by key in the order of the text. Every key may be added once only. */
+/** A finished part of a document, as compact JSON. */
+struct JsonText {
+  std::string text;
+};
+
+/**
+ * One object of a document, written key by key in the order of the text: a scene goes out for every change of
+ * the picture, and a tree of it would cost most of that. Every key may be added once only.
+ */
 class OrderedObject {
  public:
-  /** `keys` is the number of keys to come: growing later would copy every key. */
-  explicit OrderedObject(std::size_t keys) { mMembers.reserve(keys); }
+  /** `keys` is the number of keys to come, to make room for. */
+  explicit OrderedObject(std::size_t keys);
 
-  /** Adds a member behind all others. */
-  template <typename Value>
-  OrderedObject& add(const char* key, Value&& value) {
-    // Not operator[], which compares the key with every one before it.
-    mMembers.emplace_back(key, std::forward<Value>(value));
-    return *this;
+  /** Adds a member behind all others. A text that is not UTF-8 goes out with U+FFFD in the place of what is
+   * wrong. */
+  template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
+  OrderedObject& add(const char* key, Integer value) {
+    static_assert(!std::is_same_v<Integer, bool>, "no document has a truth value");
+    return addRaw(key, std::to_string(value));
   }
+  OrderedObject& add(const char* key, std::string_view text);
+  OrderedObject& add(const char* key, const JsonText& value) { return addRaw(key, value.text); }
+  OrderedObject& add(const char* key, const std::vector<JsonText>& array);
+  OrderedObject& add(const char* key, const std::set<std::int64_t>& array);
 
   /** The finished object; this one is empty afterwards. */
-  nlohmann::ordered_json take() { return nlohmann::ordered_json(std::move(mMembers)); }
+  JsonText take();
 
  private:
-  nlohmann::ordered_json::object_t mMembers;
+  OrderedObject& addRaw(const char* key, std::string_view value);
+  template <typename Array, typename TextOf>
+  OrderedObject& addArray(const char* key, const Array& array, TextOf textOf);
+
+  std::string mText;
 };
 
 }  // namespace fyn::productionrules

@@ -1,13 +1,10 @@
 #include "output/StreamObject.h"
 
 #include "output/LayoutTimers.h"
-#include "output/OrderedObject.h"
 
 namespace fyn::productionrules {
 
 namespace {
-
-using nlohmann::ordered_json;
 
 constexpr std::size_t kMostKeys = 17;
 
@@ -35,45 +32,44 @@ void addTransition(OrderedObject& stream, const SceneDocument& document, const L
       .add("facecount", layout.faceCount);
 }
 
-void addScene(OrderedObject& stream, const Layout& layout, std::size_t position, ordered_json&& scene) {
-  stream.add("activespeaker", layout.activeSpeaker)
-      .add("relativepos", position)
-      .add("scene", std::move(scene));
+void addScene(OrderedObject& stream, const Layout& layout, std::size_t position,
+              const std::vector<JsonText>& scene) {
+  stream.add("activespeaker", layout.activeSpeaker).add("relativepos", position).add("scene", scene);
 }
 
 }  // namespace
 
-ordered_json streamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
-                          FramingMode mode, ordered_json scene) {
+JsonText streamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                      FramingMode mode, const std::vector<JsonText>& scene) {
   OrderedObject stream(kMostKeys);
   addNumbers(stream, document, layout);
   addMode(stream, layout, mode);
   addLayoutType(stream, layout);
   addTransition(stream, document, layout);
-  addScene(stream, layout, position, std::move(scene));
+  addScene(stream, layout, position, scene);
   return stream.take();
 }
 
-ordered_json primaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
-                                 FramingMode mode, const std::string& uid, ordered_json scene) {
+JsonText primaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                             FramingMode mode, const std::string& uid, const std::vector<JsonText>& scene) {
   OrderedObject stream(kMostKeys);
   addNumbers(stream, document, layout);
   addMode(stream, layout, mode);
   stream.add("uid", uid);
   addTransition(stream, document, layout);
   addLayoutType(stream, layout);
-  addScene(stream, layout, position, std::move(scene));
+  addScene(stream, layout, position, scene);
   return stream.take();
 }
 
-ordered_json secondaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
-                                   const std::string& uid, ordered_json scene) {
+JsonText secondaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                               const std::string& uid, const std::vector<JsonText>& scene) {
   OrderedObject stream(kMostKeys);
   addNumbers(stream, document, layout);
   stream.add("uid", uid);
   addLayoutType(stream, layout);
   addTransition(stream, document, layout);
-  addScene(stream, layout, position, std::move(scene));
+  addScene(stream, layout, position, scene);
   stream.add("nextLayout", layoutToText(layout.nextLayoutType));
   return stream.take();
 }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <vector>
 
 #include "model/Layout.h"
+#include "output/OrderedObject.h"
 
 /** The objects of the "streams" array. Each kind of document orders its keys in its own way. */
 namespace fyn::productionrules {
@@ -16,16 +17,14 @@ struct SceneDocument {
   std::int64_t timestamp = 0;
 };
 
-/** `scene` is the array of entries, `position` the stream's place in the document. */
-nlohmann::ordered_json streamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
-                                    FramingMode mode, nlohmann::ordered_json scene);
+/** `scene` has the entries, `position` the stream's place in the document. */
+JsonText streamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                      FramingMode mode, const std::vector<JsonText>& scene);
 
-nlohmann::ordered_json primaryStreamObject(const SceneDocument& document, const Layout& layout,
-                                           std::size_t position, FramingMode mode, const std::string& uid,
-                                           nlohmann::ordered_json scene);
+JsonText primaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                             FramingMode mode, const std::string& uid, const std::vector<JsonText>& scene);
 
-nlohmann::ordered_json secondaryStreamObject(const SceneDocument& document, const Layout& layout,
-                                             std::size_t position, const std::string& uid,
-                                             nlohmann::ordered_json scene);
+JsonText secondaryStreamObject(const SceneDocument& document, const Layout& layout, std::size_t position,
+                               const std::string& uid, const std::vector<JsonText>& scene);
 
 }  // namespace fyn::productionrules

@@ -1,15 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "output/JsonLayoutBuilder.h"
 #include "output/LayoutTimers.h"
 #include "tests/testing/TestEnvironment.h"
 
 namespace fyn::productionrules {
 namespace {
-
-using nlohmann::ordered_json;
 
 constexpr std::uint32_t kNow = 1000000;  // what the test environment's clock reads
 
@@ -48,9 +44,9 @@ TEST(DebugTimerDocument, ShowsWhatRemainsAndOnlyCurrentFramesHaveTimers) {
 
 TEST(UpdateLayoutTimers, KnowsTheCurrentHalfByTheVeryKeyNotByItsText) {
   const std::string sameText = kCurrentLayoutKey;
-  ordered_json document;
+  OrderedObject document(1);
   updateLayoutTimers({layoutWithTimers()}, document, kNow, sameText.c_str());
-  EXPECT_EQ(document.dump(), "{" + half("currentLayout", 0) + "}");
+  EXPECT_EQ(document.take().text, "{" + half("currentLayout", 0) + "}");
 }
 
 }  // namespace
