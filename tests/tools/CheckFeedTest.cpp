@@ -191,7 +191,7 @@ TEST(CheckFeed, MeasuresTheDetector) {
     feed[kDocuments + number]["payload"]["heads"] = json::array();
   }
   for (std::size_t number = 60; number < kResults; ++number) {
-    feed[kDocuments + number]["payload"]["heads"] = {person(4, 400)};
+    feed[kDocuments + number]["payload"]["heads"] = json::array({person(4, 400)});
   }
   const std::string line = lineOf(checked(feed), "detector");
   EXPECT_NE(
@@ -205,7 +205,7 @@ TEST(CheckFeed, TellsWalkersFromPeopleWhoSit) {
   Feed feed = goodFeed();
   EXPECT_NE(lineOf(checked(feed), "fits ").find("prb config preset seated"), std::string::npos);
   for (std::size_t number = 0; number < kResults; ++number) {
-    feed[kDocuments + number]["payload"]["heads"] = {person(3, static_cast<int>(number) * 6)};
+    feed[kDocuments + number]["payload"]["heads"] = json::array({person(3, static_cast<int>(number) * 6)});
   }
   EXPECT_NE(lineOf(checked(feed), "fits ").find("prb config preset walking"), std::string::npos);
 }
