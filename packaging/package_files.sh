@@ -35,11 +35,12 @@ for program in "$@"; do
   name=${program##*/}
   version=$("$program" --version | sed 's/.* //')
   manual_page "$name" "$program"
-  for command in $("$program" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]\+\) .*/\1/p'); do
+  for command in $("$program" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z-]\+\) .*/\1/p'); do
     manual_page "$name-$command" "$program" "$command"
   done
   if "$program" completion bash >/dev/null 2>&1; then
-    mkdir -p "$prefix/share/bash-completion/completions"
+    mkdir -p "$prefix/share/bash-completion/completions" "$prefix/share/fish/vendor_completions.d"
     "$program" completion bash >"$prefix/share/bash-completion/completions/$name"
+    "$program" completion fish >"$prefix/share/fish/vendor_completions.d/$name.fish"
   fi
 done

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "config/check/KeyRules.h"
-#include "config/check/NearestKey.h"
+#include "config/check/NearestName.h"
 #include "platform/TextFile.h"
 
 namespace fyn::productionrules {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "config/check/NearestKey.h"
+#include "config/check/NearestName.h"
 #include "platform/SystemProperties.h"
 
 namespace fyn::productionrules {

@@ -10,15 +10,19 @@ using WrongUsage = std::pair<std::vector<std::string>, const char*>;
 
 TEST(Prb, SaysWhatIsWrongInOneLine) {
   const std::vector<WrongUsage> cases{
-      {{}, "prb: A subcommand is required (see 'prb --help')\n"},
       {{"frobnicate"}, "prb: unknown command frobnicate (see 'prb --help')\n"},
+      {{"repotr"}, "prb: unknown command repotr; did you mean report? (see 'prb --help')\n"},
+      {{"help", "config", "chekc"},
+       "prb help: unknown command chekc; did you mean check? (see 'prb config --help')\n"},
+      {{"report", "--confg", "x"},
+       "prb report: unknown option --confg; did you mean --config? (see 'prb report --help')\n"},
       {{"--frobnicate"}, "prb: unknown option --frobnicate (see 'prb --help')\n"},
       {{"ctl", "frobnicate"}, "prb ctl: unknown command frobnicate (see 'prb ctl --help')\n"},
       {{"prop", "--frobnicate"}, "prb prop: unknown option --frobnicate (see 'prb prop --help')\n"},
       {{"ctl", "cameras", "x"},
        "prb ctl cameras: The following argument was not expected: x (see 'prb ctl cameras --help')\n"},
       {{"completion"}, "prb completion: A subcommand is required (see 'prb completion --help')\n"},
-      {{"completion", "zsh"}, "prb completion: unknown command zsh (see 'prb completion --help')\n"},
+      {{"completion", "tcsh"}, "prb completion: unknown command tcsh (see 'prb completion --help')\n"},
       {{"ctl", "reset-layouts", "--bus", "embedded"}, "name the bus of the service with --bus"},
       {{"ctl", "reset-layouts", "--bus", "http://x"}, "http://x"},
       {{"ctl", "mode", "sideways", "--bus", "mqtt://127.0.0.1:1"},
@@ -113,7 +117,13 @@ TEST(Prb, EveryCommandIsListedAndHasHelpWithAnExample) {
     EXPECT_NE(run.out.find(std::string("  prb ") + row.name), std::string::npos)
         << row.name << ": no example of its use in\n"
         << run.out;
+    // What excludes what is listed in no fixed order.
+    EXPECT_EQ(runPrbWith({"help", row.name}).out.size(), run.out.size());
   }
+  EXPECT_EQ(runPrbWith({"help"}).out, list);
+  EXPECT_EQ(runPrbWith({}).err, list);
+  EXPECT_EQ(runPrbWith({}).status, 2);
+  EXPECT_EQ(runPrbWith({"help", "config", "check"}).out, runPrbWith({"config", "check", "--help"}).out);
 }
 
 /** The words that bash would offer after the given ones; the last word is the one being typed. */
@@ -134,12 +144,16 @@ std::string completions(const std::string& words) {
   return text;
 }
 
-TEST(Prb, BashCompletesCommandsAndOptions) {
+TEST(Prb, BashCompletesCommandsOptionsAndValues) {
   EXPECT_EQ(completions("prb compl"), "completion\n");
-  EXPECT_EQ(completions("prb completion ''"), "bash --help -h\n");
+  EXPECT_EQ(completions("prb completion ''"), "bash zsh fish --help -h\n");
   EXPECT_EQ(completions("prb --vers"), "--version\n");
   EXPECT_EQ(completions("prb ctl cameras --b"), "--bus\n");
   EXPECT_EQ(completions("prb ctl --bus x mode p"), "presenter people\n");
+  EXPECT_EQ(completions("prb replay x.jsonl --log ''"), "E W I D\n");
+  EXPECT_EQ(completions("prb report --property vendor.talkertracking.f"), "vendor.talkertracking.flag\n");
+  EXPECT_EQ(completions("prb tune --key persist.fdtimers.groupframe.on"),
+            "persist.fdtimers.groupframe.onedge\n");
 }
 
 }  // namespace

@@ -21,6 +21,7 @@ void addCheckFeedCommand(CLI::App& command, PrbContext& context);
 void addCtlCommand(CLI::App& command, PrbContext& context);
 void addPropCommand(CLI::App& command, PrbContext& context);
 void addConfigCommand(CLI::App& command, PrbContext& context);
+void addHelpCommand(CLI::App& command, PrbContext& context);
 void addCompletionCommand(CLI::App& command, PrbContext& context);
 
 }  // namespace fyn::productionrules

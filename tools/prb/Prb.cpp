@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tools/base/ProgramRun.h"
+#include "tools/prb/UnknownWord.h"
 
 namespace fyn::productionrules {
 
@@ -32,10 +33,13 @@ std::string commandLine(const CLI::App& app) {
 /** `command` is the one that was chosen; what it does not know may have been left to one above it. */
 std::string describe(const CLI::ParseError& error, const CLI::App& command, const CLI::App& root) {
   const std::vector<std::string> unknown = root.remaining(true);
-  if (!unknown.empty() && !command.get_subcommands({}).empty()) {
-    return (unknown.front().front() == '-' ? "unknown option " : "unknown command ") + unknown.front();
+  if (unknown.empty()) {
+    return error.what();
   }
-  return error.what();
+  if (unknown.front().rfind('-', 0) == 0) {
+    return unknownOption(command, unknown.front());
+  }
+  return command.get_subcommands({}).empty() ? error.what() : unknownCommand(command, unknown.front());
 }
 
 void printError(const PrbContext& context, const std::string& command, std::string message) {
@@ -44,6 +48,10 @@ void printError(const PrbContext& context, const std::string& command, std::stri
 }
 
 int parseAndRun(CLI::App& app, const std::vector<std::string>& arguments, PrbContext& context) {
+  if (arguments.empty()) {
+    context.err << app.help();
+    return 2;
+  }
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForVersion& request) {
@@ -69,7 +77,7 @@ int runPrb(const std::vector<std::string>& arguments, PrbContext& context) {
       "  prb simulate --seed 1 -o meeting.jsonl    make a meeting of ten minutes\n"
       "  prb replay meeting.jsonl -o scenes.jsonl  what the service decides on it\n"
       "  prb config check /etc/fyn.conf            find mistakes in a configuration file\n"
-      "'prb COMMAND --help' explains a command.");
+      "'prb help COMMAND' explains a command.");
   addSubcommands(app, context);
   return exitStatusOf(
       [&] {

@@ -2,7 +2,7 @@
 #include <iomanip>
 
 #include "config/check/KeyRules.h"
-#include "config/check/NearestKey.h"
+#include "config/check/NearestName.h"
 #include "platform/ServiceState.h"
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"

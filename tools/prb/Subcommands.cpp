@@ -21,6 +21,7 @@ const std::vector<Subcommand>& subcommands() {
       {"ctl", "Control a running service", addCtlCommand},
       {"prop", "Get, set, unset and list system properties", addPropCommand},
       {"config", "Check a configuration file, or print an example", addConfigCommand},
+      {"help", "Explain a command", addHelpCommand},
       {"completion", "Print a completion script for the shell", addCompletionCommand},
   };
   return table;

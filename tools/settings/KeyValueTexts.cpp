@@ -5,7 +5,7 @@
 
 #include "config/check/ConfigCheck.h"
 #include "config/check/KeyRules.h"
-#include "config/check/NearestKey.h"
+#include "config/check/NearestName.h"
 #include "platform/TextFile.h"
 #include "tools/base/UsageError.h"
 

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "config/ConfigKeys.h"
-#include "config/check/NearestKey.h"
+#include "config/check/NearestName.h"
 #include "tools/base/Random.h"
 #include "tools/base/UsageError.h"
 
