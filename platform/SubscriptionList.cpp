@@ -1,7 +1,6 @@
 #include "platform/SubscriptionList.h"
 
 #include <algorithm>
-#include <set>
 
 namespace fyn::productionrules {
 
@@ -31,17 +30,14 @@ std::vector<IPubSubListener*> SubscriptionList::listenersOf(std::string_view top
 }
 
 std::vector<std::string> SubscriptionList::coveringTopics() const {
-  std::set<std::string> topics;
-  for (const Subscription& subscription : mSubscriptions) {
-    topics.insert(subscription.topic);
-  }
   std::vector<std::string> covering;
-  for (const std::string& topic : topics) {
-    const bool covered = std::any_of(topics.begin(), topics.end(), [&](const std::string& other) {
-      return other != topic && topicCovers(other, topic);
-    });
-    if (!covered) {
-      covering.push_back(topic);
+  for (const Subscription& wanted : mSubscriptions) {
+    const bool covered =
+        std::any_of(mSubscriptions.begin(), mSubscriptions.end(), [&](const Subscription& other) {
+          return other.topic != wanted.topic && topicCovers(other.topic, wanted.topic);
+        });
+    if (!covered && std::find(covering.begin(), covering.end(), wanted.topic) == covering.end()) {
+      covering.push_back(wanted.topic);
     }
   }
   return covering;

@@ -18,8 +18,9 @@ class SubscriptionList {
   std::vector<com::quil::pubsub::IPubSubListener*> listenersOf(std::string_view topic) const;
 
   /**
-   * The subscribed topics that no other subscribed topic covers, ascending: the least that a client must ask
-   * a broker for, and all that it may ask for when the broker delivers once per matching subscription.
+   * The subscribed topics that no other one covers, in the order of their first subscription: the least that
+   * a client must ask a broker for, and all that it may ask for when the broker delivers once per matching
+   * subscription.
    */
   std::vector<std::string> coveringTopics() const;
 

@@ -105,6 +105,25 @@ TEST(MqttClient, ABrokerThatHangsBlocksNeitherPublishingNorClosing) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
+// Of the camera documents a later one completes an earlier one.
+TEST(MqttClient, RetainedMessagesComeInTheOrderOfTheSubscriptions) {
+  Broker broker;
+  MqttPubSubClient publisher(optionsFor(broker.url()));
+  publisher.publish("/PRBOut", "first by name");
+  publisher.publish("/PeopleCount", "1");
+  ASSERT_TRUE(isSubscribed(publisher));
+  publisher.close();
+  for (const Lines& topics : {Lines{"/PRBOut", "/PeopleCount"}, Lines{"/PeopleCount", "/PRBOut"}}) {
+    NotingListener listener;
+    MqttPubSubClient subscriber(optionsFor(broker.url()));
+    for (const std::string& topic : topics) {
+      subscriber.subscribe(topic, listener);
+    }
+    EXPECT_TRUE(eventually([&] { return listener.received().size() == 2; }));
+    EXPECT_EQ(listener.received().front().rfind(topics.front(), 0), 0U) << listener.received().front();
+  }
+}
+
 TEST(MqttClient, CloseSendsWhatIsQueued) {
   Broker broker;
   NotingListener listener;

@@ -2,6 +2,7 @@
 
 #include <mosquitto.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/linux/mqtt/MqttConnection.h"
@@ -40,21 +41,22 @@ void MqttSubscriptions::deliver(const std::string& topic, const std::string& tex
 }
 
 int MqttSubscriptions::update(MqttConnection& connection) {
-  std::set<std::string> wanted;
+  std::vector<std::string> wanted;
   {
     const MutexLock lock(mMutex);
-    wanted.insert(mWanted.begin(), mWanted.end());
+    wanted = mWanted;
   }
   // First without the topics that a new one covers: two filters over one topic would deliver twice.
   int result = MOSQ_ERR_SUCCESS;
   for (auto asked = mAsked.begin(); asked != mAsked.end() && result == MOSQ_ERR_SUCCESS;) {
-    if (wanted.count(*asked) != 0) {
+    if (std::find(wanted.begin(), wanted.end(), *asked) != wanted.end()) {
       ++asked;
       continue;
     }
     result = connection.unsubscribe(mqttFilter(mRoom, *asked));
     asked = mAsked.erase(asked);
   }
+  // In the listeners' order: retained messages come in that of the subscriptions.
   for (auto topic = wanted.begin(); topic != wanted.end() && result == MOSQ_ERR_SUCCESS; ++topic) {
     if (!mAsked.insert(*topic).second) {
       continue;

@@ -51,6 +51,7 @@ class MqttSubscriptions {
   bool mClosed PR_GUARDED_BY(mDispatchMutex) = false;
 
   Mutex mMutex;
+  /** In the order in which the listeners asked. */
   std::vector<std::string> mWanted PR_GUARDED_BY(mMutex);
   std::function<void()> mWhenConfirmed PR_GUARDED_BY(mMutex);
 
