@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <utility>
 
 #include "config/check/ConfigCheck.h"
 #include "platform/LogText.h"

@@ -37,6 +37,16 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
+std::vector<std::string_view> knownKeys() {
+  std::vector<std::string_view> keys;
+  for (const ConfigKey& row : kConfigKeys) {
+    if (row.source != ConfigSource::Fixed) {
+      keys.push_back(row.key);
+    }
+  }
+  return keys;
+}
+
 }  // namespace
 
 std::string_view nearestName(std::string_view text, const std::vector<std::string_view>& names) {
@@ -57,19 +67,12 @@ std::string_view nearestName(std::string_view text, const std::vector<std::strin
 }
 
 const ConfigKey* nearestKey(std::string_view text) {
-  std::vector<std::string_view> keys;
-  for (const ConfigKey& row : kConfigKeys) {
-    if (row.source != ConfigSource::Fixed) {
-      keys.push_back(row.key);
-    }
-  }
-  const std::string_view nearest = nearestName(text, keys);
+  const std::string_view nearest = nearestName(text, knownKeys());
   return nearest.empty() ? nullptr : findConfigKey(nearest);
 }
 
 std::string suggestionFor(std::string_view text) {
-  const ConfigKey* const nearest = nearestKey(text);
-  return nearest == nullptr ? std::string() : suggestionFor(text, {nearest->key});
+  return suggestionFor(text, knownKeys());
 }
 
 std::string suggestionFor(std::string_view text, const std::vector<std::string_view>& names) {
