@@ -6,7 +6,8 @@ import { frameColour } from '../../src/palette';
 import { clock } from '../../src/words';
 import { launch } from '../chromium';
 import { colourOf, coloursAt, far, goTo, open, rowsOf, shows, timeOf, WAIT, type Colour } from './look';
-import { Programs, simulate, type Line } from './prb';
+import { Programs, type Line } from './prb';
+import { stage, VISITORS } from './staged';
 
 interface Entry {
   frameindex: number;
@@ -45,7 +46,7 @@ let effects: Line[];
 const faults: string[] = [];
 
 beforeAll(async () => {
-  const recording = simulate(programs, 'meeting.jsonl');
+  const recording = stage(programs, 'meeting.jsonl', VISITORS);
   programs.run('prb', 'replay', recording, '--decisions', '-o', programs.file('effects.jsonl'));
   inputs = programs.lines('meeting.jsonl');
   effects = programs.lines('effects.jsonl');
