@@ -1,5 +1,6 @@
 /** The page with a real broker, a real service and a meeting that is played to them. */
 
+import type { ChildProcess } from 'node:child_process';
 import type { Browser, Page } from 'playwright-core';
 import { afterAll, beforeAll, expect, test } from 'vitest';
 import { launch } from '../chromium';
@@ -11,6 +12,7 @@ const programs = new Programs();
 let browser: Browser;
 let page: Page;
 let bus: string;
+let recorder: ChildProcess;
 const faults: string[] = [];
 
 /** Messages that nobody can read, in the middle of the meeting. */
@@ -24,17 +26,18 @@ beforeAll(async () => {
   stage(programs, 'good.jsonl', VISITORS, { seconds: 4 });
   const lines = [...programs.lines('good.jsonl'), ...BAD].sort((a, b) => a.t - b.t);
   programs.file('meeting.jsonl', lines.map((l) => JSON.stringify(l)).join('\n'));
-  bus = await programs.broker();
+  const broker = await programs.broker();
+  const { subscribed } = broker;
+  bus = broker.bus;
   const properties = programs.file('properties.db');
   programs.run('prb', 'prop', '--properties', properties, 'set', 'vendor.talkertracking.flag', '4');
   programs.run('prb', 'prop', '--properties', properties, 'set', 'vendor.fyndebug.decisions', '1');
-  programs.start('productionrulesd', '--bus', bus, '--properties', properties, '--log', 'stderr');
-  const recorder = programs.start('prb', 'record', '--bus', bus, '--outputs', '-o', programs.file('heard.jsonl'));
-  recorder.stdout?.resume();
+  await subscribed('/cameraParameters/head', () => programs.start('productionrulesd', '--bus', bus, '--properties', properties, '--log', 'stderr'));
+  await subscribed('/ctl-passthru-remote', () => (recorder = programs.start('prb', 'record', '--bus', bus, '--outputs', '-o', programs.file('heard.jsonl'))));
   browser = await launch();
   page = await browser.newPage({ viewport: { width: 1400, height: 1000 } });
   page.on('pageerror', (error) => faults.push(error.message));
-  await page.goto(await programs.view('--bus', bus, '--properties', properties));
+  await subscribed('/PRBDecisions', async () => page.goto(await programs.view('--bus', bus, '--properties', properties)));
   await page.locator('#numbers summary').click();
 });
 
@@ -66,6 +69,7 @@ test('what cannot be shown is said, and the rest goes on', async () => {
 });
 
 test('what is shown in the end is the last scene document that went over the bus', async () => {
+  await programs.stop(recorder);
   const last = programs.lines('heard.jsonl').filter((l) => l.topic === '/PRBOut').pop();
   const [stream] = (last?.payload as unknown as { streams: [{ layoutType: string; scene: { frameindex: number; source: Record<string, number> }[] }] }).streams;
   await expect.poll(() => page.locator('.stream').getAttribute('data-type'), WAIT).toBe(stream.layoutType);

@@ -40,6 +40,9 @@ export class Programs {
     const path = program.includes('/') ? program : join(programs, program);
     const child = spawn(path, args, { stdio: ['ignore', 'pipe', 'pipe'] });
     this.started.push(child);
+    // What nobody reads must not fill up: the program would wait.
+    child.stdout?.resume();
+    child.stderr?.resume();
     return child;
   }
 
@@ -59,26 +62,42 @@ export class Programs {
     });
   }
 
-  /** A broker on a free port of this machine. */
-  async broker(): Promise<string> {
+  /** A broker on a free port of this machine. `subscribed` runs what subscribes to a topic, and ends when the broker knows. */
+  async broker(): Promise<{ bus: string; subscribed: (topic: string, run: () => unknown) => Promise<void> }> {
     const port = await freePort();
     const child = this.start('/usr/sbin/mosquitto', '-p', String(port), '-v');
-    await new Promise<void>((resolve, reject) => {
-      const listen = (text: string) => text.includes('running') && resolve();
-      child.stderr?.on('data', (text) => listen(String(text)));
-      child.stdout?.on('data', (text) => listen(String(text)));
-      child.on('exit', (status) => reject(new Error(`the broker ended with ${status}`)));
+    let said = '';
+    const waiting = new Set<() => void>();
+    child.stderr?.on('data', (text) => {
+      said += text;
+      waiting.forEach((look) => look());
     });
-    return `mqtt://127.0.0.1:${port}`;
+    const heard = (text: string) =>
+      new Promise<void>((resolve, reject) => {
+        const from = said.length;
+        waiting.add(() => said.includes(text, from) && resolve());
+        child.on('exit', (status) => reject(new Error(`the broker ended with ${status} before it said ${text}`)));
+      });
+    child.stdout?.resume();
+    await heard('running');
+    const subscribed = async (topic: string, run: () => unknown) => {
+      const known = heard(`${topic}/# (QoS`);
+      await run();
+      await known;
+    };
+    return { bus: `mqtt://127.0.0.1:${port}`, subscribed };
+  }
+
+  async stop(child: ChildProcess, signal: NodeJS.Signals = 'SIGTERM'): Promise<void> {
+    if (child.exitCode !== null || child.signalCode !== null) return;
+    const ended = new Promise((resolve) => child.on('exit', resolve));
+    child.kill(signal);
+    await ended;
   }
 
   async end(): Promise<void> {
-    const ended = this.started.map((child) =>
-      child.exitCode !== null || child.signalCode !== null ? null : new Promise((resolve) => child.on('exit', resolve)),
-    );
     // The last one first: nobody loses the bus that it is on.
-    for (const child of [...this.started].reverse()) child.kill('SIGTERM');
-    await Promise.all(ended);
+    await Promise.all([...this.started].reverse().map((child) => this.stop(child)));
     rmSync(this.folder, { recursive: true, force: true });
   }
 }
