@@ -5,15 +5,12 @@
 #include <string_view>
 
 #include "config/PrConfig.h"
-#include "geometry/FramePredicates.h"
-#include "geometry/GroupFrame.h"
 #include "geometry/LayoutComparison.h"
 #include "geometry/Overlap.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/BasePeopleLayout.h"
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PersonRenaming.h"
-#include "layouts/people/ViewGrowth.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -24,26 +21,15 @@ namespace {
 
 // From 500 to 6000 make no difference.
 constexpr std::uint32_t kWalkedMs = 3000;
-constexpr std::uint32_t kWalksNowMs = 700;
-constexpr double kAheadSeconds = 2.0;
 constexpr std::uint32_t kGroupOfWalkersMs = 1000;
 constexpr std::uint32_t kWalkerOutsideMs = 500;
 constexpr std::uint32_t kUnsettledMs = 2000;
 constexpr std::uint32_t kSettledMs = 3000;
 constexpr std::uint32_t kShortPictureMs = 5000;
 
-// Of a head's width.
-constexpr double kOutside = 0.1;
-
-// Not more than 2.5 output pixels for one of the camera.
-constexpr Dimension kLeastView{512, 288};
-
 // Intersection over union of a tile's view and the one that it would get now.
 constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
-
-// Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks.
-constexpr double kCloser = 0.7;
 
 }  // namespace
 
@@ -170,76 +156,6 @@ bool BasePeopleLayout::isATileEmpty() const {
   return hasTiles(*mState.mCurLayout) && std::any_of(frames.begin(), frames.end(), [&](const Frame& frame) {
            return std::none_of(frame.fynHeads.begin(), frame.fynHeads.end(), isThere);
          });
-}
-
-std::vector<Rect> BasePeopleLayout::getGroupHeadBounds(const Frame& frame) {
-  std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
-  if (!isSteady()) {
-    return bounds;
-  }
-  for (const auto& [id, person] : mState.people) {
-    const Head* const head = person->findHead(frame.fynCamId);
-    if (head == nullptr || !mPresence.hasWalked(person->id, kWalksNowMs, tick())) {
-      continue;
-    }
-    bounds.push_back(mPresence.placeAhead(person->id, frame.fynCamId, head->bbox, kAheadSeconds));
-  }
-  if (frame.headPosition == HeadPosition::GROUP_MOVE_CLOSE && doesSomebodyWalk()) {
-    mEnvelope.addCorners(bounds);
-  }
-  return bounds;
-}
-
-RuleOfThirdsView BasePeopleLayout::groupView(const std::vector<Rect>& bounds, std::uint32_t camId) {
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
-  Frame frame;
-  GroupFrame::updateGroupFrameLayout(bounds, frame, "BasePeopleLayout::groupView", image,
-                                     static_cast<int>(getMaxScaleFactor()));
-  return {grownTo(frame.source, kLeastView, image), frame.detectionBoundary};
-}
-
-void BasePeopleLayout::calculateGroupFraming(Frame& frame) {
-  BaseLayout::calculateGroupFraming(frame);
-  const std::vector<Rect> bounds = isSteady() ? getGroupHeadBounds(frame) : std::vector<Rect>();
-  if (!bounds.empty()) {
-    frame.source = groupView(bounds, frame.fynCamId).source;
-  }
-}
-
-HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
-  if (!isSteady()) {
-    return BaseLayout::getGroupHeadPosition(frame);
-  }
-  const std::vector<Rect> bounds = getGroupHeadBounds(frame);
-  if (bounds.empty() || groupView(bounds, frame.fynCamId).source == frame.source) {
-    return HeadPosition::CENTER;
-  }
-  if (isGFHeadOutside(frame.source, BaseLayout::getGroupHeadBounds(frame))) {
-    return HeadPosition::HEAD_OUTSIDE;
-  }
-  const HeadPosition position = BaseLayout::getGroupHeadPosition(frame);
-  const bool walks = doesSomebodyWalk();
-  // Who has left is no part of the next picture either, and that wait may run already.
-  if (walks && position != HeadPosition::GROUP_HEAD_LEFT && canCloseIn(frame)) {
-    return HeadPosition::GROUP_MOVE_CLOSE;
-  }
-  const bool leaves = std::any_of(bounds.begin(), bounds.end(), [&](const Rect& box) {
-    const double least = kOutside * widthOf(box);
-    const auto isBeyond = [least](double from, double to) { return to - from > least; };
-    return isBeyond(box.left, frame.source.left) || isBeyond(frame.source.right, box.right) ||
-           isBeyond(box.top, frame.source.top) || isBeyond(frame.source.bottom, box.bottom);
-  });
-  if (leaves) {
-    return HeadPosition::GROUP_HEAD_OUTSIDE;
-  }
-  return position == HeadPosition::GROUP_MOVE_CLOSE && walks ? HeadPosition::CENTER : position;
-}
-
-// Somebody walks, but nobody has gone far of late: a picture of where they have been is clearly closer.
-bool BasePeopleLayout::canCloseIn(const Frame& frame) {
-  std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
-  return mEnvelope.addCorners(bounds) &&
-         heightOf(groupView(bounds, frame.fynCamId).source) < kCloser * heightOf(frame.source);
 }
 
 // ---- Tiles are watched by what they show ----
