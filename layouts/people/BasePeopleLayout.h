@@ -84,11 +84,17 @@ class BasePeopleLayout : public BaseLayout {
   /** Whether the rules for rooms in which people walk and detectors err hold; by default as configured. */
   virtual bool isSteady() const;
 
+  /** Whether the picture of everybody is of the whole image; by default never. */
+  virtual bool showsWholeRoom() const;
+
   /** Whether the picture is made for that person; by default for everybody. */
   virtual bool isMeant(const FynHead& person) const;
 
   /** Whether the person has walked of late, so that no tile would hold still. */
   bool hasWalked(const FynHead& person) const;
+
+  /** Whether that holds for anybody, within the time in milliseconds. */
+  bool hasAnybodyWalked(std::uint32_t withinMs) const;
 
   /** Gives the persons of the layouts at hand the numbers that they have now. */
   void takeNewNumbers();
@@ -114,8 +120,9 @@ class BasePeopleLayout : public BaseLayout {
   bool isEverybodyWhole() const;
   bool isATileEmpty() const;
   bool canCloseIn(const Frame& frame);
+  bool isSameGroupView(const Frame& frame, const Rect& view);
   /** The picture of everybody around these boxes. */
-  RuleOfThirdsView groupView(const std::vector<Rect>& bounds, std::uint32_t camId);
+  Rect groupView(const Frame& frame, const std::vector<Rect>& bounds);
   std::uint32_t steadyWait(const Layout& candidate, std::uint32_t waitMs) const;
   std::uint32_t steadyReframeWait(HeadPosition position, std::uint32_t waitMs) const;
 

@@ -4,6 +4,7 @@
 
 #include "geometry/FramePredicates.h"
 #include "geometry/GroupFrame.h"
+#include "geometry/Overlap.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/BasePeopleLayout.h"
 #include "layouts/people/ViewGrowth.h"
@@ -15,6 +16,9 @@ namespace {
 
 constexpr std::uint32_t kWalksNowMs = 700;
 constexpr double kAheadSeconds = 2.0;
+
+// Intersection over union of the view on screen and the one that it would get now.
+constexpr double kSameView = 0.75;
 
 // Of a head's width.
 constexpr double kOutside = 0.1;
@@ -45,19 +49,22 @@ std::vector<Rect> BasePeopleLayout::getGroupHeadBounds(const Frame& frame) {
   return bounds;
 }
 
-RuleOfThirdsView BasePeopleLayout::groupView(const std::vector<Rect>& bounds, std::uint32_t camId) {
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
-  Frame frame;
-  GroupFrame::updateGroupFrameLayout(bounds, frame, "BasePeopleLayout::groupView", image,
+Rect BasePeopleLayout::groupView(const Frame& frame, const std::vector<Rect>& bounds) {
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  Frame around;
+  GroupFrame::updateGroupFrameLayout(bounds, around, "BasePeopleLayout::groupView", image,
                                      static_cast<int>(getMaxScaleFactor()));
-  return {grownTo(frame.source, kLeastView, image), frame.detectionBoundary};
+  const Rect whole = showsWholeRoom() ? getRoomView(frame) : grownTo(around.source, kLeastView, image);
+  const Rect view = inOutputShape(whole, bounds);
+  // Where somebody will be soon is not worth stretched faces.
+  return inOutputShape(view, BaseLayout::getGroupHeadBounds(frame));
 }
 
 void BasePeopleLayout::calculateGroupFraming(Frame& frame) {
   BaseLayout::calculateGroupFraming(frame);
   const std::vector<Rect> bounds = isSteady() ? getGroupHeadBounds(frame) : std::vector<Rect>();
   if (!bounds.empty()) {
-    frame.source = groupView(bounds, frame.fynCamId).source;
+    frame.source = groupView(frame, bounds);
   }
 }
 
@@ -66,7 +73,8 @@ HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
     return BaseLayout::getGroupHeadPosition(frame);
   }
   const std::vector<Rect> bounds = getGroupHeadBounds(frame);
-  if (bounds.empty() || groupView(bounds, frame.fynCamId).source == frame.source) {
+  const Rect view = bounds.empty() ? frame.source : groupView(frame, bounds);
+  if (isSameGroupView(frame, view)) {
     return HeadPosition::CENTER;
   }
   if (isGFHeadOutside(frame.source, BaseLayout::getGroupHeadBounds(frame))) {
@@ -87,14 +95,31 @@ HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
   if (leaves) {
     return HeadPosition::GROUP_HEAD_OUTSIDE;
   }
+  if (hasOutputShape(view) && !hasOutputShape(frame.source)) {
+    return HeadPosition::GROUP_MOVE_CLOSE;
+  }
   return position == HeadPosition::GROUP_MOVE_CLOSE && walks ? HeadPosition::CENTER : position;
+}
+
+// Nobody would see more by it.
+bool BasePeopleLayout::isSameGroupView(const Frame& frame, const Rect& view) {
+  if (view == frame.source) {
+    return true;
+  }
+  const HeadsInView heads = headsForTiles(frame.fynCamId);
+  const std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
+  return getIntersectionOverUnion(view, frame.source) >= kSameView &&
+         hasOutputShape(view) == hasOutputShape(frame.source) &&
+         std::all_of(bounds.begin(), bounds.end(), [&](const Rect& head) {
+           return heads.isWhole(head, frame.source) || !heads.isWhole(head, view);
+         });
 }
 
 // Somebody walks, but nobody has gone far of late: a picture of where they have been is clearly closer.
 bool BasePeopleLayout::canCloseIn(const Frame& frame) {
   std::vector<Rect> bounds = BaseLayout::getGroupHeadBounds(frame);
   return mEnvelope.addCorners(bounds) &&
-         heightOf(groupView(bounds, frame.fynCamId).source) < kCloser * heightOf(frame.source);
+         heightOf(groupView(frame, bounds)) < kCloser * heightOf(frame.source);
 }
 
 }  // namespace fyn::productionrules

@@ -59,6 +59,10 @@ bool BasePeopleLayout::isSteady() const {
   return PrConfig::get().steadyFramingEnabled;
 }
 
+bool BasePeopleLayout::showsWholeRoom() const {
+  return false;
+}
+
 bool BasePeopleLayout::isMeant(const FynHead& /*person*/) const {
   return true;
 }
@@ -86,8 +90,13 @@ void BasePeopleLayout::resetLayouts() {
 }
 
 bool BasePeopleLayout::doesSomebodyWalk() const {
-  return std::any_of(mState.people.begin(), mState.people.end(),
-                     [this](const auto& person) { return hasWalked(*person.second); });
+  return hasAnybodyWalked(kWalkedMs);
+}
+
+bool BasePeopleLayout::hasAnybodyWalked(std::uint32_t withinMs) const {
+  return std::any_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
+    return mPresence.hasWalked(person.second->id, withinMs, tick());
+  });
 }
 
 bool BasePeopleLayout::hasWalked(const FynHead& person) const {

@@ -61,8 +61,13 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   void reportInput(const MLData& data) override;
   bool isSteady() const override { return true; }
   bool isMeant(const FynHead& person) const override;
+  bool showsWholeRoom() const override { return hasAnybodyWalked(kRestlessMs); }
 
  private:
+  /** Until nobody has walked for so long, in milliseconds, the picture of everybody is that of the room:
+   * stream 0 follows walkers, others that did so too would be framed anew all the time. */
+  static constexpr std::uint32_t kRestlessMs = 20000;
+
   /** What a stream keeps from one vision result to the next. */
   struct Stream {
     EngineState state;
