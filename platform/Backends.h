@@ -37,11 +37,14 @@ struct Backend {
   const char* name = nullptr;
 };
 
-/** A bus may tell others how the service is that uses it; null for a client that is none. */
-using BusBackend = Backend<BuiltBus, const std::shared_ptr<const ServiceHealth>&>;
+/** A bus notes its connection in the health of the service that uses it, and may tell others of it; null for
+ * a client that is no service. */
+using BusBackend = Backend<BuiltBus, const std::shared_ptr<ServiceHealth>&>;
 using ProvidersBackend = Backend<std::shared_ptr<ICameraProviders>>;
 using PropertiesBackend = Backend<std::shared_ptr<PropertyStore>>;
 using LogBackend = Backend<std::shared_ptr<LogSink>>;
+/** What tells how the service is; null when it cannot, which is then logged. */
+using MetricsBackend = Backend<std::shared_ptr<void>, const std::shared_ptr<const ServiceHealth>&>;
 
 /**
  * The makers that a build may leave out. Each is defined in the folder of its kind; for one that is left out
@@ -52,5 +55,6 @@ extern const ProvidersBackend::Maker kMakeDBusProviders;
 extern const PropertiesBackend::Maker kMakeSqliteProperties;
 extern const LogBackend::Maker kMakeJournalLog;
 extern const LogBackend::Maker kMakeAndroidLog;
+extern const MetricsBackend::Maker kMakeMetrics;
 
 }  // namespace fyn::productionrules

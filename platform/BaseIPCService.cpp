@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cinttypes>
 #include <exception>
-#include <optional>
 #include <utility>
 
 #include "platform/Topics.h"
@@ -36,6 +35,7 @@ void BaseIPCService::onMessage(const std::string& topic, const std::string& mess
   {
     const MutexLock lock(mMutex);
     outcome = mQueue.put(topic, message);
+    mPlatform.health->setWaitingMessages(mQueue.size());
     mLosses.dropped += outcome.dropped;
     begins = !std::exchange(mLosses.said.at(static_cast<std::size_t>(outcome.loss)), true);
   }
@@ -98,13 +98,17 @@ void BaseIPCService::run() {
   auto nextCheck = std::chrono::steady_clock::now() + period;
   MutexLock lock(mMutex);
   while (!mStopping) {
-    std::optional<QueuedMessage> message = mQueue.take();
+    const std::optional<QueuedMessage> message = takeNext();
     if (!message) {
       mWakeUp.waitUntil(lock, nextCheck,
                         [this]() PR_REQUIRES(mMutex) { return mStopping || !mQueue.isEmpty(); });
     } else {
       lock.unlock();
+      const auto taken = std::chrono::steady_clock::now();
       handle(*message);
+      if (message->topic == topics::kVisionResult) {
+        mPlatform.health->countCycle(std::chrono::steady_clock::now() - taken);
+      }
       lock.lock();
     }
     if (!mStopping && std::chrono::steady_clock::now() >= nextCheck) {
@@ -130,7 +134,7 @@ void BaseIPCService::stop() {
 std::size_t BaseIPCService::handlePending() {
   std::size_t handled = 0;
   MutexLock lock(mMutex);
-  while (const std::optional<QueuedMessage> message = mQueue.take()) {
+  while (const std::optional<QueuedMessage> message = takeNext()) {
     lock.unlock();
     handle(*message);
     ++handled;
@@ -141,6 +145,12 @@ std::size_t BaseIPCService::handlePending() {
 
 std::uint64_t BaseIPCService::droppedMessages() const {
   return mPlatform.health->read().droppedMessages;
+}
+
+std::optional<QueuedMessage> BaseIPCService::takeNext() {
+  std::optional<QueuedMessage> message = mQueue.take();
+  mPlatform.health->setWaitingMessages(mQueue.size());
+  return message;
 }
 
 void BaseIPCService::handle(const QueuedMessage& message) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -83,6 +84,7 @@ class BaseIPCService : public com::quil::pubsub::IPubSubListener {
   void closeBus();
 
  private:
+  std::optional<QueuedMessage> takeNext() PR_REQUIRES(mMutex);
   void handle(const QueuedMessage& message);
   void noteLoss(MessageQueue::Loss loss, const std::string& topic, std::size_t bytes);
   void noteEndOfLoss();

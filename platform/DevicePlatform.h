@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include "platform/Platform.h"
 
@@ -15,6 +16,8 @@ struct DevicePlatform {
   /** After the bus is closed: how many messages were published and never taken. Null for a bus that takes
    * all. */
   std::function<std::uint64_t()> lostMessages = nullptr;
+  /** What answers who asks how the service is, for as long as it is kept. Null for nothing. */
+  std::shared_ptr<void> metrics = nullptr;
 };
 
 /**

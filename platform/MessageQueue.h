@@ -47,6 +47,7 @@ class MessageQueue {
   std::optional<QueuedMessage> take();
 
   bool isEmpty() const { return mMessages.empty(); }
+  std::size_t size() const { return mMessages.size(); }
 
  private:
   bool hasRoomFor(std::size_t bytes) const;

@@ -93,6 +93,7 @@ void ProductionRuleIPCService::installCallbacks() {
       pubSubClient().publish(std::string(topics::kDebugScene), json);
       return;
     }
+    countPictures();
     pubSubClient().publish(std::string(topics::kScene), json);
     mProvider->sendScene(json);
   });
@@ -281,6 +282,15 @@ void ProductionRuleIPCService::sendPeriodically() {
   }
   lastSend = now;
   mTrackingMode->sendLayout(true);
+}
+
+void ProductionRuleIPCService::countPictures() {
+  const std::shared_ptr<BaseLayout> engine = mTrackingMode->getFramingLayout();
+  for (const std::shared_ptr<Layout>& picture : engine->getFinalLayoutPtrs()) {
+    if (picture != nullptr) {
+      platform().health->countPicture(framingTypeName(picture->layoutType));
+    }
+  }
 }
 
 // ---- Control ----

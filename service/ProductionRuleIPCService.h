@@ -63,6 +63,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
   void processMlData(const std::shared_ptr<MLData>& mlData);
   bool enforceFramingMode();
   void sendPeriodically();
+  void countPictures();
 
   // Control
   void reloadConfiguration(const std::string& topic, const std::string& msg);

@@ -23,7 +23,8 @@ ROOMS["platform/embedded"] = {"platform"}
 ROOMS["platform/virtual"] = {"platform"}
 ROOMS["platform/android"] = {"platform", "platform/embedded"}
 ROOMS["platform/linux"] = {"platform", "platform/embedded"}
-LINUX_BACKENDS = {"platform/linux/mqtt", "platform/linux/dbus", "platform/linux/sqlite", "platform/linux/journal"}
+LINUX_BACKENDS = {"platform/linux/mqtt", "platform/linux/dbus", "platform/linux/sqlite", "platform/linux/journal",
+                  "platform/linux/prometheus"}
 for backend in LINUX_BACKENDS:
     ROOMS[backend] = {"platform", "platform/linux"}
 ROOMS["model"] = above("platform")

@@ -22,10 +22,12 @@ class NoCameraProviders final : public ICameraProviders {
   }
 };
 
-BuiltBus makeEmbeddedBus(const PlatformOptions& /*options*/,
-                         const std::shared_ptr<const ServiceHealth>& /*health*/) {
+BuiltBus makeEmbeddedBus(const PlatformOptions& /*options*/, const std::shared_ptr<ServiceHealth>& health) {
   // Outlives its clients.
   static auto* const bus = new InProcessBus();
+  if (health != nullptr) {
+    health->setBus(true);
+  }
   return {bus->connect(), [](const std::function<void()>& callback) { callback(); }};
 }
 
@@ -43,6 +45,11 @@ std::shared_ptr<PropertyStore> makeDefaultProperties(const PlatformOptions& opti
 
 std::shared_ptr<LogSink> makeStderrLog(const PlatformOptions& /*options*/) {
   return std::make_shared<StderrLog>();
+}
+
+std::shared_ptr<void> makeNoMetrics(const PlatformOptions& /*options*/,
+                                    const std::shared_ptr<const ServiceHealth>& /*health*/) {
+  return nullptr;
 }
 
 /** Whether standard error of this process ends in the journal. */
@@ -85,6 +92,12 @@ const std::array<LogBackend, 4>& logs() {
                                                {"stderr", makeStderrLog},
                                                {"journal", kMakeJournalLog, "journal"},
                                                {"android", kMakeAndroidLog, "Android log"}}};
+  return rows;
+}
+
+const std::array<MetricsBackend, 2>& metrics() {
+  static const std::array<MetricsBackend, 2> rows{
+      {{"none", makeNoMetrics}, {"address", kMakeMetrics, "Prometheus metrics"}}};
   return rows;
 }
 
@@ -140,6 +153,10 @@ const PropertiesBackend& propertiesBackend(const std::string& path) {
 
 const LogBackend& logBackend(const std::string& log) {
   return rowOf(logs(), log, "log", log);
+}
+
+const MetricsBackend& metricsBackend(const std::string& address) {
+  return rowOf(metrics(), address.empty() ? "none" : "address", "metrics address", address);
 }
 
 }  // namespace fyn::productionrules

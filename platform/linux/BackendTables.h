@@ -15,5 +15,6 @@ const BusBackend& busBackend(const std::string& bus);
 const ProvidersBackend& providersBackend(const std::string& provider);
 const PropertiesBackend& propertiesBackend(const std::string& path);
 const LogBackend& logBackend(const std::string& log);
+const MetricsBackend& metricsBackend(const std::string& address);
 
 }  // namespace fyn::productionrules

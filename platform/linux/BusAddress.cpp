@@ -22,14 +22,12 @@ bool startsWith(std::string_view text, std::string_view prefix) {
   throw std::invalid_argument("bus address \"" + url + "\": " + fault);
 }
 
-std::uint16_t parsePort(const std::string& url, std::string_view digits) {
+/** 0 for what is no number of a port. */
+std::uint16_t portOf(std::string_view digits) {
   std::uint16_t port = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stopped, fault] = std::from_chars(digits.data(), end, port);
-  if (fault != std::errc() || stopped != end || port == 0) {
-    refuse(url, "the port must be a number from 1 to 65535");
-  }
-  return port;
+  return fault == std::errc() && stopped == end ? port : std::uint16_t{0};
 }
 
 /** Takes `HOST`, `HOST:PORT` or `[IPV6]:PORT` apart. */
@@ -55,7 +53,10 @@ void parseAuthority(const std::string& url, std::string_view authority, BusAddre
     refuse(url, "expected ':' and the port behind ']'");
   }
   if (!rest.empty()) {
-    address.port = parsePort(url, rest.substr(1));
+    address.port = portOf(rest.substr(1));
+    if (address.port == 0) {
+      refuse(url, "the port must be a number from 1 to 65535");
+    }
   }
 }
 
@@ -65,6 +66,10 @@ std::string BusAddress::text() const {
   const bool bracketed = host.find(':') != std::string::npos;
   return std::string(tls ? kTlsScheme : kPlainScheme) + (bracketed ? "[" + host + "]" : host) + ":" +
          std::to_string(port) + (room.empty() ? "" : "/" + room);
+}
+
+bool isPort(const std::string& digits) {
+  return portOf(digits) != 0;
 }
 
 BusAddress parseBusAddress(const std::string& url) {

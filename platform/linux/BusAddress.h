@@ -17,6 +17,9 @@ struct BusAddress {
   std::string text() const;
 };
 
+/** Whether it is the number of a port. */
+bool isPort(const std::string& digits);
+
 /**
  * Reads a broker's address; an absent port is 1883, with TLS 8883. Throws std::invalid_argument with one
  * clear line when `url` is not one. A user or password within the address is refused, and never repeated in

@@ -11,7 +11,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-DevicePlatform build(const PlatformOptions& options, const std::shared_ptr<const ServiceHealth>& health) {
+DevicePlatform build(const PlatformOptions& options, const std::shared_ptr<ServiceHealth>& health) {
   options.validate();
   ServiceState::current().setLog(logBackend(options.log).make(options));
   ServiceState::current().setProperties(propertiesBackend(options.properties).make(options));
@@ -23,6 +23,9 @@ DevicePlatform build(const PlatformOptions& options, const std::shared_ptr<const
   device.platform.standardOutput = &std::cout;
   device.whenBusReady = std::move(bus.whenReady);
   device.lostMessages = std::move(bus.lostMessages);
+  if (health != nullptr) {
+    device.metrics = metricsBackend(options.metrics).make(options, health);
+  }
   return device;
 }
 

@@ -29,9 +29,9 @@ bool isDBusAddress(const std::string& bus) {
 
 }  // namespace
 
-const std::array<PlatformOptions::Row, 10>& PlatformOptions::rows() {
+const std::array<PlatformOptions::Row, 11>& PlatformOptions::rows() {
   using Options = PlatformOptions;
-  static constexpr std::array<Row, 10> kRows{{
+  static constexpr std::array<Row, 11> kRows{{
       {&Options::bus, "PRB_BUS", "--bus",
        "message bus: mqtt://HOST[:PORT][/ROOM], mqtts://HOST[:PORT][/ROOM], or embedded for one in the "
        "process"},
@@ -40,6 +40,9 @@ const std::array<PlatformOptions::Row, 10>& PlatformOptions::rows() {
       {&Options::properties, "PRB_PROPERTIES", "--properties",
        "file of the system properties, or memory for this process alone; default: the machine's file"},
       {&Options::log, "PRB_LOG", "--log", "where log lines go: auto, stderr, journal or android"},
+      {&Options::metrics, "PRB_METRICS", "--metrics",
+       "where Prometheus may ask how the service is, by HTTP: PORT, for programs of this machine, or "
+       "HOST:PORT; default: nowhere"},
       {&Options::mqttUser, "PRB_MQTT_USER", "--mqtt-user", "user name at the broker"},
       {&Options::mqttPassword, "PRB_MQTT_PASSWORD", nullptr, "password at the broker"},
       {&Options::mqttPasswordFile, "PRB_MQTT_PASSWORD_FILE", "--mqtt-password-file",
@@ -87,6 +90,10 @@ void PlatformOptions::validate() const {
   }
   providersBackend(provider);
   logBackend(log);
+  metricsBackend(metrics);
+  if (!metrics.empty() && !isPort(metrics.substr(metrics.rfind(':') + 1))) {
+    throw std::invalid_argument("metrics address \"" + metrics + "\": expected PORT or HOST:PORT");
+  }
   propertiesBackend(properties);
   requireReadable(mqttPasswordFile, "password file");
   if (!mqttPasswordFile.empty() && password().empty()) {

@@ -12,6 +12,7 @@ struct PlatformOptions {
   std::string provider = "none";
   std::string properties;
   std::string log = "auto";
+  std::string metrics;
   std::string mqttUser;
   std::string mqttPassword;
   std::string mqttPasswordFile;
@@ -27,7 +28,7 @@ struct PlatformOptions {
     const char* option;
     const char* meaning;
   };
-  static const std::array<Row, 10>& rows();
+  static const std::array<Row, 11>& rows();
 
   /** The defaults, and over them what the environment variables say; an empty variable counts as not set. */
   static PlatformOptions fromEnvironment();

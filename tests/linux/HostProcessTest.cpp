@@ -2,13 +2,17 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <string_view>
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
@@ -52,9 +56,11 @@ class Room {
     mHost = std::make_unique<Process>(
         std::vector<std::string>{kProgram, "--bus", mBroker.url("room-12"), "--provider",
                                  "dbus:" + mBus.address(), "--properties", mFolder.file("p.db")},
-        std::map<std::string, std::string>{{"NOTIFY_SOCKET", mNotify.path()},
-                                           {"FYN_CONF_NAME", mFolder.write("fyn.conf", "")},
-                                           {"PRB_LOG", "stderr"}});
+        std::map<std::string, std::string>{
+            {"NOTIFY_SOCKET", mNotify.path()},
+            {"FYN_CONF_NAME", mFolder.write("fyn.conf", "")},
+            {"PRB_METRICS", PR_HAVE_METRICS ? std::to_string(mMetricsPort) : ""},
+            {"PRB_LOG", "stderr"}});
   }
 
   void waitForClient() { waitFor(*mClient); }
@@ -174,6 +180,21 @@ class Room {
     return -1;
   }
 
+  /** What the service says of itself to Prometheus: values by their names with labels. */
+  std::map<std::string, double> metrics() const {
+    std::istringstream answer(httpAnswer(mMetricsPort, "/metrics"));
+    std::map<std::string, double> values;
+    for (std::string line; std::getline(answer, line);) {
+      const std::size_t blank = line.rfind(' ');
+      if (line.rfind("productionrules_", 0) == 0 && blank != std::string::npos) {
+        values[line.substr(std::strlen("productionrules_"), blank - std::strlen("productionrules_"))] =
+            std::strtod(line.c_str() + blank, nullptr);
+      }
+    }
+    return values;
+  }
+
+  int results() const { return mFrame; }
   void loseProvider() { mProvider.reset(); }
   MessageBus& bus() { return mBus; }
 
@@ -196,6 +217,8 @@ class Room {
 
   ScratchFolder mFolder;
   NotifySocket mNotify;
+  /** Of this process alone, and none that the system gives to others. */
+  const int mMetricsPort = 20000 + getpid() % 10000;
   Broker mBroker;
   MessageBus mBus;
   MqttOptions mOptions;
@@ -222,6 +245,24 @@ TEST(HostProcess, EveryPictureArrivesAfterBrokerAndProviderHaveBeenAway) {
   }
   EXPECT_EQ(room.logged("QuilProvider service died"), 2U);
   EXPECT_EQ(room.logged("lost the connection"), 2U);
+#if PR_HAVE_METRICS
+  // A picture is out before its cycle has ended.
+  EXPECT_TRUE(eventually([&] { return room.metrics()["cycle_seconds_count"] == room.results(); }));
+  std::map<std::string, double> metrics = room.metrics();
+  EXPECT_GE(metrics["provider_connections_total"], 3);
+  for (const auto& [name, value] : {std::pair("mode{mode=\"Off\"}", 1),
+                                    {"vision_results_total", room.results()},
+                                    {"cycle_seconds_bucket{le=\"+Inf\"}", room.results()},
+                                    {"pictures_total{shows=\"HEAD\"}", room.results()},
+                                    {"waiting_messages", 0},
+                                    {"dropped_messages_total", 0},
+                                    {"bus_connected", 1},
+                                    {"bus_connections_total", 3},
+                                    {"provider_connected", 1}}) {
+    EXPECT_EQ(metrics.count(name), 1U) << name;
+    EXPECT_EQ(metrics[name], value) << name;
+  }
+#endif
 
   const std::size_t failures = room.logged("setSceneJson failed and returned error");
   room.provider().signal(SIGSTOP);

@@ -68,6 +68,8 @@ TEST(PlatformOptions, AreRefusedByName) {
       {&PlatformOptions::provider, "dbus", "camera provider \"dbus\""},
       {&PlatformOptions::provider, "dbus:wrong", "camera provider \"dbus:wrong\""},
       {&PlatformOptions::log, "syslog", "log \"syslog\": expected auto, stderr, journal or android"},
+      {&PlatformOptions::metrics, PR_HAVE_METRICS ? "127.0.0.1:http" : "",
+       PR_HAVE_METRICS ? "metrics address" : ""},
       {&PlatformOptions::mqttPasswordFile, "/does/not/exist", "password file \"/does/not/exist\""},
       {&PlatformOptions::mqttPasswordFile, "/tmp", "password file \"/tmp\" cannot be read"},
       {&PlatformOptions::mqttPasswordFile, "/dev/null", "password file \"/dev/null\" has no password"},
@@ -95,6 +97,7 @@ TEST(PlatformOptions, NameWhatThisBuildLacks) {
       {&PlatformOptions::provider, "dbus:system", PR_HAVE_DBUS != 0, "D-Bus camera provider"},
       {&PlatformOptions::properties, "/x", PR_HAVE_SQLITE != 0, "property file"},
       {&PlatformOptions::log, "journal", PR_HAVE_JOURNAL != 0, "journal"},
+      {&PlatformOptions::metrics, "9464", PR_HAVE_METRICS != 0, "Prometheus metrics"},
       {&PlatformOptions::log, "android", PR_HAVE_ANDROID_LOG != 0, "Android log"},
   };
   for (const LeftOut& row : rows) {

@@ -87,6 +87,22 @@ bool isListening(int port) {
   return canConnect(loopback(port));
 }
 
+std::string httpAnswer(int port, const std::string& path) {
+  const sockaddr_in address = loopback(port);
+  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  std::string answer;
+  if (connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+    const std::string request = "GET " + path + " HTTP/1.0\r\n\r\n";
+    send(client, request.data(), request.size(), MSG_NOSIGNAL);
+    std::array<char, 4096> part{};
+    for (ssize_t length = 0; (length = recv(client, part.data(), part.size(), 0)) > 0;) {
+      answer.append(part.data(), static_cast<std::size_t>(length));
+    }
+  }
+  close(client);
+  return answer;
+}
+
 bool isListening(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;

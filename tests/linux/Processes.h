@@ -24,6 +24,10 @@ int freePort();
 /** Whether somebody listens on a port of 127.0.0.1. */
 bool isListening(int port);
 
+/** What is answered at a port of 127.0.0.1 to the request for a page, with its header; empty when nobody is
+ * there. */
+std::string httpAnswer(int port, const std::string& path);
+
 /** Whether somebody listens on a socket in the file system. */
 bool isListening(const std::string& path);
 

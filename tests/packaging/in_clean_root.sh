@@ -38,7 +38,10 @@ apt_get install ./*.deb
 expect dpkg -s productionrules
 expect grep -x "persist.feature.steadyframing=0" /etc/fyn.conf
 expect cmp /etc/default/productionrulesd <(dpkg-deb --fsys-tarfile productionrules_*.deb | tar -xO ./etc/default/productionrulesd)
+mkdir -p /etc/systemd/system/productionrulesd.service.d
+expect cp /usr/share/doc/productionrules/metrics.conf /etc/systemd/system/productionrulesd.service.d
 expect systemd-analyze verify /usr/lib/systemd/system/productionrulesd.service
+rm -r /etc/systemd/system/productionrulesd.service.d
 expect productionrulesd --version
 expect productionrulesd --check --properties memory --config /etc/fyn.conf
 expect bash -c 'prb simulate --seed 1 --minutes 1 -o meeting.jsonl && prb replay meeting.jsonl | grep -q /PRBOut'

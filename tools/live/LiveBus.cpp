@@ -32,7 +32,8 @@ void requireWritten(bool isWritten) {
 }
 
 bool concernsBus(const PlatformOptions::Row& row) {
-  return row.field != &PlatformOptions::provider && row.field != &PlatformOptions::log;
+  return row.field != &PlatformOptions::provider && row.field != &PlatformOptions::log &&
+         row.field != &PlatformOptions::metrics;
 }
 
 }  // namespace
@@ -50,6 +51,7 @@ void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBu
 DevicePlatform toolPlatform(PlatformOptions options) {
   options.provider = "none";
   options.log = "stderr";
+  options.metrics.clear();
   try {
     return buildPlatform(options);
   } catch (const std::invalid_argument& error) {

@@ -16,6 +16,7 @@ core    libmosquitto-dev     bus
 core    libsdbus-c++-dev     provider
 core    libsqlite3-dev       properties
 core    libcpp-httplib-dev   viewer
+core    prometheus-cpp-dev   metrics
 core    zlib1g-dev           recordings
 core    libzstd-dev          recordings
 core    android-liblog-dev   log

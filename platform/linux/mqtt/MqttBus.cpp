@@ -5,7 +5,7 @@
 namespace fyn::productionrules {
 
 const BusBackend::Maker kMakeMqttBus = [](const PlatformOptions& options,
-                                          const std::shared_ptr<const ServiceHealth>& health) -> BuiltBus {
+                                          const std::shared_ptr<ServiceHealth>& health) -> BuiltBus {
   MqttOptions mqtt;
   mqtt.address = parseBusAddress(options.bus);
   mqtt.user = options.mqttUser;

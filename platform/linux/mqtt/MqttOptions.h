@@ -22,8 +22,9 @@ struct MqttOptions {
   /** Pause before the first attempt to reconnect; it doubles with each failed one up to `lastRetry`. */
   std::chrono::milliseconds firstRetry{200};
   std::chrono::milliseconds lastRetry{5000};
-  /** What the broker tells of the service; null for a client that is none. */
-  std::shared_ptr<const ServiceHealth> health;
+  /** Where the connection is noted, and what the broker tells of the service; null for a client that is none.
+   */
+  std::shared_ptr<ServiceHealth> health;
 };
 
 }  // namespace fyn::productionrules

@@ -201,6 +201,7 @@ void MqttPubSubClient::onConnected(std::size_t receiveMaximum) {
   mConnected = true;
   if (mStatus) {
     mStatus->begin();
+    mOptions.health->setBus(true);
   }
   mOutageSaid = false;
   mRefusalSaid = false;
@@ -225,6 +226,9 @@ void MqttPubSubClient::connectionEnded(int result) {
   mOutbox.shut();
   mSubscriptions.forgetConnection();
   const bool lost = std::exchange(mConnected, false);
+  if (mOptions.health != nullptr) {
+    mOptions.health->setBus(false);
+  }
   const bool refused = !mRefusal.empty();
   mRefusal.clear();
   // A refusal needs a person, so it is said even if the outage began otherwise; each once until the return.
