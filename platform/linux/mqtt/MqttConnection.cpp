@@ -2,8 +2,11 @@
 
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -64,6 +67,14 @@ std::string publisherOf(const mosquitto_property* properties) {
   std::free(name);
   std::free(value);
   return publisher;
+}
+
+// A broker may send a message only when the one before is acknowledged (Nagle), and the kernel takes up to 40
+// ms for that: longer than a camera takes for a frame. The kernel forgets the wish, so it is said after each
+// read.
+void acknowledgeNow(int socket) {
+  const int yes = 1;
+  setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &yes, sizeof yes);
 }
 
 // The library is C: nothing may be thrown through it. A message that memory does not suffice for is lost.
@@ -226,6 +237,7 @@ int MqttConnection::poll(std::chrono::milliseconds limit) {
   }
   if (result == MOSQ_ERR_SUCCESS && (watched[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) {
     result = mosquitto_loop_read(handle, 1);
+    acknowledgeNow(socket);
   }
   return result == MOSQ_ERR_SUCCESS ? mosquitto_loop_misc(handle) : result;
 }
