@@ -176,7 +176,7 @@ def recording_faults(prb, name, text, validators, topics):
 
 def documentation_faults(validators):
     """The examples of complete documents in the pages."""
-    for page, schemas in (("README.md", ("vision-result", "scene")), ("docs/bus.md", ("status",))):
+    for page, schemas in (("README.md", ("vision-result", "scene")), ("docs/operations.md", ("status",))):
         blocks = re.findall(r"^```json\n(.*?)^```", (contract.ROOT / page).read_text(encoding="utf-8"), re.M | re.S)
         if len(blocks) != len(schemas):
             yield f"{page} has {len(blocks)} JSON examples, expected {len(schemas)}"
