@@ -85,7 +85,7 @@ std::string presetNamed(const std::string& name) {
 
 std::string presetList() {
   constexpr std::size_t kNameWidth = 13;
-  constexpr std::size_t kModeWidth = 7;
+  constexpr std::size_t kModeWidth = 8;
   std::string text = padded("PRESET", kNameWidth) + padded("MODE", kModeWidth) + "FOR\n";
   for (const Preset& preset : presets()) {
     text += padded(std::string(preset.name), kNameWidth) +
