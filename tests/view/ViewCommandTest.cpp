@@ -85,6 +85,37 @@ TEST(ViewCommand, ShowsARecordingUntilASignalComes) {
   viewer.endsWith(SIGTERM);
 }
 
+TEST(ViewCommand, TwoSidesHaveTheirOwnLines) {
+  const ScratchFolder folder;
+  const std::string meeting = folder.file("meeting.jsonl");
+  const std::string replayed = folder.file("replayed.jsonl");
+  const std::string config = folder.file("quick.conf");
+  runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
+  runTool({kPrb, "replay", meeting, "-o", replayed});
+  std::ofstream(config) << "persist.fdtimers.layoutchange.headcountchange=0\n";
+  struct Case {
+    std::vector<std::string> options;
+    json names;
+    /** Which side holds decisions, as only a replay does. */
+    std::array<bool, 2> replayed;
+  };
+  for (const Case& c :
+       {Case{{"--config", "/dev/null", "--config", config}, json::array({"/dev/null", config}), {true, true}},
+        Case{{"--recorded"}, json::array({"recorded", "replayed"}), {false, true}},
+        Case{{"--beside", replayed}, json::array({meeting, replayed}), {false, false}}}) {
+    std::vector<std::string> command{kPrb, "view", meeting};
+    command.insert(command.end(), c.options.begin(), c.options.end());
+    Viewer viewer(command);
+    const json sides = json::parse(viewer.client().Get("/api/info")->body).at("sides");
+    for (const std::size_t i : {0U, 1U}) {
+      EXPECT_EQ(sides[i]["name"], c.names[i]);
+      const std::string lines = viewer.client().Get(i == 0 ? "/api/recording" : "/api/beside")->body;
+      EXPECT_EQ(lines.find("\"decision\"") != std::string::npos, c.replayed[i]) << c.names[i];
+    }
+    viewer.endsWith(SIGTERM);
+  }
+}
+
 TEST(ViewCommand, APipeFromWhichNothingMoreComesDoesNotKeepIt) {
   for (const int signal : {SIGINT, SIGTERM}) {
     const ScratchFolder folder;

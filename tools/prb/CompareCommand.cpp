@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/base/OutputFile.h"
+#include "tools/base/ShellWord.h"
 #include "tools/prb/Commands.h"
 #include "tools/report/Comparison.h"
 #include "tools/report/MetricTable.h"
@@ -90,7 +91,13 @@ void runCompare(CompareArguments& arguments, PrbContext& context) {
   const std::vector<MetricComparison> comparisons = compareMeasurements(results[0], results[1]);
   if (arguments.json != "-") {
     writeTable(comparisons, arguments.recordings.size(), context);
-    context.out << "\nMeasured against " << measuredAgainst(overall(results[0])) << ".\n";
+    context.out << "\nMeasured against " << measuredAgainst(overall(results[0]))
+                << ".\nSee both side by side: prb view " << shellWord(arguments.recordings.front())
+                << " --config " << shellWord(arguments.a) << " --config " << shellWord(arguments.b);
+    for (const std::string& property : arguments.properties) {
+      context.out << " --property " << shellWord(property);
+    }
+    context.out << '\n';
   }
   if (!arguments.json.empty()) {
     writeJson(arguments, comparisons, context);

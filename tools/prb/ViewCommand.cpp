@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
+#include <deque>
 #include <memory>
 
 #include "platform/ServiceStateScope.h"
@@ -7,6 +9,7 @@
 #include "tools/base/ShellWord.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"
+#include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/prb/Commands.h"
 #include "tools/settings/KeyValueTexts.h"
@@ -22,12 +25,44 @@ namespace {
 
 struct ViewArguments {
   std::string recording;
+  /** The recording whose own pictures stand beside those of the first. */
+  std::string beside;
+  bool recorded = false;
   std::string at;
-  std::string config;
+  /** Two of them are shown side by side. */
+  std::vector<std::string> configs;
   std::vector<std::string> properties;
   PlatformOptions platform;
   ViewPageOptions page;
 };
+
+/** One recording in one way. */
+struct Side {
+  std::string name;
+  std::string recording;
+  std::string config;
+  /** What it holds is shown, else what a replay makes of it. */
+  bool isRecorded = false;
+};
+
+std::vector<Side> sidesOf(const ViewArguments& arguments) {
+  const std::string config = arguments.configs.empty() ? "" : arguments.configs.front();
+  if (!arguments.beside.empty()) {
+    return {{arguments.recording, arguments.recording, "", true},
+            {arguments.beside, arguments.beside, "", true}};
+  }
+  if (arguments.recorded) {
+    return {{"recorded", arguments.recording, "", true}, {"replayed", arguments.recording, config, false}};
+  }
+  std::vector<Side> sides;
+  for (const std::string& each : arguments.configs) {
+    sides.push_back({each, arguments.recording, each, false});
+  }
+  if (sides.empty()) {
+    sides.push_back({"", arguments.recording, "", false});
+  }
+  return sides;
+}
 
 void tellAddress(const ViewPage& page, PrbContext& context) {
   context.out << page.address << std::endl;
@@ -39,37 +74,71 @@ void waitForTheEnd(StopSignals& stop) {
   }
 }
 
-/** How to ask about a moment of the recording, which must be a file to be replayed again. */
-std::string questionAbout(const ViewArguments& arguments) {
-  if (arguments.recording == "-") {
+/** How to ask about a moment of a replay, of a file that can be replayed again. */
+std::string questionAbout(const Side& side, const std::vector<std::string>& properties) {
+  if (side.recording == "-" || side.isRecorded) {
     return {};
   }
-  std::string command = "prb why " + shellWord(arguments.recording);
-  if (!arguments.config.empty()) {
-    command += " --config " + shellWord(arguments.config);
+  std::string command = "prb why " + shellWord(side.recording);
+  if (!side.config.empty()) {
+    command += " --config " + shellWord(side.config);
   }
-  for (const std::string& property : arguments.properties) {
+  for (const std::string& property : properties) {
     command += " --property " + shellWord(property);
   }
   return command;
 }
 
+/** What a side shows, from its file into its lines. */
+class SidePlay {
+ public:
+  SidePlay(const Side& side, const ViewArguments& arguments, std::istream& standardInput, PrbContext& context)
+      : mInput(side.recording, standardInput), mIsRecorded(side.isRecorded), mContext(context) {
+    mOptions.configuration = readConfiguration(side.config, context.err);
+    mOptions.properties = keyValues(arguments.properties);
+  }
+
+  std::string name() const { return mInput.name(); }
+  LineLog& lines() { return mLines; }
+
+  bool run(StopSignals& stop) {
+    const auto isStopped = [&stop] { return stop.waitFor(std::chrono::seconds(0)); };
+    return mIsRecorded ? showRecorded(mInput, mLines, mContext, isStopped)
+                       : playRecording(mInput, mOptions, mLines, mContext, isStopped);
+  }
+
+ private:
+  InputFile mInput;
+  const bool mIsRecorded;
+  PrbContext& mContext;
+  ReplayOptions mOptions;
+  LineLog mLines = LineLog::ofRecording();
+};
+
 void viewRecording(const ViewArguments& arguments, PrbContext& context) {
+  const std::vector<Side> sides = sidesOf(arguments);
+  if (sides.size() > 1 && (arguments.recording == "-" || arguments.beside == "-")) {
+    throw UsageError(
+        "two sides are read one after the other, so none can come from standard input; name files");
+  }
   StopSignals stop;
   StoppableInput standardInput(context.in, stop);
-  InputFile input(arguments.recording, standardInput.stream());
-  ReplayOptions options;
-  options.configuration = readConfiguration(arguments.config, context.err);
-  options.properties = keyValues(arguments.properties);
-  LineLog lines = LineLog::ofRecording();
+  std::deque<SidePlay> plays;
+  for (const Side& side : sides) {
+    plays.emplace_back(side, arguments, standardInput.stream(), context);
+  }
   ViewPageOptions pageOptions = arguments.page;
-  pageOptions.question = questionAbout(arguments);
+  pageOptions.question = questionAbout(sides.front(), arguments.properties);
+  if (sides.size() > 1) {
+    pageOptions.sides = SideBySide{{{{sides[0].name, pageOptions.question},
+                                     {sides[1].name, questionAbout(sides[1], arguments.properties)}}},
+                                   &plays.back().lines()};
+  }
   const std::string moment = arguments.at.empty() ? "" : "#t=" + std::to_string(momentOf(arguments.at));
-  ViewPage page = showViewPage(lines, input.name(), pageOptions);
+  ViewPage page = showViewPage(plays.front().lines(), plays.front().name(), pageOptions);
   page.address += moment;
   tellAddress(page, context);
-  if (playRecording(input, options, lines, context,
-                    [&stop] { return stop.waitFor(std::chrono::seconds(0)); })) {
+  if (std::all_of(plays.begin(), plays.end(), [&stop](SidePlay& play) { return play.run(stop); })) {
     waitForTheEnd(stop);
   }
 }
@@ -118,11 +187,29 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
   command.add_option("--at", arguments->at, "Show this moment, as 02:05.133 or in seconds")
       ->type_name("TIME")
       ->needs(recording);
-  command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE")
-      ->needs(recording);
+  CLI::Option* const config =
+      command
+          .add_option("--config", arguments->configs,
+                      "Configuration file that the service reads; given twice, both are shown side by side")
+          ->type_name("FILE")
+          ->expected(1)
+          ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+          ->needs(recording);
+  CLI::Option* const recorded =
+      command
+          .add_flag("--recorded", arguments->recorded,
+                    "Show the pictures that the recording holds (prb record --outputs) beside those of its "
+                    "replay")
+          ->needs(recording);
+  CLI::Option* const beside =
+      command
+          .add_option("--beside", arguments->beside,
+                      "Show the pictures that both recordings hold side by side, without a replay")
+          ->type_name("RECORDING")
+          ->needs(recording);
   addPropertyOption(command, arguments->properties);
   command.get_option("--property")->needs(recording);
+  beside->excludes(config, recorded, command.get_option("--property"));
   addViewPageOptions(command, arguments->page);
   addPlatformOptions(command, arguments->platform, true);
   recording->excludes(command.get_option("--bus"));
@@ -137,8 +224,14 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       "Examples:\n"
       "  prb view meeting.jsonl --at 02:05\n"
       "  prb view meeting.jsonl --property vendor.talkertracking.flag=4 --port 8080\n"
+      "  prb view meeting.jsonl --config a.conf --config b.conf     (keys d and shift d: differences)\n"
       "  prb view --bus mqtt://localhost");
   command.callback([arguments, &context] {
+    const std::size_t most = arguments->recorded ? 1 : 2;
+    if (arguments->configs.size() > most) {
+      throw UsageError(std::to_string(arguments->configs.size()) + " configurations are given; " +
+                       (arguments->recorded ? "with --recorded one" : "two at the most") + " can be shown");
+    }
     if (arguments->recording.empty()) {
       viewBus(*arguments, context);
     } else {

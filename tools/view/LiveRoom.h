@@ -19,11 +19,13 @@ namespace fyn::productionrules {
 class LiveRoom final : public com::quil::pubsub::IPubSubListener, public LogSink {
  public:
   /** What it wants to be subscribed to. */
-  static constexpr std::array kTopics{
-      topics::kVisionResult, topics::kCameraParameters, topics::kCamera,     topics::kCameras,
-      topics::kCameraMoved,  topics::kControl,          topics::kDebugLog,   topics::kScene,
-      topics::kDebugScene,   topics::kSecondaryScene,   topics::kTimerDebug, topics::kPeopleCount,
-      topics::kDecisions};
+  static constexpr std::array kTopics{topics::kVisionResult, topics::kCameraParameters,
+                                      topics::kCamera,       topics::kCameras,
+                                      topics::kCameraMoved,  topics::kControl,
+                                      topics::kDebugLog,     topics::kScene,
+                                      topics::kDebugScene,   topics::kSecondaryScene,
+                                      topics::kTimerDebug,   topics::kPeopleCount,
+                                      topics::kDecisions,    kStatusTopic};
 
   /** `clock` gives milliseconds that do not decrease; the first call is time 0. `sink` must outlive this. */
   LiveRoom(LineSink& sink, std::function<std::int64_t()> clock);

@@ -1,7 +1,12 @@
 #include "tools/view/RecordingPlay.h"
 
+#include <utility>
+
+#include "platform/Topics.h"
 #include "tools/base/ProgressBar.h"
 #include "tools/recording/RecordingReader.h"
+#include "tools/recording/RecordingWriter.h"
+#include "tools/view/LiveRoom.h"
 #include "tools/view/ReplayLines.h"
 
 namespace fyn::productionrules {
@@ -14,8 +19,10 @@ constexpr int kMostNotices = 100;
 /** Reads a recording and passes over what is malformed. */
 class PatientReader {
  public:
-  PatientReader(InputFile& input, ReplayLines& lines)
-      : mInput(input), mReader(input.stream(), input.name()), mLines(lines) {}
+  using Notice = std::function<void(const std::string& words)>;
+
+  PatientReader(InputFile& input, Notice notice)
+      : mInput(input), mReader(input.stream(), input.name()), mNotice(std::move(notice)) {}
 
   bool next(RecordingEvent& event) {
     for (;;) {
@@ -32,8 +39,8 @@ class PatientReader {
 
   void sayHowMany() {
     if (mFaults > kMostNotices) {
-      mLines.notice("in all, " + std::to_string(mFaults) + " lines of " + mInput.name() +
-                    " could not be read and were left out");
+      mNotice("in all, " + std::to_string(mFaults) + " lines of " + mInput.name() +
+              " could not be read and were left out");
     }
   }
 
@@ -42,13 +49,13 @@ class PatientReader {
  private:
   void sayFault(const std::string& fault) {
     if (++mFaults <= kMostNotices) {
-      mLines.notice(fault + "; the line was left out");
+      mNotice(fault + "; the line was left out");
     }
   }
 
   InputFile& mInput;
   RecordingReader mReader;
-  ReplayLines& mLines;
+  const Notice mNotice;
   int mFaults = 0;
 };
 
@@ -62,7 +69,7 @@ bool playRecording(InputFile& input, ReplayOptions options, LineLog& log, PrbCon
   options.decisions = &lines.decisions();
   Replay replay(options, lines);
   lines.watch(replay);
-  PatientReader reader(input, lines);
+  PatientReader reader(input, [&lines](const std::string& words) { lines.notice(words); });
   ProgressBar bar(context.err, context.errIsTerminal, "replay", input.size());
   RecordingEvent event;
   while (reader.next(event)) {
@@ -73,6 +80,36 @@ bool playRecording(InputFile& input, ReplayOptions options, LineLog& log, PrbCon
     bar.update(reader.bytesRead());
   }
   lines.finish();
+  reader.sayHowMany();
+  log.finish();
+  return true;
+}
+
+bool showRecorded(InputFile& input, LineLog& log, PrbContext& context,
+                  const std::function<bool()>& isStopped) {
+  std::int64_t t = 0;
+  const auto notice = [&](const std::string& words) { log.put(noticeLine(t, words)); };
+  LiveRoom room(log, [&t] { return t; });
+  PatientReader reader(input, notice);
+  ProgressBar bar(context.err, context.errIsTerminal, "read", input.size());
+  bool hasPictures = false;
+  RecordingEvent event;
+  while (reader.next(event)) {
+    if (isStopped()) {
+      return false;
+    }
+    t = event.t;
+    if (const auto* const message = std::get_if<BusMessage>(&event.what)) {
+      hasPictures = hasPictures || message->topic == topics::kScene;
+      room.onMessage(message->topic, message->payload);
+    } else if (!std::holds_alternative<Truth>(event.what)) {
+      log.put({t, LineWorth::Kept, {}, recordingLine(event)});
+    }
+    bar.update(reader.bytesRead());
+  }
+  if (!hasPictures) {
+    notice(input.name() + " holds no pictures of a service: record with 'prb record --outputs'");
+  }
   reader.sayHowMany();
   log.finish();
   return true;

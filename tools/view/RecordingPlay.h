@@ -16,4 +16,11 @@ namespace fyn::productionrules {
 bool playRecording(InputFile& input, ReplayOptions options, LineLog& log, PrbContext& context,
                    const std::function<bool()>& isStopped);
 
+/**
+ * Writes a recording into `log` as it is: what it holds of the service's messages is shown, nothing is
+ * replayed. Otherwise as playRecording.
+ */
+bool showRecorded(InputFile& input, LineLog& log, PrbContext& context,
+                  const std::function<bool()>& isStopped);
+
 }  // namespace fyn::productionrules

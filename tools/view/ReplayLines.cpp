@@ -28,7 +28,7 @@ std::int64_t ReplayLines::now() {
 }
 
 void ReplayLines::handle(const RecordingEvent& event) {
-  if (!isRemark(event) && !isOfTheDevice(event)) {
+  if (!std::holds_alternative<Truth>(event.what) && !isOfTheDevice(event)) {
     mLast = std::max(mLast, mStart + event.t);
     if (const auto* const message = std::get_if<BusMessage>(&event.what)) {
       mSink.put(messageLine(mLast, message->topic, message->payload));

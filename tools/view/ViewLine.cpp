@@ -27,6 +27,7 @@ constexpr std::array kCurrentTopics{
     CurrentTopic{topics::kSecondaryScene, LineWorth::Kept},
     CurrentTopic{topics::kPeopleCount, LineWorth::Kept},
     CurrentTopic{topics::kTrackingMode, LineWorth::Kept},
+    CurrentTopic{kStatusTopic, LineWorth::Kept},
     CurrentTopic{topics::kCamera, LineWorth::Kept},
     CurrentTopic{topics::kCameras, LineWorth::Kept},
     CurrentTopic{topics::kCameraParameters, LineWorth::Kept},

@@ -2,10 +2,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "layouts/cycle/LayoutDecision.h"
 
 namespace fyn::productionrules {
+
+/** On which a bus client says how its service is doing, where the bus can. */
+inline constexpr std::string_view kStatusTopic = "/PRBStatus";
 
 /** What may become of a line when a page reads more slowly than lines come. */
 enum class LineWorth {

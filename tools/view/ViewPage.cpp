@@ -43,6 +43,7 @@ ViewPage showViewPage(LineLog& lines, std::string name, const ViewPageOptions& o
   server.address = options.listen == "localhost" ? "127.0.0.1" : options.listen;
   server.port = options.port;
   server.question = options.question;
+  server.sides = options.sides;
   if (!isNumericAddress(server.address)) {
     throw UsageError("--listen takes a numeric address such as 127.0.0.1 or 0.0.0.0, not '" + options.listen +
                      "'");

@@ -15,8 +15,9 @@ namespace fyn::productionrules {
 struct ViewPageOptions {
   std::string listen = "127.0.0.1";
   int port = 0;
-  /** As in ViewServerOptions; no option sets it. */
+  /** As in ViewServerOptions; no option sets them. */
   std::string question = {};
+  std::optional<SideBySide> sides = {};
 };
 
 /** Gives `command` the options --port and --listen. */

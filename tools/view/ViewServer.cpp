@@ -30,6 +30,9 @@ constexpr int kUnreadAttempts = 30;
 /** Bytes that the kernel holds for one page, so that a slow one is noticed. */
 constexpr int kSendBuffer = 128 * 1024;
 
+/** Where a page reads the second side. */
+constexpr std::string_view kBeside = "/api/beside";
+
 constexpr const char* kText = "text/plain; charset=utf-8";
 
 /** What a browser finds at each path. */
@@ -109,12 +112,14 @@ class ViewServer::Pages {
   void setUp();
   Next guard(const httplib::Request& request, httplib::Response& response);
   void get(const httplib::Request& request, httplib::Response& response);
-  void sendLines(const httplib::Request& request, httplib::Response& response);
+  nlohmann::ordered_json info() const;
+  void sendLines(LineLog& log, const httplib::Request& request, httplib::Response& response);
   bool sendPiece(LineLog::Reader& lines, int& unread, httplib::DataSink& sink) const;
 
   LineLog& mLines;
   const std::string mName;
   const std::string mQuestion;
+  const std::optional<SideBySide> mSides;
   const std::string mAddress;
   int mPort = 0;
   std::unique_ptr<ViewAccess> mAccess;
@@ -129,6 +134,7 @@ ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptio
     : mLines(lines),
       mName(std::move(name)),
       mQuestion(options.question),
+      mSides(options.sides),
       mAddress(options.address),
       mServer({options.requestLimit, kWriteLimit}, mEnding) {
   if (options.token.empty() && !isLoopback(options.address)) {
@@ -162,6 +168,9 @@ ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptio
 ViewServer::Pages::~Pages() {
   mEnding = true;
   mLines.close();
+  if (mSides) {
+    mSides->lines->close();
+  }
   mServer.stop();
   mThread.join();
 }
@@ -215,15 +224,15 @@ ViewServer::Pages::Next ViewServer::Pages::guard(const httplib::Request& request
 
 void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& response) {
   if (request.path == mLines.form().path) {
-    sendLines(request, response);
+    sendLines(mLines, request, response);
+    return;
+  }
+  if (mSides && request.path == kBeside) {
+    sendLines(*mSides->lines, request, response);
     return;
   }
   if (request.path == "/api/info") {
-    nlohmann::ordered_json info{{"source", mLines.form().source}, {"name", mName}};
-    if (!mQuestion.empty()) {
-      info["question"] = mQuestion;
-    }
-    response.set_content(info.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
+    response.set_content(info().dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
                          "application/json");
     return;
   }
@@ -237,9 +246,25 @@ void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& 
   answer(response, 404, "there is nothing here");
 }
 
-void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Response& response) {
+nlohmann::ordered_json ViewServer::Pages::info() const {
+  nlohmann::ordered_json info{{"source", mLines.form().source}, {"name", mName}};
+  if (!mQuestion.empty()) {
+    info["question"] = mQuestion;
+  }
+  if (mSides) {
+    for (const SideBySide::Side& side : mSides->sides) {
+      nlohmann::ordered_json& entry = info["sides"].emplace_back(nlohmann::ordered_json::object());
+      entry["name"] = side.name;
+      entry["question"] = side.question;
+    }
+  }
+  return info;
+}
+
+void ViewServer::Pages::sendLines(LineLog& log, const httplib::Request& request,
+                                  httplib::Response& response) {
   if (request.method == "HEAD") {
-    response.set_header("Content-Type", mLines.form().contentType);
+    response.set_header("Content-Type", log.form().contentType);
     return;
   }
   if (++mStreams > kMostStreams) {
@@ -247,10 +272,10 @@ void ViewServer::Pages::sendLines(const httplib::Request& request, httplib::Resp
     answer(response, 503, "too many pages are open: close one and load this one again");
     return;
   }
-  const std::shared_ptr<LineLog::Reader> lines = mLines.open(request.get_header_value("Last-Event-ID"));
+  const std::shared_ptr<LineLog::Reader> lines = log.open(request.get_header_value("Last-Event-ID"));
   const auto unread = std::make_shared<int>(0);
   response.set_chunked_content_provider(
-      mLines.form().contentType,
+      log.form().contentType,
       [this, lines, unread](std::size_t /*offset*/, httplib::DataSink& sink) {
         return sendPiece(*lines, *unread, sink);
       },

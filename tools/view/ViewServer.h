@@ -1,12 +1,27 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "tools/view/LineLog.h"
 
 namespace fyn::productionrules {
+
+/** What stands beside the first lines, to be compared with them. */
+struct SideBySide {
+  struct Side {
+    /** What tells it from the other, for people. */
+    std::string name;
+    /** As in ViewServerOptions. */
+    std::string question;
+  };
+  std::array<Side, 2> sides;
+  /** The second side's; outlive the server. */
+  LineLog* lines = nullptr;
+};
 
 struct ViewServerOptions {
   /** A numeric address. */
@@ -20,6 +35,8 @@ struct ViewServerOptions {
   /** The command line that answers questions about a moment of what is shown, but for its time; "" for none.
    */
   std::string question = {};
+  /** When two recordings are shown, or one in two ways. */
+  std::optional<SideBySide> sides = {};
 };
 
 /**

@@ -1,29 +1,23 @@
 /**
- * Joins feed, history, player and views. Nothing is drawn unless something changed: at most one picture per screen
+ * Joins feeds, sides, player and views. Nothing is drawn unless something changed: at most one picture per screen
  * refresh, and texts ten times a second while time runs.
  */
 
-import { History, KEEP_ALL, type Limits } from './history';
-import { Lanes } from './lanes';
-import { momentsOf, type Lane, type Moment } from './moments';
-import { parseLine } from './parse';
+import { differencesOf, nextDifference } from './differences';
+import { EVERY_MOMENT, filtered, type MomentFilter } from './filter';
+import type { Span } from './lanes';
+import type { Moment } from './moments';
 import { Player } from './player';
+import { Side } from './side';
 import type { Feed, Info } from './sources';
-import type { State } from './state';
 import { Controls } from './view/controls';
 import { set } from './view/dom';
 import { Header } from './view/header';
-import { makeNumbers } from './view/numbers';
-import { makeOutput } from './view/output';
 import { Problems } from './view/problems';
-import { makeRoom } from './view/room';
+import { RangeBar } from './view/range';
+import { SideView } from './view/side';
 import { Timeline } from './view/timeline';
-import { makeWaits } from './view/waits';
-import { makeWhy } from './view/why';
 import { countUpTo } from './why';
-
-/** A live session keeps its last five minutes. */
-const LIVE_LIMITS: Limits = { keepMs: 300_000, keepEvents: 60_000 };
 
 /** Without a message for this long, live time stands still, milliseconds. */
 const LIVE_SILENCE_MS = 1000;
@@ -34,83 +28,73 @@ const TEXT_PERIOD = 100;
 /** Longer than this no picture takes: the page was hidden or the machine asleep, and playing waits for it. */
 const LONGEST_STEP = 250;
 
-/** Lanes in which decisions say more than what is inferred from documents. */
-const EXPLAINED: readonly Lane[] = ['wait', 'reframe'];
-
-/** Moments are forgotten in batches: one by one would cost a copy each time. */
-const FORGET_BATCH = 64;
-
-/** A scene document this soon after a decision follows from it, milliseconds. */
-const SAME_CHANGE = 50;
-
 const part = (id: string): HTMLElement => document.querySelector<HTMLElement>(`#${id}`) as HTMLElement;
 
-export class App implements Feed {
-  readonly history: History;
+export class App {
   readonly player: Player;
-  private moments: Moment[] = [];
-  private readonly lanes = new Lanes();
-  private explained = false;
-  /** The last decision that changed the picture. */
-  private last: Moment | null = null;
+  private readonly sides: Side[];
+  private readonly views: SideView[];
+  private filter: MomentFilter = EVERY_MOMENT;
+  private reading: number;
   private arrived = 0;
-  private drawnState: State | null = null;
   private dirty = true;
   private wanted = false;
   private lastFrame = performance.now();
   private lastTexts = 0;
   private textsLate = false;
-  private inTransition = false;
   private timer: ReturnType<typeof setTimeout> | null = null;
   private readonly header: Header;
   private readonly controls: Controls;
   private readonly timeline: Timeline;
-  private readonly problems = new Problems(part('problems') as HTMLDetailsElement);
-  private readonly redrawn = () => this.redraw();
-  private readonly drawRoom = makeRoom(part('room'), this.redrawn);
-  private readonly drawOutput = makeOutput(part('output'), this.redrawn);
-  private readonly drawNumbers = makeNumbers(part('numbers') as HTMLDetailsElement, this.redrawn);
-  private readonly drawWaits = makeWaits(part('waits'));
-  private readonly drawWhy: ReturnType<typeof makeWhy>;
-
-  private readonly live: boolean;
+  private readonly rangeBar: RangeBar;
 
   constructor(info: Info) {
-    this.live = info.source === 'live';
-    this.drawWhy = makeWhy(part('why'), (t) => this.jump(t), info.question);
-    this.history = new History(this.live ? LIVE_LIMITS : KEEP_ALL);
-    this.player = new Player(this.live);
-    this.timeline = new Timeline(part('timeline'), this.lanes, (t) => this.jump(t), this.redrawn);
+    const live = info.source === 'live';
+    const problems = new Problems(part('problems') as HTMLDetailsElement);
+    this.sides = info.sides.map(({ name }) => new Side(name, live, problems));
+    this.reading = this.sides.length;
+    this.player = new Player(live);
+    this.views = SideView.make(info.sides, {
+      live,
+      jump: (t) => this.jump(t),
+      redraw: () => this.redraw(),
+      filter: (filter) => {
+        this.filter = filter;
+        this.redraw();
+      },
+    });
+    this.timeline = new Timeline(part('timeline'), this.sides, { jump: (t) => this.jump(t), select: (range) => this.select(range), redraw: () => this.redraw() });
     this.header = new Header(info, () => {
       this.timeline.retheme();
       this.redraw();
     });
-    this.controls = new Controls(part('controls'), this);
+    this.rangeBar = new RangeBar(part('range'), info.name, live, { zoom: (range) => this.zoomTo(range), clear: () => this.select(null) });
+    this.controls = new Controls(part('controls'), this, this.sides.length > 1);
     addEventListener('hashchange', () => this.followLink());
     this.redraw();
   }
 
-  line(text: string, number: number): void {
-    const { event, fault } = parseLine(text, this.history.latest.own ?? Number.NaN);
-    if (!event) {
-      this.problems.add(number, fault);
-      return;
-    }
-    if (event.kind === 'decision') this.preferDecisions();
-    const { before, after } = this.history.push(event);
-    for (const moment of momentsOf(event, before, after)) this.addMoment(moment);
-    if (event.kind === 'notice') this.problems.notice(event.text);
-    this.arrived = performance.now();
-    if (this.player.live) this.forget();
-    this.redraw();
+  /** What reads the lines of a side is told here. */
+  feed(index: number): Feed {
+    const side = this.sides[index] as Side;
+    return {
+      line: (text, number) => {
+        side.line(text, number);
+        this.arrived = performance.now();
+        this.redraw();
+      },
+      status: (text) => this.header.status(text),
+      done: () => this.done(),
+    };
   }
 
-  status(text: string): void {
-    this.header.status(text);
-  }
-
-  done(): void {
-    this.player.t = this.history.start;
+  private done(): void {
+    this.reading -= 1;
+    if (this.reading > 0) return;
+    const [a, b] = this.sides;
+    if (a && b) this.timeline.differences = differencesOf(a.pictures, b.pictures, this.range.end);
+    this.controls.found(this.timeline.differences);
+    this.player.t = this.range.start;
     set(document.body, { 'data-read': true });
     this.followLink();
     this.redraw();
@@ -127,56 +111,68 @@ export class App implements Feed {
     this.controls.linkTo(this.player.t);
   }
 
-  get range(): { start: number; end: number } {
-    return { start: this.history.start, end: this.history.end };
+  get range(): Span {
+    const all = this.sides.map((s) => s.history).filter((h) => h.length > 0);
+    return all.length === 0 ? { start: 0, end: 0 } : { start: Math.min(...all.map((h) => h.start)), end: Math.max(...all.map((h) => h.end)) };
   }
 
   /** To the next or last vision result; a recording without any is left at its end or start. */
   step(direction: 1 | -1): void {
-    const t = this.history.find(this.player.t, direction, (e) => e.kind === 'vision');
+    const t = (this.sides[0] as Side).history.find(this.player.t, direction, (e) => e.kind === 'vision');
     this.player.playing = false;
-    this.jump(t ?? (direction === 1 ? this.history.end : this.history.start));
+    this.jump(t ?? (direction === 1 ? this.range.end : this.range.start));
   }
 
-  /** To the next or last mark of the time line. */
+  /** To the next or last moment of the lists. */
   stepMoment(direction: 1 | -1): void {
-    const upTo = countUpTo(this.moments, this.player.t);
-    let target = this.moments[direction === 1 ? upTo : upTo - 1];
-    for (let i = upTo - 1; direction === -1 && target && target.t >= this.player.t; i -= 1) target = this.moments[i - 1];
+    const times = this.moments().flatMap((moments) => {
+      let at = direction === 1 ? countUpTo(moments, this.player.t) : countUpTo(moments, this.player.t) - 1;
+      while (direction === -1 && (moments[at]?.t ?? -1) >= this.player.t) at -= 1;
+      return moments[at]?.t ?? [];
+    });
     this.player.playing = false;
-    if (target) this.jump(target.t);
+    if (times.length > 0) this.jump(direction === 1 ? Math.min(...times) : Math.max(...times));
   }
 
-  zoom(span: number | null): void {
-    this.timeline.span = span;
+  stepDifference(direction: 1 | -1): void {
+    const found = nextDifference(this.timeline.differences, this.player.t, direction);
+    this.player.playing = false;
+    if (found) this.jump(found.start);
+  }
+
+  zoom(length: number | null): void {
+    this.timeline.zoom.show(length);
     this.redraw();
   }
 
-  private addMoment(moment: Moment): void {
-    if (moment.inferred && this.explained && EXPLAINED.includes(moment.lane)) return;
-    this.lanes.add(moment);
-    // A noisy detector changes the count several times a second: it would hide all else in the list.
-    if (moment.lane === 'people') return;
-    const { last } = this;
-    // The decision says all that this document could.
-    if (moment.inferred && last?.changes && last.stream === moment.stream && moment.t - last.t <= SAME_CHANGE) return;
-    if (!moment.inferred && moment.changes) this.last = moment;
-    this.moments.push(moment);
+  zoomBy(factor: number): void {
+    this.timeline.zoomBy(factor, this.player.t);
   }
 
-  private preferDecisions(): void {
-    if (this.explained) return;
-    this.explained = true;
-    this.moments = this.moments.filter((m) => !(m.inferred && EXPLAINED.includes(m.lane)));
-    this.lanes.dropInferred(EXPLAINED);
+  /** One end of the selected range, or null for both, is moved to the moment. */
+  mark(end: 'start' | 'end' | null): void {
+    if (end === null) return this.select(null);
+    const t = Math.round(this.player.t);
+    const { start, end: last } = this.timeline.range ?? { ...this.range };
+    return this.select(end === 'start' ? { start: t, end: Math.max(t, last) } : { start: Math.min(t, start), end: t });
   }
 
-  private forget(): void {
-    const { start } = this.history;
-    const gone = countUpTo(this.moments, start - 1);
-    if (gone < FORGET_BATCH) return;
-    this.moments.splice(0, gone);
-    this.lanes.forget(start);
+  search(): void {
+    this.views[0]?.search();
+  }
+
+  private select(range: Span | null): void {
+    this.timeline.range = range;
+    this.redraw();
+  }
+
+  private zoomTo(range: Span): void {
+    this.timeline.zoom.showSpan(range);
+    this.redraw();
+  }
+
+  private moments(): (readonly Moment[])[] {
+    return this.sides.map((s) => filtered(s.moments, this.filter));
   }
 
   private followLink(): void {
@@ -205,10 +201,9 @@ export class App implements Feed {
     this.wanted = false;
     const passed = Math.min(LONGEST_STEP, Math.max(0, now - this.lastFrame));
     this.lastFrame = now;
-    const newest = this.history.end + Math.min(LIVE_SILENCE_MS, Math.max(0, now - this.arrived));
-    const { player } = this;
+    const { player, range } = this;
     const t = player.t;
-    player.advance(passed, this.range, newest);
+    player.advance(passed, range, range.end + Math.min(LIVE_SILENCE_MS, Math.max(0, now - this.arrived)));
     const transition = this.dirty || this.textsLate || player.t !== t ? this.draw(player.t, now) : false;
     if (player.playing || transition) this.wake();
     else if (player.following) this.wakeLater();
@@ -216,26 +211,23 @@ export class App implements Feed {
 
   /** Answers whether a transition is being played. */
   private draw(t: number, now: number): boolean {
-    const state = this.history.at(t);
-    const { player, history } = this;
-    const changed = this.dirty || state !== this.drawnState;
-    if (changed) this.drawRoom(state);
-    const transition = (changed || this.inTransition) && this.drawOutput(state, t);
-    this.inTransition = transition;
-    const all = { start: history.start, end: Math.max(history.end, player.following ? t : 0) };
+    const { player } = this;
+    const states = this.sides.map((s) => s.history.at(t));
+    const transitions = this.views.map((view, i) => view.drawPictures(states[i]!, t, this.dirty));
+    const all = { start: this.range.start, end: Math.max(this.range.end, player.following ? t : 0) };
     this.timeline.draw(all, t);
     if (this.textsAreDue(now)) {
-      this.drawWaits(state, t);
-      this.drawWhy(this.moments, t, this.live && !this.explained && this.moments.length > 0);
-      this.drawNumbers(state);
+      const moments = this.moments();
+      this.views.forEach((view, i) => view.drawTexts(this.sides[i]!, states[i]!, moments[i]!, t, this.timeline.range ?? all));
       this.timeline.say(all, t);
-      this.header.draw(state, history.count(t - 1000, t, (e) => e.kind === 'vision'));
-      this.controls.draw(player, t);
-      set(document.body, { 'data-t': Math.round(t) });
+      const { history, began } = this.sides[0]!;
+      this.header.draw(states[0]!, history.count(t - 1000, t, (e) => e.kind === 'vision'));
+      this.controls.draw(player, t, began, this.timeline.zoom.length);
+      this.rangeBar.draw(this.timeline.range, this.sides[0]!.moments);
+      set(document.body, { 'data-t': Math.round(t), 'data-service': states[0]!.service?.state ?? null });
     }
-    this.drawnState = state;
     this.dirty = false;
-    return transition;
+    return transitions.includes(true);
   }
 
   private textsAreDue(now: number): boolean {

@@ -13,6 +13,14 @@ export interface Size {
   height: number;
 }
 
+/** The image of a panoramic camera goes on at its left edge where it ends at the right. */
+export interface CameraSize extends Size {
+  wraps: boolean;
+}
+
+/** As the service's bus client says it: `lost` is one that went without a word. */
+export type ServiceState = 'up' | 'down' | 'lost';
+
 /** One view: `source` of camera `camera` (of size `srcRef`) goes to `dest` of the output picture. */
 export interface Frame {
   index: number;
@@ -99,13 +107,14 @@ export type Event =
   | { kind: 'people'; t: number; count: number; smallest: number }
   | { kind: 'mode'; t: number; mode: string }
   | { kind: 'control'; t: number; topic: string; text: string }
-  | { kind: 'camera'; t: number; id: number; size: Size }
+  | { kind: 'camera'; t: number; id: number; size: CameraSize }
   | { kind: 'identity'; t: number; id: number }
   | { kind: 'settings'; t: number; what: 'property' | 'config'; values: [string, string][] }
   | { kind: 'provider'; t: number; state: 'up' | 'announced' | 'down' | 'fail' }
   | { kind: 'decision'; t: number; decision: Decision }
   | { kind: 'frames'; t: number; frames: FrameExtra[] }
-  | { kind: 'log'; t: number; level: string; text: string }
+  | { kind: 'service'; t: number; state: ServiceState; provider: boolean | null }
+  | { kind: 'recorded'; t: number; startedAt: number | null }
   | { kind: 'notice'; t: number; text: string }
   | { kind: 'time'; t: number };
 

@@ -1,6 +1,6 @@
 /** Rectangles, the heads of a moment, and the cameras that are known. */
 
-import { HEAD, HEAD_BEST, HEAD_SPEAKS, type Box, type Frame, type Layout, type Size, type VisionEvent } from './events';
+import { HEAD, HEAD_BEST, HEAD_SPEAKS, type Box, type Frame, type CameraSize, type Layout, type Size, type VisionEvent } from './events';
 import type { State } from './state';
 
 export interface HeadBox extends Box {
@@ -71,17 +71,27 @@ export function eased(previous: Layout | null, layout: Layout, part: number): Fr
 
 export interface Camera {
   id: number;
-  size: Size;
+  size: CameraSize;
 }
 
-const USUAL: Size = { width: 1280, height: 720 };
+/** `box` wherever it is seen in `around`: in the image of a panoramic camera it is seen again one turn further on. */
+export function turnsOf<B extends Box>(box: B, { width, wraps }: CameraSize, around: Box): B[] {
+  if (!wraps) return [box];
+  return [0, -width, width]
+    .map((turn) => ({ ...box, left: box.left + turn, right: box.right + turn }))
+    .filter((turned) => overlaps(turned, around));
+}
 
-function sizeOf(state: State, id: number): Size {
+export const imageOf = ({ size }: Camera): Box => ({ left: 0, top: 0, right: size.width, bottom: size.height });
+
+const USUAL: CameraSize = { width: 1280, height: 720, wraps: false };
+
+function sizeOf(state: State, id: number): CameraSize {
   const told = state.cameras.get(id);
   if (told) return told;
   for (const layout of state.decided.values()) {
     const frame = layout.frames.find((f) => f.camera === id && f.srcRef.width > 0 && f.srcRef.height > 0);
-    if (frame) return frame.srcRef;
+    if (frame) return { ...frame.srcRef, wraps: false };
   }
   return USUAL;
 }

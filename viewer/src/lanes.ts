@@ -2,13 +2,8 @@
 
 import type { Lane, Moment } from './moments';
 
-export const LANES: readonly (readonly [Lane, string])[] = [
-  ['layout', 'Layouts'],
-  ['wait', 'Waits'],
-  ['reframe', 'Reframes'],
-  ['people', 'People'],
-  ['control', 'Control'],
-];
+
+export const LANES: readonly Lane[] = ['layout', 'wait', 'reframe', 'people', 'control'];
 
 export interface Mark {
   moment: Moment;
@@ -23,10 +18,10 @@ const LASTING: ReadonlySet<Lane> = new Set<Lane>(['layout', 'people']);
 /** How far back a lasting mark is looked for that reaches into the visible part. */
 const MOST_BACK = 2000;
 
-const lasts = ({ lane, title }: Moment) => LASTING.has(lane) || (lane === 'wait' && title.endsWith('pending'));
+const lasts = ({ lane, begins }: Moment) => LASTING.has(lane) || begins;
 
 export class Lanes {
-  private marks = new Map<Lane, Mark[]>(LANES.map(([lane]) => [lane, []]));
+  private marks = new Map<Lane, Mark[]>(LANES.map((lane) => [lane, []]));
   private readonly open = new Map<string, Mark>();
   /** Changes with every change of the marks. */
   version = 0;
@@ -36,16 +31,20 @@ export class Lanes {
   add(moment: Moment): void {
     this.version += 1;
     const key = `${moment.lane}${moment.stream}`;
-    const before = this.open.get(key);
-    if (before) {
-      before.end = moment.t;
-      this.open.delete(key);
-    }
+    this.close(key, moment.t);
+    // A new picture ends the waits for reframes of the old one.
+    if (moment.changes && moment.lane === 'wait') this.close(`reframe${moment.stream}`, moment.t);
     const mark: Mark = { moment, t: moment.t, end: lasts(moment) ? null : moment.t };
     if (mark.end === null) this.open.set(key, mark);
     if (moment.lane === 'layout') this.streams = Math.max(this.streams, moment.stream + 1);
     if (moment.lane === 'people') this.mostPeople = Math.max(this.mostPeople, Number(moment.value) || 0);
     this.of(moment.lane).push(mark);
+  }
+
+  private close(key: string, t: number): void {
+    const mark = this.open.get(key);
+    if (mark) mark.end = t;
+    this.open.delete(key);
   }
 
   of(lane: Lane): Mark[] {
@@ -64,7 +63,7 @@ export class Lanes {
   /** Forgets marks that ended before `start`. */
   forget(start: number): void {
     this.version += 1;
-    for (const [lane] of LANES) {
+    for (const lane of LANES) {
       const kept = this.of(lane).filter((m) => m.end === null || m.end >= start);
       this.marks.set(lane, kept);
     }
@@ -91,6 +90,11 @@ export class Lanes {
     const found = reaching;
     for (let i = first; i < marks.length && (marks[i] as Mark).t <= end; i += 1) found.push(marks[i] as Mark);
     return found;
+  }
+
+  /** The mark of a stream that lasts at `t`. */
+  covering(lane: Lane, stream: number, t: number): Mark | null {
+    return this.within(lane, t, t).filter((m) => m.moment.stream === stream && (m.end === null || m.end > t)).pop() ?? null;
   }
 
   /** The mark nearest to `t`, at most `tolerance` milliseconds away. */

@@ -7,8 +7,8 @@ async function start(): Promise<void> {
   try {
     const info = await fetchInfo();
     const app = new App(info);
-    if (info.source === 'live') followEvents(app);
-    else await readRecording(app);
+    if (info.source === 'live') followEvents(app.feed(0));
+    else await Promise.all(info.sides.map((_side, i) => readRecording(app.feed(i), i)));
   } catch (error) {
     status.textContent = `Nothing can be shown: ${error instanceof Error ? error.message : String(error)}.`;
   }

@@ -1,6 +1,6 @@
 /** The moments worth a mark on the time line, found while events come in. */
 
-import type { Event, Layout } from './events';
+import type { Event, Layout, ServiceState } from './events';
 import type { State } from './state';
 import { sceneWords } from './words';
 
@@ -19,7 +19,15 @@ export interface Moment {
   /** It changed the picture, or a wait. */
   changes: boolean;
   waits: boolean;
+  /** A wait begins, which the next moment of its lane and stream ends. */
+  begins: boolean;
 }
+
+const SERVICE: Record<ServiceState, string> = {
+  up: 'The service is there.',
+  down: 'The service has ended.',
+  lost: 'The service has gone without a word: it crashed, or its machine or network did.',
+};
 
 const DECISION_LANES: Record<string, Lane> = {
   pending: 'wait',
@@ -32,6 +40,8 @@ const DECISION_LANES: Record<string, Lane> = {
   secondary: 'wait',
   reset: 'control',
 };
+
+const BEGINS: ReadonlySet<string> = new Set(['pending', 'reframeWait']);
 
 /** Decisions by which another picture is shown. */
 const CHANGES: ReadonlySet<string> = new Set(['adopted', 'reframed', 'feedPriority', 'secondary', 'reset']);
@@ -53,6 +63,7 @@ function sceneMoments(event: Extract<Event, { kind: 'scene' }>, before: State): 
       inferred: true,
       changes: true,
       waits: false,
+      begins: false,
     };
   }).filter((m) => m.title !== 'sent again');
 }
@@ -60,10 +71,10 @@ function sceneMoments(event: Extract<Event, { kind: 'scene' }>, before: State): 
 function timerMoments(event: Extract<Event, { kind: 'timers' }>, before: State, after: State): Moment[] {
   return after.waits.flatMap((now) => {
     const was = before.waits.find((w) => w.stream === now.stream)?.pending ?? null;
-    const base = { t: event.t, stream: now.stream, lane: 'wait' as const, inferred: true, changes: false, waits: true };
+    const base = { t: event.t, stream: now.stream, lane: 'wait' as const, inferred: true, changes: false, waits: true, begins: false };
     if (now.pending && now.pending.type !== was?.type) {
       const reason = `A change from ${now.type} to ${now.pending.type} is waiting.`;
-      return [{ ...base, title: `${now.pending.type} pending`, reason, value: now.pending.type }];
+      return [{ ...base, begins: true, title: `${now.pending.type} pending`, reason, value: now.pending.type }];
     }
     if (was && !now.pending && now.type !== was.type) {
       return [{ ...base, title: `${was.type} dropped`, reason: `The pending ${was.type} was dropped; ${now.type} stays.`, value: now.type }];
@@ -81,7 +92,7 @@ export function momentsOf(event: Event, before: State, after: State): Moment[] {
 
 function marksOf(event: Event, before: State, after: State): Moment[] {
   const control = (title: string, reason: string): Moment[] => [
-    { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false, changes: false, waits: false },
+    { t: event.t, lane: 'control', stream: 0, title, reason, value: '', inferred: false, changes: false, waits: false, begins: false },
   ];
   switch (event.kind) {
     case 'scene':
@@ -92,7 +103,7 @@ function marksOf(event: Event, before: State, after: State): Moment[] {
       const { decision } = event;
       const lane = DECISION_LANES[decision.kind] ?? 'wait';
       const changes = CHANGES.has(decision.kind);
-      return [{ t: event.t, lane, stream: decision.stream, title: decision.title, reason: decision.sentence, value: decision.to, inferred: false, changes, waits: !changes }];
+      return [{ t: event.t, lane, stream: decision.stream, title: decision.title, reason: decision.sentence, value: decision.to, inferred: false, changes, waits: !changes, begins: BEGINS.has(decision.kind) }];
     }
     case 'people':
       if (event.count === before.people?.count) return [];
@@ -106,6 +117,7 @@ function marksOf(event: Event, before: State, after: State): Moment[] {
         inferred: false,
         changes: false,
         waits: false,
+        begins: false,
       }];
     case 'mode':
       return control(event.mode, `The framing mode is ${event.mode}.`);
@@ -115,6 +127,8 @@ function marksOf(event: Event, before: State, after: State): Moment[] {
       return control(`${event.what} set`, event.values.map(([k, v]) => `${k} = ${v}`).join(', '));
     case 'provider':
       return control(`provider ${event.state}`, `The camera provider: ${event.state}.`);
+    case 'service':
+      return event.state === before.service?.state ? [] : control(`service ${event.state}`, SERVICE[event.state]);
     case 'notice':
       return control('notice', event.text);
     default:

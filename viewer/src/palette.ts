@@ -38,3 +38,20 @@ const LAYOUT_COLOURS: Record<string, string> = {
 export const layoutColour = (type: string): string => LAYOUT_COLOURS[type] ?? '#b8c2d0';
 
 export const frameColour = (number: number): string => FRAME_COLOURS[number % FRAME_COLOURS.length] as string;
+
+/** Lines and bars of plots, for light and for dark; people with any colour vision tell them apart (Okabe and Ito). */
+const SERIES = {
+  blue: ['#0072b2', '#56b4e9'],
+  orange: ['#d55e00', '#ff8b3d'],
+  green: ['#009e73', '#2cc79b'],
+  pink: ['#cc79a7', '#e39ac4'],
+  inView: ['#56b4e9', '#3b93c9'],
+  cut: ['#e69f00', '#e69f00'],
+  off: ['#9a4a1c', '#c96f3a'],
+  idle: ['#8d979e', '#7b868f'],
+} as const;
+
+export type SeriesColour = keyof typeof SERIES;
+
+/** In the theme of the page. */
+export const seriesColour = (name: SeriesColour): string => SERIES[name][getComputedStyle(document.documentElement).colorScheme === 'dark' ? 1 : 0];

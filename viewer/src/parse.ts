@@ -209,7 +209,13 @@ function camera(t: number, topic: string, payload: Obj): Event {
   const period = typeof payload.horizontalPeriod === 'number' ? pixels(payload, 'horizontalPeriod', 'payload') : 0;
   const width = period || pixels(payload, 'imageWidth', 'payload');
   if (width <= 0 || height <= 0) throw new Fault(`camera size ${width} x ${height}`);
-  return { kind: 'camera', t, id: Number.isInteger(last) ? last : Number.NaN, size: { width, height } };
+  return { kind: 'camera', t, id: Number.isInteger(last) ? last : Number.NaN, size: { width, height, wraps: period > 0 } };
+}
+
+function service(t: number, payload: Obj): Event {
+  const { state, provider } = payload;
+  if (state !== 'up' && state !== 'down' && state !== 'lost') throw new Fault(`the service is "${String(state)}", which is not known`);
+  return { kind: 'service', t, state, provider: typeof provider === 'boolean' ? provider : null };
 }
 
 /** First match wins; a topic also covers everything beneath it. */
@@ -222,6 +228,7 @@ const READERS: [string, (t: number, topic: string, payload: unknown, own: number
     const o = json(p);
     return { kind: 'timers', t, current: timedLayouts(o.currentLayout, 'currentLayout'), next: timedLayouts(o.nextLayout, 'nextLayout') };
   }],
+  ['/PRBStatus', (t, _topic, p) => service(t, json(p))],
   ['/PeopleCount', (t, _topic, p) => {
     const o = json(p);
     return { kind: 'people', t, count: num(o, 'face_count', 'payload'), smallest: num(o, 'smallestFaceHeight', 'payload', 0) };
@@ -260,7 +267,7 @@ function read(line: Obj, own: number): Event {
   if (line.property !== undefined) return settings(t, 'property', line.property);
   if (line.config !== undefined) return settings(t, 'config', line.config);
   if (line.provider !== undefined) return provider(t, line);
-  if (line.log !== undefined) return { kind: 'log', t, level: text(line, 'log'), text: text(line, 'text', '') };
+  if (isObj(line.recorded)) return { kind: 'recorded', t, startedAt: typeof line.recorded.startedAt === 'number' ? line.recorded.startedAt : null };
   if (line.notice !== undefined) return { kind: 'notice', t, text: text(line, 'notice') };
   return { kind: 'time', t };
 }

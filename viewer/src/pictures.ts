@@ -1,7 +1,7 @@
 /** What the pictures of a moment show, before anything is drawn: the room camera by camera, the output stream by stream. */
 
 import type { Box, Frame, Size } from './events';
-import { camerasOf, eased, headsOf, isEmpty, overlaps, resolve, sourceIn, widthOf, heightOf, type Camera, type HeadBox } from './geometry';
+import { camerasOf, eased, headsOf, isEmpty, overlaps, resolve, sourceIn, turnsOf, widthOf, heightOf, type Camera, type HeadBox } from './geometry';
 import { FRAME_COLOURS } from './palette';
 import { transitionAt, type Shown, type State } from './state';
 
@@ -110,9 +110,9 @@ export function outputOf(state: State, t: number): StreamPicture[] {
       .filter((f) => !isEmpty(f.source) && !isEmpty(f.dest))
       .map((frame) => {
         const id = resolve(frame.camera, known);
-        const camera = cameras.find((c) => c.id === id) ?? { id, size: frame.srcRef };
+        const camera = cameras.find((c) => c.id === id) ?? { id, size: { ...frame.srcRef, wraps: false } };
         const source = sourceIn(frame, camera.size);
-        const seen = heads.filter((h) => h.camera === id);
+        const seen = heads.filter((h) => h.camera === id).flatMap((h) => turnsOf(h, camera.size, source));
         return {
           index: frame.index,
           number: numberOf(numbers, stream, frame.index),

@@ -1,11 +1,20 @@
 /** Where lines come from: a whole recording, or server-sent events. */
 
-export interface Info {
-  source: 'recording' | 'live';
+/** One side: the only one, or one of two that are compared. */
+export interface SideInfo {
   name: string;
   /** The command line that answers questions about a moment, but for its time; empty when there is none. */
   question: string;
 }
+
+export interface Info {
+  source: 'recording' | 'live';
+  name: string;
+  sides: SideInfo[];
+}
+
+/** Where the lines of each side of a recording are. */
+const ADDRESSES = ['api/recording', 'api/beside'] as const;
 
 export interface Feed {
   line(text: string, number: number): void;
@@ -17,17 +26,18 @@ export interface Feed {
 export async function fetchInfo(): Promise<Info> {
   const answer = await fetch('api/info');
   if (!answer.ok) throw new Error(answer.status === 401 ? 'a token is needed: open the address that prb printed' : `the server answered ${answer.status}`);
-  const info = (await answer.json()) as Partial<Info>;
-  return { source: info.source === 'live' ? 'live' : 'recording', name: info.name ?? '', question: info.question ?? '' };
+  const { source, name = '', question = '', sides } = (await answer.json()) as Partial<Info & SideInfo>;
+  return { source: source === 'live' ? 'live' : 'recording', name, sides: sides ?? [{ name: '', question }] };
 }
 
 /** Lines handled before the page may draw again. */
 const BATCH = 1500;
 
-const breathe = () => new Promise((resolve) => setTimeout(resolve));
+const breathe = () => new Promise<void>((resolve) => setTimeout(resolve));
 
-export async function readRecording(feed: Feed): Promise<void> {
-  const answer = await fetch('api/recording');
+/** Gives every line of an address with its number, as it comes. */
+export async function readLines(address: string, handle: (line: string, number: number) => void, batch: (lines: number) => Promise<void> = breathe): Promise<void> {
+  const answer = await fetch(address);
   if (!answer.ok || !answer.body) throw new Error(`the server answered ${answer.status}`);
   const reader = answer.body.pipeThrough(new TextDecoderStream()).getReader();
   let rest = '';
@@ -38,14 +48,18 @@ export async function readRecording(feed: Feed): Promise<void> {
     rest = done ? '' : (lines.pop() ?? '');
     for (const line of lines) {
       number += 1;
-      if (line.trim()) feed.line(line, number);
-      if (number % BATCH === 0) {
-        feed.status(`reading, ${number} lines`);
-        await breathe();
-      }
+      if (line.trim()) handle(line, number);
+      if (number % BATCH === 0) await batch(number);
     }
-    if (done) break;
+    if (done) return;
   }
+}
+
+export async function readRecording(feed: Feed, side: number): Promise<void> {
+  await readLines(ADDRESSES[side] ?? '', (line, number) => feed.line(line, number), async (number) => {
+    feed.status(`reading, ${number} lines`);
+    await breathe();
+  });
   feed.status('');
   feed.done();
 }

@@ -1,6 +1,6 @@
 /** What is known at one moment, and how one event changes it. States are never changed, only followed by new ones. */
 
-import type { Decision, Event, FrameExtra, Layout, Size, TimedLayout, VisionEvent } from './events';
+import type { CameraSize, Decision, Event, FrameExtra, Layout, ServiceState, TimedLayout, VisionEvent } from './events';
 
 /** What one output stream shows since `since`; `previous` is what the transition comes from. */
 export interface Shown {
@@ -44,9 +44,11 @@ export interface State {
   waits: readonly StreamWaits[];
   people: { count: number; smallest: number } | null;
   mode: string;
-  cameras: ReadonlyMap<number, Size>;
+  cameras: ReadonlyMap<number, CameraSize>;
   own: number | null;
   provider: 'up' | 'announced' | 'down' | 'fail' | null;
+  /** Since when the service is up or gone; null while it has not said so. */
+  service: { state: ServiceState; since: number } | null;
   extras: readonly FrameExtra[];
   decision: { t: number; decision: Decision } | null;
 }
@@ -63,6 +65,7 @@ export const EMPTY: State = {
   cameras: new Map(),
   own: null,
   provider: null,
+  service: null,
   extras: [],
   decision: null,
 };
@@ -134,6 +137,11 @@ function change(state: State, event: Event): State {
       return { ...state, own: event.id };
     case 'provider':
       return { ...state, provider: event.state };
+    case 'service': {
+      const provider = event.provider === null ? state.provider : event.provider ? 'up' : 'down';
+      const since = state.service?.state === event.state ? state.service.since : event.t;
+      return { ...state, provider, service: { state: event.state, since } };
+    }
     case 'frames':
       return { ...state, extras: event.frames };
     case 'decision':

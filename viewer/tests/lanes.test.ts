@@ -24,7 +24,7 @@ test.each([
 describe('the marks that a span touches', () => {
   const lanes = lanesOf(meeting({ seconds: 60, streams: 2 }));
   test.each([[0, 60_000], [0, 1], [7000, 8000], [5999, 6001], [59_000, 90_000], [-9, -1]])('from %d to %d', (start, end) => {
-    for (const [lane] of LANES) {
+    for (const lane of LANES) {
       const expected = lanes.of(lane).filter((m) => m.t <= end && (m.t >= start || m.end === null || m.end > start));
       expect(lanes.within(lane, start, end)).toEqual(expected);
     }
@@ -38,7 +38,7 @@ test.each([[100, 30, 90], [94, 3, null], [105, 30, 110], [1e9, 10, null]])('the 
 test('forgetting keeps what still lasts', () => {
   const lanes = lanesOf([people(0, 2), people(500, 3), decision(100, 'reframed'), decision(200, 'pending')]);
   lanes.forget(400);
-  expect(LANES.map(([lane]) => lanes.of(lane).map((m) => m.t))).toEqual([[], [200], [], [0, 500], []]);
+  expect(LANES.map((lane) => lanes.of(lane).map((m) => m.t))).toEqual([[], [200], [], [0, 500], []]);
 });
 
 test('what was only inferred goes when there are decisions', () => {

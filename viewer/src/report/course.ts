@@ -1,11 +1,11 @@
 /** The course of one recording: what each stream shows, who is in view, how fast events are answered. */
 
 import uPlot from 'uplot';
-import { layoutColour } from '../palette';
+import { layoutColour, seriesColour, type SeriesColour } from '../palette';
 import { html, say } from '../view/dom';
 import { clock } from '../words';
 import { shellWord, type Course } from './data';
-import { colourOf, legend, plot, themed, toldSeries, type Colour } from './plot';
+import { legend, plot, themed, toldSeries } from './plot';
 import { peopleColumns, stays } from './shapes';
 
 const LAYOUTS: Record<string, string> = {
@@ -16,7 +16,7 @@ const LAYOUTS: Record<string, string> = {
   GROUP: 'group',
   PARTIAL_GROUP: 'part of the group',
 };
-const EVENT_COLOURS: Colour[] = ['blue', 'pink', 'green', 'orange'];
+const EVENT_COLOURS: SeriesColour[] = ['blue', 'pink', 'green', 'orange'];
 
 /** Told the time under the pointer. */
 type Point = (t: number | null) => void;
@@ -59,10 +59,10 @@ function people(course: Course, sync: string, point: Point): HTMLElement {
   const upTo = (rows: number[][]) => starts.map((_, index) => rows.reduce((sum, row) => sum + (row[Math.min(index, row.length - 1)] ?? 0), 0));
   const tops = [upTo([inView, cut, off]), upTo([inView, cut]), upTo([inView])];
   const stepped = uPlot.paths.stepped?.({ align: 1 });
-  const area = (label: string, colour: Colour, row: number[]): uPlot.Series => ({
+  const area = (label: string, colour: SeriesColour, row: number[]): uPlot.Series => ({
     label,
-    fill: colourOf(colour),
-    stroke: colourOf(colour),
+    fill: seriesColour(colour),
+    stroke: seriesColour(colour),
     width: 0,
     ...(stepped ? { paths: stepped } : {}),
     points: { show: false },
@@ -100,7 +100,7 @@ function answers({ events, length }: Course, kinds: string[], sync: string, poin
     draw: (layer) => {
       for (const [t, kind, latency] of events) {
         const isAnswered = latency >= 0;
-        layer.dot(t / 1000, isAnswered ? latency / 1000 : longest * 1.15, 4, colourOf(EVENT_COLOURS[kind] ?? 'idle'), isAnswered);
+        layer.dot(t / 1000, isAnswered ? latency / 1000 : longest * 1.15, 4, seriesColour(EVENT_COLOURS[kind] ?? 'idle'), isAnswered);
       }
     },
   });
@@ -115,7 +115,8 @@ function opener(recording: string, plots: HTMLElement[], timeAt: () => number | 
       if (t !== null) say(command, `prb view ${shellWord(recording)} --at ${clock(Math.round(t * 1000))}`);
     });
   }
-  return html('p', { class: 'open' }, 'A click on a moment names the command that shows it: ', command);
+  const beside = html('code', {}, `prb view ${shellWord(recording)} --config A.conf --config B.conf`);
+  return html('p', { class: 'open' }, 'A click on a moment names the command that shows it: ', command, '; two settings side by side: ', beside);
 }
 
 /** `sync` tells the recordings apart. */

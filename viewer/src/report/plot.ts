@@ -2,26 +2,9 @@
 
 import uPlot from 'uplot';
 import 'uplot/dist/uPlot.min.css';
+import { seriesColour, type SeriesColour } from '../palette';
 import { html } from '../view/dom';
 import { clockText } from './data';
-
-/** For light and for dark; people with any colour vision tell them apart (Okabe and Ito). */
-const COLOURS = {
-  blue: ['#0072b2', '#56b4e9'],
-  orange: ['#d55e00', '#ff8b3d'],
-  green: ['#009e73', '#2cc79b'],
-  pink: ['#cc79a7', '#e39ac4'],
-  inView: ['#56b4e9', '#3b93c9'],
-  cut: ['#e69f00', '#e69f00'],
-  off: ['#9a4a1c', '#c96f3a'],
-  idle: ['#8d979e', '#7b868f'],
-} as const;
-
-export type Colour = keyof typeof COLOURS;
-
-export function colourOf(name: Colour): string {
-  return COLOURS[name][getComputedStyle(document.documentElement).colorScheme === 'dark' ? 1 : 0];
-}
 
 const TIME_STEPS = [1, 5, 15, 30, 60, 300, 900, 1800, 3600, 7200, 18000];
 
@@ -104,10 +87,10 @@ export interface PlotOptions {
 }
 
 /** A series that is drawn in the layer and whose values `text` tells in the legend. */
-export function toldSeries(label: string, colour: Colour, text: (index: number, x: number) => string): uPlot.Series {
+export function toldSeries(label: string, colour: SeriesColour, text: (index: number, x: number) => string): uPlot.Series {
   return {
     label,
-    stroke: colourOf(colour),
+    stroke: seriesColour(colour),
     paths: () => null,
     points: { show: false },
     value: (u, _value, _series, index) => (index == null ? '' : text(index, u.posToVal(u.cursor.left ?? 0, 'x'))),

@@ -1,10 +1,11 @@
 /** The page of `prb report`: key figures, the course of each recording, distributions, all figures. */
 
 import uPlot from 'uplot';
+import { seriesColour } from '../palette';
 import { html } from '../view/dom';
 import { coursePlots } from './course';
 import { clockText, figureText, plainText, type Distribution, type Figures, type MetricName, type Report } from './data';
-import { colourOf, plot } from './plot';
+import { plot } from './plot';
 import { cumulative, histogram, percentile } from './shapes';
 
 /** The figures that say most. */
@@ -49,15 +50,15 @@ function bars(heading: string, distribution: Distribution, x: string, share = '%
     series: [
       {
         label: share,
-        stroke: colourOf('blue'),
-        fill: colourOf('blue'),
+        stroke: seriesColour('blue'),
+        fill: seriesColour('blue'),
         width: 0,
         ...(paths ? { paths } : {}),
         points: { show: false },
         value: (_u, value) => value?.toFixed(1) ?? '',
       },
     ],
-    draw: (layer) => layer.mark(median, colourOf('orange'), `median ${plainText(median, 1)}`),
+    draw: (layer) => layer.mark(median, seriesColour('orange'), `median ${plainText(median, 1)}`),
   });
 }
 
@@ -74,14 +75,14 @@ function curve(heading: string, distribution: Distribution): HTMLElement {
     series: [
       {
         label: '% not above',
-        stroke: colourOf('blue'),
+        stroke: seriesColour('blue'),
         width: 2,
         ...(paths ? { paths } : {}),
         points: { show: false },
         value: (_u, value) => value?.toFixed(1) ?? '',
       },
     ],
-    draw: (layer) => layer.mark(median, colourOf('orange'), `median ${plainText(median, 1)} s`),
+    draw: (layer) => layer.mark(median, seriesColour('orange'), `median ${plainText(median, 1)} s`),
   });
 }
 

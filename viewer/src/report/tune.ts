@@ -1,9 +1,10 @@
 /** The page of `prb tune`: each configuration as a dot between calm, fast and showing everybody, the best ones as a table. */
 
 import type uPlot from 'uplot';
+import { seriesColour } from '../palette';
 import { html, say } from '../view/dom';
 import { figureText, plainText, type Candidate, type Tune } from './data';
-import { colourOf, legend, plot } from './plot';
+import { legend, plot } from './plot';
 
 /** The two ways to look at the trade-off, each against the changes per minute. */
 const VIEWS: { heading: string; value: (candidate: Candidate) => number | null }[] = [
@@ -60,10 +61,10 @@ function tradeOffs(tune: Tune, { heading, value }: (typeof VIEWS)[number]): HTML
       const draw = (isDrawn: (index: number) => boolean, radius: number, colour: string, filled: boolean) => {
         for (const { index, x, y } of shown) if (isDrawn(index)) layer.dot(x, y, radius, colour, filled);
       };
-      draw((index) => !front.has(index), 3.5, colourOf('idle'), false);
-      draw((index) => front.has(index), 5, colourOf('blue'), true);
-      draw((index) => index === tune.best, 8, colourOf('orange'), false);
-      draw((index) => index === tune.best, 4, colourOf('orange'), true);
+      draw((index) => !front.has(index), 3.5, seriesColour('idle'), false);
+      draw((index) => front.has(index), 5, seriesColour('blue'), true);
+      draw((index) => index === tune.best, 8, seriesColour('orange'), false);
+      draw((index) => index === tune.best, 4, seriesColour('orange'), true);
     },
   });
   figure.append(hint);
@@ -89,9 +90,9 @@ function frontTable({ names, candidates, front }: Tune): HTMLElement {
 
 export function tunePage(tune: Tune): { title: string; lead: string; content: HTMLElement[] } {
   const dots: [string, string][] = [
-    [colourOf('blue'), 'best trade-offs'],
-    [colourOf('orange'), 'smallest goal'],
-    [colourOf('idle'), 'all others; rest the pointer on a dot for its values'],
+    [seriesColour('blue'), 'best trade-offs'],
+    [seriesColour('orange'), 'smallest goal'],
+    [seriesColour('idle'), 'all others; rest the pointer on a dot for its values'],
   ];
   return {
     title: 'Best trade-offs',

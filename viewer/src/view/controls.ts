@@ -1,8 +1,10 @@
 /** Play, pause, speed, steps, zoom and the link that names the moment; the same by keyboard. */
 
+import type { Difference } from '../differences';
 import { SPEEDS, type Player } from '../player';
-import { clock } from '../words';
+import { clock, seconds } from '../words';
 import { html, icon, say, set } from './dom';
+import { NEARER } from './timeline';
 
 export interface Actions {
   readonly player: Player;
@@ -10,7 +12,13 @@ export interface Actions {
   jump(t: number): void;
   step(direction: 1 | -1): void;
   stepMoment(direction: 1 | -1): void;
-  zoom(span: number | null): void;
+  stepDifference(direction: 1 | -1): void;
+  /** The length of what the time line shows, milliseconds; null for everything. */
+  zoom(length: number | null): void;
+  zoomBy(factor: number): void;
+  /** One end of the selected range is here; null for no range. */
+  mark(end: 'start' | 'end' | null): void;
+  search(): void;
   redraw(): void;
 }
 
@@ -58,9 +66,14 @@ export class Controls {
   private readonly speed: HTMLSelectElement;
   private readonly live: HTMLButtonElement;
   private readonly time = html('output', { class: 'time' });
+  private readonly wall = html('span', { class: 'wall', title: 'Wall clock' });
+  private readonly differences = html('span', { class: 'differences' });
+  private readonly zoomed = html('option', { value: '', hidden: true }, 'zoomed');
+  private readonly length: HTMLSelectElement;
   private readonly copied = html('span', { class: 'copied', role: 'status' });
 
-  constructor(root: HTMLElement, private readonly actions: Actions) {
+  /** `compares` two sides. */
+  constructor(root: HTMLElement, private readonly actions: Actions, compares: boolean) {
     const { player } = actions;
     this.play = button('play', 'Play (space)', () => this.toggle());
     this.speed = choice('Speed', SPEEDS.map((s) => `${s}×`), '1×', (value) => {
@@ -68,9 +81,10 @@ export class Controls {
     });
     this.live = button('Live', 'Follow live (L)', () => this.follow());
     this.live.hidden = !player.live;
-    const span = choice('Length of the time line', SPANS.map(([name]) => name), player.live ? LIVE_SPAN : 'all', (value) =>
+    this.length = choice('Length of the time line', SPANS.map(([name]) => name), player.live ? LIVE_SPAN : 'all', (value) =>
       actions.zoom(SPANS.find(([name]) => name === value)?.[1] ?? null),
     );
+    this.length.append(this.zoomed);
     if (player.live) actions.zoom(SPANS.find(([name]) => name === LIVE_SPAN)?.[1] ?? null);
     root.append(
       button('last', 'Last moment (shift and left)', () => actions.stepMoment(-1)),
@@ -80,20 +94,33 @@ export class Controls {
       button('next', 'Next moment (shift and right)', () => actions.stepMoment(1)),
       this.live,
       this.time,
+      this.wall,
+      ...(compares ? [button('⟨ differs', 'Last difference (shift and D)', () => actions.stepDifference(-1)), button('differs ⟩', 'Next difference (D)', () => actions.stepDifference(1)), this.differences] : []),
       html('label', {}, 'speed ', this.speed),
-      html('label', {}, 'show ', span),
+      html('label', {}, 'show ', this.length),
       button('Copy link', 'Copy link to this moment', () => void this.copy()),
       this.copied,
     );
     addEventListener('keydown', (event) => this.key(event));
   }
 
-  draw(player: Player, t: number): void {
+  /** What two sides differ in. */
+  found(differences: readonly Difference[]): void {
+    const all = differences.reduce((sum, d) => sum + d.end - d.start, 0);
+    const count = `${differences.length} difference${differences.length === 1 ? '' : 's'}`;
+    say(this.differences, differences.length === 0 ? 'no difference' : `${count}, ${seconds(all)}`);
+  }
+
+  /** `began` is the wall clock of t = 0, `length` that of the time line. */
+  draw(player: Player, t: number, began: number | null, length: number | null): void {
     const moving = player.following || player.playing;
     set(this.play.querySelector('path') as Element, { d: moving ? ICONS.pause : ICONS.play });
     set(this.play, { 'aria-label': moving ? 'Pause (space)' : 'Play (space)', title: moving ? 'Pause (space)' : 'Play (space)' });
     set(this.live, { 'aria-pressed': String(player.following) });
     say(this.time, `${clock(t)} / ${clock(this.actions.range.end)}`);
+    say(this.wall, began === null ? '' : new Date(began + t).toLocaleString('sv'));
+    const named = SPANS.find(([, span]) => span === length)?.[0] ?? '';
+    if (this.length.value !== named) this.length.value = named;
     const speed = `${player.speed}×`;
     if (this.speed.value !== speed) this.speed.value = speed;
   }
@@ -151,6 +178,21 @@ export class Controls {
           actions.player.faster(event.key === '+' ? 1 : -1);
           actions.redraw();
         });
+      case 'd':
+      case 'D':
+        return press(() => actions.stepDifference(event.shiftKey ? -1 : 1));
+      case 'z':
+      case 'Z':
+        return press(() => actions.zoomBy(event.shiftKey ? 1 / NEARER : NEARER));
+      case '0':
+        return press(() => actions.zoom(null));
+      case 'i':
+      case 'o':
+        return press(() => actions.mark(event.key === 'i' ? 'start' : 'end'));
+      case 'Escape':
+        return press(() => actions.mark(null));
+      case '/':
+        return press(() => actions.search());
       case 'l':
       case 'L':
         return press(() => this.follow());

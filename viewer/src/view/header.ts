@@ -14,7 +14,7 @@ export class Header {
     say(document.querySelector('#source') as HTMLElement, info.source === 'live' ? `live${info.name ? ` · ${info.name}` : ''}` : info.name || 'recording');
     set(document.body, { 'data-source': info.source });
     document.title = `${info.name || info.source} · prb view`;
-    for (const name of ['mode', 'people', 'speaking', 'vision', 'provider']) {
+    for (const name of ['mode', 'people', 'speaking', 'vision', 'provider', ...(info.source === 'live' ? ['service'] : [])]) {
       const value = html('dd');
       this.figures.set(name, value);
       root.append(html('div', {}, html('dt', {}, name), value));
@@ -36,6 +36,7 @@ export class Header {
       speaking: [...speakers].join(', ') || '–',
       vision: rate > 0 ? `${rate}/s` : '–',
       provider: state.provider ?? '–',
+      service: state.service?.state ?? '–',
     };
     for (const [name, node] of this.figures) say(node, values[name] ?? '–');
   }

@@ -48,9 +48,9 @@ function table(caption: string, columns: readonly string[]): { node: HTMLElement
   return { node, fill };
 }
 
-export function makeNumbers(root: HTMLDetailsElement, opened: () => void): (state: State) => void {
-  const frames = table('Frames, in pixels of their camera’s image and of the output', FRAMES);
-  const heads = table('Heads, in pixels of the camera’s image', HEADS);
+export function makeNumbers(root: HTMLDetailsElement, opened: () => void, side: string): (state: State) => void {
+  const frames = table(`${side ? `${side}: ` : ''}Frames, in pixels of their camera’s image and of the output`, FRAMES);
+  const heads = table(`${side ? `${side}: ` : ''}Heads, in pixels of the camera’s image`, HEADS);
   root.append(html('summary', {}, 'Numbers'), frames.node, heads.node);
   root.addEventListener('toggle', opened);
   return (state) => {

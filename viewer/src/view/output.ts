@@ -2,7 +2,7 @@
 
 import { outputOf, type StreamPicture } from '../pictures';
 import type { State } from '../state';
-import { layoutWords, seconds } from '../words';
+import { clock, layoutWords, seconds } from '../words';
 import { Canvases } from './canvases';
 import { html, say, set } from './dom';
 import { paintTiles } from './paint';
@@ -36,15 +36,22 @@ function paint(g: CanvasRenderingContext2D, picture: StreamPicture, unit: number
   g.globalAlpha = 1;
 }
 
+function noteOn({ service, debugOnly }: State, pictures: number): string {
+  if (service && service.state !== 'up') return `The service ${service.state === 'down' ? 'has ended' : 'was lost'} at ${clock(service.since)}; nothing below goes on.`;
+  if (pictures === 0) return 'No scene document yet.';
+  return debugOnly ? 'The newest layout went out as a debug document only: the picture stays.' : '';
+}
+
 /** Answers whether a transition is being played. */
 export function makeOutput(root: HTMLElement, resized: () => void): (state: State, t: number) => boolean {
   const streams = new Canvases('streams', 'stream', resized);
   const note = html('p', { class: 'empty' });
-  root.append(streams.node, note);
+  root.append(note, streams.node);
   return (state, t) => {
     const pictures = outputOf(state, t);
-    note.hidden = pictures.length > 0 && !state.debugOnly;
-    say(note, pictures.length === 0 ? 'No scene document yet.' : 'The newest layout went out as a debug document only: the picture stays.');
+    const words = noteOn(state, pictures.length);
+    note.hidden = !words;
+    say(note, words);
     streams.show(pictures.length);
     pictures.forEach((picture, i) => {
       const { figure, canvas } = streams.at(i);

@@ -1,7 +1,7 @@
 /** Draws rooms, people, boxes and tiles. `unit` is image pixels per pixel of the page: lines and texts keep their size. */
 
 import type { Box, Size } from '../events';
-import { heightOf, project, widthOf, type Camera, type HeadBox } from '../geometry';
+import { heightOf, imageOf, project, turnsOf, widthOf, type Camera, type HeadBox } from '../geometry';
 import { frameColour, ROOM, TONES } from '../palette';
 import { isDashed, type RoomFrame, type Tile } from '../pictures';
 
@@ -48,8 +48,9 @@ function line(g: Context, x0: number, y0: number, x1: number, y1: number): void 
   g.lineTo(x1, y1);
 }
 
-export function paintRoom(g: Context, { size }: Camera): void {
-  g.drawImage(room(size), 0, 0, size.width, size.height);
+/** `left` is where the image begins. */
+export function paintRoom(g: Context, { size }: Camera, left = 0): void {
+  g.drawImage(room(size), left, 0, size.width, size.height);
 }
 
 /** Who is nearer, lower in the picture, stands in front. */
@@ -138,7 +139,7 @@ export function paintTile(g: Context, { camera, source, dest, figures, heads, nu
   g.save();
   g.translate(dest.left - source.left * x, dest.top - source.top * y);
   g.scale(x, y);
-  paintRoom(g, camera);
+  for (const { left } of turnsOf(imageOf(camera), camera.size, source)) paintRoom(g, camera, left);
   paintFigures(g, figures, unit / Math.min(x, y));
   g.restore();
   for (const head of heads) {

@@ -1,11 +1,12 @@
 /** What the page could not show: which line, and why; and what the server has to say. */
 
+import type { Complaints } from '../side';
 import { html, say, type Attributes } from './dom';
 
 /** Reasons kept; beyond them only the number grows. */
 const KEPT = 100;
 
-export class Problems {
+export class Problems implements Complaints {
   private lines = 0;
   private notices = 0;
   private readonly summary = html('summary');

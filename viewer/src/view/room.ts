@@ -1,10 +1,14 @@
 /** The room: each camera's image plane with heads, frames, detection boundaries and off-centre bounds. */
 
+import type { Box } from '../events';
+import { imageOf, turnsOf } from '../geometry';
 import { roomOf, type CameraPicture } from '../pictures';
 import type { State } from '../state';
 import { Canvases } from './canvases';
 import { html, set } from './dom';
 import { paintFigures, paintFrames, paintHeads, paintRoom } from './paint';
+
+const turned = (b: Box, turn: number): Box => ({ ...b, left: b.left + turn, right: b.right + turn });
 
 const count = (n: number, one: string) => `${n} ${one}${n === 1 ? '' : 's'}`;
 
@@ -27,9 +31,18 @@ export function makeRoom(root: HTMLElement, resized: () => void): (state: State)
       cameras.caption(i, captionOf(picture));
       canvas.paint(picture.camera.size, (g, unit) => {
         paintRoom(g, picture.camera);
-        paintFigures(g, picture.heads, unit);
-        paintHeads(g, picture.heads, unit);
-        paintFrames(g, picture.frames, unit);
+        const heads = picture.heads.flatMap((h) => turnsOf(h, picture.camera.size, imageOf(picture.camera)));
+        paintFigures(g, heads, unit);
+        paintHeads(g, heads, unit);
+        const { size } = picture.camera;
+        const image = imageOf(picture.camera);
+        const frames = picture.frames.flatMap((f) =>
+          turnsOf({ ...f.source, frame: f }, size, image).map(({ frame, ...source }) => {
+            const turn = source.left - frame.source.left;
+            return { ...frame, source, boundary: frame.boundary && turned(frame.boundary, turn), offCentre: frame.offCentre && turned(frame.offCentre, turn) };
+          }),
+        );
+        paintFrames(g, frames, unit);
       });
     });
   };

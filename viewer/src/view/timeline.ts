@@ -1,109 +1,197 @@
-/** The time line on a canvas: an axis, and below it lanes of marks that stand at their times. */
+/** The time line: a canvas of rows with marks, what the pointer does to it, and what lies under the pointer. */
 
-import { LANES, ticks, visibleSpan, type Lanes, type Mark, type Span } from '../lanes';
-import type { Lane } from '../moments';
-import { layoutColour } from '../palette';
+import type { Difference } from '../differences';
+import { type Mark, type Span } from '../lanes';
+import { heightOf, rowsOf, type Row, type Track } from '../rows';
 import { clock } from '../words';
-import { html, set } from './dom';
-
-const AXIS = 16;
-const LANE = 20;
-const GAP = 2;
-const HEIGHT = AXIS + LANES.length * (LANE + GAP);
+import { Zoom } from '../zoom';
+import { each, html, say, set, variable } from './dom';
+import { TimelinePaint, themeOf, type Theme } from './timeline-paint';
 
 /** A click this near to a mark, in pixels, means the mark. */
 const NEAR = 6;
 
-const topOf = (index: number) => AXIS + index * (LANE + GAP);
+/** How much one step of a wheel zooms. */
+const WHEEL = 1.0015;
 
-interface Theme {
-  lane: string;
-  dim: string;
-  text: string;
-  accent: string;
-  soft: string;
-  warn: string;
-  panel: string;
+/** What zooming by a key or a button does. */
+export const NEARER = 0.5;
+
+export interface TimelineActions {
+  jump(t: number): void;
+  select(range: Span | null): void;
+  redraw(): void;
 }
 
-function themeOf(node: Element): Theme {
-  const style = getComputedStyle(node);
-  const of = (name: string) => style.getPropertyValue(`--${name}`).trim();
-  return { lane: of('lane'), dim: of('dim'), text: of('text'), accent: of('accent'), soft: of('soft'), warn: of('warn'), panel: of('panel') };
+interface Pointer {
+  x: number;
+  y: number;
 }
 
 export class Timeline {
-  private readonly canvas = html('canvas', { height: HEIGHT, 'aria-hidden': 'true' });
+  readonly zoom = new Zoom();
+  differences: readonly Difference[] = [];
+  range: Span | null = null;
+  private readonly canvas = html('canvas', { 'aria-hidden': 'true' });
   private readonly head = html('div', { class: 'playhead' });
-  private readonly window: HTMLElement;
-  private readonly g = this.canvas.getContext('2d') as CanvasRenderingContext2D;
+  private readonly hint = html('div', { class: 'hint', hidden: true });
+  private readonly names = html('div', { class: 'lane-names', 'aria-hidden': 'true' });
+  private readonly window = html('div', { class: 'window', role: 'slider', tabindex: 0, 'aria-label': 'Moment', 'aria-orientation': 'horizontal' }, this.canvas, this.head);
+  private readonly painter = new TimelinePaint(this.canvas);
+  private readonly pointers = new Map<number, Pointer>();
+  /** Where a selection began. */
+  private anchor: number | null = null;
+  private rows: Row[] = [];
   private width = 0;
+  private all: Span = { start: 0, end: 1 };
   private shown: Span = { start: 0, end: 1 };
   private theme: Theme | null = null;
   private drawn = '';
   private headAt = Number.NaN;
-  /** Length of the visible part in milliseconds; null shows everything. */
-  span: number | null = null;
 
-  constructor(root: HTMLElement, private readonly lanes: Lanes, private readonly jump: (t: number) => void, resized: () => void) {
-    const names = html('div', { class: 'lane-names', 'aria-hidden': 'true' }, ...LANES.map(([, name]) => html('span', {}, name)));
-    this.window = html('div', { class: 'window', role: 'slider', tabindex: 0, 'aria-label': 'Moment', 'aria-orientation': 'horizontal' }, this.canvas, this.head);
-    root.append(names, this.window);
-    this.window.addEventListener('pointerdown', (event) => {
-      this.window.setPointerCapture(event.pointerId);
-      this.jump(this.markAt(event)?.t ?? this.timeAt(event));
-    });
-    this.window.addEventListener('pointermove', (event) => {
-      if (event.buttons === 1) this.jump(this.timeAt(event));
-      else this.explain(event);
-    });
+  constructor(root: HTMLElement, private readonly tracks: readonly Track[], private readonly actions: TimelineActions) {
+    root.append(this.names, html('div', { class: 'track' }, this.window, this.hint));
+    const { window: node } = this;
+    node.addEventListener('pointerdown', (event) => this.press(event));
+    node.addEventListener('pointermove', (event) => this.move(event));
+    for (const kind of ['pointerup', 'pointercancel'] as const) {
+      node.addEventListener(kind, (event) => {
+        this.pointers.delete(event.pointerId);
+        this.anchor = null;
+      });
+    }
+    node.addEventListener('pointerleave', () => set(this.hint, { hidden: true }));
+    node.addEventListener('wheel', (event) => this.wheel(event), { passive: false });
     new ResizeObserver(([entry]) => {
       this.width = entry?.contentRect.width ?? 0;
-      resized();
-    }).observe(this.window);
+      actions.redraw();
+    }).observe(node);
   }
 
   /** Colours are asked for anew: they have changed. */
   retheme(): void {
     this.theme = null;
-    this.drawn = '';
   }
 
-  private timeAt(event: PointerEvent): number {
+  zoomBy(factor: number, at: number): void {
+    this.zoom.by(factor, at, this.shown, this.all);
+    this.actions.redraw();
+  }
+
+  private timeAt(x: number): number {
     const { left, width } = this.window.getBoundingClientRect();
-    const part = Math.min(1, Math.max(0, (event.clientX - left) / width));
+    const part = Math.min(1, Math.max(0, (x - left) / width));
     return Math.round(this.shown.start + part * (this.shown.end - this.shown.start));
   }
 
-  private markAt(event: PointerEvent): Mark | null {
-    const index = Math.floor((event.clientY - this.window.getBoundingClientRect().top - AXIS) / (LANE + GAP));
-    const lane = LANES[index]?.[0];
-    const tolerance = (NEAR * (this.shown.end - this.shown.start)) / Math.max(1, this.width);
-    return lane ? this.lanes.nearest(lane, this.timeAt(event), tolerance) : null;
+  private press(event: PointerEvent): void {
+    this.window.setPointerCapture(event.pointerId);
+    this.pointers.set(event.pointerId, { x: event.clientX, y: event.clientY });
+    if (this.pointers.size > 1) return;
+    if (event.shiftKey) this.anchor = this.timeAt(event.clientX);
+    else this.actions.jump(this.markAt(event)?.t ?? this.differenceAt(event)?.start ?? this.timeAt(event.clientX));
   }
 
-  private explain(event: PointerEvent): void {
+  private move(event: PointerEvent): void {
+    const before = this.pointers.get(event.pointerId);
+    if (!before) {
+      this.tell(event);
+      return;
+    }
+    const now = { x: event.clientX, y: event.clientY };
+    const other = [...this.pointers].find(([id]) => id !== event.pointerId)?.[1];
+    this.pointers.set(event.pointerId, now);
+    const t = this.timeAt(now.x);
+    if (other) this.pinch(before, now, other);
+    else if (this.anchor !== null) this.actions.select({ start: Math.min(this.anchor, t), end: Math.max(this.anchor, t) });
+    else if (event.altKey) this.pan(before.x - now.x);
+    else this.actions.jump(t);
+  }
+
+  private pinch(before: Pointer, now: Pointer, other: Pointer): void {
+    const wide = (p: Pointer) => Math.max(20, Math.abs(p.x - other.x));
+    this.zoomBy(wide(before) / wide(now), this.timeAt((now.x + other.x) / 2));
+    this.pan((before.x - now.x) / 2);
+  }
+
+  private wheel(event: WheelEvent): void {
+    event.preventDefault();
+    const sideways = event.shiftKey ? event.deltaY : event.deltaX;
+    if (Math.abs(sideways) > Math.abs(event.shiftKey ? event.deltaX : event.deltaY)) this.pan(sideways);
+    else this.zoomBy(WHEEL ** event.deltaY, this.timeAt(event.clientX));
+  }
+
+  private pan(pixels: number): void {
+    this.zoom.pan((pixels * (this.shown.end - this.shown.start)) / Math.max(1, this.width), this.shown);
+    this.actions.redraw();
+  }
+
+  private rowAt(event: PointerEvent): Row | undefined {
+    const y = event.clientY - this.window.getBoundingClientRect().top;
+    return this.rows.find((r) => y >= r.top && y < r.top + r.height);
+  }
+
+  private markAt(event: PointerEvent): Mark | null {
+    const row = this.rowAt(event);
+    if (!row || row.kind === 'difference') return null;
+    const tolerance = (NEAR * (this.shown.end - this.shown.start)) / Math.max(1, this.width);
+    return this.tracks[row.track]?.lanes.nearest(row.kind, this.timeAt(event.clientX), tolerance) ?? null;
+  }
+
+  private differenceAt(event: PointerEvent): Difference | undefined {
+    const t = this.timeAt(event.clientX);
+    return this.rowAt(event)?.kind === 'difference' ? this.differences.find((d) => t >= d.start && t <= d.end) : undefined;
+  }
+
+  /** What is so at the time under the pointer, and the mark that is near it. */
+  private tell(event: PointerEvent): void {
+    const t = this.timeAt(event.clientX);
+    const layouts = this.rows.filter((r) => r.kind === 'layout').map(({ track, stream, name }) => {
+      const mark = this.tracks[track]?.lanes.covering('layout', stream, t);
+      return mark ? `${name === 'Layout' ? '' : `${name} `}${mark.moment.value}` : '';
+    });
+    const people = this.tracks[0]?.lanes.covering('people', 0, t)?.moment.title ?? '';
     const mark = this.markAt(event);
-    set(this.window, { title: mark ? `${clock(mark.t)} ${mark.moment.title}` : null });
+    const words = [clock(t), ...layouts, people, this.differenceAt(event)?.words ?? '', mark ? `at ${clock(mark.t)}: ${mark.moment.title}` : ''];
+    say(this.hint, words.filter(Boolean).join(' · '));
+    set(this.hint, { hidden: false });
+    const { left, width } = this.window.getBoundingClientRect();
+    const x = Math.min(Math.max(0, event.clientX - left + 12), Math.max(0, width - this.hint.offsetWidth));
+    this.hint.style.transform = `translateX(${Math.round(x)}px)`;
   }
 
   draw(all: Span, t: number): void {
     if (this.width === 0) return;
-    const span = visibleSpan(all, t, this.span);
+    this.all = all;
+    const span = this.zoom.spanAt(all, t);
     const scale = this.width / (span.end - span.start);
     // Sliding by whole pixels: between them nothing has to be drawn.
-    const start = this.span === null ? span.start : Math.round(span.start * scale) / scale;
+    const start = this.zoom.length === null ? span.start : Math.round(span.start * scale) / scale;
     this.shown = { start, end: start + span.end - span.start };
     const x = Math.round((t - start) * scale * 2) / 2;
     if (x !== this.headAt) {
       this.headAt = x;
       this.head.style.transform = `translateX(${x}px)`;
     }
-    const now = `${this.shown.start} ${this.shown.end} ${Math.round(all.end * scale)} ${this.width} ${this.lanes.version} ${devicePixelRatio}`;
+    const versions = this.tracks.map((track) => track.lanes.version).join();
+    const { range } = this;
+    const now = `${this.shown.start} ${this.shown.end} ${Math.round(all.end * scale)} ${this.width} ${versions} ${devicePixelRatio} ${this.differences.length} ${range?.start} ${range?.end}`;
     if (now === this.drawn && this.theme) return;
     this.drawn = now;
+    this.arrange();
     this.theme ??= themeOf(this.window);
-    this.paint(this.theme, scale, all.end);
+    this.painter.paint({ tracks: this.tracks, rows: this.rows, differences: this.differences, span: this.shown, end: all.end, range }, this.theme, this.width);
+  }
+
+  private arrange(): void {
+    const rows = rowsOf(this.tracks);
+    if (JSON.stringify(rows) === JSON.stringify(this.rows)) return;
+    this.rows = rows;
+    variable(this.window, '--height', `${heightOf(rows)}px`);
+    each(this.names, rows, () => html('span'), (node, row) => {
+      say(node, row.name);
+      variable(node, '--height', `${row.height}px`);
+    });
   }
 
   /** The moment in words, for who does not see it. */
@@ -113,89 +201,8 @@ export class Timeline {
       'aria-valuemax': Math.round(all.end),
       'aria-valuenow': Math.round(t),
       'aria-valuetext': clock(t),
+      'data-from': Math.round(this.shown.start),
+      'data-to': Math.round(this.shown.end),
     });
-  }
-
-  private paint(theme: Theme, scale: number, end: number): void {
-    const { g, canvas, width } = this;
-    const fine = Math.min(2, devicePixelRatio || 1);
-    const pixels = Math.round(width * fine);
-    if (canvas.width !== pixels || canvas.height !== Math.round(HEIGHT * fine)) {
-      canvas.width = pixels;
-      canvas.height = Math.round(HEIGHT * fine);
-    }
-    g.setTransform(fine, 0, 0, fine, 0, 0);
-    g.clearRect(0, 0, width, HEIGHT);
-    g.font = `600 11.5px system-ui, 'DejaVu Sans', sans-serif`;
-    g.textBaseline = 'middle';
-    this.paintAxis(theme, scale);
-    LANES.forEach(([lane], index) => {
-      g.fillStyle = theme.lane;
-      g.fillRect(0, topOf(index), width, LANE);
-      this.paintLane(lane, topOf(index), theme, scale, end);
-    });
-  }
-
-  private paintAxis(theme: Theme, scale: number): void {
-    const { g, shown } = this;
-    g.fillStyle = theme.dim;
-    for (const t of ticks(shown, this.width / 90)) {
-      const x = (t - shown.start) * scale;
-      g.fillRect(x, 0, 1, AXIS - 3);
-      g.fillText(shown.end - shown.start < 5000 ? clock(t) : clock(t).replace(/\.\d+$/, ''), x + 4, AXIS / 2 - 1);
-    }
-  }
-
-  private paintLane(lane: Lane, top: number, theme: Theme, scale: number, end: number): void {
-    const { g, shown } = this;
-    let last = Number.NEGATIVE_INFINITY;
-    for (const mark of this.lanes.within(lane, shown.start, shown.end)) {
-      const left = Math.max(-2, (mark.t - shown.start) * scale);
-      const right = Math.min(this.width, ((mark.end ?? end) - shown.start) * scale);
-      const width = Math.max(right - left, mark.end === mark.t ? 4 : 2);
-      // Where many marks meet in one pixel one of them is enough.
-      if (width <= 4 && left < last + 1) continue;
-      last = left;
-      this.paintMark(mark, left, top, width, theme);
-    }
-    g.globalAlpha = 1;
-  }
-
-  private paintMark({ moment }: Mark, left: number, top: number, width: number, theme: Theme): void {
-    const { g, lanes } = this;
-    const label = (words: string, x: number, y: number, colour: string) => {
-      if (g.measureText(words).width > width - 8) return;
-      g.fillStyle = colour;
-      g.fillText(words, x + 5, y);
-    };
-    switch (moment.lane) {
-      case 'layout': {
-        const row = LANE / lanes.streams;
-        const y = top + row * moment.stream;
-        g.fillStyle = layoutColour(moment.value);
-        g.fillRect(left, y, Math.max(1, width - 1), row);
-        if (row >= 10) label(moment.value, Math.max(0, left), y + row / 2, '#10151c');
-        return;
-      }
-      case 'wait':
-        g.fillStyle = theme.accent;
-        g.fillRect(left, top, Math.min(width, 2), LANE);
-        g.globalAlpha = 0.45;
-        g.fillRect(left, top + 5, width, LANE - 10);
-        g.globalAlpha = 1;
-        return;
-      case 'people': {
-        const high = (LANE - 2) * Math.min(1, Number(moment.value) / lanes.mostPeople);
-        g.fillStyle = theme.accent;
-        g.globalAlpha = 0.28;
-        g.fillRect(left, top + LANE - high, width, high);
-        g.globalAlpha = 1;
-        label(moment.value, Math.max(0, left), top + LANE / 2, theme.text);
-        return;
-      }
-      default:
-        g.fillStyle = moment.lane === 'control' ? theme.warn : theme.accent;
-        g.fillRect(left, top + 1, 4, LANE - 2);
-    }
   }
 }

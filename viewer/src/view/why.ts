@@ -1,13 +1,9 @@
-/** Why, in words: what made the picture of the chosen moment, what waits, and the moments around it as a list to jump by. */
+/** Why, in words: what made the picture of the chosen moment, and what waits. */
 
 import type { Moment } from '../moments';
-import { countUpTo, reasonsAt } from '../why';
+import { reasonsAt } from '../why';
 import { clock } from '../words';
-import { each, html, say, set } from './dom';
-
-/** Moments shown before and after the chosen one. */
-const BEFORE = 6;
-const AFTER = 4;
+import { html, say, set } from './dom';
 
 function makeReason(name: string, none: string): { node: HTMLElement; draw: (moment: Moment | null, t: number) => void } {
   const when = html('span', { class: 'when' });
@@ -37,34 +33,17 @@ function makeAsk(question: string): { node: HTMLElement; draw: (t: number) => vo
   return { node, draw: (t) => say(command, `${question} --at ${clock(t)}`) };
 }
 
-export function makeWhy(root: HTMLElement, jump: (t: number) => void, question: string): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
+export function makeWhy(root: HTMLElement, question: string): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
   const picture = makeReason('Picture', 'Nothing has changed yet');
   const wait = makeReason('Wait', 'Nothing has waited since then');
-  const list = html('ol', { class: 'moments' });
-  list.addEventListener('click', (event) => {
-    const button = (event.target as Element).closest('button');
-    if (button?.dataset.t) jump(Number(button.dataset.t));
-  });
   const how = html('p', { class: 'how' }, HOW_TO_HEAR);
   const ask = makeAsk(question);
-  root.append(html('div', {}, how, html('div', { class: 'reasons' }, picture.node, wait.node), ask.node), html('div', {}, html('h3', {}, 'Moments'), list));
+  root.append(how, html('div', { class: 'reasons' }, picture.node, wait.node), ask.node);
   return (moments, t, reasonsMissing) => {
     how.hidden = !reasonsMissing;
     ask.draw(t);
     const reasons = reasonsAt(moments, t);
     picture.draw(reasons.picture, t);
     wait.draw(reasons.wait, t);
-    const past = countUpTo(moments, t);
-    const near = moments.slice(Math.max(0, past - BEFORE), past + AFTER);
-    const current = moments[past - 1];
-    const makeRow = () => html('li', {}, html('button', { type: 'button' }, html('time'), html('span')));
-    each(list, near, makeRow, (row, moment) => {
-      const button = row.firstElementChild as HTMLElement;
-      const [time, name] = button.children as unknown as [HTMLElement, HTMLElement];
-      set(row, { class: moment.t > t ? 'later' : null, 'aria-current': moment === current ? 'true' : null });
-      set(button, { 'data-t': moment.t, title: moment.reason });
-      say(time, clock(moment.t));
-      say(name, moment.title);
-    });
   };
 }

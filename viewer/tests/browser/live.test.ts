@@ -13,6 +13,7 @@ let browser: Browser;
 let page: Page;
 let bus: string;
 let recorder: ChildProcess;
+let service: ChildProcess;
 const faults: string[] = [];
 
 /** Messages that nobody can read, in the middle of the meeting. */
@@ -32,13 +33,13 @@ beforeAll(async () => {
   const properties = programs.file('properties.db');
   programs.run('prb', 'prop', '--properties', properties, 'set', 'vendor.talkertracking.flag', '4');
   programs.run('prb', 'prop', '--properties', properties, 'set', 'vendor.fyndebug.decisions', '1');
-  await subscribed('/cameraParameters/head', () => programs.start('productionrulesd', '--bus', bus, '--properties', properties, '--log', 'stderr'));
+  await subscribed('/cameraParameters/head', () => (service = programs.start('productionrulesd', '--bus', bus, '--properties', properties, '--log', 'stderr')));
   await subscribed('/ctl-passthru-remote', () => (recorder = programs.start('prb', 'record', '--bus', bus, '--outputs', '-o', programs.file('heard.jsonl'))));
   browser = await launch();
   page = await browser.newPage({ viewport: { width: 1400, height: 1000 } });
   page.on('pageerror', (error) => faults.push(error.message));
   await subscribed('/PRBDecisions', async () => page.goto(await programs.view('--bus', bus, '--properties', properties)));
-  await page.locator('#numbers summary').click();
+  await page.locator('.numbers summary').click();
 });
 
 afterAll(async () => {
@@ -47,8 +48,8 @@ afterAll(async () => {
 });
 
 test('before anything comes the page says so', async () => {
-  expect(await page.locator('#room .empty').innerText()).toBe('No vision result yet.');
-  expect(await page.locator('#output .empty').innerText()).toBe('No scene document yet.');
+  expect(await page.locator('.room .empty').innerText()).toBe('No vision result yet.');
+  expect(await page.locator('.output .empty').innerText()).toBe('No scene document yet.');
 });
 
 test('the page follows the meeting', async () => {
@@ -76,7 +77,7 @@ test('what is shown in the end is the last scene document that went over the bus
   const expected = stream.scene.map(({ frameindex, source: { xoffset: x, yoffset: y, width: w, height: h } }) => [
     String(frameindex), `${x}, ${y} to ${x! + w!}, ${y! + h!}`,
   ]);
-  await expect.poll(async () => (await rowsOf(page, '#numbers tr[data-frame]')).map((r) => [r.frame, r.cell2]).sort(), WAIT).toEqual(expected.sort());
+  await expect.poll(async () => (await rowsOf(page, '.numbers tr[data-frame]')).map((r) => [r.frame, r.cell2]).sort(), WAIT).toEqual(expected.sort());
 });
 
 test('the past can be looked at while it goes on, and left again', async () => {
@@ -88,6 +89,15 @@ test('the past can be looked at while it goes on, and left again', async () => {
   await page.keyboard.press('l');
   await expect.poll(() => timeOf(page), WAIT).toBeGreaterThan(t);
   expect(await follows()).toBe('true');
+});
+
+test('a service that has died looks dead', async () => {
+  const stateShown = () => page.locator('body').getAttribute('data-service');
+  await expect.poll(stateShown, WAIT).toBe('up');
+  await programs.stop(service, 'SIGKILL');
+  await expect.poll(stateShown, WAIT).toBe('lost');
+  expect(await page.locator('.output .empty').innerText()).toMatch(/^The service was lost at /);
+  expect(await page.locator('.streams').evaluate((node) => getComputedStyle(node).filter)).toContain('grayscale');
 });
 
 test('a viewer that is gone is said, and nothing else breaks', async () => {

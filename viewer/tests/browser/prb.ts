@@ -78,7 +78,6 @@ export class Programs {
         waiting.add(() => said.includes(text, from) && resolve());
         child.on('exit', (status) => reject(new Error(`the broker ended with ${status} before it said ${text}`)));
       });
-    child.stdout?.resume();
     await heard('running');
     const subscribed = async (topic: string, run: () => unknown) => {
       const known = heard(`${topic}/# (QoS`);

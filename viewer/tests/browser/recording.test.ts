@@ -56,7 +56,7 @@ beforeAll(async () => {
   page.on('pageerror', (error) => faults.push(error.message));
   page.on('console', (message) => message.type() === 'error' && faults.push(message.text()));
   await open(page, address);
-  await page.locator('#numbers summary').click();
+  await page.locator('.numbers summary').click();
 });
 
 afterAll(async () => {
@@ -91,7 +91,7 @@ describe('what is drawn is what the scene documents say', () => {
       expect(await timeOf(page)).toBeGreaterThanOrEqual(t);
       const [stream] = scene.streams;
       const entries = (stream as Scene['streams'][0]).scene;
-      const rows = await rowsOf(page, '#numbers tr[data-frame]');
+      const rows = await rowsOf(page, '.numbers tr[data-frame]');
       const sorted = [...rows].sort((a, b) => Number(a.frame) - Number(b.frame));
       expect(sorted.map((r) => [Number(r.frame), r.cell2, r.cell3])).toEqual(
         entries.map((e) => [e.frameindex, written(e.source), written(e.dest)]),
@@ -107,7 +107,7 @@ describe('what is drawn is what the scene documents say', () => {
 
   /** The colours in the middle of the heads that the tiles show. */
   async function headsInTiles(entries: Entry[]): Promise<Colour[]> {
-    const heads = (await rowsOf(page, '#numbers tr[data-person]')).map((row) => {
+    const heads = (await rowsOf(page, '.numbers tr[data-person]')).map((row) => {
       const [left, top, right, bottom] = row.cell2!.match(/-?\d+/g)!.map(Number) as [number, number, number, number];
       return { camera: Number(row.camera), x: (left + right) / 2, y: (top + bottom) / 2 };
     });
@@ -145,7 +145,7 @@ describe('what is drawn is what the scene documents say', () => {
         p.associatedHeads.map((h) => [p.fynId, h.camId, `${h.bbox.left}, ${h.bbox.top} to ${h.bbox.right}, ${h.bbox.bottom}`, h.isSpeaker ? 'yes' : '']),
       );
       const order = (rows: unknown[][]) => [...rows].sort((a, b) => String(a).localeCompare(String(b)));
-      const rows = await rowsOf(page, '#numbers tr[data-person]');
+      const rows = await rowsOf(page, '.numbers tr[data-person]');
       expect(order(rows.map((r) => [Number(r.person), Number(r.camera), r.cell2, r.cell3]))).toEqual(order(expected));
       const best = rows.filter((r) => r.cell4 === 'yes').map((r) => r.person);
       expect([...best].sort()).toEqual([...new Set(rows.map((r) => r.person))].sort());
@@ -253,7 +253,7 @@ test('a wait is shown with what remains of it', async () => {
   const reframe = decisions('reframeWait').find((d) => next(d.t) > d.t + 100);
   if (reframe) {
     await goTo(page, reframe.t + 50);
-    const row = page.locator(`#waits li[data-position="${(reframe as unknown as { headPosition: string }).headPosition}"]`).first();
+    const row = page.locator(`.waits li[data-position="${(reframe as unknown as { headPosition: string }).headPosition}"]`).first();
     expect(Math.abs(Number(await row.locator('.left').getAttribute('data-remaining')) - (reframe.waitMs - 50))).toBeLessThanOrEqual(40);
   }
 });
