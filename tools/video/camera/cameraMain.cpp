@@ -160,6 +160,7 @@ void runCamera(CameraArguments& arguments) {
 }
 
 void declareOptions(CLI::App& app, CameraArguments& arguments) {
+  app.set_version_flag("--version", "prb-camera " PR_VERSION);
   app.add_option("inputs", arguments.inputs,
                  "Video file, device such as /dev/video0, or image sequence such as room-%04d.png; one per "
                  "camera, camera 0 first")

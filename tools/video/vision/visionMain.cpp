@@ -166,6 +166,7 @@ void publish(const VisionArguments& arguments) {
 }
 
 void declareOptions(CLI::App& app, VisionArguments& arguments) {
+  app.set_version_flag("--version", "prb-vision " PR_VERSION);
   app.add_option("inputs", arguments.inputs,
                  "Video file, device such as /dev/video0, or image sequence such as room-%04d.png; one per "
                  "camera, camera 0 first")
