@@ -40,6 +40,8 @@ class Bus:
         self.client = mqtt.Client(protocol=mqtt.MQTTv5)
         self.client.reconnect_delay_set(1, 1)
         self.client.max_queued_messages_set(0)
+        # Or a message waits until the one before it is acknowledged, up to 40 ms.
+        self.client.on_socket_open = lambda _client, _data, opened: opened.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.client.on_connect = lambda *_: self.client.subscribe([(room + topic, 1) for topic in topics])
         self.client.on_subscribe = lambda *_: self.subscribed.set()
         self.client.on_message = lambda _client, _data, message: self.received.append(
@@ -56,32 +58,17 @@ class Bus:
         self.client.loop_stop()
 
 
-class Room:
-    """Starts everything in a folder of its own; ends it by process id."""
+class Machine:
+    """A broker, and programs started in a folder of its own, which are ended by process id."""
 
-    ROOM = "room"
-
-    def __init__(self, programs):
+    def __init__(self, programs, broker_settings=""):
         self.programs = programs
         self.folder = tempfile.mkdtemp(prefix="prb-endurance-")
         self.port = free_port()
-        self.dbus = f"unix:path={self.folder}/dbus"
-        self.store = self.path("properties.db")
         self.started = {}
         self.write("mosquitto.conf", f"listener {self.port} 127.0.0.1\nallow_anonymous true\npersistence false\n"
-                   + ("user root\n" if os.geteuid() == 0 else ""))
-        self.write("dbus.conf", f"<busconfig><type>session</type><listen>{self.dbus}</listen><policy context='default'>"
-                   "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy>"
-                   "</busconfig>")
-        self.write("fyn.conf", "")
-        self.frame = 0
+                   + ("user root\n" if os.geteuid() == 0 else "") + broker_settings.replace("PORT", str(self.port)))
         self.start_broker()
-        self.start_dbus()
-        self.start_provider()
-        self.start_service()
-
-    def bus(self, *topics):
-        return Bus(self.port, self.ROOM, topics)
 
     def path(self, name):
         return os.path.join(self.folder, name)
@@ -90,8 +77,8 @@ class Room:
         with open(self.path(name), "w", encoding="utf-8") as file:
             file.write(text)
 
-    def url(self):
-        return f"mqtt://127.0.0.1:{self.port}/{self.ROOM}"
+    def url(self, room):
+        return f"mqtt://127.0.0.1:{self.port}/{room}"
 
     def start(self, name, *command):
         with open(self.path(name + ".log"), "ab") as log:
@@ -120,6 +107,33 @@ class Room:
         except OSError:
             return False
 
+    def close(self):
+        for name in list(self.started):
+            self.end(name)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class Room(Machine):
+    """A room with everything that belongs to it."""
+
+    ROOM = "room"
+
+    def __init__(self, programs):
+        super().__init__(programs)
+        self.dbus = f"unix:path={self.folder}/dbus"
+        self.store = self.path("properties.db")
+        self.write("dbus.conf", f"<busconfig><type>session</type><listen>{self.dbus}</listen><policy context='default'>"
+                   "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy>"
+                   "</busconfig>")
+        self.write("fyn.conf", "")
+        self.frame = 0
+        self.start_dbus()
+        self.start_provider()
+        self.start_service()
+
+    def bus(self, *topics):
+        return Bus(self.port, self.ROOM, topics)
+
     def start_dbus(self):
         if os.path.exists(self.path("dbus")):
             os.unlink(self.path("dbus"))
@@ -130,7 +144,7 @@ class Room:
         self.start("provider", os.path.join(self.programs, "printing-camera-provider"), "--bus", self.dbus)
 
     def start_service(self):
-        return self.start("service", os.path.join(self.programs, "productionrulesd"), "--bus", self.url(), "--provider",
+        return self.start("service", os.path.join(self.programs, "productionrulesd"), "--bus", self.url(self.ROOM), "--provider",
                           "dbus:" + self.dbus, "--properties", self.store, "--config", self.path("fyn.conf"), "--log", "stderr")
 
     def prb(self, *arguments, **options):
@@ -186,8 +200,3 @@ class Room:
 
     def peak_kb(self):
         return int(self.status()["VmHWM"].split()[0])
-
-    def close(self):
-        for name in list(self.started):
-            self.end(name)
-        shutil.rmtree(self.folder, ignore_errors=True)

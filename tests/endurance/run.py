@@ -35,7 +35,8 @@ class Load:
             made = room.prb("simulate", "--seed", "1", "--minutes", str(minutes), "--no-truth", "-o", meeting)
             assert made.returncode == 0, made.stderr
         room.write("load.log", "")
-        room.start("load", os.path.join(room.programs, "prb"), "play", meeting, "--bus", room.url(), "--loop", "--speed", str(speed))
+        room.start("load", os.path.join(room.programs, "prb"), "play", meeting, "--bus", room.url(room.ROOM), "--loop", "--speed",
+                   str(speed))
 
     def end(self):
         """Sent, and of these lost."""
@@ -99,7 +100,7 @@ def store_is_broken(room):
 
 
 def reload(room):
-    asked = room.prb("ctl", "config-change", "--bus", room.url(), "--properties", "memory")
+    asked = room.prb("ctl", "config-change", "--bus", room.url(room.ROOM), "--properties", "memory")
     assert asked.returncode == 0, asked.stderr
 
 
