@@ -35,6 +35,7 @@ libcxx  clang                build
 libcxx  libc++-14-dev        build
 libcxx  libc++abi-14-dev     build
 libcxx  libclang-rt-14-dev   build
+libcxx  libc6-dev-arm64-cross build
 clang   clang                build
 clang   libclang-rt-14-dev   build
 lint    clang-format         lint
