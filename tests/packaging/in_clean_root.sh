@@ -50,14 +50,18 @@ for page in productionrulesd prb prb-replay; do
 done
 expect bash -c '. /usr/share/bash-completion/completions/prb && complete -p prb'
 
+echo "the first hour"
+apt_get install cmake dbus g++ make mosquitto python3-dasbus python3-gi python3-paho-mqtt
+./first_hour.sh
+
 echo "remove"
-apt_get remove productionrules 'libproductionrules*' productionrules-tools
+apt_get remove productionrules 'libproductionrules*' productionrules-tools productionrules-video
 expect absent /usr/bin/productionrulesd
 expect grep -x "persist.feature.steadyframing=0" /etc/fyn.conf
 mkdir -p /var/lib/productionrules
 
 echo "purge"
-apt_get purge productionrules 'libproductionrules*' productionrules-tools
+apt_get purge productionrules 'libproductionrules*' productionrules-tools productionrules-video
 left=$(find / -xdev \( -name '*productionrules*' -o -name 'fyn.conf*' \) -not -path '/packages/*' -not -path '/proc/*')
 [[ -z $left ]] || {
   echo "left behind: $left" >&2

@@ -53,7 +53,8 @@ for file in /etc/apt/sources.list.d/debian.sources /etc/apt/sources.list.d/*.sou
   fi
 done
 . /etc/os-release
-mkdir "$work/in"
-cp "$packages"/*.deb "$here/in_clean_root.sh" "$work/in"
+mkdir -p "$work/in/tests/packaging"
+cp "$packages"/*.deb "$here/in_clean_root.sh" "$here/first_hour.sh" "$work/in"
+cp "$here/port.py" "$work/in/tests/packaging"
 mmdebstrap --quiet --variant=apt --customize-hook="cp -r '$work/in' \"\$1/packages\"" \
   --customize-hook='chroot "$1" /packages/in_clean_root.sh' "$VERSION_CODENAME" /dev/null "$sources"
