@@ -6,7 +6,7 @@
  */
 
 import { execFileSync, spawn } from 'node:child_process';
-import { mkdirSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
+import { copyFileSync, mkdirSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -59,10 +59,10 @@ async function take(browser, folder, picture) {
   const effects = join(folder, 'effects.jsonl');
   const { seed, people, late, mode } = picture;
   const meeting = { seed, people, seats: 'row', 'come-late': late, minutes: 3, errors: 'low', property: `vendor.talkertracking.flag=${mode}`, output: recording };
-  execFileSync(prb, ['simulate', ...Object.entries(meeting).flatMap(([key, value]) => [`--${key}`, String(value)])]);
-  execFileSync(prb, ['replay', recording, '--config', configuration, '--decisions', '-o', effects], { stdio: 'ignore' });
+  execFileSync(prb, ['simulate', '--force', ...Object.entries(meeting).flatMap(([key, value]) => [`--${key}`, String(value)])]);
+  execFileSync(prb, ['replay', recording, '--config', configuration, '--decisions', '--force', '-o', effects], { stdio: 'ignore' });
   const t = momentOf(linesOf(effects), picture);
-  const viewer = spawn(prb, ['view', 'meeting.jsonl', '--config', configuration], { cwd: folder, stdio: ['ignore', 'pipe', 'ignore'] });
+  const viewer = spawn(prb, ['view', 'meeting.jsonl', '--config', 'recommended.conf'], { cwd: folder, stdio: ['ignore', 'pipe', 'ignore'] });
   try {
     const page = await browser.newPage({ viewport: picture.viewport, colorScheme: picture.colorScheme });
     await page.goto(`${await addressOf(viewer)}#t=${t}`);
@@ -77,6 +77,8 @@ async function take(browser, folder, picture) {
 
 mkdirSync(target, { recursive: true });
 const folder = mkdtempSync(join(tmpdir(), 'viewer-pictures-'));
+// The page shows the name that the command is given.
+copyFileSync(configuration, join(folder, 'recommended.conf'));
 const browser = await chromium.launch({
   executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
   args: ['--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],

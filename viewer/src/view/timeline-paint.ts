@@ -116,7 +116,12 @@ export class TimelinePaint {
     const most = kind === 'people' ? lanes.mostPeople : Math.max(4, ...sizes.values());
     this.g.fillStyle = kind === 'control' ? theme.warn : theme.accent;
     this.g.globalAlpha = kind === 'people' ? 0.28 : 0.75;
-    for (const [column, size] of sizes) {
+    let last = 0;
+    for (let column = 0; column * COLUMN < (span.end - span.start) * this.scale; column += 1) {
+      // A number of people lasts until the next one.
+      const size: number = sizes.get(column) ?? (kind === 'people' ? last : 0);
+      last = size;
+      if (size === 0) continue;
       const high = Math.max(2, (height - 1) * Math.min(1, size / most));
       this.g.fillRect(column * COLUMN, top + height - high, COLUMN - 1, high);
     }
