@@ -17,7 +17,7 @@ std::set<std::int64_t> readIds(const nlohmann::json& document) {
   }
   std::set<std::int64_t> ids;
   for (const nlohmann::json& id : document) {
-    ids.insert(json::toInt64(id));
+    ids.insert(fields::toInt64(id));
   }
   return ids;
 }
@@ -30,37 +30,37 @@ std::int32_t scaled(std::int32_t coordinate, std::int32_t to, std::int32_t from)
 }  // namespace
 
 void Frame::from_json(const nlohmann::json& document, int destWidth, int destHeight) {
-  frameIndex = json::toInt32(document.at("frameindex"));
-  if (const auto* const type = json::findMember(document, "frameType")) {
+  frameIndex = fields::toInt32(document.at("frameindex"));
+  if (const auto* const type = fields::findMember(document, "frameType")) {
     productionrules::from_json(*type, frameType);
   }
-  if (const auto* const shape = json::findMember(document, "frameLayout")) {
+  if (const auto* const shape = fields::findMember(document, "frameLayout")) {
     productionrules::from_json(*shape, frameLayout);
   }
-  fynCamId = json::toUint32(document.at("fynCamId"));
+  fynCamId = fields::toUint32(document.at("fynCamId"));
   const std::set<std::int64_t> ids = readIds(document.at("heads"));
   heads.insert(ids.begin(), ids.end());
   fynHeads.insert(ids.begin(), ids.end());
 
   const nlohmann::json& view = document.at("source");
-  source.left = json::toInt32(view.at("xoffset"));
-  source.top = json::toInt32(view.at("yoffset"));
-  source.right = wrapAdd(source.left, json::toInt32(view.at("width")));
-  source.bottom = wrapAdd(source.top, json::toInt32(view.at("height")));
+  source.left = fields::toInt32(view.at("xoffset"));
+  source.top = fields::toInt32(view.at("yoffset"));
+  source.right = wrapAdd(source.left, fields::toInt32(view.at("width")));
+  source.bottom = wrapAdd(source.top, fields::toInt32(view.at("height")));
 
   const nlohmann::json& place = document.at("dest");
-  const std::int32_t x = json::toInt32(place.at("xoffset"));
-  const std::int32_t y = json::toInt32(place.at("yoffset"));
-  const std::int32_t width = json::toInt32(place.at("width"));
-  const std::int32_t height = json::toInt32(place.at("height"));
+  const std::int32_t x = fields::toInt32(place.at("xoffset"));
+  const std::int32_t y = fields::toInt32(place.at("yoffset"));
+  const std::int32_t width = fields::toInt32(place.at("width"));
+  const std::int32_t height = fields::toInt32(place.at("height"));
   dest.left = scaled(x, kOutputSize.width, destWidth);
   dest.top = scaled(y, kOutputSize.height, destHeight);
   dest.right = scaled(wrapAdd(x, width), kOutputSize.width, destWidth);
   dest.bottom = scaled(wrapAdd(y, height), kOutputSize.height, destHeight);
 
   const nlohmann::json& image = document.at("srcRef");
-  srcRef.width = json::toInt32(image.at("width"));
-  srcRef.height = json::toInt32(image.at("height"));
+  srcRef.width = fields::toInt32(image.at("width"));
+  srcRef.height = fields::toInt32(image.at("height"));
   PRB_LOGD(kTag, "%s srcRef [%d %d] dest [%d %d] position %d %d %d %d", "from_json", srcRef.width,
            srcRef.height, width, height, dest.left, dest.top, dest.right, dest.bottom);
 }

@@ -26,19 +26,19 @@ Dimension imageSizeOf(const std::string& lensModel) {
 }
 
 void read(const nlohmann::json& document, const char* key, std::int32_t& field) {
-  if (const auto* const value = json::findMember(document, key)) {
-    field = json::toInt32(*value);
+  if (const auto* const value = fields::findMember(document, key)) {
+    field = fields::toInt32(*value);
   }
 }
 
 void read(const nlohmann::json& document, const char* key, std::string& field) {
-  if (const auto* const value = json::findMember(document, key)) {
+  if (const auto* const value = fields::findMember(document, key)) {
     field = value->get<std::string>();
   }
 }
 
 void read(const nlohmann::json& document, const char* key, bool& field) {
-  if (const auto* const value = json::findMember(document, key)) {
+  if (const auto* const value = fields::findMember(document, key)) {
     field = value->get<bool>();
   }
 }
@@ -76,10 +76,10 @@ std::string FynCaps::str() const {
 
 void FynCamInfo::from_json(const nlohmann::json& document) {
   read(document, "isAttached", isAttached);
-  if (const auto* const value = json::findMember(document, "ids")) {
+  if (const auto* const value = fields::findMember(document, "ids")) {
     ids.from_json(*value);
   }
-  if (const auto* const value = json::findMember(document, "caps")) {
+  if (const auto* const value = fields::findMember(document, "caps")) {
     caps.from_json(*value);
   }
 }

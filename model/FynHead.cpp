@@ -31,12 +31,12 @@ bool isBetterView(const Head& a, const Head& b) {
 }  // namespace
 
 void FynHead::from_json(const nlohmann::json& document) {
-  if (const auto* const value = json::findMember(document, "fynId")) {
-    id = json::toInt32(*value);
+  if (const auto* const value = fields::findMember(document, "fynId")) {
+    id = fields::toInt32(*value);
   } else {
-    PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", json::logText(document).c_str());
+    PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", fields::logText(document).c_str());
   }
-  if (const auto* const list = json::findMember(document, "associatedHeads")) {
+  if (const auto* const list = fields::findMember(document, "associatedHeads")) {
     for (const nlohmann::json& element : *list) {
       std::shared_ptr<Head> head;
       productionrules::from_json(element, head);

@@ -14,10 +14,10 @@ std::string Dimension::str() const {
 
 void from_json(const nlohmann::json& document, Rect& rect) {
   static constexpr std::array<std::string_view, 4> kSides{"bottom", "left", "right", "top"};
-  const auto members = productionrules::json::findMembers(document, kSides);
+  const auto members = productionrules::fields::findMembers(document, kSides);
   const auto side = [&](std::size_t index) {
     // An absent side raises the library's own error.
-    return productionrules::json::toInt32(
+    return productionrules::fields::toInt32(
         members[index] != nullptr ? *members[index] : document.at(std::string(kSides[index])));
   };
   rect.left = side(1);

@@ -29,7 +29,7 @@ void readIds(const nlohmann::json* list, std::vector<std::int32_t>& ids) {
   std::vector<std::int32_t> read;
   read.reserve(list->size());
   for (const nlohmann::json& id : *list) {
-    read.push_back(json::toInt32(id));
+    read.push_back(fields::toInt32(id));
   }
   ids = std::move(read);
 }
@@ -52,16 +52,16 @@ std::string sidesText(const Rect& rect) {
 }  // namespace
 
 void Head::from_json(const nlohmann::json& document) {
-  const auto members = json::findMembers(document, kHeadKeys);
+  const auto members = fields::findMembers(document, kHeadKeys);
   // The order of reading decides which of several faults is reported.
   if (const auto* const value = members[kId]) {
-    id = json::toInt64(*value);
+    id = fields::toInt64(*value);
   }
   if (const auto* const value = members[kYaw]) {
     yaw = value->get<float>();
   }
   if (const auto* const value = members[kPitch]) {
-    pitch = json::toInt32(*value);
+    pitch = fields::toInt32(*value);
   }
   if (const auto* const value = members[kScore]) {
     score = value->get<double>();
@@ -80,13 +80,13 @@ void Head::from_json(const nlohmann::json& document) {
     fyn::from_json(*value, bbox);
   }
   if (const auto* const value = members[kCamId]) {
-    camId = json::toInt32(*value);
+    camId = fields::toInt32(*value);
   }
   // Only heads without a camera of the system's own numbering bring their rank along.
   if (const auto* const value = members[kFynCamId]) {
-    fynCamId = json::toInt32(*value);
+    fynCamId = fields::toInt32(*value);
   } else if (const auto* const rank = members[kQfactor]) {
-    qfactor = json::toUint32(*rank);
+    qfactor = fields::toUint32(*rank);
   }
 }
 

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-namespace fyn::productionrules::json {
+namespace fyn::productionrules::fields {
 
 /**
  * The members of an object by key, null for absent ones and for values that are no objects. `sortedKeys`
@@ -35,4 +35,4 @@ std::array<const nlohmann::json*, N> findMembers(const nlohmann::json& document,
   return members;
 }
 
-}  // namespace fyn::productionrules::json
+}  // namespace fyn::productionrules::fields

@@ -12,7 +12,7 @@
  * errors, and convert as it does; only a float that does not fit gives a defined value instead of undefined
  * behaviour.
  */
-namespace fyn::productionrules::json {
+namespace fyn::productionrules::fields {
 
 /** Any number, converted; towards zero, and the smallest integer when a float does not fit. Refuses booleans.
  */
@@ -43,4 +43,4 @@ inline const nlohmann::json* findMember(const nlohmann::json& document, std::str
   return found != document.end() ? &*found : nullptr;
 }
 
-}  // namespace fyn::productionrules::json
+}  // namespace fyn::productionrules::fields

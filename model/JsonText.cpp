@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace fyn::productionrules::json {
+namespace fyn::productionrules::fields {
 
 namespace {
 
@@ -34,4 +34,4 @@ std::string logText(const nlohmann::json& document) {
   return isNestedTooDeep(document) ? "(nested more than 1000 deep)" : document.dump();
 }
 
-}  // namespace fyn::productionrules::json
+}  // namespace fyn::productionrules::fields

@@ -3,7 +3,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-namespace fyn::productionrules::json {
+namespace fyn::productionrules::fields {
 
 /**
  * The compact text of a document for a log line. A document that is nested more than 1000 deep gives a short
@@ -11,4 +11,4 @@ namespace fyn::productionrules::json {
  */
 std::string logText(const nlohmann::json& document);
 
-}  // namespace fyn::productionrules::json
+}  // namespace fyn::productionrules::fields

@@ -7,19 +7,19 @@
 namespace fyn::productionrules {
 
 void Layout::from_json(const nlohmann::json& document) {
-  streamId = json::toInt32(document.at("streamid"));
+  streamId = fields::toInt32(document.at("streamid"));
   productionrules::from_json(document.at("layoutType"), layoutType);
   // The key says the opposite of the field, as text: "false" alone means a logical stream.
   isLogicalStream = document.at("isVirtualCamera").get<std::string>() == "false";
-  frameNumber = json::toInt64(document.at("frameNumber"));
+  frameNumber = fields::toInt64(document.at("frameNumber"));
   animation = document.at("animation").get<std::string>();
-  duration = json::toInt32(document.at("duration"));
-  faceCount = json::toInt32(document.at("facecount"));
+  duration = fields::toInt32(document.at("duration"));
+  faceCount = fields::toInt32(document.at("facecount"));
 
   const nlohmann::json& picture = document.at("destRef");
-  const std::int32_t height = json::toInt32(picture.at("height"));
-  const std::int32_t width = json::toInt32(picture.at("width"));
-  const auto* const scene = json::findMember(document, "scene");
+  const std::int32_t height = fields::toInt32(picture.at("height"));
+  const std::int32_t width = fields::toInt32(picture.at("width"));
+  const auto* const scene = fields::findMember(document, "scene");
   if (scene == nullptr) {
     return;
   }

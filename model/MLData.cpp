@@ -48,10 +48,10 @@ std::string personsText(const std::vector<std::shared_ptr<FynHead>>& persons) {
 }  // namespace
 
 void MLData::from_json(const nlohmann::json& document) {
-  const auto* const time = json::findMember(document, "timestamp");
-  timestamp = time != nullptr ? json::toInt64(*time) : 0;
-  const auto* const number = json::findMember(document, "frameNumber");
-  frameNumber = number != nullptr ? json::toInt64(*number) : 0;
+  const auto* const time = fields::findMember(document, "timestamp");
+  timestamp = time != nullptr ? fields::toInt64(*time) : 0;
+  const auto* const number = fields::findMember(document, "frameNumber");
+  frameNumber = number != nullptr ? fields::toInt64(*number) : 0;
 
   const nlohmann::json& persons = document.at("heads");
   heads.reserve(heads.size() + persons.size());
@@ -59,9 +59,10 @@ void MLData::from_json(const nlohmann::json& document) {
     auto person = std::make_shared<FynHead>();
     person->from_json(element);
     if (person->getHead(FynHead::kNoCamera) == nullptr) {
-      PRB_LOGE(kTag, "%s **Received EMPTY HEAD Head list %s", "from_json", json::logText(element).c_str());
+      PRB_LOGE(kTag, "%s **Received EMPTY HEAD Head list %s", "from_json", fields::logText(element).c_str());
     } else if (person->id < 0) {
-      PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json", json::logText(element).c_str());
+      PRB_LOGE(kTag, "%s **Received INVALID HEAD Head list %s", "from_json",
+               fields::logText(element).c_str());
     } else {
       heads.push_back(std::move(person));
     }

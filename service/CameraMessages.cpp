@@ -26,11 +26,11 @@ void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topi
   const int camId = subTopics.size() > 1 ? std::stoi(subTopics.back()) : FynCamerasConfig::get().fynCamId;
   const nlohmann::json document = nlohmann::json::parse(msg);
   Dimension dimension;
-  dimension.width = json::toInt32(document.at("imageWidth"));
-  dimension.height = json::toInt32(document.at("imageHeight"));
-  if (const auto* const period = json::findMember(document, "horizontalPeriod")) {
+  dimension.width = fields::toInt32(document.at("imageWidth"));
+  dimension.height = fields::toInt32(document.at("imageHeight"));
+  if (const auto* const period = fields::findMember(document, "horizontalPeriod")) {
     // The picture of a panorama camera repeats after this many pixels.
-    if (const std::int32_t width = json::toInt32(*period); width != 0) {
+    if (const std::int32_t width = fields::toInt32(*period); width != 0) {
       dimension.width = width;
     }
   }
@@ -41,14 +41,14 @@ void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const 
   PRB_LOGI(kTag, "%s: CAMERA: %s", "process", msg.c_str());
   const nlohmann::json document = nlohmann::json::parse(msg);
   int camId = 0;
-  if (const auto* const id = json::findMember(document, "fynCamId")) {
-    camId = json::toInt32(*id);
+  if (const auto* const id = fields::findMember(document, "fynCamId")) {
+    camId = fields::toInt32(*id);
     takeOwnCamera(camId);
   } else {
     PRB_LOGE(kTag, "%s fynCamId not found in message: %s", "process", msg.c_str());
   }
-  if (const auto* const type = json::findMember(document, "cameraType")) {
-    FynCamerasConfig::getMutable().cameraType = json::toInt32(*type);
+  if (const auto* const type = fields::findMember(document, "cameraType")) {
+    FynCamerasConfig::getMutable().cameraType = fields::toInt32(*type);
   }
   if (mOperatingMode == FynOperatingMode::Secondary) {
     // What the primary device sends to this camera.
@@ -129,8 +129,8 @@ void ProductionRuleIPCService::handleRemoteFynCameraMovedMsg(const std::string& 
   const nlohmann::json document = nlohmann::json::parse(msg);
   // A missing id reads as null, which is no number: the base reports the error.
   const nlohmann::json absent;
-  const auto* const found = json::findMember(document, "fynCamId");
-  const int camId = json::toInt32(found != nullptr ? *found : absent);
+  const auto* const found = fields::findMember(document, "fynCamId");
+  const int camId = fields::toInt32(found != nullptr ? *found : absent);
   if (camId != FynCamerasConfig::get().fynCamId) {
     // Kept: only the line, no timer is touched.
     PRB_LOGI(kTag, "%s: Remote camera moved, changing layout timer to 0", "handleRemoteFynCameraMovedMsg");

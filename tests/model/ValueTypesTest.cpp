@@ -58,18 +58,18 @@ TEST(JsonNumbers, ConvertAsTheLibraryDoesAndFloatsOutOfRangeHaveAValue) {
   };
   for (const Row& row : kRows) {
     const auto value = nlohmann::json::parse(row.text);
-    EXPECT_EQ(json::toInt32(value), row.as32) << row.text;
-    EXPECT_EQ(json::toUint32(value), row.asUnsigned) << row.text;
-    EXPECT_EQ(json::toInt64(value), row.as64) << row.text;
+    EXPECT_EQ(fields::toInt32(value), row.as32) << row.text;
+    EXPECT_EQ(fields::toUint32(value), row.asUnsigned) << row.text;
+    EXPECT_EQ(fields::toInt64(value), row.as64) << row.text;
   }
-  EXPECT_EQ(json::toInt32(true), 1);
-  EXPECT_EQ(json::toUint32(true), 1U);
-  EXPECT_THROW(json::toInt64(true), nlohmann::json::type_error);
+  EXPECT_EQ(fields::toInt32(true), 1);
+  EXPECT_EQ(fields::toUint32(true), 1U);
+  EXPECT_THROW(fields::toInt64(true), nlohmann::json::type_error);
   for (const char* text : {"null", "\"1\"", "[1]", "{}"}) {
     const auto value = nlohmann::json::parse(text);
-    EXPECT_THROW(json::toInt32(value), nlohmann::json::type_error) << text;
-    EXPECT_THROW(json::toUint32(value), nlohmann::json::type_error) << text;
-    EXPECT_THROW(json::toInt64(value), nlohmann::json::type_error) << text;
+    EXPECT_THROW(fields::toInt32(value), nlohmann::json::type_error) << text;
+    EXPECT_THROW(fields::toUint32(value), nlohmann::json::type_error) << text;
+    EXPECT_THROW(fields::toInt64(value), nlohmann::json::type_error) << text;
   }
 }
 

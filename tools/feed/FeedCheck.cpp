@@ -86,7 +86,7 @@ void FeedCheck::lookForDoubleHeads(std::int64_t t, const nlohmann::json& documen
   for (const nlohmann::json& person : document.at("heads")) {
     std::set<std::int32_t> cameras;
     for (const nlohmann::json& head : person.at("associatedHeads")) {
-      if (!cameras.insert(json::toInt32(head.at("camId"))).second) {
+      if (!cameras.insert(fields::toInt32(head.at("camId"))).second) {
         mFaults.add(t, "a person has two heads in one camera; the first counts",
                     "person " + person.at("fynId").dump() + ", camera " + head.at("camId").dump());
       }
