@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -11,6 +10,7 @@
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
+#include "tests/linux/Subscription.h"
 #include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
@@ -18,7 +18,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const std::string kExamples = PR_SOURCE_DIR "/conf/mosquitto/";
+const std::string kBrokerExamples = PR_SOURCE_DIR "/conf/mosquitto/";
 
 MqttOptions optionsFor(const std::string& url, const std::string& user) {
   MqttOptions options;
@@ -27,12 +27,6 @@ MqttOptions optionsFor(const std::string& url, const std::string& user) {
   options.user = user;
   options.password = "secret";
   return options;
-}
-
-bool isSubscribed(MqttPubSubClient& client) {
-  auto settled = std::make_shared<std::atomic<bool>>(false);
-  client.whenSubscribed([settled] { *settled = true; });
-  return eventually([&] { return settled->load(); });
 }
 
 std::string passwordsOf(const std::vector<const char*>& users, const ScratchFolder& folder) {
@@ -44,7 +38,7 @@ std::string passwordsOf(const std::vector<const char*>& users, const ScratchFold
 }
 
 std::string example(const std::string& name) {
-  std::ifstream file(kExamples + name);
+  std::ifstream file(kBrokerExamples + name);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -58,7 +52,7 @@ void replace(std::string& text, const std::string& part, const std::string& with
 TEST(BrokerExamples, AccessRightsGrantEachUserItsOwn) {
   const ScratchFolder folder;
   Broker broker("password_file " + passwordsOf({"director", "vision", "control", "viewer"}, folder) +
-                "\nacl_file " + kExamples + "room.acl");
+                "\nacl_file " + kBrokerExamples + "room.acl");
   NotingListener listener;
   std::map<std::string, std::unique_ptr<MqttPubSubClient>> clients;
   for (const char* const user : {"director", "vision", "control", "viewer"}) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -10,6 +9,7 @@
 #if PR_HAVE_MQTT
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
+#include "tests/linux/Subscription.h"
 #endif
 
 namespace fyn::productionrules::testing {
@@ -123,18 +123,14 @@ TEST(BusRules, InsideAProcess) {
 }
 
 #if PR_HAVE_MQTT
-void settle(IPubSubClient& client) {
-  // Shared, because the callback may come when the test has given up.
-  auto settled = std::make_shared<std::atomic<bool>>(false);
-  dynamic_cast<MqttPubSubClient&>(client).whenSubscribed([settled] { *settled = true; });
-  ASSERT_TRUE(eventually([&] { return settled->load(); }));
-}
-
 TEST(BusRules, OnABroker) {
   Broker broker;
   MqttOptions options;
   int room = 0;
   const auto connect = [&] { return std::make_shared<MqttPubSubClient>(options); };
+  const auto settle = [](IPubSubClient& client) {
+    ASSERT_TRUE(isSubscribed(dynamic_cast<MqttPubSubClient&>(client)));
+  };
   for (const Row& row : kRows) {
     // A room for each row, so that none meets what the one before it left with the broker.
     options.address = parseBusAddress(broker.url("room-" + std::to_string(room++)));
@@ -153,8 +149,8 @@ TEST(BusRules, TheBrokerShowsTheLastPictureToALateViewerButNoCommandAndNotToItsP
   MqttPubSubClient witness(options);
   service.subscribe("/answer", ofService);
   witness.subscribe("/PRBOut", ofWitness);
-  settle(service);
-  settle(witness);
+  ASSERT_TRUE(isSubscribed(service));
+  ASSERT_TRUE(isSubscribed(witness));
   service.publish("/PRBOut", "picture");
   service.publish("/ctl", "command");
   service.publish("/PRBOut/2", "beneath the picture");
@@ -163,11 +159,11 @@ TEST(BusRules, TheBrokerShowsTheLastPictureToALateViewerButNoCommandAndNotToItsP
   MqttPubSubClient viewer(options);
   viewer.subscribe("/ctl", ofViewer);
   viewer.subscribe("/PRBOut", ofViewer);
-  settle(viewer);
+  ASSERT_TRUE(isSubscribed(viewer));
   EXPECT_TRUE(eventually([&] { return ofViewer.has("/PRBOut picture"); }));
 
   service.subscribe("/PRBOut", ofService);
-  settle(service);
+  ASSERT_TRUE(isSubscribed(service));
   service.publish("/ctl", "end");
   EXPECT_TRUE(eventually([&] { return ofViewer.has("/ctl end"); }));
   viewer.publish("/answer", "end");

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -17,6 +16,7 @@
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
+#include "tests/linux/Subscription.h"
 #include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
@@ -63,13 +63,7 @@ class Room {
             {"PRB_LOG", "stderr"}});
   }
 
-  void waitForClient() { waitFor(*mClient); }
-
-  static void waitFor(MqttPubSubClient& client) {
-    auto settled = std::make_shared<std::atomic<bool>>(false);
-    client.whenSubscribed([settled] { *settled = true; });
-    ASSERT_TRUE(eventually([&] { return settled->load(); }));
-  }
+  void waitForClient() { ASSERT_TRUE(isSubscribed(*mClient)); }
 
   /** One person is seen by an engine that knows nobody: the service must show the room. */
   void personSeen() {
@@ -156,7 +150,7 @@ class Room {
     NotingListener echo;
     MqttPubSubClient witness(mOptions);
     witness.subscribe("/debug/log", echo);
-    waitFor(witness);
+    ASSERT_TRUE(isSubscribed(witness));
     // Nothing is handled until all of it waits at the broker.
     mHost->signal(SIGSTOP);
     for (std::size_t round = 1; round <= kFloodRounds; ++round) {
@@ -316,12 +310,12 @@ TEST(HostProcess, ChecksWhatItWouldUse) {
   const std::string configuration = folder.write("fyn.conf", "persist.feature.steadyframing=1\n");
   const std::string nobody = "mqtt://127.0.0.1:" + std::to_string(freePort());
   // What each of the lines has in it; the status is that of the worst.
-  struct Row {
+  struct Checked {
     std::string configuration, properties, bus, provider;
     std::vector<std::string> lines;
     int status;
   };
-  const Row rows[] = {
+  const Checked rows[] = {
       {configuration, "memory", broker.url(), bus.address(), {": ok", ": ok", ": ok", ": ok"}, 0},
       {configuration, "memory", nobody, bus.address(), {": ok", ": ok", "Connection refused", ": ok"}, 1},
       {folder.write("bad.conf", "\nwords\n"),
@@ -331,7 +325,7 @@ TEST(HostProcess, ChecksWhatItWouldUse) {
        {"FAULT: line 2:", "cannot be opened", ": ok", "cannot be reached"},
        1},
   };
-  for (const Row& row : rows) {
+  for (const Checked& row : rows) {
     Process check({kProgram, "--check", "--config", row.configuration, "--properties", row.properties,
                    "--bus", row.bus, "--provider", "dbus:" + row.provider});
     EXPECT_EQ(check.wait(), row.status);

@@ -3,13 +3,13 @@
 #include <signal.h>
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <new>
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "platform/linux/mqtt/MqttTopics.h"
 #include "tests/linux/Servers.h"
+#include "tests/linux/Subscription.h"
 #include "tests/testing/CapturedLog.h"
 #include "tests/testing/NotingListener.h"
 
@@ -24,12 +24,6 @@ MqttOptions optionsFor(const std::string& url) {
   options.firstRetry = std::chrono::milliseconds(10);
   options.lastRetry = std::chrono::milliseconds(50);
   return options;
-}
-
-bool isSubscribed(MqttPubSubClient& client, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
-  auto settled = std::make_shared<std::atomic<bool>>(false);
-  client.whenSubscribed([settled] { *settled = true; });
-  return eventually([&] { return settled->load(); }, limit);
 }
 
 std::size_t countContaining(const Lines& lines, const std::string& text) {
