@@ -89,17 +89,17 @@ struct SourceRow {
   Rect source;
 };
 
-constexpr Dimension kImage{1280, 720};
+constexpr Dimension kGroupImage{1280, 720};
 
 constexpr SourceRow kSourceRows[] = {
     // {300, 200, 900, 500} has the boundary {300, 181, 900, 519}: 600 * 0.5625 = 337.5 -> 338.
     // Left 60, right 10 % of 660. Top 33.8 -> 33, bottom 20 % of 371 = 74.2 -> 74.
-    {"buffers", 10, 20, 10, true, 0, {300, 200, 900, 500}, kImage, {240, 148, 966, 593}},
-    {"switched off", 10, 20, 10, false, 2, {300, 200, 900, 500}, kImage, {300, 181, 900, 519}},
+    {"buffers", 10, 20, 10, true, 0, {300, 200, 900, 500}, kGroupImage, {240, 148, 966, 593}},
+    {"switched off", 10, 20, 10, false, 2, {300, 200, 900, 500}, kGroupImage, {300, 181, 900, 519}},
     // (2 * 0.6 + 1) * 600 = 1320; the right buffer, larger, is not asked.
-    {"too wide with buffers", 0, 0, 60, true, 0, {300, 200, 900, 500}, kImage, {0, 0, 1280, 720}},
+    {"too wide with buffers", 0, 0, 60, true, 0, {300, 200, 900, 500}, kGroupImage, {0, 0, 1280, 720}},
     // (0.6 + 0.6 + 1) * 338 = 743.6.
-    {"too high with buffers", 60, 60, 0, true, 0, {300, 200, 900, 500}, kImage, {0, 0, 1280, 720}},
+    {"too high with buffers", 60, 60, 0, true, 0, {300, 200, 900, 500}, kGroupImage, {0, 0, 1280, 720}},
     // 1.5 * 854 = 1281 does not fit into 1281 and fits into 1282: left 213, right 0.25 * 1067 -> 266; then it
     // slides.
     {"just too wide", 0, 0, 25, true, 0, {200, 200, 1054, 500}, {1281, 2000}, {0, 0, 1281, 2000}},
@@ -113,15 +113,15 @@ constexpr SourceRow kSourceRows[] = {
      {1282, 2000},
      {0, 0, 1282, 2000}},
     // {600, 300, 700, 400} has the boundary {561, 300, 739, 400}; 720 / 100 > 2: 260 higher and 462 wider.
-    {"zoom limit", 0, 0, 0, true, 2, {600, 300, 700, 400}, kImage, {330, 170, 970, 530}},
-    {"within the zoom limit", 0, 0, 0, true, 8, {600, 300, 700, 400}, kImage, {561, 300, 739, 400}},
-    {"no zoom limit", 0, 0, 0, true, 0, {600, 300, 700, 400}, kImage, {561, 300, 739, 400}},
+    {"zoom limit", 0, 0, 0, true, 2, {600, 300, 700, 400}, kGroupImage, {330, 170, 970, 530}},
+    {"within the zoom limit", 0, 0, 0, true, 8, {600, 300, 700, 400}, kGroupImage, {561, 300, 739, 400}},
+    {"no zoom limit", 0, 0, 0, true, 0, {600, 300, 700, 400}, kGroupImage, {561, 300, 739, 400}},
     // Boundaries that leave the image slide back.
-    {"slides right", 0, 0, 0, false, 0, {0, 0, 100, 300}, kImage, {0, 0, 534, 300}},
-    {"slides left", 0, 0, 0, false, 0, {1200, 0, 1280, 300}, kImage, {746, 0, 1280, 300}},
-    {"slides down", 0, 0, 0, false, 0, {0, 0, 600, 10}, kImage, {0, 0, 600, 338}},
-    {"slides up", 0, 0, 0, false, 0, {0, 700, 600, 710}, kImage, {0, 382, 600, 720}},
-    {"as wide as the image", 0, 0, 0, false, 0, {0, 300, 1280, 310}, kImage, {0, 0, 1280, 720}},
+    {"slides right", 0, 0, 0, false, 0, {0, 0, 100, 300}, kGroupImage, {0, 0, 534, 300}},
+    {"slides left", 0, 0, 0, false, 0, {1200, 0, 1280, 300}, kGroupImage, {746, 0, 1280, 300}},
+    {"slides down", 0, 0, 0, false, 0, {0, 0, 600, 10}, kGroupImage, {0, 0, 600, 338}},
+    {"slides up", 0, 0, 0, false, 0, {0, 700, 600, 710}, kGroupImage, {0, 382, 600, 720}},
+    {"as wide as the image", 0, 0, 0, false, 0, {0, 300, 1280, 310}, kGroupImage, {0, 0, 1280, 720}},
     // The head is cut to {300, 200, 0, 0}, the boundary {327, 200, -27, 0}; inverted, it always fits.
     {"no image", 10, 20, 10, true, 2, {300, 200, 900, 500}, {0, 0}, {362, 220, -65, -44}},
 };

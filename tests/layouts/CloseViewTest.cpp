@@ -7,7 +7,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-struct ViewCase {
+struct CloseViewCase {
   const char* name;
   std::vector<Rect> members;
   std::vector<Rect> neighbours;
@@ -17,7 +17,7 @@ struct ViewCase {
 TEST(CloseView, IsCloseAndCutsNobody) {
   const SpeakerRun run({1920, 1080});
   const Rect small{930, 510, 990, 570};
-  const ViewCase cases[] = {
+  const CloseViewCase cases[] = {
       {"not more than 2.5 pixels for one", {small}, {}, {704, 425, 1216, 713}},
       {"a head of at most 30 per cent", {{900, 465, 1020, 615}}, {}, {516, 340, 1404, 840}},
       {"slid into the image", {{0, 0, 120, 150}}, {}, {0, 0, 888, 500}},
@@ -26,7 +26,7 @@ TEST(CloseView, IsCloseAndCutsNobody) {
       {"grown as well", {small}, {{560, 480, 700, 600}, {1190, 480, 1350, 600}}, {791, 413, 1354, 730}},
       {"two far apart", {{0, 0, 100, 100}, {1800, 960, 1900, 1060}}, {}, {0, 0, 1920, 1080}},
   };
-  for (const ViewCase& each : cases) {
+  for (const CloseViewCase& each : cases) {
     Frame frame;
     placeClosely(frame, each.members, each.neighbours, 0);
     EXPECT_EQ(frame.source, each.view) << each.name;

@@ -22,8 +22,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr std::uint32_t kMeetings = 12;
-constexpr int kSteps = 600;
+constexpr std::uint32_t kMultiStreamMeetings = meetingsOf(12);
 
 struct Room {
   const char* name;
@@ -36,9 +35,9 @@ const Room kRooms[] = {{"three streams", {1280, 720}, 3},
                        {"eight streams of a large camera", {3840, 2160}, 8}};
 
 /** The streams of a room in front of a meeting. */
-class MeetingRun {
+class StreamsMeeting {
  public:
-  MeetingRun(const Room& room, std::uint32_t seed) : mMeeting(seed, {9, {room.camera}}) {
+  StreamsMeeting(const Room& room, std::uint32_t seed) : mMeeting(seed, {9, {room.camera}}) {
     VisionSettings::setLogLevel(0);
     FynCamerasConfig::getMutable().setCameraLensModelDimension(0, room.camera);
     run.with([&](PrConfig& config) { config.maxStreams = room.streams; }).engine<MultiStreamFramingLayout>();
@@ -51,17 +50,7 @@ class MeetingRun {
   RandomMeeting mMeeting;
 };
 
-bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people) {
-  const Dimension image = getCameraLensModelDimension(0);
-  return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
-    const auto person = people.find(id);
-    const Head* const head = person != people.end() ? person->second->findHead(0) : nullptr;
-    return head != nullptr && (head->bbox.left < 0 || head->bbox.top < 0 || head->bbox.right > image.width ||
-                               head->bbox.bottom > image.height);
-  });
-}
-
-Faults faultsOf(EngineRun& run) {
+Faults faultsOfStreams(EngineRun& run) {
   Faults faults;
   const auto add = [&](const Faults& more) { faults.insert(faults.end(), more.begin(), more.end()); };
   for (const std::shared_ptr<Layout>& layout : run.layouts().getFinalLayoutPtrs()) {
@@ -83,13 +72,14 @@ Faults faultsOf(EngineRun& run) {
 TEST(MultiStreamProperties, EveryPictureIsWholeAndEverybodyStaysWithOneStream) {
   for (const Room& room : kRooms) {
     std::size_t shown = 0;
-    for (std::uint32_t seed = 1; seed <= kMeetings; ++seed) {
-      MeetingRun meeting(room, seed);
+    for (std::uint32_t seed = 1; seed <= kMultiStreamMeetings; ++seed) {
+      StreamsMeeting meeting(room, seed);
       StreamWatch watch;
-      for (int step = 0; step < kSteps; ++step) {
+      for (int step = 0; step < kMeetingSteps; ++step) {
         meeting.run.decisions.clear();
         meeting.run.see(meeting.next());
-        ASSERT_EQ(faultsOf(meeting.run), Faults()) << room.name << ", seed " << seed << ", step " << step;
+        ASSERT_EQ(faultsOfStreams(meeting.run), Faults())
+            << room.name << ", seed " << seed << ", step " << step;
         ASSERT_EQ(watch.look(meeting.run.layouts()), Faults())
             << room.name << ", seed " << seed << ", step " << step;
         shown += watch.count();
@@ -113,10 +103,10 @@ std::string textOf(const LayoutDecision& decision) {
 
 // A stream among others must decide exactly as the same engine alone in the room.
 TEST(MultiStreamProperties, StreamZeroDecidesAsIfItWereAlone) {
-  for (std::uint32_t seed = 50; seed < 50 + kMeetings; ++seed) {
+  for (std::uint32_t seed = 50; seed < 50 + kMultiStreamMeetings; ++seed) {
     std::vector<std::string> alone;
     std::vector<std::string> together;
-    std::optional<MeetingRun> meeting;
+    std::optional<StreamsMeeting> meeting;
     for (const bool several : {false, true}) {
       meeting.emplace(kRooms[0], seed);
       // The streams' presence would change what stream 0 gets to see.
@@ -125,7 +115,7 @@ TEST(MultiStreamProperties, StreamZeroDecidesAsIfItWereAlone) {
         meeting->run.engine<MultiStreamGroupFramingLayout>();
         meeting->run.layouts().setTimerSetting(std::make_shared<GroupFramingTimerSetting>(PrConfig::get()));
       }
-      for (int step = 0; step < kSteps; ++step) {
+      for (int step = 0; step < kMeetingSteps; ++step) {
         meeting->run.decisions.clear();
         meeting->run.see(meeting->next());
         for (const LayoutDecision& decision : meeting->run.decisions) {
@@ -143,9 +133,9 @@ TEST(MultiStreamProperties, StreamZeroDecidesAsIfItWereAlone) {
 
 /** Every picture that goes out, one line each. */
 std::string transcript(std::uint32_t seed, bool otherOrder) {
-  MeetingRun meeting(kRooms[0], seed);
+  StreamsMeeting meeting(kRooms[0], seed);
   std::string text;
-  for (int step = 0; step < kSteps; ++step) {
+  for (int step = 0; step < kMeetingSteps; ++step) {
     const Scene scene = meeting.next();
     if (!meeting.run.see(otherOrder ? scene.reversed() : scene)) {
       continue;

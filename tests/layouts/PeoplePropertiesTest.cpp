@@ -24,8 +24,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr std::uint32_t kMeetings = 24;
-constexpr int kSteps = 600;
+constexpr std::uint32_t kPeopleMeetings = meetingsOf(24);
 
 struct Device {
   const char* name;
@@ -70,14 +69,6 @@ class MeetingRun {
   RandomMeeting mMeeting;
 };
 
-bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people) {
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-  return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
-    const Rect box = people.at(id)->findHead(frame.fynCamId)->bbox;
-    return box.left < 0 || box.top < 0 || box.right > image.width || box.bottom > image.height;
-  });
-}
-
 /** The frames whose views a decision has computed. */
 std::vector<Frame> framedBy(const LayoutDecision& decision, const Layout& layout, const PeopleMap& people) {
   switch (decision.kind) {
@@ -116,9 +107,9 @@ bool isHeldBack(const LayoutDecision& decision) {
 TEST(PeopleProperties, EveryPictureIsWholeAndNoChangeComesBeforeItsWait) {
   for (const Device& device : kDevices) {
     int changes = 0;
-    for (std::uint32_t seed = 1; seed <= kMeetings; ++seed) {
+    for (std::uint32_t seed = 1; seed <= kPeopleMeetings; ++seed) {
       MeetingRun meeting(device, seed);
-      for (int step = 0; step < kSteps; ++step) {
+      for (int step = 0; step < kMeetingSteps; ++step) {
         meeting.run.decisions.clear();
         meeting.run.see(meeting.next());
         ASSERT_EQ(faultsOf(meeting.run), Faults()) << device.name << ", seed " << seed << ", step " << step;
@@ -146,7 +137,7 @@ std::uint32_t waitFor(EngineRun& run, const Scene& scene) {
 TEST(PeopleProperties, AChangeThatRevertsBeforeItsWaitNeverReachesTheScreen) {
   for (const Device& device : kDevices) {
     int reverted = 0;
-    for (std::uint32_t seed = 100; seed < 100 + 3 * kMeetings; ++seed) {
+    for (std::uint32_t seed = 100; seed < 100 + 3 * kPeopleMeetings; ++seed) {
       MeetingRun meeting(device, seed);
       const Scene before = meeting.skip(300);
       meeting.run.watch(before, 20000);
@@ -179,7 +170,7 @@ TEST(PeopleProperties, AChangeThatRevertsBeforeItsWaitNeverReachesTheScreen) {
 std::string transcript(const Device& device, std::uint32_t seed, bool otherOrder) {
   MeetingRun meeting(device, seed);
   std::string text;
-  for (int step = 0; step < kSteps; ++step) {
+  for (int step = 0; step < kMeetingSteps; ++step) {
     const Scene scene = meeting.next();
     // Persons are made in the order of the document, so the other order also has other addresses.
     const std::shared_ptr<MLData> data = (otherOrder ? scene.reversed() : scene).mlData();

@@ -88,4 +88,14 @@ Faults cutFaults(const Frame& frame, const PeopleMap& people) {
   return faults;
 }
 
+bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people) {
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [&](std::int64_t id) {
+    const auto person = people.find(id);
+    const Head* const head = person != people.end() ? person->second->findHead(frame.fynCamId) : nullptr;
+    return head != nullptr && (head->bbox.left < 0 || head->bbox.top < 0 || head->bbox.right > image.width ||
+                               head->bbox.bottom > image.height);
+  });
+}
+
 }  // namespace fyn::productionrules::testing

@@ -24,4 +24,7 @@ Faults doubleFaults(const Layout& layout);
 /** Heads of the frame's persons that are cut, as far as they lie inside the image; unknown persons aside. */
 Faults cutFaults(const Frame& frame, const PeopleMap& people);
 
+/** Whether a head of the frame's persons is partly outside its camera's image; unknown persons aside. */
+bool reachesOutOfTheImage(const Frame& frame, const PeopleMap& people);
+
 }  // namespace fyn::productionrules::testing

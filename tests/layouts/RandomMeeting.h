@@ -8,6 +8,15 @@
 
 namespace fyn::productionrules::testing {
 
+/** On how many random meetings a property is tried that would be on `all`; a sanitizer makes each ten times
+ * slower. */
+constexpr std::uint32_t meetingsOf(std::uint32_t all) {
+  return PR_SANITIZED ? all / 3 : all;
+}
+
+/** How many results long. */
+constexpr int kMeetingSteps = 600;
+
 /**
  * People who walk about, sit down beside each other, cross, come and go in front of some cameras. The same
  * seed gives the same meeting on every machine.

@@ -11,16 +11,16 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr Dimension kImage{1920, 1080};
+constexpr Dimension kPropertyImage{1920, 1080};
 constexpr Dimension kSecondImage{1280, 720};
 constexpr int kResults = 3000;
 
 /** Every third meeting is seen by two cameras and framed by a primary device. */
 class SpeakerProperties : public ::testing::TestWithParam<unsigned> {
  protected:
-  SpeakerProperties() : meeting(GetParam(), {7, {kImage}, 2}), run(kImage) {
+  SpeakerProperties() : meeting(GetParam(), {7, {kPropertyImage}, 2}), run(kPropertyImage) {
     if (isPrimary()) {
-      meeting = RandomMeeting(GetParam(), {7, {kImage, kSecondImage}, 2});
+      meeting = RandomMeeting(GetParam(), {7, {kPropertyImage, kSecondImage}, 2});
       FynCamerasConfig::getMutable().setCameraLensModelDimension(1, kSecondImage);
     }
     makeEngine();

@@ -20,8 +20,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr std::uint32_t kMeetings = 12;
-constexpr int kSteps = 600;
+constexpr std::uint32_t kSteadyMeetings = meetingsOf(12);
 
 // The longest wait of a change, and two seconds.
 constexpr std::uint64_t kLimitMs = 8000 + 2000;
@@ -109,7 +108,7 @@ double enlargementOf(const Layout& layout) {
 
 TEST(SteadyProperties, NothingIsWrongForLongAndNoPixelBecomesLarge) {
   for (const Engine& engine : kEngines) {
-    for (std::uint32_t seed = 1; seed <= kMeetings; ++seed) {
+    for (std::uint32_t seed = 1; seed <= kSteadyMeetings; ++seed) {
       EngineRun run;
       VisionSettings::setLogLevel(0);
       for (std::size_t i = 0; i < engine.cameras.size(); ++i) {
@@ -119,7 +118,7 @@ TEST(SteadyProperties, NothingIsWrongForLongAndNoPixelBecomesLarge) {
       engine.make(run);
       RandomMeeting meeting(seed, {6, engine.cameras, 0, 20});
       Patience patience;
-      for (int step = 0; step < kSteps; ++step) {
+      for (int step = 0; step < kMeetingSteps; ++step) {
         run.see(meeting.next());
         const std::shared_ptr<MLData> truth = meeting.truth().mlData();
         PeopleMap people;

@@ -31,15 +31,15 @@ class Notifier : public ::testing::Test {
   }
 
   void takeScenes() {
-    notifier.setJsonCallback([this](const std::string& json, bool debug) {
-      const auto stream = nlohmann::json::parse(json)["streams"][0];
+    notifier.setJsonCallback([this](const std::string& text, bool debug) {
+      const auto stream = nlohmann::json::parse(text)["streams"][0];
       calls.push_back("scene " + stream["sceneNumber"].dump() +
                       (stream.contains("uid") ? " " + stream["uid"].dump() : "") + (debug ? " debug" : ""));
     });
   }
   void takeSecondaries() {
-    notifier.setJsonSecondaryCallback([this](const std::string& json, int camId) {
-      const auto stream = nlohmann::json::parse(json)["streams"][0];
+    notifier.setJsonSecondaryCallback([this](const std::string& text, int camId) {
+      const auto stream = nlohmann::json::parse(text)["streams"][0];
       calls.push_back("camera " + std::to_string(camId) + " " + stream["sceneNumber"].dump() + " " +
                       stream["uid"].dump());
     });

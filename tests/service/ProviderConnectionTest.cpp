@@ -134,9 +134,9 @@ TEST(ProviderConnectionThreads, ReconnectsWhileScenesAreSentAndShowsNoneLate) {
   std::atomic<int> sent{0};
   std::atomic<int> lastScene{0};
   std::atomic<bool> inOrder{true};
-  const auto providers = std::make_shared<InProcessCameraProviders>([&](const std::string& json) {
+  const auto providers = std::make_shared<InProcessCameraProviders>([&](const std::string& text) {
     constexpr std::string_view kKey = "\"sceneNumber\":";
-    const int scene = std::stoi(json.substr(json.find(kKey) + kKey.size()));
+    const int scene = std::stoi(text.substr(text.find(kKey) + kKey.size()));
     inOrder = inOrder && lastScene.exchange(scene) <= scene;
     ++sent;
   });

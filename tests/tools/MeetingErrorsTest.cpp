@@ -43,7 +43,7 @@ double deviationOf(const std::vector<double>& values) {
 
 /** What the detector makes of one head that stands still. */
 void measureDetector(const MeetingErrors& errors, std::uint64_t seed, Figures& figures) {
-  constexpr int kResults = 400000;
+  constexpr int kMeasured = 400000;
   constexpr std::int32_t kWidth = 20000;
   Detector detector(seed, 0, errors, {1280, 720});
   std::vector<double> dropOuts;
@@ -54,7 +54,7 @@ void measureDetector(const MeetingErrors& errors, std::uint64_t seed, Figures& f
   double seen = 0;
   double wrong = 0;
   std::optional<Detector::TrackedBox> last;
-  for (int result = 0; result < kResults; ++result) {
+  for (int result = 0; result < kMeasured; ++result) {
     const auto tracked = detector.see(1, {0, 0, kWidth, kWidth});
     if (tracked) {
       ++seen;
@@ -74,7 +74,7 @@ void measureDetector(const MeetingErrors& errors, std::uint64_t seed, Figures& f
     }
   }
   const auto drops = static_cast<double>(dropOuts.size());
-  figures["missed"] = 100 - seen / kResults * 100;
+  figures["missed"] = 100 - seen / kMeasured * 100;
   figures["drop-out"] = quantileOf(dropOuts, 90);
   figures["false-boxes"] = wrong / (wrong + seen) * 100;
   figures["false-box-life"] = lives.empty() ? 0 : wrong / static_cast<double>(lives.size());

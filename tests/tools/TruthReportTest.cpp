@@ -65,7 +65,7 @@ struct Expected {
 
 // Who is whole in the picture: both at 0 (2 s), 2 (4 s), 6 (3 s) and 12 (5 s), else 1 alone; 2 is cut at 19
 // (2 s). Person 3 is there for the last 2 s, so there are 24 + 24 + 2 person-seconds.
-constexpr Expected kByHand[] = {
+constexpr Expected kTruthByHand[] = {
     {"in_view_percent", 38 / 50.0 * 100},
     {"cut_percent", 2 / 50.0 * 100},
     {"off_screen_percent", 10 / 50.0 * 100},
@@ -101,7 +101,7 @@ constexpr Expected kByHand[] = {
 TEST(TruthReport, ComputesWhatIsWorkedOutByHand) {
   const json overall = reportOn(meeting(true).text()).at("overall");
   EXPECT_EQ(overall.at("against"), "the truth");
-  for (const auto& [name, expected] : kByHand) {
+  for (const auto& [name, expected] : kTruthByHand) {
     const json& value = overall.at("metrics").at(name);
     ASSERT_TRUE(value.is_number()) << name << ": " << value;
     EXPECT_NEAR(value.get<double>(), expected, 1e-9) << name;

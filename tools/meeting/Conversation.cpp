@@ -6,7 +6,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::uint64_t kStream = 1'000'000;
+constexpr std::uint64_t kConversationStream = 1'000'000;
 constexpr std::uint64_t kOverlapStream = 1'000'001;
 
 /** Milliseconds. */
@@ -34,7 +34,7 @@ std::vector<std::size_t> peopleThere(const std::vector<PersonPath>& paths, std::
 
 std::vector<SpeechTurn> makeConversation(std::uint64_t seed, const std::vector<PersonPath>& paths,
                                          std::int64_t duration) {
-  Random random(seed, kStream);
+  Random random(seed, kConversationStream);
   std::vector<SpeechTurn> turns;
   std::size_t speaker = 0;
   for (std::int64_t t = 4000; t < duration;) {

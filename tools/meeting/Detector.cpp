@@ -6,12 +6,10 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::int64_t kMillion = 1'000'000;
-
 constexpr std::int32_t kFirstFalseId = 10'000;
 constexpr std::int32_t kFalseIdsPerCamera = 100'000;
 constexpr std::int32_t kNewNumbersPerCamera = 1'000'000;
-constexpr std::uint64_t kStream = 2'000'000;
+constexpr std::uint64_t kDetectorStream = 2'000'000;
 constexpr std::uint64_t kNumberingStream = 4'000'000;
 
 /** Beyond this the jitter turns back, so that a box never drifts off its head. */
@@ -56,7 +54,7 @@ std::int32_t shifted(std::int32_t pixel, std::int64_t offset, std::int32_t width
 
 Detector::Detector(std::uint64_t seed, std::int32_t camera, const MeetingErrors& errors,
                    const Dimension& image)
-    : mRandom(seed, kStream + static_cast<std::uint64_t>(camera)),
+    : mRandom(seed, kDetectorStream + static_cast<std::uint64_t>(camera)),
       mNumbering(seed, kNumberingStream + static_cast<std::uint64_t>(camera)),
       mErrors(errors),
       mImage(image),

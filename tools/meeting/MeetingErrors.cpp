@@ -7,8 +7,6 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::int64_t kMillion = 1'000'000;
-
 constexpr ErrorUnit kPercent{"PERCENT", kMillion / 100};
 constexpr ErrorUnit kResults{"RESULTS", 1};
 

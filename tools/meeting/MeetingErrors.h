@@ -9,6 +9,8 @@ namespace fyn::productionrules {
 
 /** Of a simulated meeting; errors that last are counted in results. */
 inline constexpr std::int64_t kResultsPerSecond = 30;
+/** A share of one, in the parts that shares are counted in. */
+inline constexpr std::int64_t kMillion = 1'000'000;
 
 /** How a head detector with a tracker behind it and a tagger of speakers err: shares in parts of a million,
  * lengths in results. Made by `errorsOf` and `noiseOf`. */

@@ -6,8 +6,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::int64_t kMillion = 1'000'000;
-constexpr std::uint64_t kStream = 3'000'000;
+constexpr std::uint64_t kTaggerStream = 3'000'000;
 
 constexpr std::int64_t kShortestGap = 4;
 constexpr std::int64_t kLongestGap = 15;
@@ -24,7 +23,10 @@ std::int64_t timeOf(std::int64_t result) {
 }  // namespace
 
 Tagger::Tagger(std::uint64_t seed, const MeetingErrors& errors)
-    : mDelays(seed, kStream), mPersons(seed, kStream + 1), mGaps(seed, kStream + 2), mErrors(errors) {
+    : mDelays(seed, kTaggerStream),
+      mPersons(seed, kTaggerStream + 1),
+      mGaps(seed, kTaggerStream + 2),
+      mErrors(errors) {
   mTimeToGap = timeToGap(kLongestGap);
 }
 

@@ -70,6 +70,8 @@ void answer(httplib::Response& response, int status, const std::string& words) {
   response.set_content(words + '\n', kText);
 }
 
+}  // namespace
+
 /** One request per connection, which must come in time: the library itself waits for as much as anybody
  * sends. */
 class LimitedServer final : public httplib::Server {
@@ -94,8 +96,6 @@ class LimitedServer final : public httplib::Server {
   const std::atomic<bool>& mEnding;
   RequestLimits mLimits;
 };
-
-}  // namespace
 
 /** The HTTP side. */
 class ViewServer::Pages {

@@ -8,8 +8,6 @@ namespace fyn::productionrules::video {
 
 namespace {
 
-constexpr const char* kTag = "prb-camera";
-
 // A picture this late is of no use to somebody who looks.
 constexpr std::int64_t kTooLateMs = 500;
 
@@ -38,7 +36,7 @@ void FollowedFrames::handleResult(const std::string& text) {
   try {
     mWaiting.push_back(parseVisionFrame(text));
   } catch (const std::invalid_argument& fault) {
-    PRB_LOGW(kTag, "%s", fault.what());
+    PRB_LOGW(kCameraTag, "%s", fault.what());
     return;
   }
   const std::int64_t latest = mWaiting.back().time.timestampMs;

@@ -19,6 +19,9 @@
 
 namespace fyn::productionrules::video {
 
+/** Under which prb-camera logs. */
+inline constexpr const char* kCameraTag = "prb-camera";
+
 struct PlayerOptions {
   /** Where the pictures of the streams go, as `targetOfStream` reads them. */
   std::vector<std::string> outputs;

@@ -7,6 +7,7 @@
 #include "platform/VisionSettings.h"
 #include "platform/linux/dbus/DBusCameraProviders.h"
 #include "tools/base/UsageError.h"
+#include "tools/video/camera/Player.h"
 
 namespace fyn::productionrules::video {
 
@@ -14,7 +15,6 @@ namespace {
 
 using Names = DBusCameraProviderNames;
 
-constexpr const char* kTag = "prb-camera";
 constexpr std::chrono::seconds kRetry{1};
 
 std::unique_ptr<sdbus::IConnection> connectTo(const std::string& bus) {
@@ -74,7 +74,7 @@ void SceneService::keepServing(std::shared_ptr<Served> served) {
     try {
       served->connection->enterEventLoop();
     } catch (const sdbus::Error& fault) {
-      PRB_LOGW(kTag, "the %s bus has gone: %s", mBus.c_str(), fault.what());
+      PRB_LOGW(kCameraTag, "the %s bus has gone: %s", mBus.c_str(), fault.what());
     }
     served.reset();
     served = serveAgain();
@@ -87,7 +87,7 @@ std::shared_ptr<SceneService::Served> SceneService::serveAgain() {
   while (!mEnding) {
     try {
       mServed = serveOnce();
-      PRB_LOGI(kTag, "serving on the %s bus again", mBus.c_str());
+      PRB_LOGI(kCameraTag, "serving on the %s bus again", mBus.c_str());
       return mServed;
     } catch (const sdbus::Error&) {
       mWakeUp.waitFor(lock, kRetry, [this]() PR_REQUIRES(mMutex) { return mEnding; });

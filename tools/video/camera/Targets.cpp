@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kWindow = "window";
 constexpr const char* kNone = "none";
 
-bool isDevice(const std::string& target) {
+bool isOutputDevice(const std::string& target) {
   return target.rfind("/dev/", 0) == 0;
 }
 
@@ -64,7 +64,7 @@ std::string targetOfStream(const std::vector<std::string>& targets, std::size_t 
   if (stream < targets.size()) {
     return targets[stream];
   }
-  if (targets.empty() || isDevice(targets.back())) {
+  if (targets.empty() || isOutputDevice(targets.back())) {
     return {};
   }
   const std::filesystem::path last(targets.back());
@@ -76,7 +76,7 @@ std::string targetOfStream(const std::vector<std::string>& targets, std::size_t 
 }
 
 bool keepsEveryPicture(const std::string& target) {
-  return target.rfind(kWindow, 0) != 0 && !isDevice(target);
+  return target.rfind(kWindow, 0) != 0 && !isOutputDevice(target);
 }
 
 }  // namespace fyn::productionrules::video

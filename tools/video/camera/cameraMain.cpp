@@ -22,7 +22,6 @@ namespace fyn::productionrules::video {
 
 namespace {
 
-constexpr const char* kTag = "prb-camera";
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
 
@@ -136,7 +135,7 @@ void runCamera(CameraArguments& arguments) {
     journal = std::make_unique<OutputFile>(arguments.journal, arguments.rules, std::cout);
     arguments.player.journal = &journal->stream();
   }
-  arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kTag, "%s", fault.c_str()); };
+  arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kCameraTag, "%s", fault.c_str()); };
   Player player(cameraInputs(arguments.inputs, arguments.calibration), arguments.player,
                 ServiceState::current().clock());
   const auto start = std::chrono::steady_clock::now();

@@ -13,13 +13,13 @@ namespace {
 constexpr double kUsualRate = 30;
 constexpr double kHighestRate = 1000;
 
-bool isDevice(const std::string& input) {
+bool isCaptureDevice(const std::string& input) {
   return input.rfind("/dev/", 0) == 0;
 }
 
 /** Which reader, so that none of the others tries and complains. */
 int readerOf(const std::string& input) {
-  if (isDevice(input)) {
+  if (isCaptureDevice(input)) {
     return cv::CAP_V4L2;
   }
   return input.find('%') != std::string::npos ? cv::CAP_IMAGES : cv::CAP_FFMPEG;
@@ -27,7 +27,7 @@ int readerOf(const std::string& input) {
 
 }  // namespace
 
-VideoInput::VideoInput(const std::string& input) : mInput(input), mLive(isDevice(input)) {
+VideoInput::VideoInput(const std::string& input) : mInput(input), mLive(isCaptureDevice(input)) {
   open();
 }
 

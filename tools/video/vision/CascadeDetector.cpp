@@ -10,7 +10,7 @@ namespace fyn::productionrules::video {
 
 namespace {
 
-constexpr double kScaleStep = 1.15;
+constexpr double kFaceScaleStep = 1.15;
 constexpr int kNeighbours = 5;
 const cv::Size kSmallestFace(28, 28);
 // Cascades say yes or no.
@@ -44,7 +44,7 @@ bool overlapsAny(const cv::Rect2d& box, const std::vector<Detection>& found) {
 
 std::vector<cv::Rect> search(cv::CascadeClassifier& cascade, const cv::Mat& picture) {
   std::vector<cv::Rect> faces;
-  cascade.detectMultiScale(picture, faces, kScaleStep, kNeighbours, 0, kSmallestFace);
+  cascade.detectMultiScale(picture, faces, kFaceScaleStep, kNeighbours, 0, kSmallestFace);
   return faces;
 }
 

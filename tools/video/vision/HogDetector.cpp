@@ -16,7 +16,7 @@ constexpr double kMarginY = 0.125;
 const cv::Size kStep(8, 8);
 const cv::Size kPadding(8, 8);
 // Steps of 1.08 find a tenth more and take two thirds more time.
-constexpr double kScaleStep = 1.15;
+constexpr double kBodyScaleStep = 1.15;
 // The distance from the deciding plane below which too much is found that is none.
 constexpr double kLeastWeight = 0.2;
 
@@ -36,7 +36,7 @@ std::vector<Detection> HogDetector::detect(const cv::Mat& picture, std::size_t /
   cv::resize(picture, mScaled, {kOutputSize.width, kOutputSize.height}, 0, 0, cv::INTER_LINEAR);
   std::vector<cv::Rect> windows;
   std::vector<double> weights;
-  mDescriptor.detectMultiScale(mScaled, windows, weights, kLeastWeight, kStep, kPadding, kScaleStep);
+  mDescriptor.detectMultiScale(mScaled, windows, weights, kLeastWeight, kStep, kPadding, kBodyScaleStep);
   std::vector<Detection> found;
   for (std::size_t index = 0; index < windows.size(); ++index) {
     const cv::Rect2d window = windows[index];

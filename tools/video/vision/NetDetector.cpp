@@ -17,14 +17,14 @@ using nlohmann::json;
 constexpr int kRow = 7;
 constexpr int kLargestSide = 4096;
 
-std::string besideFile(const std::string& name, const std::string& file) {
+std::string besideModel(const std::string& name, const std::string& file) {
   return name.empty() ? name : (std::filesystem::path(file).parent_path() / name).string();
 }
 
 NetModel modelOf(const json& document, const std::string& path) {
   NetModel model;
-  model.network = besideFile(document.at("network").get<std::string>(), path);
-  model.config = besideFile(document.value("config", ""), path);
+  model.network = besideModel(document.at("network").get<std::string>(), path);
+  model.config = besideModel(document.value("config", ""), path);
   model.size = {document.value("width", 300), document.value("height", 300)};
   model.scale = document.value("scale", 1.0);
   const std::vector<double> mean = document.value("mean", std::vector<double>(3, 0.0));
