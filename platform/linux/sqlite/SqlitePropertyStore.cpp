@@ -65,6 +65,22 @@ void execute(sqlite3* database, const char* sql) {
   check(database, sqlite3_exec(database, sql, nullptr, nullptr, nullptr));
 }
 
+/** Readers and writers that do not wait for one another. Of two that change a new file together SQLite turns
+ * one away at once, without its own waiting, as both hold what the other needs. */
+void useWriteAheadLog(sqlite3* database, int busyLimitMs) {
+  constexpr int kPauseMs = 5;
+  sqlite3_busy_timeout(database, 0);
+  int result = SQLITE_BUSY;
+  for (int waitedMs = 0; result == SQLITE_BUSY && waitedMs <= busyLimitMs; waitedMs += kPauseMs) {
+    result = sqlite3_exec(database, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    if (result == SQLITE_BUSY) {
+      sqlite3_sleep(kPauseMs);
+    }
+  }
+  check(database, result);
+  sqlite3_busy_timeout(database, busyLimitMs);
+}
+
 /** Whether the statement has another row. */
 bool step(sqlite3_stmt* statement) {
   const int result = sqlite3_step(statement);
@@ -134,8 +150,7 @@ SqlitePropertyStore::Database SqlitePropertyStore::openFile(const std::string& p
       path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
   database.handle.reset(opened);
   check(opened, result);
-  sqlite3_busy_timeout(opened, busyLimitMs);
-  execute(opened, "PRAGMA journal_mode=WAL");
+  useWriteAheadLog(opened, busyLimitMs);
   execute(opened, "PRAGMA synchronous=NORMAL");
   startAfterBoot(opened, bootId);
   database.get = prepare(opened, "SELECT value FROM property WHERE key = ?1");
