@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "geometry/Overlap.h"
+#include "config/PrConfig.h"
 #include "geometry/RectMath.h"
 #include "model/FynCamerasConfig.h"
 
@@ -27,9 +27,6 @@ constexpr std::uint64_t kSeen = 3;
 // Of the time present, for who was not there from the beginning: false boxes that live long.
 constexpr double kMissedShare = 0.3;
 
-// Of their intersection in their union: from here on two boxes are one head.
-constexpr double kSamePlace = 0.2;
-
 // Head widths from the border, and a second towards the middle.
 constexpr double kSideBorder = 0.5;
 constexpr double kBottomBorder = 0.25;
@@ -47,6 +44,11 @@ bool isLeaving(const HeadPath& path, const Dimension& image) {
   return atLeft || atRight || atBottom;
 }
 
+// Whether a newcomer may be a box where nobody is.
+bool isWary() {
+  return PrConfig::get().steadyFramingEnabled;
+}
+
 }  // namespace
 
 std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& data, std::uint32_t now) {
@@ -55,7 +57,7 @@ std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& da
   for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
     note(person, now);
   }
-  findAgain(*data);
+  findAgain(*data, now);
   forgetMissed(now);
 
   std::vector<std::shared_ptr<FynHead>> present;
@@ -97,9 +99,20 @@ void PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t 
   sighting.latestResult = mResults;
   ++sighting.seen;
   follow(sighting, now);
-  sighting.counts =
-      sighting.counts || (now - sighting.first >= kNewcomerMs &&
-                          sighting.seen * kSeenOf >= (mResults - sighting.firstResult + 1) * kSeen);
+  sighting.counts = sighting.counts || isBelieved(sighting, now);
+}
+
+bool PeoplePresence::isBelieved(const Sighting& sighting, std::uint32_t now) const {
+  // In an empty room a box where nobody is does no harm, and a person must not wait.
+  const bool isDoubted = isWary() && !sighting.hasWalked && isAnybodyThere();
+  const std::uint32_t leastMs = std::max(kNewcomerMs, isDoubted ? mFalseBoxes.doubtMs(now) : 0);
+  return now - sighting.first >= leastMs &&
+         sighting.seen * kSeenOf >= (mResults - sighting.firstResult + 1) * kSeen;
+}
+
+bool PeoplePresence::isAnybodyThere() const {
+  return std::any_of(mSightings.begin(), mSightings.end(),
+                     [](const auto& each) { return each.second.counts; });
 }
 
 void PeoplePresence::follow(Sighting& sighting, std::uint32_t now) const {
@@ -119,61 +132,73 @@ void PeoplePresence::follow(Sighting& sighting, std::uint32_t now) const {
   }
 }
 
-void PeoplePresence::findAgain(const MLData& data) {
+void PeoplePresence::findAgain(const MLData& data, std::uint32_t now) {
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
-    const auto newcomer = mSightings.find(person->id);
-    if (newcomer->second.counts) {
+    Sighting& newcomer = mSightings.at(person->id);
+    if (newcomer.counts) {
       continue;
     }
-    const auto missed = findMissed(newcomer->second);
+    const auto missed = findMissed(newcomer);
     if (missed == mSightings.end()) {
+      newcomer.counts = newcomer.wasThereFirst = isWary() && mKnownPlaces.take(*person, now);
       continue;
     }
-    mRenamed.push_back({missed->second.person, person});
-    Sighting& sighting = newcomer->second;
-    sighting.counts = true;
-    sighting.first = missed->second.first;
-    sighting.firstResult = missed->second.firstResult;
-    sighting.seen += missed->second.seen;
-    sighting.wasThereFirst = missed->second.wasThereFirst;
-    if (!sighting.hasWalked) {
-      sighting.hasWalked = missed->second.hasWalked;
-      sighting.latestWalk = missed->second.latestWalk;
+    if (missed->second.counts) {
+      mRenamed.push_back({missed->second.person, person});
+      // The newcomer may be a box where nobody is, beside the place of somebody who comes back.
+      mKnownPlaces.add(missed->second.person, now);
     }
+    inherit(newcomer, missed->second);
     mSightings.erase(missed);
   }
 }
 
-// Who counts, is not in the latest result, and whose last place is most that of the newcomer.
+// Who is not in the latest result, and whose last place is most that of the newcomer.
 PeoplePresence::Sightings::iterator PeoplePresence::findMissed(const Sighting& newcomer) {
   auto best = mSightings.end();
-  double most = kSamePlace;
+  std::pair<bool, double> most;
   for (auto each = mSightings.begin(); each != mSightings.end(); ++each) {
-    if (!each->second.counts || each->second.latestResult == mResults) {
+    const Sighting& missed = each->second;
+    if (missed.latestResult == mResults || (!missed.counts && !isWary())) {
       continue;
     }
-    for (const auto& [camId, head] : newcomer.person->mCamIdAssocHeadMap) {
-      const Head* const before = each->second.person->findHead(camId);
-      const double share = before != nullptr ? getIntersectionOverUnion(before->bbox, head->bbox) : 0;
-      if (share >= most && (share > most || best == mSightings.end())) {
-        best = each;
-        most = share;
-      }
+    const std::pair<bool, double> share(missed.counts, sharedPlace(*missed.person, *newcomer.person));
+    if (share.second >= kSamePlace && share > most) {
+      best = each;
+      most = share;
     }
   }
   return best;
+}
+
+void PeoplePresence::inherit(Sighting& sighting, const Sighting& before) {
+  sighting.counts = before.counts;
+  sighting.first = std::min(sighting.first, before.first);
+  sighting.firstResult = std::min(sighting.firstResult, before.firstResult);
+  sighting.seen += before.seen;
+  sighting.wasThereFirst = before.wasThereFirst;
+  if (!sighting.hasWalked) {
+    sighting.hasWalked = before.hasWalked;
+    sighting.latestWalk = before.latestWalk;
+  }
 }
 
 void PeoplePresence::forgetMissed(std::uint32_t now) {
   for (auto each = mSightings.begin(); each != mSightings.end();) {
     const Sighting& sighting = each->second;
     const bool isForgotten = sighting.latestResult != mResults && now - sighting.latest > holdMs(sighting);
+    if (isForgotten && sighting.counts) {
+      mKnownPlaces.add(sighting.person, now);
+    }
+    if (isForgotten && !sighting.hasWalked && !sighting.wasThereFirst) {
+      mFalseBoxes.add(sighting.latest - sighting.first, now);
+    }
     each = isForgotten ? mSightings.erase(each) : std::next(each);
   }
 }
 
 std::uint32_t PeoplePresence::holdMs(const Sighting& sighting) {
-  if (!sighting.counts) {
+  if (!sighting.counts && (!isWary() || sighting.latest - sighting.first < kNewcomerMs)) {
     return kFlashMs;
   }
   std::uint32_t hold = kMissedMs;

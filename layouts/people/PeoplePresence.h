@@ -5,7 +5,9 @@
 #include <memory>
 #include <vector>
 
+#include "layouts/people/FalseBoxes.h"
 #include "layouts/people/HeadPath.h"
+#include "layouts/people/KnownPlaces.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
@@ -29,6 +31,9 @@ class PeoplePresence {
    * they have been seen for long enough, those of the first result at once. Who is missed counts for some
    * time more, with the last boxes: longer for who has been there for long, shorter for who was about to
    * leave. The seen ones keep their order, the missed ones follow by id.
+   *
+   * With steadyFramingEnabled a newcomer who neither walks nor comes back to a place that is known counts
+   * only after a longer time than boxes have lived of late where nobody was.
    */
   std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& data, std::uint32_t now);
 
@@ -62,6 +67,7 @@ class PeoplePresence {
     std::uint64_t latestResult = 0;
     std::uint64_t seen = 0;
     bool counts = false;
+    /** Or has come back to a known place. */
     bool wasThereFirst = false;
     bool hasWalked = false;
     std::uint32_t latestWalk = 0;
@@ -73,12 +79,17 @@ class PeoplePresence {
 
   void note(const std::shared_ptr<FynHead>& person, std::uint32_t now);
   void follow(Sighting& sighting, std::uint32_t now) const;
-  void findAgain(const MLData& data);
+  bool isBelieved(const Sighting& sighting, std::uint32_t now) const;
+  bool isAnybodyThere() const;
+  void findAgain(const MLData& data, std::uint32_t now);
   Sightings::iterator findMissed(const Sighting& newcomer);
+  static void inherit(Sighting& sighting, const Sighting& before);
   void forgetMissed(std::uint32_t now);
   static std::uint32_t holdMs(const Sighting& sighting);
 
   Sightings mSightings;
+  FalseBoxes mFalseBoxes;
+  KnownPlaces mKnownPlaces;
   std::vector<PersonRenamed> mRenamed;
   /** Results so far. */
   std::uint64_t mResults = 0;
