@@ -96,6 +96,9 @@ class BasePeopleLayout : public BaseLayout {
   /** Whether that holds for anybody, within the time in milliseconds. */
   bool hasAnybodyWalked(std::uint32_t withinMs) const;
 
+  /** The frame of a picture of everybody, null while another one is shown. */
+  const Frame* groupOnScreen() const;
+
   /** Gives the persons of the layouts at hand the numbers that they have now. */
   void takeNewNumbers();
 
@@ -115,7 +118,6 @@ class BasePeopleLayout : public BaseLayout {
   std::vector<Seat> settled(const std::vector<Seat>& seats) const;
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
   bool doesSomebodyWalk() const;
-  const Frame* groupOnScreen() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;
   bool isEverybodyWhole() const;
   bool isATileEmpty() const;

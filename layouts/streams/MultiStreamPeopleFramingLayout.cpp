@@ -16,6 +16,10 @@ namespace {
 // More people than this in one frame count as a large proximity.
 constexpr std::int32_t kMaxNeighbours = 3;
 
+// In milliseconds. Stream 0 follows walkers; others that did so too would change all the time.
+constexpr std::uint32_t kRestlessMs = 20000;
+constexpr std::uint32_t kRestlessRoomMs = 60000;
+
 void countFrame(Layout& layout) {
   if (layout.layoutType == FramingType::HEAD) {
     layout.headFrameCount = 1;
@@ -183,20 +187,11 @@ bool MultiStreamPeopleFramingLayout::isThereATimerRunning() const {
   });
 }
 
-std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getFinalLayoutPtrs() const {
+std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::layoutsOf(
+    std::shared_ptr<Layout> EngineState::*which) const {
   std::vector<std::shared_ptr<Layout>> layouts;
-  layouts.reserve(mStreams.size());
   for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.state.mCurLayout);
-  }
-  return layouts;
-}
-
-std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayoutPtrs() const {
-  std::vector<std::shared_ptr<Layout>> layouts;
-  layouts.reserve(mStreams.size());
-  for (const Stream& stream : mStreams) {
-    layouts.push_back(stream.state.mNextLayout);
+    layouts.push_back(stream.state.*which);
   }
   return layouts;
 }
@@ -207,12 +202,14 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::getNextLayo
 void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
+  std::vector<std::shared_ptr<FynHead>> everybody;
   std::vector<std::shared_ptr<FynHead>> followed;
   bool walks = false;
   for (const auto& [id, person] : mState.people) {
+    everybody.push_back(person);
     if (isMeant(*person)) {
       followed.push_back(person);
-      walks = walks || hasWalked(*person);
+      walks = walks || isRestless(*person);
     }
   }
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
@@ -221,11 +218,6 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   constructGroupLayout(followed, layout, camId);
   fillPositionRect(layout);
   if (followed.empty() || walks || !tryView(layout->frames.front())) {
-    std::vector<std::shared_ptr<FynHead>> everybody;
-    everybody.reserve(mState.people.size());
-    for (const auto& [id, person] : mState.people) {
-      everybody.push_back(person);
-    }
     layout->layoutType = everybody.empty() ? FramingType::ROOM : FramingType::GROUP;
     layout->reason = walks ? "somebody walks" : "";
     constructGroupLayout(everybody, layout, camId);
@@ -264,6 +256,17 @@ HeadPosition MultiStreamPeopleFramingLayout::getCurrentHeadPosition(const Frame&
   return isGFMoveClose(frame.detectionBoundary, getBaseRectForRuleofThirdsFrame(frame, box))
              ? HeadPosition::GROUP_MOVE_CLOSE
              : HeadPosition::CENTER;
+}
+
+bool MultiStreamPeopleFramingLayout::showsWholeRoom() const {
+  return hasAnybodyWalked(PrConfig::get().steadyFramingEnabled ? kRestlessRoomMs : kRestlessMs);
+}
+
+// Whether a frame for the person would soon have to follow a walk.
+bool MultiStreamPeopleFramingLayout::isRestless(const FynHead& person) const {
+  return PrConfig::get().steadyFramingEnabled && groupOnScreen() != nullptr
+             ? presence().hasWalked(person.id, kRestlessMs, tick())
+             : hasWalked(person);
 }
 
 bool MultiStreamPeopleFramingLayout::isMeant(const FynHead& person) const {

@@ -37,8 +37,12 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
   void resetLayouts() override;
   bool isThereATimerRunning() const override;
-  std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override;
-  std::vector<std::shared_ptr<Layout>> getNextLayoutPtrs() const override;
+  std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override {
+    return layoutsOf(&EngineState::mCurLayout);
+  }
+  std::vector<std::shared_ptr<Layout>> getNextLayoutPtrs() const override {
+    return layoutsOf(&EngineState::mNextLayout);
+  }
   void fillPositionRect(std::shared_ptr<Layout>& layout) override;
   void calculateGroupFraming(Frame& frame) override;
 
@@ -61,13 +65,9 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   void reportInput(const MLData& data) override;
   bool isSteady() const override { return true; }
   bool isMeant(const FynHead& person) const override;
-  bool showsWholeRoom() const override { return hasAnybodyWalked(kRestlessMs); }
+  bool showsWholeRoom() const override;
 
  private:
-  /** Until nobody has walked for so long, in milliseconds, the picture of everybody is that of the room:
-   * stream 0 follows walkers, others that did so too would be framed anew all the time. */
-  static constexpr std::uint32_t kRestlessMs = 20000;
-
   /** What a stream keeps from one vision result to the next. */
   struct Stream {
     EngineState state;
@@ -82,6 +82,8 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   template <typename Operation>
   bool inEveryStream(Operation operation);
   static const std::set<std::int64_t>& peopleOnScreen(const Stream& stream);
+  bool isRestless(const FynHead& person) const;
+  std::vector<std::shared_ptr<Layout>> layoutsOf(std::shared_ptr<Layout> EngineState::*which) const;
 
   StreamAssignment mAssignment;
   std::vector<Stream> mStreams;
