@@ -75,6 +75,16 @@ TEST(VisionProgram, WritesTheSameRecordingEveryTime) {
   }
 }
 
+TEST(VisionProgram, SaysThatItServesWithoutItsNetwork) {
+  const ScratchFolder folder;
+  const std::string video = folder.file("room.mkv");
+  writeMeasuringVideo(video, 2, 10);
+  Process vision(
+      {program("prb-vision"), video, "--models", folder.file(""), "-o", folder.file("room.jsonl")});
+  EXPECT_EQ(vision.wait(), 0) << vision.errorText();
+  EXPECT_NE(vision.errorText().find("faces.onnx is not there"), std::string::npos) << vision.errorText();
+}
+
 // What prb-vision sees, prb replay decides and prb-camera shows, without a clock: the same bytes every time.
 TEST(CameraProgram, ShowsAReplayTheSameEveryTime) {
   const ScratchFolder folder;
@@ -144,6 +154,7 @@ TEST(Programs, SayInOneLineWhatTheyCannotUse) {
         Command{"prb-camera", video, "--dbus", "unix:path=/absent"},
         Command{"prb-camera", video, "--cameras", text}, Command{"prb-vision"},
         Command{"prb-vision", folder.file("absent.mp4")}, Command{"prb-vision", video, "--script", text},
+        Command{"prb-vision", video, "--detector", "rooms", "--models", "/absent"},
         Command{"prb-vision", video, "--model", text}, Command{"prb-vision", video, "--detector", "cats"},
         Command{"prb-vision", video, "--detector", "faces", "--cascades", "/absent"}}) {
     Command command = arguments;

@@ -51,6 +51,7 @@ video   libopencv-dev        video
 video   opencv-data          video
 video   opencv-doc           video
 video   ffmpeg               video
+video   npm                  model
 '
 
 usage() {

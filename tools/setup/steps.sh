@@ -28,6 +28,9 @@ quietly() {
 
 install_groups() { tools/setup/install-dependencies.sh "$@"; }
 
+# What is not there is told, and done without.
+fetch() { tools/setup/fetch.sh "$@" || true; }
+
 # configure PRESET [CMAKE OPTION...]
 configure() {
   say "configure $1"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/Geometry.h"
 #include "tools/video/vision/Assignment.h"
 
 namespace fyn::productionrules::video {
@@ -17,6 +18,20 @@ double overlap(const cv::Rect2d& a, const cv::Rect2d& b) {
 
 cv::Point2d centre(const cv::Rect2d& box) {
   return (box.tl() + box.br()) / 2.0;
+}
+
+/** That of the camera which sees the person best. */
+double certainty(const Observation& seen) {
+  double best = 0;
+  for (const Observation::View& view : seen.views) {
+    best = std::max(best, view.detection.score);
+  }
+  return best;
+}
+
+bool crossesEdge(const Observation::View& view) {
+  const cv::Rect2d& box = view.detection.box;
+  return (box & cv::Rect2d(0, 0, kOutputSize.width, kOutputSize.height)) != box;
 }
 
 }  // namespace
@@ -36,9 +51,9 @@ void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms
   for (std::size_t index = 0; index < seen.size(); ++index) {
     if (paired[index] >= 0) {
       correct(mTracks[static_cast<std::size_t>(paired[index])], seen[index], ms);
-    } else {
+    } else if (certainty(seen[index]) >= mOptions.scoreToBegin) {
       Track track;
-      track.sights = 1;
+      track.firstMs = ms;
       track.seenMs = ms;
       track.box = seen[index].box;
       track.last = seen[index];
@@ -49,7 +64,7 @@ void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms
                                [&](const Track& track) { return isForgotten(track, ms); }),
                 mTracks.end());
   for (Track& track : mTracks) {
-    if (track.id == 0 && track.sights >= mOptions.sightsToConfirm) {
+    if (track.id == 0 && track.seenMs - track.firstMs >= mOptions.confirmMs) {
       track.id = ++mLastId;
     }
   }
@@ -61,21 +76,25 @@ std::vector<TrackedPerson> PersonTracker::at(std::int64_t ms) const {
     if (track.id == 0 || isForgotten(track, ms)) {
       continue;
     }
-    const cv::Rect2d now = expected(track, ms);
-    TrackedPerson person{track.id, track.last.views};
-    for (Observation::View& view : person.views) {
-      const cv::Rect2d then = mRoom.toCamera(view.camera, track.last.box);
-      const cv::Rect2d there = mRoom.toCamera(view.camera, now);
-      cv::Rect2d& box = view.detection.box;
-      box += there.tl() - then.tl();
-      box.width *= then.width > 0 ? there.width / then.width : 1;
-      box.height *= then.height > 0 ? there.height / then.height : 1;
-    }
-    persons.push_back(std::move(person));
+    persons.push_back({track.id, viewsAt(track, ms)});
   }
   std::sort(persons.begin(), persons.end(),
             [](const TrackedPerson& a, const TrackedPerson& b) { return a.id < b.id; });
   return persons;
+}
+
+std::vector<Observation::View> PersonTracker::viewsAt(const Track& track, std::int64_t ms) const {
+  const cv::Rect2d now = expected(track, ms);
+  std::vector<Observation::View> views = track.last.views;
+  for (Observation::View& view : views) {
+    const cv::Rect2d then = mRoom.toCamera(view.camera, track.last.box);
+    const cv::Rect2d there = mRoom.toCamera(view.camera, now);
+    cv::Rect2d& box = view.detection.box;
+    box += there.tl() - then.tl();
+    box.width *= then.width > 0 ? there.width / then.width : 1;
+    box.height *= then.height > 0 ? there.height / then.height : 1;
+  }
+  return views;
 }
 
 cv::Rect2d PersonTracker::expected(const Track& track, std::int64_t ms) const {
@@ -96,7 +115,10 @@ bool PersonTracker::isForgotten(const Track& track, std::int64_t ms) const {
   if (track.id == 0) {
     return track.missed >= mOptions.looksToForgetUnconfirmed;
   }
-  return ms - track.seenMs > mOptions.forgetMs && track.missed >= mOptions.looksToForget;
+  const std::vector<Observation::View> views = viewsAt(track, ms);
+  const bool isAtEdge = std::all_of(views.begin(), views.end(), crossesEdge);
+  return ms - track.seenMs > (isAtEdge ? mOptions.forgetAtEdgeMs : mOptions.forgetMs) &&
+         track.missed >= mOptions.looksToForget;
 }
 
 double PersonTracker::cost(const cv::Rect2d& expected, const cv::Rect2d& seen) const {
@@ -117,7 +139,6 @@ void PersonTracker::correct(Track& track, const Observation& seen, std::int64_t 
   track.seenMs = ms;
   track.last = seen;
   track.missed = 0;
-  ++track.sights;
 }
 
 }  // namespace fyn::productionrules::video

@@ -8,12 +8,17 @@
 namespace fyn::productionrules::video {
 
 struct TrackerOptions {
-  /** Observations before a person counts. More: fewer ghosts, later entrances. */
-  int sightsToConfirm = 3;
+  /** The certainty from which on a sight begins a person; with less it only goes on with one. */
+  double scoreToBegin = 0.45;
+  /** How long somebody is seen, twice at least, before the person counts. More: fewer ghosts, later
+   * entrances. */
+  std::int64_t confirmMs = 300;
   /** How long a person stays without being seen, and the looks that must have missed it by then: a slow
    * detector may look less often. More: fewer drop-outs, later exits. */
   std::int64_t forgetMs = 1500;
   int looksToForget = 2;
+  /** The same for somebody who was about to leave the picture, across its edge. */
+  std::int64_t forgetAtEdgeMs = 400;
   /** The looks in a row that must miss somebody who does not count yet; an error of the detector seldom comes
    * again. */
   int looksToForgetUnconfirmed = 3;
@@ -57,7 +62,7 @@ class PersonTracker {
   struct Track {
     /** 0 until it counts. */
     std::int32_t id = 0;
-    int sights = 0;
+    std::int64_t firstMs = 0;
     /** Looks since the last sight. */
     int missed = 0;
     std::int64_t seenMs = 0;
@@ -73,6 +78,8 @@ class PersonTracker {
   cv::Rect2d expected(const Track& track, std::int64_t ms) const;
   cv::Point2d expectedSpeed(const Track& track, std::int64_t ms) const;
   bool isForgotten(const Track& track, std::int64_t ms) const;
+  /** The heads as the cameras saw them last, moved to where they are at `ms`. */
+  std::vector<Observation::View> viewsAt(const Track& track, std::int64_t ms) const;
   double cost(const cv::Rect2d& expected, const cv::Rect2d& seen) const;
   void correct(Track& track, const Observation& seen, std::int64_t ms);
 

@@ -2,10 +2,13 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
 #include "platform/ServiceState.h"
+#include "platform/StderrLog.h"
+#include "platform/VisionSettings.h"
 #include "tools/base/OutputFile.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
@@ -15,6 +18,7 @@
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/CascadeDetector.h"
 #include "tools/video/vision/DetectionRunner.h"
+#include "tools/video/vision/FaceNetDetector.h"
 #include "tools/video/vision/HogDetector.h"
 #include "tools/video/vision/NetDetector.h"
 #include "tools/video/vision/ScriptedDetector.h"
@@ -32,12 +36,25 @@ struct VisionArguments {
   std::string calibration;
   PlatformOptions platform;
   MeetingOptions recording;
-  std::string detector = "bodies";
+  std::string detector;
+  std::string models = PR_MODELS;
   std::string cascades = "/usr/share/opencv4/haarcascades";
   std::string model;
   std::string script;
   int every = 1;
 };
+
+/** What serves when nobody has chosen. */
+std::unique_ptr<PersonDetector> usualDetector(const std::string& network) {
+  if (std::filesystem::exists(network)) {
+    return std::make_unique<FaceNetDetector>(network);
+  }
+  PRB_LOGW("prb-vision",
+           "%s is not there, so only people whose whole body is in view are found; tools/setup/fetch.sh "
+           "model fetches it",
+           network.c_str());
+  return std::make_unique<HogDetector>();
+}
 
 std::unique_ptr<PersonDetector> makeDetector(const VisionArguments& arguments) {
   if (!arguments.script.empty()) {
@@ -53,7 +70,14 @@ std::unique_ptr<PersonDetector> makeDetector(const VisionArguments& arguments) {
   if (arguments.detector == "faces") {
     return std::make_unique<CascadeDetector>(arguments.cascades);
   }
-  return std::make_unique<HogDetector>();
+  if (arguments.detector == "bodies") {
+    return std::make_unique<HogDetector>();
+  }
+  const std::string network = arguments.models + "/faces.onnx";
+  if (arguments.detector == "rooms") {
+    return std::make_unique<FaceNetDetector>(network);
+  }
+  return usualDetector(network);
 }
 
 /** Pictures of all cameras in, vision results out. */
@@ -176,9 +200,13 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
       ->type_name("FILE");
   addPlatformOptions(app, arguments.platform, true);
   addMeetingOptions(app, arguments.recording);
-  app.add_option("--detector", arguments.detector,
-                 "bodies: whole persons, standing or walking; faces: from the front and the sides")
-      ->check(CLI::IsMember({"bodies", "faces"}))
+  app.add_option(
+         "--detector", arguments.detector,
+         "rooms: people who sit or stand, by a small network, the default where its file is there; bodies: "
+         "whole persons, standing or walking; faces: from the front and the sides")
+      ->check(CLI::IsMember({"rooms", "bodies", "faces"}));
+  app.add_option("--models", arguments.models, "Folder of faces.onnx, for rooms")
+      ->type_name("FOLDER")
       ->capture_default_str();
   app.add_option("--cascades", arguments.cascades, "Folder of OpenCV's cascades, for faces")
       ->type_name("FOLDER")
@@ -197,7 +225,7 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
       "with the one\nbefore. Without, it writes a recording (-o) as fast as it can, looks at every frame, "
       "and "
       "writes the same every time.\n\nExamples:\n"
-      "  prb-vision /dev/video0 --bus mqtt://127.0.0.1:1883 --detector faces\n"
+      "  prb-vision /dev/video0 --bus mqtt://127.0.0.1:1883\n"
       "  prb-vision room.mp4 --detect-every 3 -o room.jsonl\n"
       "  prb-vision --cameras side-by-side.json -o room.jsonl");
 }

