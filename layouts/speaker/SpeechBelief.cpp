@@ -4,13 +4,29 @@
 #include <cmath>
 #include <iterator>
 
+#include "config/PrConfig.h"
+
 namespace fyn::productionrules {
 
 namespace {
 
 // Times in milliseconds.
-constexpr double kRiseMs = 400.0;
-constexpr double kFallMs = 500.0;
+struct Tempo {
+  /** Time constants of the level while tagged and while not. */
+  double riseMs;
+  double fallMs;
+  /** For how long somebody must have spoken while somebody on screen goes on. */
+  std::uint32_t newcomerMs;
+};
+
+constexpr Tempo kUsual{400, 500, 1000};
+// Sooner at a speaker, and not so soon gone where a tag has gaps.
+constexpr Tempo kSteady{300, 800, 500};
+
+const Tempo& tempo() {
+  return PrConfig::get().steadyFramingEnabled ? kSteady : kUsual;
+}
+
 constexpr double kOn = 0.8;
 // When nobody else can be meant.
 constexpr double kOnUndisputed = 0.6;
@@ -19,7 +35,6 @@ constexpr double kForgotten = 0.01;
 constexpr std::uint32_t kUndisputedMs = 400;
 constexpr std::uint32_t kHangOverMs = 250;
 constexpr std::uint32_t kFrozenMs = 500;
-constexpr std::uint32_t kNewcomerMs = 1000;
 
 bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uint32_t now) {
   return at && now - *at <= ms;
@@ -37,8 +52,9 @@ void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t no
   for (auto& [person, voice] : mVoices) {
     if (now - voice.seenAt > kFrozenMs || voice.seenAt == now) {
       const bool isTagged = voice.taggedAt == now;
-      const double share =
-          mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) / (isTagged ? kRiseMs : kFallMs)) : 1;
+      const double share = mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) /
+                                                  (isTagged ? tempo().riseMs : tempo().fallMs))
+                                   : 1;
       voice.level += share * ((isTagged ? 1 : 0) - voice.level);
     }
     voice.speaks = voice.level >= (voice.speaks ? kOff : on);
@@ -82,7 +98,8 @@ void SpeechBelief::giveTheWord(const std::vector<SpeechHint>& hints, std::uint32
       hints.begin(), hints.end(), [&](const SpeechHint& hint) { return hint.isShown && goesOn(hint); });
   for (const SpeechHint& hint : hints) {
     const bool givesWay = somebodyGoesOn && !goesOn(hint);
-    const bool isEarly = somebodyShownGoesOn && !hint.isShown && speechMs(hint.person, now) < kNewcomerMs;
+    const bool isEarly =
+        somebodyShownGoesOn && !hint.isShown && speechMs(hint.person, now) < tempo().newcomerMs;
     if (mVoices.at(hint.person).speaks && !givesWay && !isEarly) {
       mSpeakers.insert(hint.person);
     }
