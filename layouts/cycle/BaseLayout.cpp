@@ -146,6 +146,9 @@ void BaseLayout::applyNewLayout() {
   mState.adoptedAt = tick();
   mState.differsSince.reset();
   updateLayoutViews(false);
+  if (const auto fitting = previous != nullptr ? transitionFrom(*previous) : std::nullopt) {
+    setLayoutAnimation(mState.mCurLayout, *fitting, static_cast<int>(getLayoutChangeDuration(*fitting)));
+  }
   printLayoutToLog(mState.mCurLayout, "New-People-Layout: ");
   reportChange(DecisionKind::Adopted, previous.get(), *mState.mCurLayout, wait);
 }

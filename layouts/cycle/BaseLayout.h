@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -239,6 +240,10 @@ class BaseLayout {
 
   /** What the frame of an empty room shows, in camera pixels. */
   virtual Rect getRoomView(const Frame& frame);
+
+  /** The transition from the picture before, now that what the new one shows is known; by default nothing,
+   * and that of getLayoutChangeAnimation stays. */
+  virtual std::optional<std::string> transitionFrom(const Layout& before) const;
 
   /** Says in the log what is wrong with a vision result, before a candidate is made of it. */
   virtual void reportInput(const MLData& data);

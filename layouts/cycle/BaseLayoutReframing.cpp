@@ -201,6 +201,10 @@ std::string BaseLayout::getLayoutChangeAnimation() {
   return PrConfig::get().animationCutOnly ? "cut" : "dissolve";
 }
 
+std::optional<std::string> BaseLayout::transitionFrom(const Layout& /*before*/) const {
+  return std::nullopt;
+}
+
 std::uint32_t BaseLayout::getLayoutChangeDuration(const std::string& animation) {
   const PrConfig& config = PrConfig::get();
   std::int32_t duration = 0;

@@ -1,6 +1,7 @@
 #include "layouts/people/PeopleFramingLayout.h"
 
 #include "config/PrConfig.h"
+#include "layouts/people/ShotChange.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -50,6 +51,13 @@ std::string PeopleFramingLayout::getLayoutChangeAnimation() {
     return "cut";
   }
   return isGroup(*mState.mCurLayout) != isGroup(*mState.mNextLayout) ? "dissolve" : "cut";
+}
+
+std::optional<std::string> PeopleFramingLayout::transitionFrom(const Layout& before) const {
+  const PrConfig& config = PrConfig::get();
+  return config.steadyFramingEnabled && !config.pfAnimationCutOnly
+             ? std::optional(transitionBetween(before, *mState.mCurLayout))
+             : std::nullopt;
 }
 
 std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {

@@ -17,6 +17,7 @@ class PeopleFramingLayout : public BasePeopleLayout {
   std::uint32_t getReframeAnimationDuration(HeadPosition position) override;
 
  protected:
+  std::optional<std::string> transitionFrom(const Layout& before) const override;
   void reportInput(const MLData& data) override;
 };
 

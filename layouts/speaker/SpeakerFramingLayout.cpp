@@ -7,6 +7,7 @@
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
 #include "layouts/people/PersonRenaming.h"
+#include "layouts/people/ShotChange.h"
 #include "layouts/speaker/MemberFrame.h"
 #include "layouts/speaker/SpeakerFramingTimerSetting.h"
 #include "layouts/speaker/SpeakerWaits.h"
@@ -95,6 +96,23 @@ std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
       showsOneFrame(mState.mCurLayout) && showsOneFrame(mState.mNextLayout) &&
       mState.mCurLayout->frames.front().fynCamId == mState.mNextLayout->frames.front().fynCamId;
   return config.animationEnableEase && canMove ? "ease" : "dissolve";
+}
+
+std::optional<std::string> SpeakerFramingLayout::transitionFrom(const Layout& before) const {
+  const PrConfig& config = PrConfig::get();
+  return config.steadyFramingEnabled && !config.animationCutOnly
+             ? std::optional(transitionBetween(before, *mState.mCurLayout))
+             : std::nullopt;
+}
+
+std::string SpeakerFramingLayout::getReframeAnimation(HeadPosition position) {
+  const PrConfig& config = PrConfig::get();
+  const bool isEased = config.steadyFramingEnabled && config.animationEnableEase && !config.animationCutOnly;
+  return isEased ? "ease" : BaseLayout::getReframeAnimation(position);
+}
+
+std::uint32_t SpeakerFramingLayout::getReframeAnimationDuration(HeadPosition position) {
+  return getLayoutChangeDuration(getReframeAnimation(position));
 }
 
 // ---- Who is there, and who speaks ----

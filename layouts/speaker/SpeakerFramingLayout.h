@@ -54,6 +54,8 @@ class SpeakerFramingLayout : public BaseLayout {
   std::uint32_t getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) override;
   unsigned getMaxScaleFactor() override;
   std::string getLayoutChangeAnimation() override;
+  std::string getReframeAnimation(HeadPosition position) override;
+  std::uint32_t getReframeAnimationDuration(HeadPosition position) override;
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;
   void calculateGroupFraming(Frame& frame) override;
@@ -74,6 +76,7 @@ class SpeakerFramingLayout : public BaseLayout {
 
  protected:
   void updateFrameView(Frame& frame) override;
+  std::optional<std::string> transitionFrom(const Layout& before) const override;
 
   /** The cameras whose heads count. */
   virtual std::vector<std::uint32_t> camerasInUse() const;

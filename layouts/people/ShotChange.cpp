@@ -1,0 +1,33 @@
+#include "layouts/people/ShotChange.h"
+
+#include "config/PrConfig.h"
+#include "geometry/Overlap.h"
+
+namespace fyn::productionrules {
+
+namespace {
+
+// Intersection over union of what the pictures show: half as wide is a move, elsewhere is another shot.
+constexpr double kOneShot = 0.25;
+constexpr double kAlike = 0.5;
+
+// 0 for pictures of several frames or of two cameras: nothing in them moves as one.
+double likeness(const Layout& before, const Layout& after) {
+  if (before.frames.size() != 1 || after.frames.size() != 1 ||
+      before.frames.front().fynCamId != after.frames.front().fynCamId) {
+    return 0;
+  }
+  return getIntersectionOverUnion(before.frames.front().source, after.frames.front().source);
+}
+
+}  // namespace
+
+std::string transitionBetween(const Layout& before, const Layout& after) {
+  const double share = likeness(before, after);
+  if (PrConfig::get().animationEnableEase && share >= kOneShot) {
+    return "ease";
+  }
+  return share >= kAlike ? "dissolve" : "cut";
+}
+
+}  // namespace fyn::productionrules
