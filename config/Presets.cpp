@@ -89,7 +89,8 @@ std::vector<Preset> makePresets() {
       {"speaker",
        FramingMode::SpeakerFraming,
        "closer to who speaks, for a few more changes",
-       {{"persist.sf.fdtimers.layoutchange.othertoss", 500, "From the group to the first speaker"},
+       {{"persist.feature.steadyframing", 1, ""},
+        {"persist.sf.fdtimers.layoutchange.othertoss", 500, "From the group to the first speaker"},
         {"persist.sf.fdtimers.tightenwide", 3000,
          "A wide picture closes in when one has spoken alone for so long"}}},
   };
