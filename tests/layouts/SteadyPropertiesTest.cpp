@@ -50,8 +50,9 @@ bool isTile(const Frame& frame) {
   return frame.frameType == FramingType::HEAD || frame.frameType == FramingType::PROXIMITY;
 }
 
-bool isShownWhole(const Layout& layout, const PeopleMap& people, std::int64_t id) {
-  return std::any_of(layout.frames.begin(), layout.frames.end(), [&](const Frame& frame) {
+/** In how many frames the whole head is. */
+auto timesShown(const Layout& layout, const PeopleMap& people, std::int64_t id) {
+  return std::count_if(layout.frames.begin(), layout.frames.end(), [&](const Frame& frame) {
     const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
     return HeadsInView(frame.fynCamId, image, HeadRule::PartlyInImage).areWhole(people, {id}, frame.source);
   });
@@ -62,8 +63,9 @@ Faults wrongIn(const Layout& layout, const PeopleMap& people, bool showsAll) {
   const std::string stream = "stream " + std::to_string(layout.streamId) + ": ";
   Faults wrong;
   for (const auto& [id, person] : people) {
-    if (showsAll && !isShownWhole(layout, people, id)) {
-      wrong.push_back(stream + std::to_string(id) + " is not shown whole");
+    const auto times = timesShown(layout, people, id);
+    if (showsAll && times != 1) {
+      wrong.push_back(stream + std::to_string(id) + (times == 0 ? " is not shown whole" : " is shown twice"));
     }
   }
   for (const Frame& frame : layout.frames) {
