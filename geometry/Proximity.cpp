@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <iterator>
+#include <numeric>
 
 #include "config/PrConfig.h"
 #include "geometry/FramePredicates.h"
@@ -87,6 +89,44 @@ std::vector<Person> findProximityGroup(const Person& person, std::list<Person>& 
     }
   }
   return queue;
+}
+
+std::vector<std::vector<Person>> findProximityGroups(const std::vector<Person>& persons, bool useTrigger,
+                                                     std::uint32_t camId) {
+  struct Place {
+    const Head* head = nullptr;
+    Rect area;
+  };
+  const ProximityTest test(useTrigger, camId);
+  std::vector<Place> places;
+  places.reserve(persons.size());
+  for (const Person& person : persons) {
+    const Head* const head = test.headOf(*person);
+    places.push_back({head, head != nullptr ? test.rectOf(*head) : Rect()});
+  }
+  // Who is in no group yet, in order.
+  std::vector<std::size_t> pool(persons.size());
+  std::iota(pool.begin(), pool.end(), 0U);
+  std::vector<std::vector<Person>> groups;
+  std::vector<std::size_t> queue;
+  while (!pool.empty()) {
+    queue.assign(1, pool.front());
+    pool.erase(pool.begin());
+    for (std::size_t next = 0; next < queue.size(); ++next) {
+      const Place place = places[queue[next]];
+      const auto joins = [&](std::size_t other) {
+        return place.head != nullptr && places[other].head != nullptr &&
+               places[other].head->id != place.head->id && isInProximity(place.area, places[other].area);
+      };
+      std::copy_if(pool.begin(), pool.end(), std::back_inserter(queue), joins);
+      pool.erase(std::remove_if(pool.begin(), pool.end(), joins), pool.end());
+    }
+    std::vector<Person>& group = groups.emplace_back();
+    for (const std::size_t index : queue) {
+      group.push_back(persons[index]);
+    }
+  }
+  return groups;
 }
 
 std::set<Person> calculateProximityFor(const Person& person, std::list<Person>& pool, bool useTrigger,

@@ -27,6 +27,13 @@ std::vector<std::shared_ptr<FynHead>> findProximityGroup(const std::shared_ptr<F
                                                          std::list<std::shared_ptr<FynHead>>& pool,
                                                          bool useTrigger, std::uint32_t camId);
 
+/**
+ * The groups of all the persons, in their order: the group of the first, of the first who is not in it, and
+ * so on. Each head's rectangle is made once.
+ */
+std::vector<std::vector<std::shared_ptr<FynHead>>> findProximityGroups(
+    const std::vector<std::shared_ptr<FynHead>>& persons, bool useTrigger, std::uint32_t camId);
+
 /** The same as a set, for hosts. Its order is that of addresses: the engines use findProximityGroup. */
 std::set<std::shared_ptr<FynHead>> calculateProximityFor(const std::shared_ptr<FynHead>& person,
                                                          std::list<std::shared_ptr<FynHead>>& pool,

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <list>
 #include <numeric>
 #include <set>
 
@@ -43,14 +42,9 @@ class UnitForming {
   /** Joins who is connected in a camera, among the seats for which `takesPart` is true. */
   template <typename Condition>
   void joinConnected(std::uint32_t camId, bool useTrigger, Condition takesPart) {
-    Pool pool = poolOf(camId, takesPart);
-    while (!pool.empty()) {
-      const std::shared_ptr<FynHead> first = pool.front();
-      pool.pop_front();
-      const std::size_t firstIndex = indexOf(*first);
-      for (const std::shared_ptr<FynHead>& person : findProximityGroup(first, pool, useTrigger, camId)) {
-        mJoiner.join(firstIndex, indexOf(*person));
-      }
+    const Pool pool = poolOf(camId, takesPart);
+    for (const Pool& group : findProximityGroups(pool, useTrigger, camId)) {
+      joinAll(group);
     }
   }
 
@@ -89,7 +83,7 @@ class UnitForming {
   }
 
  private:
-  using Pool = std::list<std::shared_ptr<FynHead>>;
+  using Pool = std::vector<std::shared_ptr<FynHead>>;
 
   template <typename Condition>
   Pool poolOf(std::uint32_t camId, Condition takesPart) const {
@@ -105,18 +99,20 @@ class UnitForming {
   // All or nobody: who only connected two others and has gone must leave them as they were.
   void joinWhole(const Frame& frame) {
     const auto isMember = [&](const Seat& seat) { return frame.fynHeads.count(seat.person->id) != 0; };
-    Pool pool = poolOf(frame.fynCamId, isMember);
+    const Pool pool = poolOf(frame.fynCamId, isMember);
     if (pool.size() < 2 || pool.size() != frame.fynHeads.size()) {
       return;
     }
-    const std::shared_ptr<FynHead> first = pool.front();
-    pool.pop_front();
-    const auto group = findProximityGroup(first, pool, true, frame.fynCamId);
-    if (!pool.empty()) {
-      return;
+    const std::vector<Pool> groups = findProximityGroups(pool, true, frame.fynCamId);
+    if (groups.size() == 1) {
+      joinAll(groups.front());
     }
+  }
+
+  void joinAll(const Pool& group) {
+    const std::size_t first = indexOf(*group.front());
     for (const std::shared_ptr<FynHead>& person : group) {
-      mJoiner.join(indexOf(*first), indexOf(*person));
+      mJoiner.join(first, indexOf(*person));
     }
   }
 
