@@ -81,10 +81,10 @@ TEST(PersonTracker, SomebodyCountsAfterAWhileAndStaysAWhileUnseen) {
 TEST(PersonTracker, AnUncertainSightGoesOnWithAPersonButBeginsNone) {
   Tracking tracking;
   for (int look = 0; look < 10; ++look) {
-    EXPECT_EQ(tracking.see({400}, 0.4), Ids{});
+    EXPECT_EQ(tracking.see({400}, 0.53), Ids{});
   }
   for (int look = 0; look < 4; ++look) {
-    tracking.see({400}, 0.5);
+    tracking.see({400}, 0.7);
   }
   for (int look = 0; look < 30; ++look) {
     EXPECT_EQ(tracking.see({400}, 0.4), Ids{1}) << look;

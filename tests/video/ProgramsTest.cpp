@@ -170,14 +170,15 @@ TEST(Programs, SayInOneLineWhatTheyCannotUse) {
 /** The script that plays a video through all programs, with all that it leaves in a folder. */
 class Play {
  public:
-  explicit Play(int frames) {
+  explicit Play(int frames, const std::vector<std::string>& options = {}) {
     const std::string video = folder.file("room.mkv");
     writeMeasuringVideo(video, frames, 10);
-    mProcess = std::make_unique<Process>(
-        std::vector<std::string>{std::string(PR_SOURCE_DIR) + "/tools/video/play", "--programs",
-                                 PR_PROGRAM_DIR, "--script", folder.write("script.jsonl", walkingScript()),
-                                 "--film", film, video},
-        std::map<std::string, std::string>{{"TMPDIR", scratch.file("")}});
+    std::vector<std::string> command{
+        std::string(PR_SOURCE_DIR) + "/tools/video/play", "--programs", PR_PROGRAM_DIR, "--script",
+        folder.write("script.jsonl", walkingScript()),    "--film",     film,           video};
+    command.insert(command.end(), options.begin(), options.end());
+    mProcess =
+        std::make_unique<Process>(command, std::map<std::string, std::string>{{"TMPDIR", scratch.file("")}});
   }
 
   Process& process() { return *mProcess; }
@@ -203,13 +204,15 @@ class Play {
 };
 
 TEST(PlayScript, FilmsAVideoAndLeavesNothingBehind) {
-  Play play(kFrames);
-  ASSERT_EQ(play.process().wait(), 0) << play.process().errorText();
-  EXPECT_EQ(play.process().outputLines().back(),
-            "The film is " + std::filesystem::canonical(play.film).string());
-  EXPECT_EQ(picturesOf(play.film).size(), static_cast<std::size_t>(kFrames));
-  EXPECT_EQ(play.leftOver(), 0);
-  EXPECT_TRUE(std::filesystem::is_empty(play.scratch.file("")));
+  for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--live"}}) {
+    Play play(kFrames, options);
+    ASSERT_EQ(play.process().wait(), 0) << play.process().errorText();
+    EXPECT_EQ(play.process().outputLines().back(),
+              "The film is " + std::filesystem::canonical(play.film).string());
+    EXPECT_EQ(picturesOf(play.film).size(), static_cast<std::size_t>(kFrames));
+    EXPECT_EQ(play.leftOver(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(play.scratch.file("")));
+  }
 }
 
 TEST(PlayScript, CtrlCEndsItWithAFilmUpToThere) {

@@ -18,6 +18,10 @@ using nlohmann::json;
 // Later than any scene: with the last frame every scene counts that begins with it.
 constexpr std::int64_t kNoFrameMs = 1000;
 
+bool isWished(StopSignals& stop) {
+  return stop.waitFor(std::chrono::nanoseconds(0));
+}
+
 void addScenes(const std::string& path, Player& player) {
   InputFile file(path, std::cin);
   std::string line;
@@ -35,7 +39,7 @@ void addScenes(const std::string& path, Player& player) {
 }
 
 /** Shows the frames of the recording's vision results. */
-void showRecorded(const std::string& path, Player& player) {
+void showRecorded(const std::string& path, Player& player, StopSignals& stop) {
   InputFile file(path, std::cin);
   RecordingReader reader(file.stream(), file.name());
   RecordingEvent event;
@@ -47,7 +51,7 @@ void showRecorded(const std::string& path, Player& player) {
     }
     VisionFrame frame = parseVisionFrame(message->payload);
     frame.time.timestampMs = event.t;
-    if (waiting && !player.show(*waiting, event.t)) {
+    if (waiting && (isWished(stop) || !player.show(*waiting, event.t))) {
       return;
     }
     waiting = std::move(frame);
@@ -58,7 +62,7 @@ void showRecorded(const std::string& path, Player& player) {
 }
 
 /** Shows the frames of the video itself. */
-void showAll(Player& player) {
+void showAll(Player& player, StopSignals& stop) {
   const double interval = 1000.0 / player.rate();
   const auto timeOf = [interval](std::int64_t number) {
     return std::llround(interval * static_cast<double>(number - 1));
@@ -67,17 +71,17 @@ void showAll(Player& player) {
   do {
     ++frame.time.number;
     frame.time.timestampMs = timeOf(frame.time.number);
-  } while (player.show(frame, timeOf(frame.time.number + 1)));
+  } while (!isWished(stop) && player.show(frame, timeOf(frame.time.number + 1)));
 }
 
 }  // namespace
 
-void playOffline(const std::string& effects, const std::string& vision, Player& player) {
+void playOffline(const std::string& effects, const std::string& vision, Player& player, StopSignals& stop) {
   addScenes(effects, player);
   if (vision.empty()) {
-    showAll(player);
+    showAll(player, stop);
   } else {
-    showRecorded(vision, player);
+    showRecorded(vision, player, stop);
   }
 }
 

@@ -59,21 +59,26 @@ void Player::frameTaken(const FrameTime& frame) {
 }
 
 bool Player::show(const VisionFrame& frame, std::optional<std::int64_t> nextMs) {
-  if (!readPictures(frame.time.number)) {
+  if (!read(frame.time.number)) {
     return false;
   }
+  present(frame, mRead, nextMs);
+  return true;
+}
+
+void Player::present(const VisionFrame& frame, const std::vector<cv::Mat>& pictures,
+                     std::optional<std::int64_t> nextMs) {
   const StageTimes::Clock::time_point start = StageTimes::Clock::now();
   double spentWriting = 0;
-  mProgramme.compose(mRead, frame.time, nextMs, [&](const ComposedPicture& composed) {
+  mProgramme.compose(pictures, frame.time, nextMs, [&](const ComposedPicture& composed) {
     const StageTimes::Clock::time_point composedAt = StageTimes::Clock::now();
-    write(composed, frame.heads);
+    write(composed, frame.heads, pictures);
     spentWriting += std::chrono::duration<double, std::milli>(StageTimes::Clock::now() - composedAt).count();
   });
   const double whole = std::chrono::duration<double, std::milli>(StageTimes::Clock::now() - start).count();
   mTimes.add("compose", whole - spentWriting);
   mTimes.add("write", spentWriting);
-  ++mPictures;
-  return true;
+  ++mShown;
 }
 
 void Player::skip() {
@@ -82,8 +87,9 @@ void Player::skip() {
   }
 }
 
-bool Player::readPictures(std::int64_t number) {
+bool Player::read(std::int64_t number) {
   const StageTimes::Span span(mTimes, "read");
+  bool isAnyThere = false;
   for (std::size_t camera = 0; camera < mInputs.size(); ++camera) {
     VideoInput& input = *mInputs[camera];
     if (!input.isLive()) {
@@ -93,19 +99,22 @@ bool Player::readPictures(std::int64_t number) {
       while (input.position() + 1 < number && input.skip()) {
       }
     }
-    if (!input.next(mRead[camera])) {
-      return false;
+    const bool isThere = input.next(mRead[camera]);
+    if (!isThere) {
+      mRead[camera] = noSignal();
     }
+    isAnyThere = isAnyThere || isThere;
   }
-  return true;
+  return isAnyThere;
 }
 
-void Player::write(const ComposedPicture& composed, const std::vector<ShownHead>& heads) {
+void Player::write(const ComposedPicture& composed, const std::vector<ShownHead>& heads,
+                   const std::vector<cv::Mat>& pictures) {
   if (PictureSink* const sink = sinkOf(composed.stream)) {
     sink->write(composed.picture);
   }
   if (composed.stream == 0 && mFilm) {
-    mFilm->write(mSideBySide.draw(mRead, heads, composed));
+    mFilm->write(mSideBySide.draw(pictures, heads, composed));
   }
   note(composed);
 }

@@ -49,7 +49,13 @@ class Player {
    */
   bool show(const VisionFrame& frame, std::optional<std::int64_t> nextMs);
 
-  /** Passes over the next picture of all cameras. */
+  /** The two halves of `show`. An input that has ended shows that it has no signal; false when all have. */
+  bool read(std::int64_t number);
+  void present(const VisionFrame& frame, const std::vector<cv::Mat>& pictures,
+               std::optional<std::int64_t> nextMs);
+  const std::vector<cv::Mat>& pictures() const { return mRead; }
+
+  /** Passes over the next picture of all files. */
   void skip();
 
   /** Pictures per second, and whether they come from a device: those of the first camera. */
@@ -62,12 +68,12 @@ class Player {
   /** Completes all files. */
   void finish();
 
-  std::int64_t pictures() const { return mPictures; }
+  std::int64_t shown() const { return mShown; }
   void printTimes(std::ostream& out) const { mTimes.print(out); }
 
  private:
-  bool readPictures(std::int64_t number);
-  void write(const ComposedPicture& composed, const std::vector<ShownHead>& heads);
+  void write(const ComposedPicture& composed, const std::vector<ShownHead>& heads,
+             const std::vector<cv::Mat>& pictures);
   PictureSink* sinkOf(std::int32_t stream);
   void note(const ComposedPicture& composed);
 
@@ -82,7 +88,7 @@ class Player {
   std::unique_ptr<PictureSink> mFilm;
   SideBySide mSideBySide;
   StageTimes mTimes;
-  std::int64_t mPictures = 0;
+  std::int64_t mShown = 0;
   /** When the latest frames were taken. */
   std::deque<std::int64_t> mTaken;
 };

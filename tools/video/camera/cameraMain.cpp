@@ -13,9 +13,11 @@
 #include "tools/live/LiveBus.h"
 #include "tools/video/camera/FollowedFrames.h"
 #include "tools/video/camera/Inbox.h"
+#include "tools/video/camera/LiveShow.h"
 #include "tools/video/camera/OfflineRun.h"
 #include "tools/video/camera/Player.h"
 #include "tools/video/camera/SceneService.h"
+#include "tools/video/source/FrameFeed.h"
 #include "tools/video/source/VideoInput.h"
 
 namespace fyn::productionrules::video {
@@ -24,6 +26,8 @@ namespace {
 
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
+/** The bus of the options when none is named. */
+constexpr const char* kNoBus = "embedded";
 
 struct CameraArguments {
   std::vector<std::string> inputs;
@@ -36,6 +40,7 @@ struct CameraArguments {
   bool fast = false;
   bool measure = false;
   std::string journal;
+  std::string feed;
   OutputRules rules;
   PlayerOptions player;
 };
@@ -68,14 +73,24 @@ void sayReady() {
   std::cout << "ready" << std::endl;
 }
 
+/** What the programs on the bus say, as long as it lives. */
+class BusEnd {
+ public:
+  BusEnd(const PlatformOptions& platform, Inbox& inbox) : mListener(inbox), mBus(platform) {
+    mBus.client().subscribe(std::string(topics::kVisionResult), mListener);
+    mBus.client().subscribe(std::string(topics::kScene), mListener);
+    mBus.waitUntilReady();
+  }
+
+ private:
+  BusListener mListener;
+  LiveBus mBus;
+};
+
 /** Shows each frame that a vision feed on the bus reports, until it is told to end. */
 void follow(const CameraArguments& arguments, Player& player, StopSignals& stop) {
   Inbox inbox;
-  BusListener listener(inbox);
-  LiveBus bus(arguments.platform);
-  bus.client().subscribe(std::string(topics::kVisionResult), listener);
-  bus.client().subscribe(std::string(topics::kScene), listener);
-  bus.waitUntilReady();
+  const BusEnd bus(arguments.platform, inbox);
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
   sayReady();
   FollowedFrames frames(player, arguments.delay);
@@ -91,28 +106,39 @@ void follow(const CameraArguments& arguments, Player& player, StopSignals& stop)
 }
 
 /** Shows the inputs at their own pace, until they end or it is told to. */
-void playAlone(const CameraArguments& arguments, Player& player, StopSignals& stop) {
+void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>& cameras, Player& player,
+               StopSignals& stop) {
   Inbox inbox;
+  std::optional<BusEnd> bus;
+  if (arguments.platform.bus != kNoBus) {
+    bus.emplace(arguments.platform, inbox);
+  }
+  std::optional<FrameFeed> feed;
+  if (!arguments.feed.empty()) {
+    feed.emplace(arguments.feed, cameras);
+  }
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
   sayReady();
+  LiveShow show(player, feed ? arguments.delay : 0);
   const auto start = std::chrono::steady_clock::now();
   const double interval = arguments.fast || player.isLive() ? 0.0 : 1000.0 / player.rate();
   for (std::int64_t number = 1;; ++number) {
     const auto due =
         start + std::chrono::duration_cast<std::chrono::nanoseconds>(
                     std::chrono::duration<double, std::milli>(interval * static_cast<double>(number - 1)));
-    if (stop.waitFor(due - std::chrono::steady_clock::now())) {
-      return;
+    if (stop.waitFor(due - std::chrono::steady_clock::now()) || !player.read(number)) {
+      break;
+    }
+    const FrameTime taken{number, ServiceState::current().clock().wallMs()};
+    if (feed) {
+      feed->offer({taken.number, taken.timestampMs, player.pictures()});
     }
     while (const std::optional<Arrival> arrival = inbox.take(std::chrono::milliseconds(0))) {
-      player.addScene(arrival->text);
+      show.handle(*arrival);
     }
-    VisionFrame frame;
-    frame.time = {number, ServiceState::current().clock().wallMs()};
-    if (!player.show(frame, std::nullopt)) {
-      return;
-    }
+    show.take(taken);
   }
+  show.finish();
 }
 
 /** The pictures of a stopped film are worth something, so films are written in place. */
@@ -136,21 +162,21 @@ void runCamera(CameraArguments& arguments) {
     arguments.player.journal = &journal->stream();
   }
   arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kCameraTag, "%s", fault.c_str()); };
-  Player player(cameraInputs(arguments.inputs, arguments.calibration), arguments.player,
-                ServiceState::current().clock());
+  const std::vector<CameraInput> cameras = cameraInputs(arguments.inputs, arguments.calibration);
+  Player player(cameras, arguments.player, ServiceState::current().clock());
   const auto start = std::chrono::steady_clock::now();
   if (!arguments.scenes.empty()) {
-    playOffline(arguments.scenes, arguments.vision, player);
-  } else if (arguments.platform.bus != "embedded") {
+    playOffline(arguments.scenes, arguments.vision, player, stop);
+  } else if (arguments.feed.empty() && arguments.platform.bus != kNoBus) {
     follow(arguments, player, stop);
   } else {
-    playAlone(arguments, player, stop);
+    playAlone(arguments, cameras, player, stop);
   }
   player.finish();
   if (arguments.measure) {
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    std::cout << player.pictures() << " pictures in " << took.count() << " s, "
-              << static_cast<double>(player.pictures()) / took.count() << " per second\n";
+    std::cout << player.shown() << " pictures in " << took.count() << " s, "
+              << static_cast<double>(player.shown()) / took.count() << " per second\n";
     player.printTimes(std::cout);
   }
   if (journal) {
@@ -179,8 +205,13 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.add_option("--dbus", arguments.dbus, "D-Bus to serve on: session, system or an address")
       ->capture_default_str();
   addPlatformOptions(app, arguments.platform, true);
+  app.add_option("--feed", arguments.feed,
+                 "Own the inputs, whatever becomes of the other programs, and hand their frames to "
+                 "prb-vision on this "
+                 "socket")
+      ->type_name("SOCKET");
   app.add_option("--delay", arguments.delay,
-                 "Behind a vision feed on the bus: how long a frame waits for its scene")
+                 "With --feed, or behind a vision feed on the bus: how long a frame waits for its scene")
       ->type_name("MS")
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{10000}))
       ->capture_default_str();
@@ -197,12 +228,12 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.add_flag("--measure", arguments.measure,
                "Print at the end how many pictures there were and where the time went");
   app.footer(
-      "With --bus it shows the frames that a vision feed reports, from its own copy of the videos, so that a "
-      "cut lands on\nthe frame that caused it; without, it shows its inputs at their own pace. Says "
-      "\"ready\" "
+      "With --bus alone it shows the frames that a vision feed reports, from its own copy of the videos, so "
+      "that a "
+      "cut lands on\nthe frame that caused it; else it shows its inputs at their own pace. Says \"ready\" "
       "when it can take scenes.\nUntil the first scene it shows the whole picture of camera 0. SIGINT and "
       "SIGTERM end it.\n\nExamples:\n"
-      "  prb-camera /dev/video0 -o /dev/video10                       a camera for a conference program\n"
+      "  prb-camera /dev/video0 --feed room.sock -o /dev/video10      a camera for a conference program\n"
       "  prb-camera room.mp4 --bus mqtt://127.0.0.1:1883 -o out.mp4   beside prb-vision on the same file\n"
       "  prb-camera room.mp4 --scenes effects.jsonl -o out.webm       offline");
 }

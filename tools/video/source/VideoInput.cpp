@@ -12,6 +12,12 @@ namespace {
 
 constexpr double kUsualRate = 30;
 constexpr double kHighestRate = 1000;
+// The nearest that the device has is taken.
+const cv::Size kWantedSize(1920, 1080);
+
+bool isUsable(double rate) {
+  return std::isfinite(rate) && rate > 0 && rate <= kHighestRate;
+}
 
 bool isCaptureDevice(const std::string& input) {
   return input.rfind("/dev/", 0) == 0;
@@ -33,6 +39,10 @@ VideoInput::VideoInput(const std::string& input) : mInput(input), mLive(isCaptur
 
 void VideoInput::open() {
   mPosition = 0;
+  if (mLive) {
+    openDevice();
+    return;
+  }
   bool opened = false;
   try {
     opened = mCapture.open(mInput, readerOf(mInput));
@@ -43,22 +53,42 @@ void VideoInput::open() {
     throw UsageError(mInput + ": cannot be opened as a video");
   }
   mRate = mCapture.get(cv::CAP_PROP_FPS);
-  if (!std::isfinite(mRate) || mRate <= 0 || mRate > kHighestRate || readerOf(mInput) == cv::CAP_IMAGES) {
+  if (!isUsable(mRate) || readerOf(mInput) == cv::CAP_IMAGES) {
     mRate = kUsualRate;
   }
 }
 
+void VideoInput::openDevice() {
+  mRate = kUsualRate;
+  const auto openOnce = [this] {
+    auto capture = std::make_shared<cv::VideoCapture>();
+    if (!capture->open(mInput, cv::CAP_V4L2)) {
+      throw UsageError(mInput + ": cannot be opened as a video");
+    }
+    // Packed pictures are what a webcam has room for at its full size and rate; another format is kept if it
+    // has none.
+    capture->set(cv::CAP_PROP_FOURCC, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'));
+    capture->set(cv::CAP_PROP_FRAME_WIDTH, kWantedSize.width);
+    capture->set(cv::CAP_PROP_FRAME_HEIGHT, kWantedSize.height);
+    capture->set(cv::CAP_PROP_FPS, kUsualRate);
+    return [capture](cv::Mat& picture) { return capture->read(picture) && !picture.empty(); };
+  };
+  mDevice = std::make_unique<DeviceCapture>(openOnce, DeviceCapture::Waits{});
+}
+
 bool VideoInput::next(cv::Mat& picture) {
-  if (!mCapture.read(mRaw) || mRaw.empty()) {
+  if (mDevice) {
+    mRaw = mDevice->next();
+  } else if (!mCapture.read(mRaw) || mRaw.empty()) {
     return false;
   }
   ++mPosition;
-  picture = widened(mRaw);
+  picture = middleOf(mRaw);
   return true;
 }
 
 bool VideoInput::skip() {
-  if (!mCapture.grab()) {
+  if (mDevice || !mCapture.grab()) {
     return false;
   }
   ++mPosition;
@@ -76,17 +106,13 @@ void silenceVideoLibraries() {
   setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
 }
 
-cv::Mat widened(const cv::Mat& picture) {
-  const int wanted = (picture.rows * 16 + 4) / 9;
-  if (picture.cols == wanted || picture.cols * 9 / 16 == picture.rows) {
+cv::Mat middleOf(const cv::Mat& picture) {
+  if (picture.cols * 9 / 16 == picture.rows) {
     return picture;
   }
-  const int width = std::max(picture.cols, wanted);
-  const int height = std::max(picture.rows, (picture.cols * 9 + 8) / 16);
-  cv::Mat wide(height, width, picture.type(), cv::Scalar::all(0));
-  const cv::Rect middle((width - picture.cols) / 2, (height - picture.rows) / 2, picture.cols, picture.rows);
-  picture.copyTo(wide(middle));
-  return wide;
+  const int width = std::min(picture.cols, (picture.rows * 16 + 4) / 9);
+  const int height = std::min(picture.rows, (picture.cols * 9 + 8) / 16);
+  return picture(cv::Rect((picture.cols - width) / 2, (picture.rows - height) / 2, width, height));
 }
 
 }  // namespace fyn::productionrules::video

@@ -1,25 +1,29 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <opencv2/core.hpp>
 #include <opencv2/videoio.hpp>
 #include <string>
 
+#include "tools/video/source/DeviceCapture.h"
+
 namespace fyn::productionrules::video {
 
 /**
- * The pictures of one camera. Its frame of reference for rectangles is 1280 x 720 whatever its resolution; a
- * picture that is not 16:9 gets black bars.
+ * The pictures of one camera. Its frame of reference for rectangles is 1280 x 720 whatever its resolution; of
+ * a picture that is not 16:9 the middle is taken. A device is read on a thread of its own, see DeviceCapture.
  */
 class VideoInput {
  public:
   /** Raises UsageError when `input`, as CameraInput describes it, cannot be opened. */
   explicit VideoInput(const std::string& input);
 
-  /** The next picture: 8 bits per channel; blue, green, red. False at the end, `picture` then stays. */
+  /** The next picture: 8 bits per channel; blue, green, red. False at the end, `picture` then stays; a device
+   * has none. */
   bool next(cv::Mat& picture);
 
-  /** Passes over the next picture; cheaper than to read it. False at the end. */
+  /** Passes over the next picture of a file; cheaper than to read it. False at the end. */
   bool skip();
 
   /** The number of the picture read or passed over last, from 1; 0 before the first. */
@@ -36,9 +40,11 @@ class VideoInput {
 
  private:
   void open();
+  void openDevice();
 
   const std::string mInput;
   const bool mLive;
+  std::unique_ptr<DeviceCapture> mDevice;
   cv::VideoCapture mCapture;
   double mRate = 0;
   std::int64_t mPosition = 0;
@@ -51,7 +57,7 @@ class VideoInput {
  */
 void silenceVideoLibraries();
 
-/** The picture with black bars at two sides, so that it is 16:9; the same picture when it is already. */
-cv::Mat widened(const cv::Mat& picture);
+/** The middle of the picture that is 16:9; the same picture when it is already. */
+cv::Mat middleOf(const cv::Mat& picture);
 
 }  // namespace fyn::productionrules::video

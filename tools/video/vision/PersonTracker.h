@@ -9,7 +9,7 @@ namespace fyn::productionrules::video {
 
 struct TrackerOptions {
   /** The certainty from which on a sight begins a person; with less it only goes on with one. */
-  double scoreToBegin = 0.45;
+  double scoreToBegin = 0.58;
   /** How long somebody is seen, twice at least, before the person counts. More: fewer ghosts, later
    * entrances. */
   std::int64_t confirmMs = 300;

@@ -15,14 +15,14 @@
 #include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/meeting/MeetingOptions.h"
+#include "tools/video/source/FeedInput.h"
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/CascadeDetector.h"
-#include "tools/video/vision/DetectionRunner.h"
 #include "tools/video/vision/FaceNetDetector.h"
 #include "tools/video/vision/HogDetector.h"
 #include "tools/video/vision/NetDetector.h"
+#include "tools/video/vision/Pipeline.h"
 #include "tools/video/vision/ScriptedDetector.h"
-#include "tools/video/vision/SeenPersons.h"
 
 namespace fyn::productionrules::video {
 
@@ -30,6 +30,8 @@ namespace {
 
 // A service that starts later learns the cameras from this.
 constexpr std::int64_t kCamerasAgainMs = 5000;
+// How long a wish to end may take to be seen.
+constexpr std::chrono::milliseconds kSlice{100};
 
 struct VisionArguments {
   std::vector<std::string> inputs;
@@ -41,6 +43,7 @@ struct VisionArguments {
   std::string cascades = "/usr/share/opencv4/haarcascades";
   std::string model;
   std::string script;
+  std::string feed;
   int every = 1;
 };
 
@@ -80,23 +83,16 @@ std::unique_ptr<PersonDetector> makeDetector(const VisionArguments& arguments) {
   return usualDetector(network);
 }
 
-/** Pictures of all cameras in, vision results out. */
-class Pipeline {
+/** The pictures of videos of which each is one camera. */
+class Videos {
  public:
-  Pipeline(const VisionArguments& arguments, bool isLive)
-      : mInputs(cameraInputs(arguments.inputs, arguments.calibration)),
-        mRoom(mInputs),
-        mTracker(mRoom),
-        mRunner(makeDetector(arguments), isLive),
-        mEvery(arguments.every) {
-    for (const CameraInput& camera : mInputs) {
+  explicit Videos(const std::vector<CameraInput>& inputs) {
+    for (const CameraInput& camera : inputs) {
       mVideos.push_back(std::make_unique<VideoInput>(camera.input));
     }
     mPictures.resize(mVideos.size());
-    mCameras.assign(mVideos.size(), {kDefaultImageSize});
   }
 
-  const std::vector<MeetingCamera>& cameras() const { return mCameras; }
   bool isFromDevice() const { return mVideos.front()->isLive(); }
 
   /** When frame `number` of a file was taken, counted from its first. */
@@ -105,7 +101,7 @@ class Pipeline {
   }
 
   /** False at the end of the first video that ends. */
-  bool readPictures() {
+  bool next() {
     for (std::size_t camera = 0; camera < mVideos.size(); ++camera) {
       if (!mVideos[camera]->next(mPictures[camera])) {
         return false;
@@ -115,77 +111,93 @@ class Pipeline {
     return true;
   }
 
-  /** The result of the pictures read last, which were taken at `ms`. */
-  VisionResult look(std::int64_t ms) {
-    if ((mNumber - 1) % mEvery == 0 && mRunner.isIdle()) {
-      mRunner.begin(mPictures, mNumber, ms);
-    }
-    if (const std::optional<DetectedFrame> found = mRunner.take()) {
-      mTracker.update(mRoom.merge(found->heads), found->ms);
-    }
-    return {ms, mNumber, seenPersons(mTracker.at(ms))};
-  }
-
+  /** The frame read last, as taken at `ms`. */
+  FedFrame frame(std::int64_t ms) const { return {mNumber, ms, mPictures}; }
   std::int64_t number() const { return mNumber; }
 
  private:
-  const std::vector<CameraInput> mInputs;
-  const RoomAxis mRoom;
-  PersonTracker mTracker;
-  DetectionRunner mRunner;
-  const int mEvery;
   std::vector<std::unique_ptr<VideoInput>> mVideos;
   std::vector<cv::Mat> mPictures;
-  std::vector<MeetingCamera> mCameras;
   std::int64_t mNumber = 0;
+};
+
+/** Puts on the bus what is seen, and every few seconds of which cameras. */
+class Publisher {
+ public:
+  Publisher(Pipeline& pipeline, const PlatformOptions& platform) : mPipeline(pipeline), mBus(platform) {
+    mBus.waitUntilReady();
+  }
+
+  void publish(const FedFrame& frame) {
+    if (frame.ms >= mCamerasDue) {
+      mCamerasDue = frame.ms + kCamerasAgainMs;
+      for (const BusMessage& message : cameraMessages(mPipeline.cameras())) {
+        mBus.client().publish(message.topic, message.payload);
+      }
+    }
+    const BusMessage message = visionMessage(mPipeline.look(frame), mPipeline.cameras());
+    mBus.client().publish(message.topic, message.payload);
+  }
+
+ private:
+  Pipeline& mPipeline;
+  LiveBus mBus;
+  std::int64_t mCamerasDue = 0;
 };
 
 /** Every frame as fast as possible into a recording; its times are those of the video. */
 void writeRecording(const VisionArguments& arguments) {
-  Pipeline pipeline(arguments, false);
-  if (pipeline.isFromDevice()) {
+  const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
+  Videos videos(inputs);
+  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, false);
+  if (videos.isFromDevice()) {
     throw UsageError("a recording is made of files; record a device's results with prb record");
   }
   OutputFile output(arguments.recording.output, arguments.recording.rules, std::cout);
   RecordingWriter writer(output.stream());
   writeMeetingStart(writer, arguments.recording, pipeline.cameras());
-  while (pipeline.readPictures()) {
-    const std::int64_t ms = pipeline.timeOf(pipeline.number());
-    writer.write({ms, visionMessage(pipeline.look(ms), pipeline.cameras())});
+  while (videos.next()) {
+    const std::int64_t ms = videos.timeOf(videos.number());
+    writer.write({ms, visionMessage(pipeline.look(videos.frame(ms)), pipeline.cameras())});
   }
   output.finish();
 }
 
 /** Onto the bus, each frame at its time. The timestamps of a file are its own, counted from the start. */
-void publish(const VisionArguments& arguments) {
-  // Before the video library starts threads, which would take the signals.
-  StopSignals stop;
-  Pipeline pipeline(arguments, true);
-  LiveBus bus(arguments.platform);
-  bus.waitUntilReady();
+void publish(const VisionArguments& arguments, StopSignals& stop) {
+  const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
+  Videos videos(inputs);
+  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, true);
+  Publisher publisher(pipeline, arguments.platform);
   const Clock& wall = ServiceState::current().clock();
   const std::int64_t startWall = wall.wallMs();
   const auto start = std::chrono::steady_clock::now();
-  std::int64_t camerasDue = startWall;
-  while (pipeline.readPictures()) {
-    std::int64_t ms = wall.wallMs();
-    if (!pipeline.isFromDevice()) {
-      const std::int64_t fromStart = pipeline.timeOf(pipeline.number());
-      ms = startWall + fromStart;
-      if (stop.waitFor(start + std::chrono::milliseconds(fromStart) - std::chrono::steady_clock::now())) {
-        return;
-      }
-    } else if (stop.waitFor(std::chrono::nanoseconds(0))) {
+  while (videos.next()) {
+    const std::int64_t fromStart = videos.timeOf(videos.number());
+    const auto due = videos.isFromDevice() ? start : start + std::chrono::milliseconds(fromStart);
+    if (stop.waitFor(due - std::chrono::steady_clock::now())) {
       return;
     }
-    if (ms >= camerasDue) {
-      camerasDue = ms + kCamerasAgainMs;
-      for (const BusMessage& message : cameraMessages(pipeline.cameras())) {
-        bus.client().publish(message.topic, message.payload);
-      }
+    publisher.publish(videos.frame(videos.isFromDevice() ? wall.wallMs() : startWall + fromStart));
+  }
+}
+
+/** Onto the bus, each frame that prb-camera hands over, with its number and time, until it is told to end. */
+void publishFed(const VisionArguments& arguments, StopSignals& stop) {
+  FeedInput feed(arguments.feed);
+  std::unique_ptr<Pipeline> pipeline;
+  std::unique_ptr<Publisher> publisher;
+  while (!stop.waitFor(std::chrono::nanoseconds(0))) {
+    const std::optional<FedFrame> frame = feed.next(kSlice);
+    if (!frame) {
+      continue;
     }
-    const BusMessage message = visionMessage(pipeline.look(ms), pipeline.cameras());
-    bus.client().publish(message.topic, message.payload);
+    if (!pipeline || pipeline->cameras().size() != frame->pictures.size()) {
+      publisher.reset();
+      pipeline = std::make_unique<Pipeline>(feed.cameras(), makeDetector(arguments), arguments.every, true);
+      publisher = std::make_unique<Publisher>(*pipeline, arguments.platform);
+    }
+    publisher->publish(*frame);
   }
 }
 
@@ -198,6 +210,9 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
   app.add_option("--cameras", arguments.calibration,
                  "Calibration file that names the inputs instead, for cameras that see the same persons")
       ->type_name("FILE");
+  app.add_option("--feed", arguments.feed,
+                 "Look at the frames that prb-camera hands over on this socket instead")
+      ->type_name("SOCKET");
   addPlatformOptions(app, arguments.platform, true);
   addMeetingOptions(app, arguments.recording);
   app.add_option(
@@ -225,16 +240,25 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
       "with the one\nbefore. Without, it writes a recording (-o) as fast as it can, looks at every frame, "
       "and "
       "writes the same every time.\n\nExamples:\n"
-      "  prb-vision /dev/video0 --bus mqtt://127.0.0.1:1883\n"
+      "  prb-vision --feed room.sock --bus mqtt://127.0.0.1:1883\n"
       "  prb-vision room.mp4 --detect-every 3 -o room.jsonl\n"
       "  prb-vision --cameras side-by-side.json -o room.jsonl");
 }
 
 void runVision(const VisionArguments& arguments) {
   if (arguments.platform.bus == "embedded") {
+    if (!arguments.feed.empty()) {
+      throw UsageError("--feed needs --bus: what is seen of a feed has no place in a recording");
+    }
     writeRecording(arguments);
+    return;
+  }
+  // Before the video library starts threads, which would take the signals.
+  StopSignals stop;
+  if (arguments.feed.empty()) {
+    publish(arguments, stop);
   } else {
-    publish(arguments);
+    publishFed(arguments, stop);
   }
 }
 
