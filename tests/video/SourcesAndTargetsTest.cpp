@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <opencv2/imgcodecs.hpp>
+#include <sstream>
 
 #include "tests/linux/Processes.h"
 #include "tests/video/MeasuringVideo.h"
 #include "tests/video/Pictures.h"
 #include "tools/base/UsageError.h"
+#include "tools/video/camera/Inbox.h"
 #include "tools/video/camera/Targets.h"
 #include "tools/video/source/CameraInputs.h"
 #include "tools/video/source/StageTimes.h"
@@ -162,6 +164,24 @@ TEST(Targets, FilesHoldWhatWasWritten) {
     ASSERT_EQ(pictures.size(), 5U) << name;
     EXPECT_LE(difference(at(pictures[4], 320, 180), at(picture, 320, 180)), 12) << name;
   }
+}
+
+TEST(Inbox, KeepsTheLatestThousandForAReaderThatDoesNotCome) {
+  Inbox inbox;
+  for (int number = 1; number <= 1500; ++number) {
+    inbox.put({Arrival::Kind::visionResult, std::to_string(number)});
+  }
+  EXPECT_EQ(inbox.take(std::chrono::milliseconds(0))->text, "501");
+}
+
+TEST(StageTimes, CountAllAndKeepTheLatest) {
+  StageTimes times;
+  for (int number = 0; number < 15000; ++number) {
+    times.add("read", number < 7500 ? 1000 : 2);
+  }
+  std::ostringstream text;
+  times.print(text);
+  EXPECT_NE(text.str().find("15000       2.00"), std::string::npos) << text.str();
 }
 
 TEST(StageTimes, QuantilesAreByNearestRank) {

@@ -10,6 +10,8 @@ namespace {
 
 // A picture this late is of no use to somebody who looks.
 constexpr std::int64_t kTooLateMs = 500;
+// Only timestamps that stand still let so many wait.
+constexpr std::size_t kMostWaiting = 1000;
 
 }  // namespace
 
@@ -41,7 +43,8 @@ void FollowedFrames::handleResult(const std::string& text) {
   }
   const std::int64_t latest = mWaiting.back().time.timestampMs;
   mPlayer.frameTaken(mWaiting.back().time);
-  while (!mWaiting.empty() && mWaiting.front().time.timestampMs + mDelayMs <= latest) {
+  while (!mWaiting.empty() &&
+         (mWaiting.front().time.timestampMs + mDelayMs <= latest || mWaiting.size() > kMostWaiting)) {
     const bool isTooLate = mWaiting.front().time.timestampMs + mDelayMs + kTooLateMs < latest;
     if (isTooLate && mPlayer.mayLeaveOut()) {
       mWaiting.pop_front();

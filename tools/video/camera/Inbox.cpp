@@ -4,9 +4,18 @@
 
 namespace fyn::productionrules::video {
 
+namespace {
+
+constexpr std::size_t kMostArrivals = 1000;
+
+}  // namespace
+
 void Inbox::put(Arrival arrival) {
   {
     const MutexLock lock(mMutex);
+    if (mArrivals.size() == kMostArrivals) {
+      mArrivals.pop_front();
+    }
     mArrivals.push_back(std::move(arrival));
   }
   mFilled.notifyOne();

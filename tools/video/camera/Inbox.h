@@ -16,7 +16,8 @@ struct Arrival {
   std::string text;
 };
 
-/** Arrivals in their order, from any thread to one reader. */
+/** Arrivals in their order, from any thread to one reader; of a reader that does not come the latest thousand
+ * wait. */
 class Inbox {
  public:
   void put(Arrival arrival);

@@ -36,7 +36,11 @@ void LiveShow::take(const FrameTime& taken) {
     // The reader fills its own again while this one waits.
     mWaiting.back().pictures.push_back(mDelayMs > 0 ? picture.clone() : picture);
   }
-  while (!mWaiting.empty() && mWaiting.front().time.timestampMs + mDelayMs <= taken.timestampMs) {
+  // A clock that is set back must not let pictures pile up.
+  const auto isDue = [&](std::int64_t ms) {
+    return ms + mDelayMs <= taken.timestampMs || ms > taken.timestampMs;
+  };
+  while (!mWaiting.empty() && isDue(mWaiting.front().time.timestampMs)) {
     showFirst();
   }
 }

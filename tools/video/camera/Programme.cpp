@@ -13,6 +13,9 @@ constexpr std::int64_t kDocuments = std::numeric_limits<std::int64_t>::min();
 // Each stream costs an output; a document that asks for more is wrong.
 constexpr std::size_t kMostStreams = 16;
 
+// Only timestamps that are wrong let so many wait.
+constexpr std::size_t kMostPending = 1000;
+
 }  // namespace
 
 Programme::Programme(cv::Size size, std::size_t cameras, Complaint complain)
@@ -26,6 +29,9 @@ std::optional<std::int64_t> Programme::add(const std::string& document, std::opt
     for (StreamScene& scene : parseSceneDocument(document)) {
       scene.timestampMs = atMs.value_or(scene.timestampMs);
       first = first.value_or(scene.timestampMs);
+      if (mPending.size() == kMostPending) {
+        mPending.pop_front();
+      }
       mPending.push_back(std::move(scene));
     }
     mFaults.erase(kDocuments);

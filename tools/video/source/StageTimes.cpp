@@ -3,27 +3,37 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <numeric>
 #include <ostream>
 
 namespace fyn::productionrules::video {
 
+namespace {
+
+constexpr std::size_t kMostTimes = 10000;
+
+}  // namespace
+
 void StageTimes::add(const std::string& stage, double ms) {
-  const auto known =
-      std::find_if(mStages.begin(), mStages.end(), [&](const auto& one) { return one.first == stage; });
-  if (known != mStages.end()) {
-    known->second.push_back(ms);
-  } else {
-    mStages.push_back({stage, {ms}});
+  auto known =
+      std::find_if(mStages.begin(), mStages.end(), [&](const Stage& one) { return one.name == stage; });
+  if (known == mStages.end()) {
+    known = mStages.insert(known, {stage, 0, 0, {}});
   }
+  if (known->latest.size() < kMostTimes) {
+    known->latest.push_back(ms);
+  } else {
+    known->latest[known->count % kMostTimes] = ms;
+  }
+  ++known->count;
+  known->total += ms;
 }
 
 void StageTimes::print(std::ostream& out) const {
   out << "stage                 count  median ms  99% ms  total ms\n";
-  for (const auto& [stage, times] : mStages) {
-    out << std::left << std::setw(20) << stage << std::right << std::fixed << std::setprecision(2)
-        << std::setw(7) << times.size() << std::setw(11) << quantile(times, 0.5) << std::setw(8)
-        << quantile(times, 0.99) << std::setw(10) << std::accumulate(times.begin(), times.end(), 0.0) << '\n';
+  for (const Stage& stage : mStages) {
+    out << std::left << std::setw(20) << stage.name << std::right << std::fixed << std::setprecision(2)
+        << std::setw(7) << stage.count << std::setw(11) << quantile(stage.latest, 0.5) << std::setw(8)
+        << quantile(stage.latest, 0.99) << std::setw(10) << stage.total << '\n';
   }
 }
 

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <iosfwd>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace fyn::productionrules::video {
@@ -29,11 +28,21 @@ class StageTimes {
 
   void add(const std::string& stage, double ms);
 
-  /** One line per stage in the order of their first pass: count, median, 99th percentile, all in ms. */
+  /**
+   * One line per stage in the order of their first pass: count, median, 99th percentile, all in ms. The
+   * median and the percentile are of the latest ten thousand.
+   */
   void print(std::ostream& out) const;
 
  private:
-  std::vector<std::pair<std::string, std::vector<double>>> mStages;
+  struct Stage {
+    std::string name;
+    std::size_t count = 0;
+    double total = 0;
+    /** A ring. */
+    std::vector<double> latest;
+  };
+  std::vector<Stage> mStages;
 };
 
 /** The value below which `share` (0 to 1) of `values` lie, by nearest rank; 0 when there are none. */
