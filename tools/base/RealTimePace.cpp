@@ -1,45 +1,19 @@
-#include "tools/replay/RealTimePace.h"
-
-#include <algorithm>
-#include <csignal>
-#include <thread>
+#include "tools/base/RealTimePace.h"
 
 namespace fyn::productionrules {
 
-namespace {
+using std::chrono::steady_clock;
 
-// How long Ctrl-C may take to be seen.
-constexpr std::chrono::milliseconds kSlice{50};
-
-volatile std::sig_atomic_t gEndAsked = 0;
-
-void askToEnd(int /*signal*/) {
-  gEndAsked = 1;
-}
-
-}  // namespace
-
-RealTimePace::RealTimePace(double speed) : mSpeed(speed), mStart(std::chrono::steady_clock::now()) {
-  gEndAsked = 0;
-  std::signal(SIGINT, askToEnd);
-  std::signal(SIGTERM, askToEnd);
-}
-
-RealTimePace::~RealTimePace() {
-  std::signal(SIGINT, SIG_DFL);
-  std::signal(SIGTERM, SIG_DFL);
-}
+RealTimePace::RealTimePace(StopSignals& stop, double speed)
+    : mStop(stop), mSpeed(speed), mStart(steady_clock::now()) {}
 
 bool RealTimePace::waitUntil(std::int64_t t) const {
+  std::chrono::nanoseconds left{0};
   if (mSpeed > 0) {
-    const auto due = mStart + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                                  std::chrono::duration<double, std::milli>(static_cast<double>(t) / mSpeed));
-    for (auto now = std::chrono::steady_clock::now(); now < due && gEndAsked == 0;
-         now = std::chrono::steady_clock::now()) {
-      std::this_thread::sleep_for(std::min<std::chrono::steady_clock::duration>(due - now, kSlice));
-    }
+    const std::chrono::duration<double, std::milli> due(static_cast<double>(t) / mSpeed);
+    left = mStart + std::chrono::duration_cast<std::chrono::nanoseconds>(due) - steady_clock::now();
   }
-  return gEndAsked == 0;
+  return !mStop.waitFor(left);
 }
 
 }  // namespace fyn::productionrules

@@ -3,22 +3,21 @@
 #include <chrono>
 #include <cstdint>
 
+#include "tools/base/StopSignals.h"
+
 namespace fyn::productionrules {
 
-/** Keeps a replay to real time: the recording's time 0 is when it was made. Ctrl-C and SIGTERM end the wait.
- */
+/** Keeps a recording to real time: its time 0 is when this was made. */
 class RealTimePace {
  public:
-  /** `speed` 1 is real time; 0 does not wait at all. */
-  explicit RealTimePace(double speed);
-  ~RealTimePace();
-  RealTimePace(const RealTimePace&) = delete;
-  RealTimePace& operator=(const RealTimePace&) = delete;
+  /** `speed` 1 is real time, 2 twice as fast; 0 does not wait at all. */
+  RealTimePace(StopSignals& stop, double speed);
 
   /** Waits until `t` (milliseconds of the recording) is due. False when somebody asked to end. */
   bool waitUntil(std::int64_t t) const;
 
  private:
+  StopSignals& mStop;
   const double mSpeed;
   const std::chrono::steady_clock::time_point mStart;
 };

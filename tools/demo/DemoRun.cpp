@@ -5,11 +5,12 @@
 
 #include "tools/base/InputFile.h"
 #include "tools/base/OutputFile.h"
+#include "tools/base/RealTimePace.h"
+#include "tools/base/StopSignals.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/recording/RecordingReader.h"
 #include "tools/replay/DemoObserver.h"
 #include "tools/replay/ObserverList.h"
-#include "tools/replay/RealTimePace.h"
 #include "tools/settings/KeyValueTexts.h"
 #include "tools/settings/PresetUse.h"
 #include "tools/view/LineLog.h"
@@ -78,10 +79,16 @@ class DemoPage {
     }
   }
 
+  /** The round's replay. */
+  void watch(Replay& replay) {
+    if (mLines) {
+      mLines->watch(replay);
+    }
+  }
+
   /** Plays an event of the round. */
   void handle(Replay& replay, const RecordingEvent& event) {
     if (mLines) {
-      mLines->watch(replay);
       mLines->handle(event);
     } else {
       replay.handle(event);
@@ -113,7 +120,8 @@ ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
 }
 
 /** Plays one round. False when somebody asked to end. */
-bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& scenes, DemoPage& page) {
+bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& scenes, DemoPage& page,
+               StopSignals& stop) {
   Meeting meeting(options, context);
   DemoObserver observer(context.out, scenes);
   ObserverList observers;
@@ -123,7 +131,8 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
   replayed.decisions = &observers;
   Replay replay(replayed, observers);
   observer.watch(replay);
-  const RealTimePace pace(options.fast ? 0.0 : 1.0);
+  page.watch(replay);
+  const RealTimePace pace(stop, options.fast ? 0.0 : 1.0);
   RecordingReader reader = meeting.reader();
   RecordingEvent event;
   bool goOn = true;
@@ -143,6 +152,8 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
 }  // namespace
 
 void runDemo(const DemoOptions& options, PrbContext& context) {
+  // Before the threads of the page, and until all is written.
+  StopSignals stop;
   readConfiguration(options.config, context.err);
   const std::string misuse = presetMisuse(configurationOf(options), framingModeNamed(options.mode));
   if (!misuse.empty()) {
@@ -163,7 +174,7 @@ void runDemo(const DemoOptions& options, PrbContext& context) {
               << ". One line per change of the picture; scene documents go to " << options.scenes
               << (options.once ? "." : ". Ctrl-C ends it.") << std::endl;
   DemoPage page(options, context);
-  while (playRound(options, context, scenes.stream(), page) && !options.once) {
+  while (playRound(options, context, scenes.stream(), page, stop) && !options.once) {
   }
   scenes.finish();
 }

@@ -1,9 +1,9 @@
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <optional>
 
 #include "tools/base/InputFile.h"
 #include "tools/base/ProgressBar.h"
+#include "tools/base/RealTimePace.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/StoppableInput.h"
 #include "tools/live/LiveBus.h"
@@ -13,8 +13,6 @@
 namespace fyn::productionrules {
 
 namespace {
-
-using SteadyTime = std::chrono::steady_clock::time_point;
 
 /** No machine keeps up with it. */
 constexpr double kMostSpeed = 1000;
@@ -32,12 +30,12 @@ class Player {
   Player(LiveBus& bus, StopSignals& stop, double speed) : mBus(bus), mStop(stop), mSpeed(speed) {}
 
   bool play(RecordingReader& reader, ProgressBar& bar) {
-    const SteadyTime start = std::chrono::steady_clock::now();
+    const RealTimePace pace(mStop, mSpeed);
     RecordingEvent event;
     std::optional<std::int64_t> first;
     while (reader.next(event)) {
       first = first.value_or(event.t);
-      if (!waitUntil(start, event.t - *first)) {
+      if (!pace.waitUntil(event.t - *first)) {
         return false;
       }
       bar.update(reader.bytesRead());
@@ -57,13 +55,6 @@ class Player {
   std::uint64_t passedOver() const { return mPassedOver; }
 
  private:
-  bool waitUntil(SteadyTime start, std::int64_t t) const {
-    const std::chrono::duration<double, std::milli> due(static_cast<double>(t) / mSpeed);
-    const auto left =
-        start + std::chrono::duration_cast<std::chrono::nanoseconds>(due) - std::chrono::steady_clock::now();
-    return !mStop.waitFor(left);
-  }
-
   LiveBus& mBus;
   StopSignals& mStop;
   const double mSpeed;
