@@ -20,8 +20,10 @@ namespace fyn::productionrules {
 namespace {
 
 /** What a replay of the service needs. */
-constexpr std::array kInputTopics{topics::kVisionResult,  topics::kCameraParameters, topics::kCamera,
-                                  topics::kCameras,       topics::kCameraMoved,      topics::kControl,
+// Retained documents come in this order. As for the service, it must know a camera before it is told its
+// size.
+constexpr std::array kInputTopics{topics::kCamera,        topics::kCameras,          topics::kCameraMoved,
+                                  topics::kControl,       topics::kCameraParameters, topics::kVisionResult,
                                   topics::kSecondaryScene};
 /** What the service decides. */
 constexpr std::array kOutputTopics{
