@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "platform/LogSink.h"
 #include "platform/Mutex.h"
 
@@ -13,6 +16,9 @@ class StderrLog final : public LogSink {
  private:
   Mutex mMutex;
 };
+
+/** `2026-01-31 12:34:56.789`, local time. `wallMs` are milliseconds since 1970. */
+std::string localTimeText(std::int64_t wallMs);
 
 /** E, W, I or D. */
 char logPriorityLetter(LogPriority priority);

@@ -135,7 +135,8 @@ TEST_F(LiveTools, WatchPrintsPlainLinesIntoAPipe) {
     runTool({kPrb, "play", count, "--bus", mBroker.url("room")});
     return !watch.outputLines().empty();
   }));
-  EXPECT_EQ(watch.outputLines().front(), "people 3");
+  EXPECT_NE(watch.outputLines().front().find(" people 3"), std::string::npos);
+  EXPECT_EQ(watch.errorText(), "");
   watch.signal(SIGTERM);
   EXPECT_EQ(watch.wait(), 0);
 }

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "platform/StderrLog.h"
+#include "platform/virtual/VirtualTime.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 #include "tools/live/Recorder.h"
@@ -90,13 +92,15 @@ TEST(Record, AFullDiskIsNoSilentLoss) {
   EXPECT_TRUE(recorder.hasFailed());
 }
 
+constexpr std::int64_t kWallMs = 1769862896789;
+
 constexpr const char* kScene =
     R"({"version":1,"streams":[{"streamid":0,"TrackingMode":"GroupFraming","layoutType":"GROUP",)"
     R"("animation":"cut","scene":[{"cameraid":0,"source":{"xoffset":10,"yoffset":20,"width":640,"height":360},)"
     R"("dest":{"xoffset":0,"yoffset":0,"width":1280,"height":720}},{"debugBounds":{}}]}]})";
 
 TEST(Watch, OneScreenSaysWhatTheServiceDoes) {
-  WatchState state;
+  WatchState state(std::make_shared<VirtualTime>(0, kWallMs));
   state.onMessage("/PRBOut", kScene);
   state.onMessage(
       "/ICDOut",
@@ -126,19 +130,22 @@ TEST(Watch, OneScreenSaysWhatTheServiceDoes) {
 }
 
 TEST(Watch, LinesNameEachChangeOnce) {
-  WatchState state;
+  WatchState state(std::make_shared<VirtualTime>(0, kWallMs));
   state.onMessage("/ctl/tracking-mode", "PeopleFraming");
   state.onMessage("/PRBOut", kScene);
   state.onMessage("/PRBDecisions", R"({"kind":"reset","from":"GROUP"})");
   state.onMessage("/PeopleCount", R"({"face_count":3,"smallestFaceHeight":40})");
+  const std::string time = localTimeText(kWallMs);
+  EXPECT_EQ(time.substr(13), ":34:56.789");
   EXPECT_EQ(state.takeLines(),
-            (std::vector<std::string>{"mode PeopleFraming", "picture GROUP by cut, camera 0 640x360 at 10,20",
-                                      "why layouts forgotten, was GROUP", "people 3"}));
+            (std::vector<std::string>{time + " mode PeopleFraming",
+                                      time + " picture GROUP by cut, camera 0 640x360 at 10,20",
+                                      time + " why layouts forgotten, was GROUP", time + " people 3"}));
   EXPECT_EQ(state.takeLines(), std::vector<std::string>());
 }
 
 TEST(Watch, MessagesThatCannotBeReadAreCountedAndChangeNothing) {
-  WatchState state;
+  WatchState state(std::make_shared<VirtualTime>(0, kWallMs));
   state.onMessage("/PRBOut", kScene);
   const std::string before = state.screen(0).substr(0, 40);
   const std::vector<std::pair<const char*, const char*>> bad{

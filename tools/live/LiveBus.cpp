@@ -1,11 +1,14 @@
 #include "tools/live/LiveBus.h"
 
 #include <CLI/CLI.hpp>
+#include <atomic>
 #include <chrono>
 #include <future>
+#include <utility>
 
 #include "platform/ErasableProperties.h"
 #include "platform/ServiceState.h"
+#include "platform/StderrLog.h"
 #include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
@@ -31,6 +34,24 @@ void requireWritten(bool isWritten) {
   }
 }
 
+/** Says nothing for as long as all is well; then everything, so that a loss that is told is also told to be
+ * over. */
+class TroubleLog final : public LogSink {
+ public:
+  void write(LogPriority priority, const char* tag, const char* text) override {
+    if (priority == LogPriority::error || priority == LogPriority::warning) {
+      mHadTrouble = true;
+    }
+    if (mHadTrouble) {
+      mLog.write(priority, tag, text);
+    }
+  }
+
+ private:
+  std::atomic<bool> mHadTrouble = false;
+  StderrLog mLog;
+};
+
 bool concernsBus(const PlatformOptions::Row& row) {
   return row.field != &PlatformOptions::provider && row.field != &PlatformOptions::log &&
          row.field != &PlatformOptions::metrics;
@@ -50,10 +71,20 @@ void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBu
 
 DevicePlatform toolPlatform(PlatformOptions options) {
   options.provider = "none";
-  options.log = "stderr";
+  const bool isLogWanted = std::exchange(options.log, "stderr") == "stderr";
   options.metrics.clear();
+  ServiceState& state = ServiceState::current();
+  const int level = state.logLevel();
   try {
-    return buildPlatform(options);
+    if (isLogWanted) {
+      return buildPlatform(options);
+    }
+    // The bus may connect before the log is exchanged.
+    state.setLogLevel(LogLevels::kWarningLevel);
+    DevicePlatform device = buildPlatform(options);
+    state.setLog(std::make_shared<TroubleLog>());
+    state.setLogLevel(level);
+    return device;
   } catch (const std::invalid_argument& error) {
     throw UsageError(error.what());
   }

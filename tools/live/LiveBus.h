@@ -15,7 +15,8 @@ namespace fyn::productionrules {
  * variables give the defaults. */
 void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus);
 
-/** The platform of a tool, without a camera provider. Raises UsageError when an option cannot be used. */
+/** The platform of a tool, without a camera provider. It logs when something goes wrong, and with
+ * PRB_LOG=stderr all the time. Raises UsageError when an option cannot be used. */
 DevicePlatform toolPlatform(PlatformOptions options);
 
 /**

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "platform/StderrLog.h"
 #include "platform/Topics.h"
 #include "service/DecisionDocument.h"
 #include "tools/recording/DecisionSentence.h"
@@ -59,12 +60,16 @@ std::vector<std::string> WatchState::topics() {
   return wanted;
 }
 
+void WatchState::addLine(const std::string& text) {
+  mLines.push_back(localTimeText(mClock->wallMs()) + ' ' + text);
+}
+
 void WatchState::onMessage(const std::string& topic, const std::string& message) {
   const MutexLock lock(mMutex);
   ++mMessages[topic];
   if (topic == topics::kTrackingMode) {
     mMode = printable(message);
-    mLines.push_back("mode " + mMode);
+    addLine("mode " + mMode);
     return;
   }
   if (topic == topics::kDecisions) {
@@ -94,7 +99,7 @@ void WatchState::readReason(const std::string& message) {
     return;
   }
   const std::string sentence = printable(decisionSentence(*decision));
-  mLines.push_back("why " + sentence);
+  addLine("why " + sentence);
   if (changesPicture(decision->kind)) {
     mWhy = sentence;
   }
@@ -120,7 +125,7 @@ void WatchState::readScene(const json& document) {
   }
   mMode = mode;
   mFrames = std::move(frames);
-  mLines.push_back(line);
+  addLine(line);
 }
 
 void WatchState::readTimers(const json& document) {
@@ -145,7 +150,7 @@ void WatchState::readVision(const json& document) {
 }
 
 void WatchState::readPeopleCount(const json& document) {
-  mLines.push_back("people " + document.at("face_count").dump());
+  addLine("people " + document.at("face_count").dump());
 }
 
 std::string WatchState::screen(std::int64_t elapsedMs) {

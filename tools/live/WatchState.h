@@ -2,10 +2,13 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Mutex.h"
 #include "platform/PubSub.h"
 
@@ -18,6 +21,9 @@ namespace fyn::productionrules {
  */
 class WatchState final : public com::quil::pubsub::IPubSubListener {
  public:
+  /** `clock` says when something came. */
+  explicit WatchState(std::shared_ptr<const Clock> clock) : mClock(std::move(clock)) {}
+
   /** The topics that it wants. */
   static std::vector<std::string> topics();
 
@@ -26,16 +32,18 @@ class WatchState final : public com::quil::pubsub::IPubSubListener {
   /** One screen of text. `elapsedMs` is the time since the last call, for the rates. */
   std::string screen(std::int64_t elapsedMs);
 
-  /** One line for each picture, reason, mode change and people count since the last call. */
+  /** One line, with its time, for each picture, reason, mode change and people count since the last call. */
   std::vector<std::string> takeLines();
 
  private:
+  void addLine(const std::string& text) PR_REQUIRES(mMutex);
   void readReason(const std::string& message) PR_REQUIRES(mMutex);
   void readScene(const nlohmann::json& document) PR_REQUIRES(mMutex);
   void readTimers(const nlohmann::json& document) PR_REQUIRES(mMutex);
   void readVision(const nlohmann::json& document) PR_REQUIRES(mMutex);
   void readPeopleCount(const nlohmann::json& document) PR_REQUIRES(mMutex);
 
+  const std::shared_ptr<const Clock> mClock;
   Mutex mMutex;
   std::string mMode PR_GUARDED_BY(mMutex) = "not known yet";
   std::string mPeople PR_GUARDED_BY(mMutex) = "not known yet";

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 
+#include "platform/SteadyClock.h"
 #include "tools/base/StopSignals.h"
 #include "tools/base/Terminal.h"
 #include "tools/live/LiveBus.h"
@@ -30,7 +31,7 @@ void show(WatchState& state, PrbContext& context) {
 void runWatch(const PlatformOptions& options, PrbContext& context) {
   StopSignals stop;
   // Made before the bus, so that it outlives the deliveries.
-  WatchState state;
+  WatchState state(std::make_shared<SteadyClock>());
   LiveBus bus(options);
   for (const std::string& topic : WatchState::topics()) {
     bus.client().subscribe(topic, state);
@@ -51,8 +52,8 @@ void addWatchCommand(CLI::App& command, PrbContext& context) {
   addPlatformOptions(command, *options, true);
   command.footer(
       "Examples:\n"
-      "  prb watch --bus mqtt://localhost           one screen that updates\n"
-      "  prb watch --bus mqtt://localhost | tee log  one line for each picture");
+      "  prb watch --bus mqtt://localhost             one screen that updates\n"
+      "  prb watch --bus mqtt://localhost | tee log   one line for each picture");
   command.callback([options, &context] { runWatch(*options, context); });
 }
 
