@@ -61,7 +61,8 @@ expect grep -x "persist.feature.steadyframing=0" /etc/fyn.conf
 mkdir -p /var/lib/productionrules
 
 echo "purge"
-apt_get purge productionrules 'libproductionrules*' productionrules-tools productionrules-video
+# Of all that were removed and left something.
+apt_get purge '~c'
 left=$(find / -xdev \( -name '*productionrules*' -o -name 'fyn.conf*' \) -not -path '/packages/*' -not -path '/proc/*')
 [[ -z $left ]] || {
   echo "left behind: $left" >&2
