@@ -24,6 +24,7 @@ core    libsystemd-dev       log
 core    libgtest-dev         tests
 core    googletest           tests
 core    mosquitto            tests
+core    mosquitto-clients    tests
 core    dbus                 tests
 core    openssl              tests
 core    python3-minimal      tests
