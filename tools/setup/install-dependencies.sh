@@ -52,6 +52,7 @@ video   libopencv-dev        video
 video   opencv-data          video
 video   opencv-doc           video
 video   ffmpeg               video
+video   libwebrtc-audio-processing-dev video
 video   npm                  model
 '
 

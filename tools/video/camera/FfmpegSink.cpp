@@ -1,12 +1,8 @@
 #include "tools/video/camera/FfmpegSink.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -43,39 +39,6 @@ Arguments outputArguments(const std::string& target) {
   return known->second;
 }
 
-std::vector<char*> pointersTo(Arguments& texts) {
-  std::vector<char*> pointers;
-  for (std::string& text : texts) {
-    pointers.push_back(text.data());
-  }
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-/** Starts `command` with `input` as its standard input, out of reach of Ctrl-C: it is to end by itself. */
-pid_t start(Arguments command, int input) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  posix_spawnattr_t attributes;
-  posix_spawnattr_init(&attributes);
-  sigset_t none;
-  sigemptyset(&none);
-  posix_spawnattr_setsigmask(&attributes, &none);
-  posix_spawnattr_setpgroup(&attributes, 0);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
-  pid_t pid = -1;
-  const int result =
-      posix_spawnp(&pid, command.front().c_str(), &actions, &attributes, pointersTo(command).data(), environ);
-  posix_spawnattr_destroy(&attributes);
-  posix_spawn_file_actions_destroy(&actions);
-  if (result != 0) {
-    throw UsageError(command.front() + " cannot be started: " + std::strerror(result));
-  }
-  return pid;
-}
-
 }  // namespace
 
 std::vector<std::string> ffmpegCommand(const std::string& target, const VideoFormat& format) {
@@ -103,37 +66,16 @@ std::vector<std::string> ffmpegCommand(const std::string& target, const VideoFor
 }
 
 FfmpegSink::FfmpegSink(const std::string& target, const VideoFormat& format)
-    : mTarget(target), mSize(format.size) {
-  const Arguments command = ffmpegCommand(target, format);
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-    throw UsageError(std::string("no pipe to ffmpeg: ") + std::strerror(errno));
-  }
-  // A whole picture at a time would be best; the kernel grants what it allows.
-  fcntl(ends[1], F_SETPIPE_SZ, 1 << 20);
-  // An ffmpeg that has died is an error to report, not a reason to die as well.
-  signal(SIGPIPE, SIG_IGN);
-  try {
-    mPid = start(command, ends[0]);
-  } catch (const UsageError&) {
-    close(ends[0]);
-    close(ends[1]);
-    throw;
-  }
-  close(ends[0]);
-  mInput = ends[1];
-}
-
-FfmpegSink::~FfmpegSink() {
-  waitForEnd();
-}
+    : mTarget(target),
+      mSize(format.size),
+      mProcess(ffmpegCommand(target, format), FfmpegProcess::Pipe::toInput) {}
 
 void FfmpegSink::write(const cv::Mat& picture) {
   CV_Assert(picture.size() == mSize && picture.type() == CV_8UC3 && picture.isContinuous());
   const std::uint8_t* from = picture.data;
   std::size_t left = picture.total() * picture.elemSize();
   while (left > 0) {
-    const ssize_t count = ::write(mInput, from, left);
+    const ssize_t count = ::write(mProcess.descriptor(), from, left);
     if (count < 0 && errno == EINTR) {
       continue;
     }
@@ -146,20 +88,9 @@ void FfmpegSink::write(const cv::Mat& picture) {
 }
 
 void FfmpegSink::finish() {
-  if (waitForEnd() != 0) {
+  if (mProcess.finish() != 0) {
     throw std::runtime_error(mTarget + ": ffmpeg could not write it");
   }
-}
-
-int FfmpegSink::waitForEnd() {
-  int status = 0;
-  if (mInput >= 0) {
-    close(mInput);
-    mInput = -1;
-    while (waitpid(mPid, &status, 0) < 0 && errno == EINTR) {
-    }
-  }
-  return status;
 }
 
 }  // namespace fyn::productionrules::video

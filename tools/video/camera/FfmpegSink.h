@@ -1,11 +1,10 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
 #include <vector>
 
 #include "tools/video/camera/PictureSink.h"
+#include "tools/video/source/FfmpegProcess.h"
 
 namespace fyn::productionrules::video {
 
@@ -30,20 +29,14 @@ class FfmpegSink final : public PictureSink {
  public:
   /** Raises UsageError when the command cannot be made or started. */
   FfmpegSink(const std::string& target, const VideoFormat& format);
-  ~FfmpegSink() override;
-  FfmpegSink(const FfmpegSink&) = delete;
-  FfmpegSink& operator=(const FfmpegSink&) = delete;
 
   void write(const cv::Mat& picture) override;
   void finish() override;
 
  private:
-  int waitForEnd();
-
   const std::string mTarget;
   const cv::Size mSize;
-  int mInput = -1;
-  pid_t mPid = -1;
+  FfmpegProcess mProcess;
 };
 
 }  // namespace fyn::productionrules::video

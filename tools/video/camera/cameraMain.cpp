@@ -1,6 +1,7 @@
 // prb-camera: a camera provider that composes the pictures which the service decides on.
 #include <CLI/CLI.hpp>
 #include <chrono>
+#include <cmath>
 #include <iostream>
 
 #include "platform/ServiceState.h"
@@ -18,6 +19,7 @@
 #include "tools/video/camera/Player.h"
 #include "tools/video/camera/SceneService.h"
 #include "tools/video/source/FrameFeed.h"
+#include "tools/video/source/SoundInput.h"
 #include "tools/video/source/VideoInput.h"
 
 namespace fyn::productionrules::video {
@@ -41,6 +43,7 @@ struct CameraArguments {
   bool measure = false;
   std::string journal;
   std::string feed;
+  std::string sound;
   OutputRules rules;
   PlayerOptions player;
 };
@@ -114,14 +117,17 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
     bus.emplace(arguments.platform, inbox);
   }
   std::optional<FrameFeed> feed;
+  std::optional<SoundInput> sound;
   if (!arguments.feed.empty()) {
     feed.emplace(arguments.feed, cameras);
+    sound.emplace(arguments.sound, cameras);
   }
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
   sayReady();
   LiveShow show(player, feed ? arguments.delay : 0);
   const auto start = std::chrono::steady_clock::now();
-  const double interval = arguments.fast || player.isLive() ? 0.0 : 1000.0 / player.rate();
+  const double frameMs = 1000.0 / player.rate();
+  const double interval = arguments.fast || player.isLive() ? 0.0 : frameMs;
   for (std::int64_t number = 1;; ++number) {
     const auto due =
         start + std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -131,7 +137,8 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
     }
     const FrameTime taken{number, ServiceState::current().clock().wallMs()};
     if (feed) {
-      feed->offer({taken.number, taken.timestampMs, player.pictures()});
+      const auto fromStart = std::llround(frameMs * static_cast<double>(number - 1));
+      feed->offer({taken.number, taken.timestampMs, player.pictures(), sound->speechAt(fromStart)});
     }
     while (const std::optional<Arrival> arrival = inbox.take(std::chrono::milliseconds(0))) {
       show.handle(*arrival);
@@ -210,6 +217,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
                  "prb-vision on this "
                  "socket")
       ->type_name("SOCKET");
+  addSoundOption(app, arguments.sound);
   app.add_option("--delay", arguments.delay,
                  "With --feed, or behind a vision feed on the bus: how long a frame waits for its scene")
       ->type_name("MS")

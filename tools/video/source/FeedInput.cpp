@@ -66,7 +66,10 @@ std::optional<FedFrame> FeedInput::receive() {
   if (!receiveAll(mConnection, &header, sizeof(header)) || !isInOrder(header)) {
     return std::nullopt;
   }
-  FedFrame frame{header.number, header.ms, {}};
+  FedFrame frame{header.number, header.ms, {}, std::nullopt};
+  if (header.hasSound != 0) {
+    frame.speech = header.isSpeech != 0;
+  }
   mCameras.clear();
   for (std::uint32_t camera = 0; camera < header.cameras; ++camera) {
     FedPicture about;

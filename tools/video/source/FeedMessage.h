@@ -10,10 +10,12 @@ namespace fyn::productionrules::video {
 /** A frame on a feed's socket: this, then for each camera a `FedPicture` and the rows of its pixels. Both
  * programs are of one machine, so numbers are as it has them. */
 struct FedHeader {
-  std::uint32_t magic = 0x50524231;
+  std::uint32_t magic = 0x50524232;
   std::uint32_t cameras = 0;
   std::int64_t number = 0;
   std::int64_t ms = 0;
+  std::uint32_t hasSound = 0;
+  std::uint32_t isSpeech = 0;
 };
 
 struct FedPicture {

@@ -90,7 +90,7 @@ void FrameFeed::offer(const FedFrame& frame) {
       return;
     }
   }
-  FedFrame own{frame.number, frame.ms, {}};
+  FedFrame own{frame.number, frame.ms, {}, frame.speech};
   for (const cv::Mat& picture : frame.pictures) {
     own.pictures.push_back(fed(picture));
   }
@@ -123,6 +123,8 @@ void FrameFeed::serveReader(int reader) {
     header.cameras = static_cast<std::uint32_t>(frame->pictures.size());
     header.number = frame->number;
     header.ms = frame->ms;
+    header.hasSound = frame->speech.has_value() ? 1 : 0;
+    header.isSpeech = frame->speech.value_or(false) ? 1 : 0;
     bool sent = sendAll(reader, &header, sizeof(header));
     for (std::size_t camera = 0; sent && camera < frame->pictures.size(); ++camera) {
       const cv::Mat& picture = frame->pictures[camera];

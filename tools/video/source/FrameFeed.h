@@ -18,6 +18,8 @@ struct FedFrame {
   /** When it was taken, wall clock. */
   std::int64_t ms = 0;
   std::vector<cv::Mat> pictures;
+  /** Whether speech is heard; nothing without sound. */
+  std::optional<bool> speech = std::nullopt;
 };
 
 /**

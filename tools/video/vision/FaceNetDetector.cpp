@@ -27,6 +27,9 @@ constexpr double kLeastWidth = 12;
 // place.
 constexpr double kSameFace = 0.4;
 constexpr double kSamePlace = 0.5;
+// Of an upright face, in its pixels.
+constexpr double kBetweenEyes = 24;
+constexpr double kEyesToMouth = 26;
 // The nose stands out from the line between the ears by more than half their distance.
 constexpr double kNoseLength = 1.3;
 
@@ -68,6 +71,24 @@ Face moved(Face face, cv::Point2d by, double scale) {
   return face;
 }
 
+/** A face turned sideways is narrow but as high as ever, so the larger of both measures tells its size. */
+cv::Mat uprightFace(const cv::Mat& picture, const Face& face) {
+  const cv::Point2d across = face.points[leftEye] - face.points[rightEye];
+  const cv::Point2d eyes = (face.points[leftEye] + face.points[rightEye]) / 2.0;
+  const double angle = std::atan2(across.y, across.x);
+  const double scale =
+      std::max(cv::norm(across) / kBetweenEyes, cv::norm(face.points[mouth] - eyes) / kEyesToMouth);
+  const double cosine = std::cos(angle) * scale;
+  const double sine = std::sin(angle) * scale;
+  const cv::Matx23d toPicture(cosine, -sine, eyes.x - cosine * kEyesInFace.x + sine * kEyesInFace.y, sine,
+                              cosine, eyes.y - sine * kEyesInFace.x - cosine * kEyesInFace.y);
+  cv::Mat upright;
+  cv::warpAffine(picture, upright, toPicture, {kFaceWidth, kFaceHeight},
+                 cv::INTER_LINEAR | cv::WARP_INVERSE_MAP, cv::BORDER_REPLICATE);
+  cv::cvtColor(upright, upright, cv::COLOR_BGR2GRAY);
+  return upright;
+}
+
 /** The whole picture, and the squares at its two ends unless it is hardly wider than high. */
 std::vector<cv::Rect> partsOf(const cv::Size& size) {
   std::vector<cv::Rect> parts{{{0, 0}, size}};
@@ -104,6 +125,7 @@ std::vector<Detection> FaceNetDetector::detect(const cv::Mat& picture, std::size
     head.box = inReference(headAround(face.box), picture.size());
     head.score = face.score;
     head.yaw = yawOf(face);
+    head.face = uprightFace(picture, face);
     found.push_back(head);
   }
   return found;

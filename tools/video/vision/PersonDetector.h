@@ -8,6 +8,14 @@
 
 namespace fyn::productionrules::video {
 
+/** Where the eyes and the mouth are in a face that was turned upright and scaled, and what lies around them.
+ */
+constexpr int kFaceWidth = 64;
+constexpr int kFaceHeight = 72;
+const cv::Point2d kEyesInFace(32, 22);
+const cv::Rect kMouthInFace(16, 40, 32, 24);
+const cv::Rect kAboveInFace(12, 4, 40, 26);
+
 /** A head in the picture of one camera. */
 struct Detection {
   /** In the camera's frame of reference, 1280 x 720, whatever the picture's size. */
@@ -19,6 +27,8 @@ struct Detection {
   std::optional<int> yaw;
   /** Degrees, positive when looking up. */
   std::optional<int> pitch;
+  /** The face upright, grey, `kFaceWidth` x `kFaceHeight`; none when the detector does not know its parts. */
+  cv::Mat face;
 };
 
 /** Finds heads. Not for use by two threads at once. */

@@ -7,9 +7,10 @@
 namespace fyn::productionrules::video {
 
 Pipeline::Pipeline(const std::vector<CameraInput>& inputs, std::unique_ptr<PersonDetector> detector,
-                   int every, bool isLive)
+                   int every, bool isLive, WithoutSound withoutSound)
     : mRoom(inputs),
       mTracker(mRoom),
+      mSpeakers(withoutSound),
       mRunner(std::move(detector), isLive),
       mEvery(every),
       mCameras(inputs.size(), {kDefaultImageSize}) {}
@@ -21,7 +22,9 @@ VisionResult Pipeline::look(const FedFrame& frame) {
   if (const std::optional<DetectedFrame> found = mRunner.take()) {
     mTracker.update(mRoom.merge(found->heads), found->ms);
   }
-  return {frame.ms, frame.number, seenPersons(mTracker.at(frame.ms))};
+  std::vector<TrackedPerson> persons = mTracker.at(frame.ms);
+  mSpeakers.mark(persons, frame.speech, frame.ms);
+  return {frame.ms, frame.number, seenPersons(persons)};
 }
 
 }  // namespace fyn::productionrules::video

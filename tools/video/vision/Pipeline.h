@@ -7,6 +7,7 @@
 #include "tools/video/source/FrameFeed.h"
 #include "tools/video/vision/DetectionRunner.h"
 #include "tools/video/vision/PersonTracker.h"
+#include "tools/video/vision/SpeakerFinder.h"
 
 namespace fyn::productionrules::video {
 
@@ -16,7 +17,7 @@ class Pipeline {
   /** Looks at every frame whose number leaves 1 when divided by `every`; in the background when it `isLive`.
    */
   Pipeline(const std::vector<CameraInput>& inputs, std::unique_ptr<PersonDetector> detector, int every,
-           bool isLive);
+           bool isLive, WithoutSound withoutSound);
 
   const std::vector<MeetingCamera>& cameras() const { return mCameras; }
 
@@ -25,6 +26,7 @@ class Pipeline {
  private:
   const RoomAxis mRoom;
   PersonTracker mTracker;
+  SpeakerFinder mSpeakers;
   DetectionRunner mRunner;
   const int mEvery;
   const std::vector<MeetingCamera> mCameras;

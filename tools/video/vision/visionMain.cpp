@@ -16,6 +16,7 @@
 #include "tools/live/LiveBus.h"
 #include "tools/meeting/MeetingOptions.h"
 #include "tools/video/source/FeedInput.h"
+#include "tools/video/source/SoundInput.h"
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/CascadeDetector.h"
 #include "tools/video/vision/FaceNetDetector.h"
@@ -44,6 +45,8 @@ struct VisionArguments {
   std::string model;
   std::string script;
   std::string feed;
+  std::string sound;
+  WithoutSound withoutSound = WithoutSound::nobody;
   int every = 1;
 };
 
@@ -83,10 +86,10 @@ std::unique_ptr<PersonDetector> makeDetector(const VisionArguments& arguments) {
   return usualDetector(network);
 }
 
-/** The pictures of videos of which each is one camera. */
+/** The pictures of videos of which each is one camera, and the sound. */
 class Videos {
  public:
-  explicit Videos(const std::vector<CameraInput>& inputs) {
+  Videos(const std::vector<CameraInput>& inputs, const std::string& sound) : mSound(sound, inputs) {
     for (const CameraInput& camera : inputs) {
       mVideos.push_back(std::make_unique<VideoInput>(camera.input));
     }
@@ -112,12 +115,13 @@ class Videos {
   }
 
   /** The frame read last, as taken at `ms`. */
-  FedFrame frame(std::int64_t ms) const { return {mNumber, ms, mPictures}; }
+  FedFrame frame(std::int64_t ms) { return {mNumber, ms, mPictures, mSound.speechAt(timeOf(mNumber))}; }
   std::int64_t number() const { return mNumber; }
 
  private:
   std::vector<std::unique_ptr<VideoInput>> mVideos;
   std::vector<cv::Mat> mPictures;
+  SoundInput mSound;
   std::int64_t mNumber = 0;
 };
 
@@ -148,8 +152,8 @@ class Publisher {
 /** Every frame as fast as possible into a recording; its times are those of the video. */
 void writeRecording(const VisionArguments& arguments) {
   const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
-  Videos videos(inputs);
-  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, false);
+  Videos videos(inputs, arguments.sound);
+  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, false, arguments.withoutSound);
   if (videos.isFromDevice()) {
     throw UsageError("a recording is made of files; record a device's results with prb record");
   }
@@ -166,8 +170,8 @@ void writeRecording(const VisionArguments& arguments) {
 /** Onto the bus, each frame at its time. The timestamps of a file are its own, counted from the start. */
 void publish(const VisionArguments& arguments, StopSignals& stop) {
   const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
-  Videos videos(inputs);
-  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, true);
+  Videos videos(inputs, arguments.sound);
+  Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, true, arguments.withoutSound);
   Publisher publisher(pipeline, arguments.platform);
   const Clock& wall = ServiceState::current().clock();
   const std::int64_t startWall = wall.wallMs();
@@ -194,7 +198,8 @@ void publishFed(const VisionArguments& arguments, StopSignals& stop) {
     }
     if (!pipeline || pipeline->cameras().size() != frame->pictures.size()) {
       publisher.reset();
-      pipeline = std::make_unique<Pipeline>(feed.cameras(), makeDetector(arguments), arguments.every, true);
+      pipeline = std::make_unique<Pipeline>(feed.cameras(), makeDetector(arguments), arguments.every, true,
+                                            arguments.withoutSound);
       publisher = std::make_unique<Publisher>(*pipeline, arguments.platform);
     }
     publisher->publish(*frame);
@@ -223,6 +228,13 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
   app.add_option("--models", arguments.models, "Folder of faces.onnx, for rooms")
       ->type_name("FOLDER")
       ->capture_default_str();
+  addSoundOption(app, arguments.sound);
+  app.add_option("--without-sound", arguments.withoutSound,
+                 "Who is taken to speak where there is no sound: nobody, or mouths: whose mouth moves most")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, WithoutSound>{
+          {"nobody", WithoutSound::nobody}, {"mouths", WithoutSound::liveliestMouth}}))
+      ->type_name("WHO")
+      ->default_str("nobody");
   app.add_option("--cascades", arguments.cascades, "Folder of OpenCV's cascades, for faces")
       ->type_name("FOLDER")
       ->capture_default_str();
