@@ -70,12 +70,12 @@ TEST(FrameFeed, HandsOnTheNewestFrameToWhoeverReads) {
   ASSERT_EQ(stat(socket.c_str(), &about), 0);
   EXPECT_EQ(about.st_mode & 0777U, 0600U);
   std::int64_t number = 0;
-  const auto nextOf = [&](FeedInput& reader) {
+  const auto nextOf = [&](FeedInput& reader, bool speech) {
     std::optional<FedFrame> frame;
     EXPECT_TRUE(eventually([&] {
       ++number;
       const cv::Mat large(1440, 2560, CV_8UC3, cv::Scalar::all(9));
-      feed.offer({number, 1000 + number, {flat(static_cast<int>(number % 200)), large}});
+      feed.offer({number, 1000 + number, {flat(static_cast<int>(number % 200)), large}, speech});
       frame = reader.next(kSoon);
       return frame.has_value();
     }));
@@ -84,7 +84,8 @@ TEST(FrameFeed, HandsOnTheNewestFrameToWhoeverReads) {
   for (int round = 0; round < 2; ++round) {
     // The one before has gone, in the middle of a frame for all we know.
     FeedInput reader(socket);
-    const FedFrame frame = nextOf(reader);
+    const FedFrame frame = nextOf(reader, round == 0);
+    EXPECT_EQ(frame.speech, round == 0);
     EXPECT_EQ(frame.ms, 1000 + frame.number);
     ASSERT_EQ(frame.pictures.size(), 2U);
     EXPECT_TRUE(isFlat(frame.pictures[0], static_cast<int>(frame.number % 200)));

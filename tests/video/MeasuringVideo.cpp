@@ -1,10 +1,10 @@
 #include "tests/video/MeasuringVideo.h"
 
 #include <cstdlib>
-#include <opencv2/videoio.hpp>
 
 #include "tests/video/Pictures.h"
 #include "tools/video/camera/FfmpegSink.h"
+#include "tools/video/source/FileCapture.h"
 
 namespace fyn::productionrules::video::testing {
 
@@ -48,9 +48,9 @@ bool shows(const Seen& seen, const cv::Rect& wanted) {
 
 std::vector<cv::Mat> picturesOf(const std::string& path) {
   std::vector<cv::Mat> pictures;
-  cv::VideoCapture capture(path, cv::CAP_FFMPEG);
+  FileCapture capture(path);
   cv::Mat picture;
-  while (capture.read(picture)) {
+  while (capture.next(picture)) {
     pictures.push_back(picture.clone());
   }
   return pictures;

@@ -18,6 +18,7 @@
 namespace fyn::productionrules::video::testing {
 namespace {
 
+using productionrules::testing::runTool;
 using productionrules::testing::ScratchFolder;
 
 TEST(VideoInput, ReadsEveryPictureOfAFileAndBeginsAgain) {
@@ -150,19 +151,49 @@ TEST(Targets, AreWrittenAsTheirNameSays) {
   }
 }
 
-TEST(Targets, FilesHoldWhatWasWritten) {
+TEST(Targets, FilesKeepTheirColours) {
   const ScratchFolder folder;
-  const cv::Mat picture = chart({640, 360});
-  for (const char* name : {"out.mp4", "out.webm", "out.mkv"}) {
-    const std::string file = folder.file(name);
-    const std::unique_ptr<PictureSink> sink = openTarget(file, {picture.size(), 25});
-    for (int count = 0; count < 5; ++count) {
+  const std::vector<Colour> colours{{128, 128, 128}, {144, 176, 224}, {96, 64, 32},
+                                    {16, 240, 240},  {160, 192, 48},  {40, 200, 60}};
+  for (const auto& [name, most] : {std::pair{"out.mp4", 2}, {"out.webm", 2}, {"out.mkv", 0}}) {
+    for (const int width : {640, 1280}) {
+      const int field = width / static_cast<int>(colours.size());
+      cv::Mat picture(width * 9 / 16, width, CV_8UC3, cv::Scalar::all(0));
+      for (int index = 0; index * field + field <= width; ++index) {
+        picture.colRange(index * field, index * field + field).setTo(cv::Scalar(colours[index % 6]));
+      }
+      const std::string file = folder.file(name);
+      const std::unique_ptr<PictureSink> sink = openTarget(file, {picture.size(), 25});
       sink->write(picture);
+      sink->write(picture);
+      sink->finish();
+      const std::vector<cv::Mat> pictures = picturesOf(file);
+      ASSERT_EQ(pictures.size(), 2U) << name;
+      for (int index = 0; index < 6; ++index) {
+        EXPECT_LE(difference(at(pictures[1], index * field + field / 2, 180), colours[index]), most)
+            << name << " " << width << " " << colours[index];
+      }
     }
-    sink->finish();
-    const std::vector<cv::Mat> pictures = picturesOf(file);
-    ASSERT_EQ(pictures.size(), 5U) << name;
-    EXPECT_LE(difference(at(pictures[4], 320, 180), at(picture, 320, 180)), 12) << name;
+  }
+}
+
+TEST(VideoInput, ReadsTheColoursThatAFileIsTaggedWith) {
+  const ScratchFolder folder;
+  struct Case {
+    const char* matrix;
+    const char* range;
+    const char* size;
+  };
+  for (const Case& one : {Case{"bt709", "tv", "640x360"}, Case{"smpte170m", "tv", "1280x720"},
+                          Case{"bt709", "pc", "1280x720"}}) {
+    const std::string file = folder.file("tagged.mp4");
+    const std::string scale = std::string("scale=out_color_matrix=") + one.matrix +
+                              ":out_range=" + one.range + ":flags=accurate_rnd,format=yuv420p";
+    runTool({"ffmpeg", "-y", "-v", "error", "-f", "lavfi", "-i",
+             std::string("color=0x30C0A0:d=0.1:s=") + one.size + ",format=bgr24," + scale, "-colorspace",
+             one.matrix, "-color_range", one.range, file});
+    EXPECT_LE(difference(at(picturesOf(file).at(0), 300, 200), Colour(0xA0, 0xC0, 0x30)), 3)
+        << one.matrix << " " << one.range;
   }
 }
 

@@ -52,6 +52,8 @@ video   libopencv-dev        video
 video   opencv-data          video
 video   opencv-doc           video
 video   ffmpeg               video
+video   libavformat-dev      video
+video   libswscale-dev       video
 video   libwebrtc-audio-processing-dev video
 video   npm                  model
 '

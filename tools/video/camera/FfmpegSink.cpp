@@ -15,14 +15,34 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
+/** Without a tag players guess, and with less exact rounding faces would look pale. */
+Arguments inColours(const std::string& matrix, Arguments encoding) {
+  const Arguments colours{
+      "-vf",
+      "scale=out_color_matrix=" + matrix + ":out_range=tv:flags=accurate_rnd+full_chroma_int+full_chroma_inp",
+      "-pix_fmt",
+      "yuv420p",
+      "-color_range",
+      "tv",
+      "-colorspace",
+      matrix,
+      "-color_primaries",
+      "bt709",
+      "-color_trc",
+      "bt709"};
+  encoding.insert(encoding.end(), colours.begin(), colours.end());
+  return encoding;
+}
+
 /** How each kind of file is encoded: fast enough beside everything else on two cores. */
 const std::map<std::string, Arguments>& encodings() {
   static const std::map<std::string, Arguments> kEncodings{
-      {".mp4", {"-c:v", "libx264", "-preset", "superfast", "-crf", "23", "-pix_fmt", "yuv420p", "-f", "mp4"}},
+      {".mp4", inColours("bt709", {"-c:v", "libx264", "-preset", "superfast", "-crf", "23", "-f", "mp4"})},
       {".webm",
        // A speed above 0 would follow the clock, and the bytes with it.
-       {"-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", "-16", "-threads", "2", "-b:v", "2M",
-        "-pix_fmt", "yuv420p", "-f", "webm"}},
+       // VP8 knows BT.601 alone.
+       inColours("smpte170m", {"-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", "-16", "-threads", "2",
+                               "-b:v", "2M", "-f", "webm"})},
       {".mkv", {"-c:v", "libx264rgb", "-preset", "ultrafast", "-qp", "0", "-f", "matroska"}},
   };
   return kEncodings;
@@ -30,6 +50,7 @@ const std::map<std::string, Arguments>& encodings() {
 
 Arguments outputArguments(const std::string& target) {
   if (target.rfind("/dev/", 0) == 0) {
+    // What carries no tag is read as BT.601 there, which is what ffmpeg makes.
     return {"-pix_fmt", "yuv420p", "-f", "v4l2"};
   }
   const auto known = encodings().find(std::filesystem::path(target).extension().string());

@@ -1,7 +1,10 @@
 #include "tools/video/source/VideoInput.h"
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 #include <cmath>
-#include <cstdlib>
 #include <opencv2/core/utils/logger.hpp>
 
 #include "tools/base/UsageError.h"
@@ -23,14 +26,6 @@ bool isCaptureDevice(const std::string& input) {
   return input.rfind("/dev/", 0) == 0;
 }
 
-/** Which reader, so that none of the others tries and complains. */
-int readerOf(const std::string& input) {
-  if (isCaptureDevice(input)) {
-    return cv::CAP_V4L2;
-  }
-  return input.find('%') != std::string::npos ? cv::CAP_IMAGES : cv::CAP_FFMPEG;
-}
-
 }  // namespace
 
 VideoInput::VideoInput(const std::string& input) : mInput(input), mLive(isCaptureDevice(input)) {
@@ -43,19 +38,24 @@ void VideoInput::open() {
     openDevice();
     return;
   }
-  bool opened = false;
+  if (mInput.find('%') != std::string::npos) {
+    openImages();
+    return;
+  }
+  mFile = std::make_unique<FileCapture>(mInput);
+  mRate = isUsable(mFile->rate()) ? mFile->rate() : kUsualRate;
+}
+
+void VideoInput::openImages() {
+  mRate = kUsualRate;
   try {
-    opened = mCapture.open(mInput, readerOf(mInput));
+    if (mImages.open(mInput, cv::CAP_IMAGES)) {
+      return;
+    }
   } catch (const cv::Exception&) {
-    // Some readers throw instead.
+    // Some names make it throw instead.
   }
-  if (!opened) {
-    throw UsageError(mInput + ": cannot be opened as a video");
-  }
-  mRate = mCapture.get(cv::CAP_PROP_FPS);
-  if (!isUsable(mRate) || readerOf(mInput) == cv::CAP_IMAGES) {
-    mRate = kUsualRate;
-  }
+  throw UsageError(mInput + ": cannot be opened as a video");
 }
 
 void VideoInput::openDevice() {
@@ -79,7 +79,7 @@ void VideoInput::openDevice() {
 bool VideoInput::next(cv::Mat& picture) {
   if (mDevice) {
     mRaw = mDevice->next();
-  } else if (!mCapture.read(mRaw) || mRaw.empty()) {
+  } else if (!(mFile ? mFile->next(mRaw) : mImages.read(mRaw))) {
     return false;
   }
   ++mPosition;
@@ -88,7 +88,7 @@ bool VideoInput::next(cv::Mat& picture) {
 }
 
 bool VideoInput::skip() {
-  if (mDevice || !mCapture.grab()) {
+  if (mDevice || !(mFile ? mFile->skip() : mImages.grab())) {
     return false;
   }
   ++mPosition;
@@ -96,14 +96,12 @@ bool VideoInput::skip() {
 }
 
 void VideoInput::rewind() {
-  mCapture.release();
   open();
 }
 
 void silenceVideoLibraries() {
   cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
-  // AV_LOG_QUIET, where nobody has asked for more.
-  setenv("OPENCV_FFMPEG_LOGLEVEL", "-8", 0);
+  av_log_set_level(AV_LOG_QUIET);
 }
 
 cv::Mat middleOf(const cv::Mat& picture) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/video/source/DeviceCapture.h"
+#include "tools/video/source/FileCapture.h"
 
 namespace fyn::productionrules::video {
 
@@ -41,11 +42,13 @@ class VideoInput {
  private:
   void open();
   void openDevice();
+  void openImages();
 
   const std::string mInput;
   const bool mLive;
   std::unique_ptr<DeviceCapture> mDevice;
-  cv::VideoCapture mCapture;
+  std::unique_ptr<FileCapture> mFile;
+  cv::VideoCapture mImages;
   double mRate = 0;
   std::int64_t mPosition = 0;
   cv::Mat mRaw;
