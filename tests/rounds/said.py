@@ -156,6 +156,8 @@ ROUNDS = {
               "examples/vision-publisher.py 127.0.0.1 1883 room-9 & wait $recorder; kill $service $!"),
         Step("prb replay room.jsonl --check", "same"),
         serves("prb view room.jsonl --recorded [--config FILE]"),
+        given("head -c 1000 /dev/urandom > room.mp4"),
+        serves("prb view room.jsonl --video room.mp4"),
         given("cp room.jsonl monday.jsonl; cp room.jsonl tuesday.jsonl"),
         serves("prb view monday.jsonl --beside tuesday.jsonl"),
         given("prb simulate --seed 7 --minutes 1 | sed -n 1,60p > meeting.jsonl"),

@@ -5,11 +5,13 @@
 #include <sys/socket.h>
 
 #include <array>
+#include <fstream>
 #include <future>
 
 #include "platform/TextFile.h"
 #include "tests/linux/Processes.h"
 #include "tests/view/OpenPage.h"
+#include "tools/base/UsageError.h"
 #include "tools/view/LineLog.h"
 #include "tools/view/RequestLimits.h"
 #include "tools/view/RequestStream.h"
@@ -207,6 +209,52 @@ TEST(ViewServer, EndsWithAPageThatReadsNothing) {
   server.reset();
   goOn.set_value();
   page.join();
+}
+
+TEST(ViewServer, AVideoIsReadInParts) {
+  const ScratchFolder folder;
+  const std::string video = folder.file("front.mp4");
+  // More than one piece, and more than the connection holds.
+  std::string content;
+  while (content.size() < 1'000'000) {
+    content += std::to_string(content.size()) + ' ';
+  }
+  std::ofstream(video, std::ios::binary) << content;
+  const std::string size = std::to_string(content.size());
+  LineLog log = LineLog::ofRecording();
+  ViewServerOptions options;
+  options.videos = {"/dev/null", video};
+  EXPECT_THROW(ViewServer(log, "room", options), UsageError);
+  options.videos = {video, video};
+  const ViewServer server(log, "room", options);
+  httplib::Client client("127.0.0.1", server.port());
+  EXPECT_EQ(client.Get("/api/info")->body,
+            R"({"source":"recording","name":"room","videos":["front.mp4","front.mp4"]})");
+  struct Case {
+    std::string range;
+    int status;
+    std::string contentRange;
+    std::string body;
+  };
+  const auto range = [&](std::size_t first, std::size_t last) {
+    return "bytes " + std::to_string(first).append("-").append(std::to_string(last)).append("/").append(size);
+  };
+  const std::size_t last = content.size() - 1;
+  for (const Case& c : {Case{"", 200, "", content}, Case{"bytes=0-", 206, range(0, last), content},
+                        Case{"bytes=2-4", 206, range(2, 4), content.substr(2, 3)},
+                        Case{"bytes=100000-", 206, range(100'000, last), content.substr(100'000)},
+                        Case{"bytes=-5", 206, range(last - 4, last), content.substr(last - 4)},
+                        Case{"bytes=5-99999999", 206, range(5, last), content.substr(5)},
+                        Case{"bytes=" + size + '-', 416, "bytes */" + size, ""}}) {
+    const httplib::Result part = client.Get(
+        "/api/video/1", c.range.empty() ? httplib::Headers{} : httplib::Headers{{"Range", c.range}});
+    ASSERT_TRUE(part) << c.range;
+    EXPECT_EQ(part->status, c.status) << c.range;
+    EXPECT_EQ(part->get_header_value("Content-Range"), c.contentRange);
+    EXPECT_EQ(part->body == c.body, true) << c.range << ' ' << part->body.size();
+  }
+  EXPECT_EQ(client.Head("/api/video/0")->get_header_value("Content-Type"), "video/mp4");
+  EXPECT_EQ(client.Get("/api/video/2")->status, 404);
 }
 
 TEST(ViewServer, TwoDoNotShareAPort) {

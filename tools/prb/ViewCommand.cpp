@@ -210,6 +210,14 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
   addPropertyOption(command, arguments->properties);
   command.get_option("--property")->needs(recording);
   beside->excludes(config, recorded, command.get_option("--property"));
+  command
+      .add_option("--video", arguments->page.videos,
+                  "The video that prb-vision and prb-camera are given, shown under the boxes; of several "
+                  "cameras one each, from camera 0")
+      ->type_name("FILE")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->excludes(beside);
   addViewPageOptions(command, arguments->page);
   addPlatformOptions(command, arguments->platform, true);
   recording->excludes(command.get_option("--bus"));
@@ -225,6 +233,7 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       "  prb view meeting.jsonl --at 02:05\n"
       "  prb view meeting.jsonl --property vendor.talkertracking.flag=4 --port 8080\n"
       "  prb view meeting.jsonl --config a.conf --config b.conf     (keys d and shift d: differences)\n"
+      "  prb view room.jsonl --video room.mp4     (after prb-vision room.mp4 -o room.jsonl)\n"
       "  prb view --bus mqtt://localhost");
   command.callback([arguments, &context] {
     const std::size_t most = arguments->recorded ? 1 : 2;

@@ -44,6 +44,7 @@ ViewPage showViewPage(LineLog& lines, std::string name, const ViewPageOptions& o
   server.port = options.port;
   server.question = options.question;
   server.sides = options.sides;
+  server.videos = options.videos;
   if (!isNumericAddress(server.address)) {
     throw UsageError("--listen takes a numeric address such as 127.0.0.1 or 0.0.0.0, not '" + options.listen +
                      "'");

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tools/view/ViewServer.h"
 
@@ -18,6 +19,7 @@ struct ViewPageOptions {
   /** As in ViewServerOptions; no option sets them. */
   std::string question = {};
   std::optional<SideBySide> sides = {};
+  std::vector<std::string> videos = {};
 };
 
 /** Gives `command` the options --port and --listen. */

@@ -2,6 +2,7 @@
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <nlohmann/json.hpp>
@@ -9,8 +10,8 @@
 #include <utility>
 
 #include "tools/page/PageFiles.h"
-#include "tools/view/RequestLimits.h"
-#include "tools/view/RequestStream.h"
+#include "tools/view/LimitedServer.h"
+#include "tools/view/VideoFile.h"
 #include "tools/view/ViewAccess.h"
 
 namespace fyn::productionrules {
@@ -32,6 +33,9 @@ constexpr int kSendBuffer = 128 * 1024;
 
 /** Where a page reads the second side. */
 constexpr std::string_view kBeside = "/api/beside";
+
+/** Before the number of a camera whose video a page reads. */
+constexpr const char* kVideo = "/api/video/";
 
 constexpr const char* kText = "text/plain; charset=utf-8";
 
@@ -72,31 +76,6 @@ void answer(httplib::Response& response, int status, const std::string& words) {
 
 }  // namespace
 
-/** One request per connection, which must come in time: the library itself waits for as much as anybody
- * sends. */
-class LimitedServer final : public httplib::Server {
- public:
-  LimitedServer(const RequestStream::Times& times, const std::atomic<bool>& ending)
-      : mTimes(times), mEnding(ending) {}
-
- private:
-  bool process_and_close_socket(socket_t socket) override {
-    bool isAnswered = false;
-    {
-      RequestStream stream(socket, mTimes, mLimits, mEnding);
-      bool isClosed = false;
-      isAnswered = process_request(stream, true, isClosed, nullptr);
-    }
-    shutdown(socket, SHUT_RDWR);
-    close(socket);
-    return isAnswered;
-  }
-
-  const RequestStream::Times mTimes;
-  const std::atomic<bool>& mEnding;
-  RequestLimits mLimits;
-};
-
 /** The HTTP side. */
 class ViewServer::Pages {
  public:
@@ -114,12 +93,15 @@ class ViewServer::Pages {
   void get(const httplib::Request& request, httplib::Response& response);
   nlohmann::ordered_json info() const;
   void sendLines(LineLog& log, const httplib::Request& request, httplib::Response& response);
-  bool sendPiece(LineLog::Reader& lines, int& unread, httplib::DataSink& sink) const;
+  void sendVideo(const VideoFile& video, const httplib::Request& request, httplib::Response& response);
+  void sendPieces(const char* contentType, const httplib::Request& request, httplib::Response& response,
+                  const Pieces& pieces);
 
   LineLog& mLines;
   const std::string mName;
   const std::string mQuestion;
   const std::optional<SideBySide> mSides;
+  const std::vector<VideoFile> mVideos;
   const std::string mAddress;
   int mPort = 0;
   std::unique_ptr<ViewAccess> mAccess;
@@ -135,6 +117,7 @@ ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptio
       mName(std::move(name)),
       mQuestion(options.question),
       mSides(options.sides),
+      mVideos(options.videos.begin(), options.videos.end()),
       mAddress(options.address),
       mServer({options.requestLimit, kWriteLimit}, mEnding) {
   if (options.token.empty() && !isLoopback(options.address)) {
@@ -236,6 +219,12 @@ void ViewServer::Pages::get(const httplib::Request& request, httplib::Response& 
                          "application/json");
     return;
   }
+  for (std::size_t camera = 0; camera < mVideos.size(); ++camera) {
+    if (request.path == kVideo + std::to_string(camera)) {
+      sendVideo(mVideos[camera], request, response);
+      return;
+    }
+  }
   for (const ServedFile& file : kFiles) {
     if (request.path == file.path) {
       const std::string_view content = pageFile(file.name);
@@ -258,13 +247,35 @@ nlohmann::ordered_json ViewServer::Pages::info() const {
       entry["question"] = side.question;
     }
   }
+  for (const VideoFile& video : mVideos) {
+    info["videos"].push_back(video.name());
+  }
   return info;
 }
 
 void ViewServer::Pages::sendLines(LineLog& log, const httplib::Request& request,
                                   httplib::Response& response) {
+  const char* const heartbeat = mLines.form().heartbeat;
+  sendPieces(log.form().contentType, request, response,
+             [heartbeat, lines = std::shared_ptr(log.open(request.get_header_value("Last-Event-ID")))] {
+               std::optional<std::string> piece = lines->next(kHeartbeat);
+               return piece && piece->empty() ? heartbeat : std::move(piece);
+             });
+}
+
+void ViewServer::Pages::sendVideo(const VideoFile& video, const httplib::Request& request,
+                                  httplib::Response& response) {
+  if (const Pieces pieces = video.answer(request, response)) {
+    sendPieces(video.contentType(), request, response, pieces);
+  }
+}
+
+// A piece is taken only when it can be sent, so that what a slow page leaves unread stays where it is
+// counted.
+void ViewServer::Pages::sendPieces(const char* contentType, const httplib::Request& request,
+                                   httplib::Response& response, const Pieces& pieces) {
   if (request.method == "HEAD") {
-    response.set_header("Content-Type", log.form().contentType);
+    response.set_header("Content-Type", contentType);
     return;
   }
   if (++mStreams > kMostStreams) {
@@ -272,32 +283,21 @@ void ViewServer::Pages::sendLines(LineLog& log, const httplib::Request& request,
     answer(response, 503, "too many pages are open: close one and load this one again");
     return;
   }
-  const std::shared_ptr<LineLog::Reader> lines = log.open(request.get_header_value("Last-Event-ID"));
-  const auto unread = std::make_shared<int>(0);
   response.set_chunked_content_provider(
-      log.form().contentType,
-      [this, lines, unread](std::size_t /*offset*/, httplib::DataSink& sink) {
-        return sendPiece(*lines, *unread, sink);
+      contentType,
+      [this, pieces, unread = 0](std::size_t /*offset*/, httplib::DataSink& sink) mutable {
+        if (!sink.is_writable()) {
+          return !mEnding && ++unread < kUnreadAttempts;
+        }
+        unread = 0;
+        const std::optional<std::string> piece = pieces();
+        if (!piece) {
+          sink.done();
+          return true;
+        }
+        return piece->empty() || sink.write(piece->data(), piece->size());
       },
       [this](bool /*success*/) { --mStreams; });
-}
-
-// A piece is taken only when it can be sent, so that what a slow page leaves unread stays where it is
-// counted.
-bool ViewServer::Pages::sendPiece(LineLog::Reader& lines, int& unread, httplib::DataSink& sink) const {
-  if (!sink.is_writable()) {
-    return !mEnding && ++unread < kUnreadAttempts;
-  }
-  unread = 0;
-  std::optional<std::string> piece = lines.next(kHeartbeat);
-  if (!piece) {
-    sink.done();
-    return true;
-  }
-  if (piece->empty()) {
-    *piece = mLines.form().heartbeat;
-  }
-  return piece->empty() || sink.write(piece->data(), piece->size());
 }
 
 // ---- ViewServer ----

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/view/LineLog.h"
 
@@ -37,6 +38,8 @@ struct ViewServerOptions {
   std::string question = {};
   /** When two recordings are shown, or one in two ways. */
   std::optional<SideBySide> sides = {};
+  /** Files with what cameras 0, 1, ... saw, to be shown under the boxes. */
+  std::vector<std::string> videos = {};
 };
 
 /**
@@ -49,8 +52,8 @@ class ViewServer {
   static constexpr int kMostStreams = 24;
 
   /** `name` says what is shown, for people; `lines` outlives the server. Listens when it returns. Raises
-   * std::runtime_error when the port cannot be had, and std::invalid_argument when others could read without
-   * a token. */
+   * UsageError for a video that cannot be read, std::runtime_error when the port cannot be had, and
+   * std::invalid_argument when others could read without a token. */
   ViewServer(LineLog& lines, std::string name, const ViewServerOptions& options);
 
   /** Ends all answers, also those that nobody reads, and all threads. */

@@ -12,6 +12,7 @@ import { Side } from './side';
 import type { Feed, Info } from './sources';
 import { Controls } from './view/controls';
 import { set } from './view/dom';
+import { Footage } from './view/footage';
 import { Header } from './view/header';
 import { Problems } from './view/problems';
 import { RangeBar } from './view/range';
@@ -34,6 +35,7 @@ export class App {
   readonly player: Player;
   private readonly sides: Side[];
   private readonly views: SideView[];
+  private readonly footage: Footage;
   private filter: MomentFilter = EVERY_MOMENT;
   private reading: number;
   private arrived = 0;
@@ -54,8 +56,10 @@ export class App {
     this.sides = info.sides.map(({ name }) => new Side(name, live, problems));
     this.reading = this.sides.length;
     this.player = new Player(live);
+    this.footage = new Footage(info.videos, () => this.redraw(), (text) => problems.notice(text));
     this.views = SideView.make(info.sides, {
       live,
+      footage: this.footage,
       jump: (t) => this.jump(t),
       redraw: () => this.redraw(),
       filter: (filter) => {
@@ -213,6 +217,7 @@ export class App {
   private draw(t: number, now: number): boolean {
     const { player } = this;
     const states = this.sides.map((s) => s.history.at(t));
+    this.footage.follow(this.sides[0]!.footage.at(states[0]!.vision), player.following ? 1 : player.playing ? player.speed : 0);
     const transitions = this.views.map((view, i) => view.drawPictures(states[i]!, t, this.dirty));
     const all = { start: this.range.start, end: Math.max(this.range.end, player.following ? t : 0) };
     this.timeline.draw(all, t);

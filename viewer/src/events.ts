@@ -96,6 +96,8 @@ export interface VisionEvent {
   kind: 'vision';
   t: number;
   frameNumber: number;
+  /** When the frame was taken, milliseconds on the clock of whoever saw it; null when it is not said. */
+  taken: number | null;
   people: number;
   heads: HeadRows;
 }

@@ -101,7 +101,8 @@ function vision(t: number, payload: Obj, own: number): VisionEvent {
       rows.push(id, num(head, 'camId', where, -1), b.left, b.top, b.right, b.bottom, flags);
     });
   });
-  return { kind: 'vision', t, frameNumber: num(payload, 'frameNumber', 'vision result', 0), people, heads: packed(rows) };
+  const taken = typeof payload.timestamp === 'number' ? payload.timestamp : null;
+  return { kind: 'vision', t, frameNumber: num(payload, 'frameNumber', 'vision result', 0), taken, people, heads: packed(rows) };
 }
 
 function frames(scene: unknown, where: string): Frame[] {

@@ -2,6 +2,7 @@
 
 import { pictureOf, type PictureChange } from './differences';
 import type { Event } from './events';
+import { FootageClock } from './footage';
 import { History, KEEP_ALL, type Limits } from './history';
 import { Lanes } from './lanes';
 import { momentsOf, type Lane, type Moment } from './moments';
@@ -29,6 +30,7 @@ export interface Complaints {
 export class Side {
   readonly history: History;
   readonly lanes = new Lanes();
+  readonly footage = new FootageClock();
   moments: Moment[] = [];
   /** Every change of what the provider is given; of a recording only. */
   readonly pictures: PictureChange[] = [];
@@ -51,6 +53,7 @@ export class Side {
       return;
     }
     if (event.kind === 'decision') this.preferDecisions();
+    if (event.kind === 'vision') this.footage.note(event);
     if (event.kind === 'notice') this.complaints.notice(event.text);
     this.tellTime(event);
     const { before, after } = this.history.push(event);

@@ -11,6 +11,8 @@ export interface Info {
   source: 'recording' | 'live';
   name: string;
   sides: SideInfo[];
+  /** The names of the files that hold what cameras 0, 1, ... saw. */
+  videos: string[];
 }
 
 /** Where the lines of each side of a recording are. */
@@ -26,8 +28,8 @@ export interface Feed {
 export async function fetchInfo(): Promise<Info> {
   const answer = await fetch('api/info');
   if (!answer.ok) throw new Error(answer.status === 401 ? 'a token is needed: open the address that prb printed' : `the server answered ${answer.status}`);
-  const { source, name = '', question = '', sides } = (await answer.json()) as Partial<Info & SideInfo>;
-  return { source: source === 'live' ? 'live' : 'recording', name, sides: sides ?? [{ name: '', question }] };
+  const { source, name = '', question = '', sides, videos = [] } = (await answer.json()) as Partial<Info & SideInfo>;
+  return { source: source === 'live' ? 'live' : 'recording', name, sides: sides ?? [{ name: '', question }], videos };
 }
 
 /** Lines handled before the page may draw again. */

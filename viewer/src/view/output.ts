@@ -5,6 +5,7 @@ import type { State } from '../state';
 import { clock, layoutWords, seconds } from '../words';
 import { Canvases } from './canvases';
 import { html, say, set } from './dom';
+import type { Footage } from './footage';
 import { paintTiles } from './paint';
 
 /** The picture that fades is composed here before it is laid over the new one. */
@@ -19,9 +20,9 @@ function captionOf({ shown, size, played }: StreamPicture): string {
   return `${label}: ${layout.type}, ${layoutWords(layout.type)} · ${people}${speaker} · ${size.width} × ${size.height} · ${how}`;
 }
 
-function paint(g: CanvasRenderingContext2D, picture: StreamPicture, unit: number): void {
+function paint(g: CanvasRenderingContext2D, picture: StreamPicture, footage: Footage, unit: number): void {
   const { size, tiles, played } = picture;
-  paintTiles(g, size, tiles, unit);
+  paintTiles(g, size, tiles, footage, unit);
   if (picture.fading.length === 0) return;
   const { canvas } = g;
   if (fading.width !== canvas.width || fading.height !== canvas.height) {
@@ -30,7 +31,7 @@ function paint(g: CanvasRenderingContext2D, picture: StreamPicture, unit: number
   }
   const f = fading.getContext('2d', { alpha: false }) as CanvasRenderingContext2D;
   f.setTransform(g.getTransform());
-  paintTiles(f, size, picture.fading, unit);
+  paintTiles(f, size, picture.fading, footage, unit);
   g.globalAlpha = 1 - played;
   g.drawImage(fading, 0, 0, size.width, size.height);
   g.globalAlpha = 1;
@@ -43,7 +44,7 @@ function noteOn({ service, debugOnly }: State, pictures: number): string {
 }
 
 /** Answers whether a transition is being played. */
-export function makeOutput(root: HTMLElement, resized: () => void): (state: State, t: number) => boolean {
+export function makeOutput(root: HTMLElement, resized: () => void, footage: Footage): (state: State, t: number) => boolean {
   const streams = new Canvases('streams', 'stream', resized);
   const note = html('p', { class: 'empty' });
   root.append(note, streams.node);
@@ -58,7 +59,7 @@ export function makeOutput(root: HTMLElement, resized: () => void): (state: Stat
       const { key, layout } = picture.shown;
       set(figure, { 'data-stream': key, 'data-type': layout.type, 'data-animation': layout.animation, 'data-played': picture.played.toFixed(2) });
       streams.caption(i, captionOf(picture));
-      canvas.paint(picture.size, (g, unit) => paint(g, picture, unit));
+      canvas.paint(picture.size, (g, unit) => paint(g, picture, footage, unit));
     });
     return pictures.some((p) => p.played < 1);
   };

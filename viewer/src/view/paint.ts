@@ -4,6 +4,7 @@ import type { Box, Size } from '../events';
 import { heightOf, imageOf, project, turnsOf, widthOf, type Camera, type HeadBox } from '../geometry';
 import { frameColour, ROOM, TONES } from '../palette';
 import { isDashed, type RoomFrame, type Tile } from '../pictures';
+import type { Footage } from './footage';
 
 type Context = CanvasRenderingContext2D;
 
@@ -48,13 +49,25 @@ function line(g: Context, x0: number, y0: number, x1: number, y1: number): void 
   g.lineTo(x1, y1);
 }
 
-/** `left` is where the image begins. */
-export function paintRoom(g: Context, { size }: Camera, left = 0): void {
-  g.drawImage(room(size), left, 0, size.width, size.height);
+/** The middle of a video counts as the camera's image. */
+function paintVideo(g: Context, video: HTMLVideoElement, { width, height }: Size, left: number): void {
+  const scale = Math.min(video.videoWidth / width, video.videoHeight / height);
+  const [w, h] = [width * scale, height * scale];
+  g.drawImage(video, (video.videoWidth - w) / 2, (video.videoHeight - h) / 2, w, h, left, 0, width, height);
+}
+
+/** What a camera saw within `part` of its image; a room with figures when that is not at hand. */
+export function paintImage(g: Context, camera: Camera, part: Box, heads: readonly HeadBox[], footage: Footage, unit: number): void {
+  const video = footage.of(camera.id);
+  for (const { left } of turnsOf(imageOf(camera), camera.size, part)) {
+    if (video) paintVideo(g, video, camera.size, left);
+    else g.drawImage(room(camera.size), left, 0, camera.size.width, camera.size.height);
+  }
+  if (!video) paintFigures(g, heads, unit);
 }
 
 /** Who is nearer, lower in the picture, stands in front. */
-export function paintFigures(g: Context, heads: readonly HeadBox[], unit: number): void {
+function paintFigures(g: Context, heads: readonly HeadBox[], unit: number): void {
   const order = [...heads].sort((a, b) => a.bottom - b.bottom || a.person - b.person);
   for (const head of order) {
     const w = Math.max(1, widthOf(head));
@@ -129,7 +142,7 @@ export function paintFrames(g: Context, frames: readonly RoomFrame[], unit: numb
 }
 
 /** A part of a camera's picture, cut and scaled to its place in the output. */
-export function paintTile(g: Context, { camera, source, dest, figures, heads, number }: Tile, unit: number): void {
+function paintTile(g: Context, { camera, source, dest, figures, heads, number }: Tile, footage: Footage, unit: number): void {
   const x = widthOf(dest) / widthOf(source);
   const y = heightOf(dest) / heightOf(source);
   g.save();
@@ -139,8 +152,7 @@ export function paintTile(g: Context, { camera, source, dest, figures, heads, nu
   g.save();
   g.translate(dest.left - source.left * x, dest.top - source.top * y);
   g.scale(x, y);
-  for (const { left } of turnsOf(imageOf(camera), camera.size, source)) paintRoom(g, camera, left);
-  paintFigures(g, figures, unit / Math.min(x, y));
+  paintImage(g, camera, source, figures, footage, unit / Math.min(x, y));
   g.restore();
   for (const head of heads) {
     const placed = project(head, source, dest);
@@ -152,8 +164,8 @@ export function paintTile(g: Context, { camera, source, dest, figures, heads, nu
   g.restore();
 }
 
-export function paintTiles(g: Context, size: Size, tiles: readonly Tile[], unit: number): void {
+export function paintTiles(g: Context, size: Size, tiles: readonly Tile[], footage: Footage, unit: number): void {
   g.fillStyle = '#000000';
   g.fillRect(0, 0, size.width, size.height);
-  for (const tile of tiles) paintTile(g, tile, unit);
+  for (const tile of tiles) paintTile(g, tile, footage, unit);
 }

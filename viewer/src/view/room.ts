@@ -6,7 +6,8 @@ import { roomOf, type CameraPicture } from '../pictures';
 import type { State } from '../state';
 import { Canvases } from './canvases';
 import { html, set } from './dom';
-import { paintFigures, paintFrames, paintHeads, paintRoom } from './paint';
+import type { Footage } from './footage';
+import { paintFrames, paintHeads, paintImage } from './paint';
 
 const turned = (b: Box, turn: number): Box => ({ ...b, left: b.left + turn, right: b.right + turn });
 
@@ -17,7 +18,7 @@ function captionOf({ camera, own, heads, frames }: CameraPicture): string {
   return `${name}${own ? ' (own)' : ''} · ${camera.size.width} × ${camera.size.height} · ${count(heads.length, 'head')} · ${count(frames.length, 'frame')}`;
 }
 
-export function makeRoom(root: HTMLElement, resized: () => void): (state: State) => void {
+export function makeRoom(root: HTMLElement, resized: () => void, footage: Footage): (state: State) => void {
   const cameras = new Canvases('cameras', 'camera', resized);
   const empty = html('p', { class: 'empty' }, 'No vision result yet.');
   root.append(cameras.node, empty);
@@ -30,12 +31,11 @@ export function makeRoom(root: HTMLElement, resized: () => void): (state: State)
       set(figure, { 'data-camera': picture.camera.id });
       cameras.caption(i, captionOf(picture));
       canvas.paint(picture.camera.size, (g, unit) => {
-        paintRoom(g, picture.camera);
-        const heads = picture.heads.flatMap((h) => turnsOf(h, picture.camera.size, imageOf(picture.camera)));
-        paintFigures(g, heads, unit);
-        paintHeads(g, heads, unit);
         const { size } = picture.camera;
         const image = imageOf(picture.camera);
+        const heads = picture.heads.flatMap((h) => turnsOf(h, size, image));
+        paintImage(g, picture.camera, image, heads, footage, unit);
+        paintHeads(g, heads, unit);
         const frames = picture.frames.flatMap((f) =>
           turnsOf({ ...f.source, frame: f }, size, image).map(({ frame, ...source }) => {
             const turn = source.left - frame.source.left;

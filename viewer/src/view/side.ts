@@ -8,6 +8,7 @@ import type { SideInfo } from '../sources';
 import type { State } from '../state';
 import { CourseView } from './course';
 import { say, set } from './dom';
+import type { Footage } from './footage';
 import { MomentList } from './moments';
 import { makeNumbers } from './numbers';
 import { makeOutput } from './output';
@@ -17,6 +18,7 @@ import { makeWhy } from './why';
 
 export interface SideActions {
   live: boolean;
+  footage: Footage;
   jump(t: number): void;
   redraw(): void;
   filter(filter: MomentFilter): void;
@@ -47,9 +49,9 @@ export class SideView {
     say(part('.side-name'), name);
     set(part('.side-name'), { hidden: !name });
     for (const panel of root.querySelectorAll('.panel')) set(panel, { 'aria-label': [panel.querySelector('h2')?.textContent, name].filter(Boolean).join(', ') });
-    const { redraw } = actions;
-    this.drawRoom = makeRoom(part('.room'), redraw);
-    this.drawOutput = makeOutput(part('.output'), redraw);
+    const { redraw, footage } = actions;
+    this.drawRoom = makeRoom(part('.room'), redraw, footage);
+    this.drawOutput = makeOutput(part('.output'), redraw, footage);
     this.drawNumbers = makeNumbers(part('.numbers') as HTMLDetailsElement, redraw, name);
     this.course = new CourseView(part('.course') as HTMLDetailsElement, redraw);
     this.drawWaits = makeWaits(part('.waits'));
