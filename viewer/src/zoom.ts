@@ -34,17 +34,22 @@ export class Zoom {
     this.start = start;
   }
 
-  /** The time `at` stays where it is while what is `shown` gets `factor` times as long. */
-  by(factor: number, at: number, shown: Span, all: Span): void {
+  /** The time `at` stays where it is while what is `shown` gets `factor` times as long. Answers what is shown then. */
+  by(factor: number, at: number, shown: Span, all: Span): Span {
     const length = Math.max(SHORTEST, (shown.end - shown.start) * factor);
     if (length >= all.end - all.start) {
       this.show(null);
-      return;
+      return all;
     }
-    this.showSpan({ start: at - ((at - shown.start) / (shown.end - shown.start)) * length, end: at + ((shown.end - at) / (shown.end - shown.start)) * length });
+    const start = at - ((at - shown.start) / (shown.end - shown.start)) * length;
+    this.showSpan({ start, end: start + length });
+    return { start, end: start + length };
   }
 
-  pan(ms: number, shown: Span): void {
-    if (this.length !== null) this.start = shown.start + ms;
+  /** Answers what is shown then. */
+  pan(ms: number, shown: Span): Span {
+    if (this.length === null) return shown;
+    this.start = shown.start + ms;
+    return { start: this.start, end: shown.end + ms };
   }
 }

@@ -74,7 +74,8 @@ export class Timeline {
   }
 
   zoomBy(factor: number, at: number): void {
-    this.zoom.by(factor, at, this.shown, this.all);
+    // Two fingers move twice before the next picture.
+    this.shown = this.zoom.by(factor, at, this.shown, this.all);
     this.actions.redraw();
   }
 
@@ -122,7 +123,7 @@ export class Timeline {
   }
 
   private pan(pixels: number): void {
-    this.zoom.pan((pixels * (this.shown.end - this.shown.start)) / Math.max(1, this.width), this.shown);
+    this.shown = this.zoom.pan((pixels * (this.shown.end - this.shown.start)) / Math.max(1, this.width), this.shown);
     this.actions.redraw();
   }
 

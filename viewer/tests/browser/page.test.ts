@@ -5,7 +5,8 @@ import { afterAll, afterEach, beforeAll, describe, expect, test } from 'vitest';
 import { launch } from '../chromium';
 import { meeting } from '../meeting';
 import { serve, type Served } from '../server';
-import { goTo, open, shows } from './look';
+import { frameColour, TONES } from '../../src/palette';
+import { colourOf, coloursAt, far, goTo, open, shows, type Colour } from './look';
 
 let browser: Browser;
 let page: Page;
@@ -123,6 +124,24 @@ test.each(['light', 'dark'] as const)('%s: texts stand out from what is behind t
     return found;
   });
   expect(weak).toEqual([]);
+});
+
+test('what crosses the seam of a panoramic camera is drawn at both ends of its image and whole in its tile', async () => {
+  const size = { width: 2560, height: 720 };
+  const bbox = { left: 2520, top: 200, right: 2600, bottom: 300 };
+  const put = (topic: string, payload: object) => JSON.stringify({ t: 0, topic, payload });
+  const view = { frameindex: 0, fynCamId: 0, srcRef: size, source: { xoffset: 2400, yoffset: 150, width: 320, height: 180 }, dest: { xoffset: 0, yoffset: 0, width: 1280, height: 720 } };
+  const page = await pageWith([
+    put('/cameraParameters/head/0', { imageWidth: 1280, imageHeight: 720, horizontalPeriod: 2560 }),
+    put('/ICDOut', { timestamp: 0, frameNumber: 1, heads: [{ fynId: 0, associatedHeads: [{ id: 0, camId: 0, bbox }] }] }),
+    put('/PRBOut', { streams: [{ streamid: 0, layoutType: 'HEAD', destRef: { width: 1280, height: 720 }, scene: [view] }] }),
+  ]);
+  const [skin, cloth] = TONES[0]!.map(colourOf) as [Colour, Colour];
+  const frame = colourOf(frameColour(0));
+  const room = await coloursAt(page.locator('.cameras canvas'), size, [[2400, 310], [160, 310], [2550, 250], [10, 250]]);
+  const tile = await coloursAt(page.locator('.streams canvas'), { width: 1280, height: 720 }, [[640, 400], [600, 700], [680, 700]]);
+  const wanted = [frame, frame, skin, skin, skin, cloth, cloth];
+  expect([...room, ...tile].map((colour, i) => far(colour, wanted[i]!) < 40)).toEqual(wanted.map(() => true));
 });
 
 test('the theme is chosen and remembered', async () => {

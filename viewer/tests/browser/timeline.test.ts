@@ -55,6 +55,34 @@ describe('the part that is shown', () => {
     await expect.poll(lengthShown, WAIT).toBeGreaterThan(LENGTH - 100);
   });
 
+  test('is pinched by two fingers, and moved by alt drag', async () => {
+    const { y } = await place(15_000);
+    const touch = await page.context().newCDPSession(page);
+    const fingers = async (type: 'touchStart' | 'touchMove' | 'touchEnd', ...times: number[]) => {
+      const touchPoints = await Promise.all(times.map(async (t, id) => ({ x: (await place(t)).x, y, id })));
+      await touch.send('Input.dispatchTouchEvent', { type, touchPoints });
+    };
+    await fingers('touchStart', 12_000, 18_000);
+    for (const apart of [4000, 5000, 6000]) await fingers('touchMove', 15_000 - apart, 15_000 + apart);
+    await fingers('touchEnd');
+    await expect.poll(lengthShown, WAIT).toBeLessThan(LENGTH * 0.6);
+    await expect.poll(lengthShown, WAIT).toBeGreaterThan(LENGTH * 0.4);
+    const before = await shown();
+    expect((before.from + before.to) / 2).toBeCloseTo(15_000, -3.5);
+    await page.keyboard.down('Alt');
+    await page.mouse.move((await place(15_000)).x, y);
+    await page.mouse.down();
+    await page.mouse.move((await place(18_000)).x, y, { steps: 3 });
+    await page.mouse.up();
+    await page.keyboard.up('Alt');
+    // A tenth of the line is a tenth of what is shown, and the length stays.
+    await expect.poll(async () => (await shown()).from, WAIT).toBeLessThan(before.from - 1000);
+    const { from, to } = await shown();
+    expect(before.from - from).toBeCloseTo((before.to - before.from) / 10, -2.5);
+    expect(to - from).toBeCloseTo(before.to - before.from, -1.5);
+    await page.keyboard.press('0');
+  });
+
   test('is a range that was selected, which can be saved as a recording', async () => {
     const [a, b] = [await place(6000), await place(12_000)];
     await page.keyboard.down('Shift');
