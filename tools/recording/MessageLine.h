@@ -2,14 +2,15 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "tools/recording/RecordingEvent.h"
 
 namespace fyn::productionrules {
 
 /**
- * Reads the lines that make up a recording, bus messages as a recorder writes them, without taking their
- * payload apart: its text is used as it stands when it is the compact text of the document.
+ * Reads the lines that make up a recording as a recorder writes them: bus messages, without taking their
+ * payload apart (its text is used as it stands when it is the compact text of the document), and truth.
  */
 class MessageLine {
  public:
@@ -24,6 +25,9 @@ class MessageLine {
 
  private:
   struct Parser;
+
+  /** `rest` begins with the topic. */
+  bool readMessage(const std::string& line, std::string_view rest, RecordingEvent& event);
 
   // Keeps its memory from one line to the next.
   std::unique_ptr<Parser> mParser;

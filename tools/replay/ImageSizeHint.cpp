@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <nlohmann/json.hpp>
+#include <string_view>
 
 #include "model/FynCamerasConfig.h"
 #include "platform/PubSub.h"
@@ -20,6 +21,17 @@ constexpr std::uint64_t kEvery = 15;
 std::int64_t edge(const json& box, const char* name) {
   const auto found = box.find(name);
   return found != box.end() && found->is_number() ? found->get<std::int64_t>() : 0;
+}
+
+/** Cheaper than to take a result apart, of which nearly all have nothing to tell. */
+bool hasEdgeBeyond(const std::string& result, std::string_view name, std::int64_t limit) {
+  for (std::size_t at = result.find(name); at != std::string::npos; at = result.find(name, at)) {
+    at += name.size();
+    if (std::strtoll(result.c_str() + at, nullptr, 10) > limit) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -41,6 +53,10 @@ void ImageSizeHint::look(const RecordingEvent& event) {
 
 void ImageSizeHint::lookAtHeads(const RecordingEvent& event, const std::string& result) {
   const Dimension assumed = getCameraLensModelDimension(-1);
+  if (!hasEdgeBeyond(result, R"("right":)", assumed.width) &&
+      !hasEdgeBeyond(result, R"("bottom":)", assumed.height)) {
+    return;
+  }
   try {
     const json document = json::parse(result);
     for (const json& person : document.at("heads")) {
