@@ -54,10 +54,7 @@ std::string PeopleFramingLayout::getLayoutChangeAnimation() {
 }
 
 std::optional<std::string> PeopleFramingLayout::transitionFrom(const Layout& before) const {
-  const PrConfig& config = PrConfig::get();
-  return config.steadyFramingEnabled && !config.pfAnimationCutOnly
-             ? std::optional(transitionBetween(before, *mState.mCurLayout))
-             : std::nullopt;
+  return PrConfig::get().pfAnimationCutOnly ? std::nullopt : steadyTransition(before, *mState.mCurLayout);
 }
 
 std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {

@@ -22,9 +22,13 @@ double likeness(const Layout& before, const Layout& after) {
 
 }  // namespace
 
-std::string transitionBetween(const Layout& before, const Layout& after) {
+std::optional<std::string> steadyTransition(const Layout& before, const Layout& after) {
+  const PrConfig& config = PrConfig::get();
+  if (!config.steadyFramingEnabled) {
+    return std::nullopt;
+  }
   const double share = likeness(before, after);
-  if (PrConfig::get().animationEnableEase && share >= kOneShot) {
+  if (config.animationEnableEase && share >= kOneShot) {
     return "ease";
   }
   return share >= kAlike ? "dissolve" : "cut";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "model/Layout.h"
@@ -7,9 +8,10 @@
 namespace fyn::productionrules {
 
 /**
- * The transition between two pictures that the eye can follow: "ease" (where the configuration allows it) for
- * a move within one shot, "dissolve" for two that are alike, else "cut". Both have their views.
+ * The transition of steady framing between two pictures, which the eye can follow: "ease" (where the
+ * configuration allows it) for a move within one shot, "dissolve" for two that are alike, else "cut". Nothing
+ * while steady framing is off. Both pictures have their views.
  */
-std::string transitionBetween(const Layout& before, const Layout& after);
+std::optional<std::string> steadyTransition(const Layout& before, const Layout& after);
 
 }  // namespace fyn::productionrules

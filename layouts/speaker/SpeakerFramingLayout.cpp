@@ -99,10 +99,7 @@ std::string SpeakerFramingLayout::getLayoutChangeAnimation() {
 }
 
 std::optional<std::string> SpeakerFramingLayout::transitionFrom(const Layout& before) const {
-  const PrConfig& config = PrConfig::get();
-  return config.steadyFramingEnabled && !config.animationCutOnly
-             ? std::optional(transitionBetween(before, *mState.mCurLayout))
-             : std::nullopt;
+  return PrConfig::get().animationCutOnly ? std::nullopt : steadyTransition(before, *mState.mCurLayout);
 }
 
 std::string SpeakerFramingLayout::getReframeAnimation(HeadPosition position) {
