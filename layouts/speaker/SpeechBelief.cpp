@@ -17,11 +17,13 @@ struct Tempo {
   double fallMs;
   /** For how long somebody must have spoken while somebody on screen goes on. */
   std::uint32_t newcomerMs;
+  /** For how long somebody who is no longer tagged goes on. */
+  std::uint32_t hangOverMs;
 };
 
-constexpr Tempo kUsual{400, 500, 1000};
+constexpr Tempo kUsual{400, 500, 1000, 250};
 // Sooner at a speaker, and not so soon gone where a tag has gaps.
-constexpr Tempo kSteady{300, 800, 500};
+constexpr Tempo kSteady{200, 800, 500, 400};
 
 const Tempo& tempo() {
   return PrConfig::get().steadyFramingEnabled ? kSteady : kUsual;
@@ -33,7 +35,6 @@ constexpr double kOnUndisputed = 0.6;
 constexpr double kOff = 0.25;
 constexpr double kForgotten = 0.01;
 constexpr std::uint32_t kUndisputedMs = 400;
-constexpr std::uint32_t kHangOverMs = 250;
 constexpr std::uint32_t kFrozenMs = 500;
 
 bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uint32_t now) {
@@ -75,7 +76,7 @@ void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t no
   if (!hint.isTagged) {
     return;
   }
-  if (!voice.speaks && !isWithin(voice.taggedAt, kHangOverMs, now)) {
+  if (!voice.speaks && !isWithin(voice.taggedAt, tempo().hangOverMs, now)) {
     voice.began = now;
   }
   voice.taggedAt = now;
@@ -91,7 +92,7 @@ void SpeechBelief::giveTheWord(const std::vector<SpeechHint>& hints, std::uint32
   mSpeakers.clear();
   const auto goesOn = [&](const SpeechHint& hint) {
     const Voice& voice = mVoices.at(hint.person);
-    return voice.speaks && isWithin(voice.taggedAt, kHangOverMs, now);
+    return voice.speaks && isWithin(voice.taggedAt, tempo().hangOverMs, now);
   };
   const bool somebodyGoesOn = std::any_of(hints.begin(), hints.end(), goesOn);
   const bool somebodyShownGoesOn = std::any_of(
