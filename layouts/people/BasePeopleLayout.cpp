@@ -44,6 +44,12 @@ void addFrame(Layout& layout, const PeopleUnit& unit) {
   layout.frames.push_back(std::move(frame));
 }
 
+bool isInViewOf(std::uint32_t camId, const std::vector<Seat>& seats) {
+  const HeadsInView heads = headsForTiles(camId);
+  return std::all_of(seats.begin(), seats.end(),
+                     [&](const Seat& seat) { return heads.find(*seat.person) != nullptr; });
+}
+
 }  // namespace
 
 BasePeopleLayout::BasePeopleLayout() {
@@ -67,8 +73,11 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const Pe
   const bool walks = std::any_of(choice.seats.begin(), choice.seats.end(),
                                  [this](const Seat& seat) { return hasWalked(*seat.person); });
   const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
-  const std::shared_ptr<Layout> tiles = walks || isTooMany ? nullptr : tilesFor(settled(choice.seats));
+  const bool looks = isFirstLook() && isInViewOf(choice.groupCamId, choice.seats);
+  const bool isOpen = walks || isTooMany || looks;
+  const std::shared_ptr<Layout> tiles = isOpen ? nullptr : tilesFor(settled(choice.seats));
   const char* const reason = walks                                    ? "somebody walks"
+                             : looks                                  ? kFirstLook
                              : tiles != nullptr && isUnsettled(tiles) ? kUnsettled
                                                                       : "";
   return tiles != nullptr && *reason == '\0' ? tiles

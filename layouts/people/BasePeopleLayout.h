@@ -87,6 +87,9 @@ class BasePeopleLayout : public BaseLayout {
   /** Whether the picture of everybody is of the whole image; by default never. */
   virtual bool showsWholeRoom() const;
 
+  /** Whether a scene has just begun, so that nobody can tell yet who walks. */
+  bool isFirstLook() const;
+
   /** Whether the picture is made for that person; by default for everybody. */
   virtual bool isMeant(const FynHead& person) const;
 
@@ -98,6 +101,9 @@ class BasePeopleLayout : public BaseLayout {
 
   /** The frame of a picture of everybody, null while another one is shown. */
   const Frame* groupOnScreen() const;
+
+  /** Why everybody is in one picture before anybody is known to walk. */
+  static constexpr const char* kFirstLook = "a first look at the room";
 
   /** Gives the persons of the layouts at hand the numbers that they have now. */
   void takeNewNumbers();
@@ -119,6 +125,7 @@ class BasePeopleLayout : public BaseLayout {
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;
+  bool isFirstGroup(std::uint32_t withinMs) const;
   bool isEverybodyWhole() const;
   bool isATileEmpty() const;
   bool canCloseIn(const Frame& frame);

@@ -21,6 +21,9 @@ namespace {
 
 // From 500 to 6000 make no difference.
 constexpr std::uint32_t kWalkedMs = 3000;
+// As much of a path as tells who walks; then tiles need no further wait, in a calm room.
+constexpr std::uint32_t kFirstLookMs = 1500;
+constexpr std::uint32_t kFirstTilesMs = 6000;
 constexpr std::uint32_t kGroupOfWalkersMs = 1000;
 constexpr std::uint32_t kWalkerOutsideMs = 500;
 constexpr std::uint32_t kUnsettledMs = 2000;
@@ -112,6 +115,15 @@ const Frame* BasePeopleLayout::groupOnScreen() const {
 
 // ---- Who walks is shown by the group ----
 
+bool BasePeopleLayout::isFirstLook() const {
+  return PrConfig::get().steadyFramingEnabled && (mState.mCurLayout == nullptr || isFirstGroup(kFirstLookMs));
+}
+
+// Whether the scene has begun with the picture of everybody on screen, less than so long ago.
+bool BasePeopleLayout::isFirstGroup(std::uint32_t withinMs) const {
+  return mState.adoptedBefore == 0 && groupOnScreen() != nullptr && tick() - mState.adoptedAt < withinMs;
+}
+
 // While all are in one picture, a tile for who has just come can wait: a box where nobody is would
 // begin the wait for all tiles anew. Not where such boxes are so many that tiles have not settled before.
 std::vector<Seat> BasePeopleLayout::settled(const std::vector<Seat>& seats) const {
@@ -135,6 +147,10 @@ bool BasePeopleLayout::isUnsettled(const std::shared_ptr<Layout>& tiles) const {
 std::uint32_t BasePeopleLayout::steadyWait(const Layout& candidate, std::uint32_t waitMs) const {
   if (!isSteady()) {
     return waitMs;
+  }
+  if (PrConfig::get().steadyFramingEnabled && isFirstGroup(kFirstTilesMs) &&
+      !hasAnybodyWalked(kFirstTilesMs)) {
+    return 0;
   }
   const bool isGroup = candidate.layoutType == FramingType::GROUP;
   if (isGroup && doesSomebodyWalk()) {

@@ -217,9 +217,9 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   layout->layoutType = followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
   constructGroupLayout(followed, layout, camId);
   fillPositionRect(layout);
-  if (followed.empty() || walks || !tryView(layout->frames.front())) {
+  if (followed.empty() || walks || isFirstLook() || !tryView(layout->frames.front())) {
     layout->layoutType = everybody.empty() ? FramingType::ROOM : FramingType::GROUP;
-    layout->reason = walks ? "somebody walks" : "";
+    layout->reason = walks ? "somebody walks" : isFirstLook() ? kFirstLook : "";
     constructGroupLayout(everybody, layout, camId);
     fillPositionRect(layout);
   }
@@ -259,7 +259,8 @@ HeadPosition MultiStreamPeopleFramingLayout::getCurrentHeadPosition(const Frame&
 }
 
 bool MultiStreamPeopleFramingLayout::showsWholeRoom() const {
-  return hasAnybodyWalked(PrConfig::get().steadyFramingEnabled ? kRestlessRoomMs : kRestlessMs);
+  return isFirstLook() ||
+         hasAnybodyWalked(PrConfig::get().steadyFramingEnabled ? kRestlessRoomMs : kRestlessMs);
 }
 
 // Whether a frame for the person would soon have to follow a walk.
