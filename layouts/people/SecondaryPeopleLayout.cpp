@@ -1,5 +1,6 @@
 #include "layouts/people/SecondaryPeopleLayout.h"
 
+#include "config/PrConfig.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 
 namespace fyn::productionrules {
@@ -23,6 +24,14 @@ bool SecondaryPeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, 
 
 std::uint32_t SecondaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition position) {
   return waitForSingleHead(position);
+}
+
+void SecondaryPeopleLayout::calculateGroupFraming(Frame& frame) {
+  const Rect sent = frame.source;
+  BaseSecondaryLayout::calculateGroupFraming(frame);
+  if (PrConfig::get().steadyFramingEnabled && !isZeroRect(sent)) {
+    frame.source = sent;
+  }
 }
 
 }  // namespace fyn::productionrules

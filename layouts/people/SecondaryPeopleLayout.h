@@ -20,6 +20,9 @@ class SecondaryPeopleLayout : public BaseSecondaryLayout {
 
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
 
+  /** In steady framing the view stays as it was sent: a primary knows who walks, and sends each new view. */
+  void calculateGroupFraming(Frame& frame) override;
+
  private:
   PeopleHeadFaults mHeadFaults;
 };
