@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <atomic>
 #include <chrono>
-#include <future>
 #include <utility>
 
 #include "platform/ErasableProperties.h"
@@ -16,6 +15,8 @@ namespace fyn::productionrules {
 namespace {
 
 constexpr std::chrono::seconds kAnswerLimit{5};
+/** How long a wish to end may take to be seen. */
+constexpr std::chrono::milliseconds kSlice{20};
 
 bool concernsProperties(const PlatformOptions::Row& row) {
   return row.field == &PlatformOptions::properties;
@@ -124,12 +125,25 @@ std::uint64_t LiveBus::close() {
   return mDevice.lostMessages ? mDevice.lostMessages() : 0;
 }
 
-void LiveBus::waitUntilReady() {
+std::future<void> LiveBus::askWhetherReady() {
   const auto ready = std::make_shared<std::promise<void>>();
-  std::future<void> answer = ready->get_future();
   mDevice.whenBusReady([ready] { ready->set_value(); });
-  if (answer.wait_for(kAnswerLimit) != std::future_status::ready) {
+  return ready->get_future();
+}
+
+void LiveBus::waitUntilReady() {
+  if (askWhetherReady().wait_for(kAnswerLimit) != std::future_status::ready) {
     throw std::runtime_error("the bus " + mAddress + " does not answer");
+  }
+}
+
+void LiveBus::waitUntilReady(StopSignals& stop) {
+  const auto end = std::chrono::steady_clock::now() + kAnswerLimit;
+  const std::future<void> answer = askWhetherReady();
+  while (answer.wait_for(kSlice) != std::future_status::ready && !stop.waitFor(std::chrono::nanoseconds(0))) {
+    if (std::chrono::steady_clock::now() > end) {
+      throw std::runtime_error("the bus " + mAddress + " does not answer");
+    }
   }
 }
 

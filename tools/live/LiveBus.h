@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <future>
 #include <string>
 
 #include "platform/linux/PlatformFactory.h"
+#include "tools/base/StopSignals.h"
 
 namespace CLI {
 class App;
@@ -53,7 +55,12 @@ class LiveBus {
   /** Waits until subscriptions made so far are in force. */
   void waitUntilReady();
 
+  /** The same; returns sooner when somebody wishes to end. */
+  void waitUntilReady(StopSignals& stop);
+
  private:
+  std::future<void> askWhetherReady();
+
   DevicePlatform mDevice;
   const std::string mAddress;
 };

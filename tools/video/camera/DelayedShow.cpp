@@ -37,8 +37,8 @@ void DelayedShow::showFirst() {
                                : std::optional<std::int64_t>(mWaiting.front().frame.time.timestampMs));
 }
 
-void DelayedShow::finish() {
-  while (!mWaiting.empty()) {
+void DelayedShow::finish(std::chrono::steady_clock::time_point end) {
+  while (!mWaiting.empty() && std::chrono::steady_clock::now() < end) {
     showFirst();
   }
 }

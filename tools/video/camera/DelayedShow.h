@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -24,8 +25,8 @@ class DelayedShow {
 
   void handle(const Arrival& arrival);
 
-  /** Shows the frames that still wait. */
-  void finish();
+  /** Shows the frames that still wait, as many as it can by then. */
+  void finish(std::chrono::steady_clock::time_point end);
 
  protected:
   struct Waiting {

@@ -28,6 +28,8 @@ namespace {
 
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
+/** How long what waits is still shown then. */
+constexpr std::chrono::milliseconds kAfterwards{500};
 /** The bus of the options when none is named. */
 constexpr const char* kNoBus = "embedded";
 
@@ -79,10 +81,11 @@ void sayReady() {
 /** What the programs on the bus say, as long as it lives. */
 class BusEnd {
  public:
-  BusEnd(const PlatformOptions& platform, Inbox& inbox) : mListener(inbox), mBus(platform) {
+  BusEnd(const PlatformOptions& platform, Inbox& inbox, StopSignals& stop)
+      : mListener(inbox), mBus(platform) {
     mBus.client().subscribe(std::string(topics::kVisionResult), mListener);
     mBus.client().subscribe(std::string(topics::kScene), mListener);
-    mBus.waitUntilReady();
+    mBus.waitUntilReady(stop);
   }
 
  private:
@@ -93,7 +96,7 @@ class BusEnd {
 /** Shows each frame that a vision feed on the bus reports, until it is told to end. */
 void follow(const CameraArguments& arguments, Player& player, StopSignals& stop) {
   Inbox inbox;
-  const BusEnd bus(arguments.platform, inbox);
+  const BusEnd bus(arguments.platform, inbox, stop);
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
   sayReady();
   FollowedFrames frames(player, arguments.delay);
@@ -102,10 +105,15 @@ void follow(const CameraArguments& arguments, Player& player, StopSignals& stop)
       frames.handle(*arrival);
     }
   }
-  while (const std::optional<Arrival> arrival = inbox.take(kSlice)) {
+  const auto end = std::chrono::steady_clock::now() + kAfterwards;
+  while (std::chrono::steady_clock::now() < end) {
+    const std::optional<Arrival> arrival = inbox.take(kSlice);
+    if (!arrival) {
+      break;
+    }
     frames.handle(*arrival);
   }
-  frames.finish();
+  frames.finish(end);
 }
 
 /** Shows the inputs at their own pace, until they end or it is told to. */
@@ -114,7 +122,7 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
   Inbox inbox;
   std::optional<BusEnd> bus;
   if (arguments.platform.bus != kNoBus) {
-    bus.emplace(arguments.platform, inbox);
+    bus.emplace(arguments.platform, inbox, stop);
   }
   std::optional<FrameFeed> feed;
   std::optional<SoundInput> sound;
@@ -128,11 +136,13 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
   const auto start = std::chrono::steady_clock::now();
   const double frameMs = 1000.0 / player.rate();
   const double interval = arguments.fast || player.isLive() ? 0.0 : frameMs;
+  bool isWished = false;
   for (std::int64_t number = 1;; ++number) {
     const auto due =
         start + std::chrono::duration_cast<std::chrono::nanoseconds>(
                     std::chrono::duration<double, std::milli>(interval * static_cast<double>(number - 1)));
-    if (stop.waitFor(due - std::chrono::steady_clock::now()) || !player.read(number)) {
+    isWished = stop.waitFor(due - std::chrono::steady_clock::now());
+    if (isWished || !player.read(number)) {
       break;
     }
     const FrameTime taken{number, ServiceState::current().clock().wallMs()};
@@ -145,7 +155,8 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
     }
     show.take(taken);
   }
-  show.finish();
+  using Time = std::chrono::steady_clock::time_point;
+  show.finish(isWished ? std::chrono::steady_clock::now() + kAfterwards : Time::max());
 }
 
 /** The pictures of a stopped film are worth something, so films are written in place. */

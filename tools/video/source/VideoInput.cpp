@@ -5,6 +5,7 @@ extern "C" {
 }
 
 #include <cmath>
+#include <cstdlib>
 #include <opencv2/core/utils/logger.hpp>
 
 #include "tools/base/UsageError.h"
@@ -102,6 +103,8 @@ void VideoInput::rewind() {
 void silenceVideoLibraries() {
   cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
   av_log_set_level(AV_LOG_QUIET);
+  // Seconds after which a device that hangs counts as gone; a program that ends waits no longer.
+  setenv("OPENCV_VIDEOIO_V4L_SELECT_TIMEOUT", "1", 0);
 }
 
 cv::Mat middleOf(const cv::Mat& picture) {

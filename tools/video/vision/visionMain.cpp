@@ -128,8 +128,9 @@ class Videos {
 /** Puts on the bus what is seen, and every few seconds of which cameras. */
 class Publisher {
  public:
-  Publisher(Pipeline& pipeline, const PlatformOptions& platform) : mPipeline(pipeline), mBus(platform) {
-    mBus.waitUntilReady();
+  Publisher(Pipeline& pipeline, const PlatformOptions& platform, StopSignals& stop)
+      : mPipeline(pipeline), mBus(platform) {
+    mBus.waitUntilReady(stop);
   }
 
   void publish(const FedFrame& frame) {
@@ -149,8 +150,9 @@ class Publisher {
   std::int64_t mCamerasDue = 0;
 };
 
-/** Every frame as fast as possible into a recording; its times are those of the video. */
-void writeRecording(const VisionArguments& arguments) {
+/** Every frame as fast as possible into a recording; its times are those of the video. A wish to end leaves
+ * it at what is seen by then. */
+void writeRecording(const VisionArguments& arguments, StopSignals& stop) {
   const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
   Videos videos(inputs, arguments.sound);
   Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, false, arguments.withoutSound);
@@ -160,7 +162,7 @@ void writeRecording(const VisionArguments& arguments) {
   OutputFile output(arguments.recording.output, arguments.recording.rules, std::cout);
   RecordingWriter writer(output.stream());
   writeMeetingStart(writer, arguments.recording, pipeline.cameras());
-  while (videos.next()) {
+  while (!stop.waitFor(std::chrono::nanoseconds(0)) && videos.next()) {
     const std::int64_t ms = videos.timeOf(videos.number());
     writer.write({ms, visionMessage(pipeline.look(videos.frame(ms)), pipeline.cameras())});
   }
@@ -172,7 +174,7 @@ void publish(const VisionArguments& arguments, StopSignals& stop) {
   const std::vector<CameraInput> inputs = cameraInputs(arguments.inputs, arguments.calibration);
   Videos videos(inputs, arguments.sound);
   Pipeline pipeline(inputs, makeDetector(arguments), arguments.every, true, arguments.withoutSound);
-  Publisher publisher(pipeline, arguments.platform);
+  Publisher publisher(pipeline, arguments.platform, stop);
   const Clock& wall = ServiceState::current().clock();
   const std::int64_t startWall = wall.wallMs();
   const auto start = std::chrono::steady_clock::now();
@@ -200,7 +202,7 @@ void publishFed(const VisionArguments& arguments, StopSignals& stop) {
       publisher.reset();
       pipeline = std::make_unique<Pipeline>(feed.cameras(), makeDetector(arguments), arguments.every, true,
                                             arguments.withoutSound);
-      publisher = std::make_unique<Publisher>(*pipeline, arguments.platform);
+      publisher = std::make_unique<Publisher>(*pipeline, arguments.platform, stop);
     }
     publisher->publish(*frame);
   }
@@ -258,15 +260,15 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
 }
 
 void runVision(const VisionArguments& arguments) {
+  // Before the video library starts threads, which would take the signals.
+  StopSignals stop;
   if (arguments.platform.bus == "embedded") {
     if (!arguments.feed.empty()) {
       throw UsageError("--feed needs --bus: what is seen of a feed has no place in a recording");
     }
-    writeRecording(arguments);
+    writeRecording(arguments, stop);
     return;
   }
-  // Before the video library starts threads, which would take the signals.
-  StopSignals stop;
   if (arguments.feed.empty()) {
     publish(arguments, stop);
   } else {
