@@ -8,11 +8,12 @@ namespace {
 
 const cv::Size kOutput{kWidth, kHeight};
 const Colour kBlack{0, 0, 0};
+constexpr double kAnyEnlargement = 1000;
 
 /** A picture that begins with one field of the chart, cut at 0, and goes on with another. */
 class Changing {
  public:
-  explicit Changing(std::size_t cameras = 1) : composer(kOutput, cameras) {
+  explicit Changing(std::size_t cameras = 1) : composer(kOutput, cameras, kAnyEnlargement) {
     for (std::size_t camera = 0; camera < cameras; ++camera) {
       pictures.push_back(chart(kOutput, static_cast<int>(camera)));
     }
@@ -36,7 +37,7 @@ TEST(Composer, ATileShowsThePartThatItNames) {
         Case{"much larger", {3840, 2160}, {1280, 720}}, Case{"smaller", {640, 360}, {1280, 720}},
         Case{"full size", {1920, 1080}, {1920, 1080}}, Case{"not wide", {768, 576}, {768, 576}}}) {
     SCOPED_TRACE(one.name);
-    Composer composer(kOutput, 1);
+    Composer composer(kOutput, 1, kAnyEnlargement);
     const std::vector<cv::Mat> pictures{chart(one.picture)};
     for (const auto& [column, row] : {std::pair{0, 0}, {7, 3}, {3, 1}, {7, 0}}) {
       const int width = one.reference.width / kColumns;
@@ -134,6 +135,64 @@ TEST(Composer, AnEaseMovesTheViewAndTheTile) {
   EXPECT_EQ(at(changing.composer.compose(changing.pictures, 1050), 600, 200), chartColour(1, 0));
   EXPECT_EQ(leftEdge(1075), 675);
   EXPECT_EQ(leftEdge(1100), 800);
+}
+
+// A slope of two levels a pixel tells a view's place to a fraction of a pixel.
+TEST(Composer, AnEaseMovesTheViewByFractionsOfAPixel) {
+  cv::Mat slope(kHeight, kWidth, CV_8UC3);
+  for (int x = 0; x < kWidth; ++x) {
+    slope.col(x).setTo(cv::Scalar::all(2 * (x % 128)));
+  }
+  for (const cv::Rect& view : {cv::Rect(256, 0, 64, 36), cv::Rect(256, 0, 100, 100)}) {
+    Composer composer(kOutput, 1, kAnyEnlargement);
+    composer.show(sceneOf({{view, kWhole}}), 0);
+    composer.show(sceneOf({{view + cv::Point(8, 0), kWhole}}, "ease", 1000), 1000);
+    for (int ms = 0; ms <= 1000; ms += 20) {
+      const double progress = ms / 1000.0;
+      const double left = 8 * progress * progress * (3 - 2 * progress);
+      const double expected = 2 * (left + view.width * 640.5 / kWidth - 0.5);
+      EXPECT_NEAR(at(composer.compose({slope}, 1000 + ms), 640, 360)[0], expected, 0.7) << ms;
+    }
+  }
+}
+
+TEST(Composer, AnEnlargedLineStaysBright) {
+  cv::Mat line(kHeight, kWidth, CV_8UC3, cv::Scalar::all(0));
+  line.col(100).setTo(cv::Scalar::all(240));
+  Composer composer(kOutput, 1, kAnyEnlargement);
+  composer.show(sceneOf({{{0, 0, 320, 180}, kWhole}}), 0);
+  // In a straight line between two pixels it would be 210.
+  EXPECT_GT(at(composer.compose({line}, 0), 401, 360)[0], 225);
+}
+
+TEST(Composer, AViewIsNoSmallerThanTheCamerasPixelsBear) {
+  struct Case {
+    const char* name;
+    cv::Size picture;
+    cv::Rect view;
+    cv::Rect shown;
+  };
+  for (const Case& one : {Case{"large enough", {1280, 720}, {100, 100, 640, 360}, {100, 100, 640, 360}},
+                          Case{"around its middle", {1280, 720}, {600, 320, 80, 45}, {320, 162, 640, 360}},
+                          Case{"at the edge", {1280, 720}, {1200, 0, 80, 45}, {640, 0, 640, 360}},
+                          Case{"of more pixels", {2560, 1440}, {100, 100, 320, 180}, {100, 100, 320, 180}},
+                          Case{"of too few", {320, 180}, {600, 320, 80, 45}, {0, 0, 1280, 720}}}) {
+    cv::Mat map(one.picture, CV_8UC3);
+    for (int y = 0; y < map.rows; ++y) {
+      for (int x = 0; x < map.cols; ++x) {
+        map.at<Colour>(y, x) = {static_cast<std::uint8_t>(200 * x / map.cols),
+                                static_cast<std::uint8_t>(200 * y / map.rows), 0};
+      }
+    }
+    Composer composer(kOutput, 1, 2);
+    composer.show(sceneOf({{one.view, kWhole}}), 0);
+    const cv::Mat& output = composer.compose({map}, 0);
+    const auto place = [&](int x, int y) { return at(output, x, y); };
+    EXPECT_NEAR(place(0, 0)[0], 200 * one.shown.x / 1280, 2) << one.name;
+    EXPECT_NEAR(place(0, 0)[1], 200 * one.shown.y / 720, 2) << one.name;
+    EXPECT_NEAR(place(1279, 719)[0], 200 * (one.shown.x + one.shown.width) / 1280, 2) << one.name;
+    EXPECT_NEAR(place(1279, 719)[1], 200 * (one.shown.y + one.shown.height) / 720, 2) << one.name;
+  }
 }
 
 TEST(Composer, AnEaseThatIsInterruptedGoesOnFromWhereItIs) {

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "tests/testing/ScratchFolder.h"
 #include "tests/video/Pictures.h"
 #include "tools/video/camera/Programme.h"
+#include "tools/video/camera/StatusLine.h"
 
 namespace fyn::productionrules::video::testing {
 namespace {
@@ -55,7 +58,8 @@ class Evening {
   }
 
   Lines complaints;
-  Programme programme{{kWidth, kHeight}, 1, [this](const std::string& text) { complaints.push_back(text); }};
+  Programme programme{
+      {kWidth, kHeight}, 1, [this](const std::string& text) { complaints.push_back(text); }, 1000};
 
  private:
   const std::vector<cv::Mat> mPictures{chart({kWidth, kHeight})};
@@ -142,6 +146,37 @@ TEST(Programme, WhatCannotBeShownIsToldOnceAndLeavesThePictureAsItIs) {
   evening.programme.add(outside);
   EXPECT_EQ(evening.frame(++number), Lines{"0: scene 3, column 4"});
   EXPECT_EQ(evening.complaints.size(), 5U);
+}
+
+TEST(StatusLine, SaysWhatGoesOnOnceASecond) {
+  struct Case {
+    std::optional<std::int64_t> scene;
+    std::size_t tiles;
+    std::vector<std::int64_t> heads;
+    const char* text;
+  };
+  const std::string mode = "PeopleFraming";
+  for (const Case& one : {Case{std::nullopt, 0, {}, "0 people, no scene yet: the whole picture, 42 ms old"},
+                          Case{7, 1, {4}, "1 person, PeopleFraming, scene 7 of 1 tile, 42 ms old"},
+                          Case{8, 3, {4, 5, 4}, "2 people, PeopleFraming, scene 8 of 3 tiles, 42 ms old"}}) {
+    const std::vector<SceneTile> tiles(one.tiles);
+    const cv::Mat picture;
+    std::vector<ShownHead> heads;
+    for (const std::int64_t person : one.heads) {
+      heads.push_back({0, person, false, {}});
+    }
+    const productionrules::testing::ScratchFolder folder;
+    StatusLine line(folder.file("status"));
+    for (const std::int64_t ms : {1000, 1400, 1999, 2000, 500, 600}) {
+      line.shown({0, {1, ms}, one.scene, mode, tiles, picture}, heads, 42);
+    }
+    std::ifstream written(folder.file("status"));
+    int lines = 0;
+    for (std::string text; std::getline(written, text); ++lines) {
+      EXPECT_EQ(text, one.text);
+    }
+    EXPECT_EQ(lines, 3);
+  }
 }
 
 }  // namespace

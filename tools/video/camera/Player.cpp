@@ -9,14 +9,14 @@ namespace fyn::productionrules::video {
 
 namespace {
 
-const cv::Size kPicture(kOutputSize.width, kOutputSize.height);
 constexpr std::size_t kFramesToRemember = 300;
 
-std::vector<std::unique_ptr<VideoInput>> open(const std::vector<CameraInput>& cameras) {
+std::vector<std::unique_ptr<VideoInput>> open(const std::vector<CameraInput>& cameras,
+                                              const DeviceFormat& device) {
   std::vector<std::unique_ptr<VideoInput>> inputs;
   inputs.reserve(cameras.size());
   for (const CameraInput& camera : cameras) {
-    inputs.push_back(std::make_unique<VideoInput>(camera.input));
+    inputs.push_back(std::make_unique<VideoInput>(camera.input, device));
   }
   return inputs;
 }
@@ -26,9 +26,9 @@ std::vector<std::unique_ptr<VideoInput>> open(const std::vector<CameraInput>& ca
 Player::Player(const std::vector<CameraInput>& cameras, const PlayerOptions& options, const Clock& clock)
     : mOptions(options),
       mClock(clock),
-      mInputs(open(cameras)),
+      mInputs(open(cameras, options.device)),
       mRead(cameras.size()),
-      mProgramme(kPicture, cameras.size(), options.complain) {
+      mProgramme(options.size, cameras.size(), options.complain, options.mostEnlarged) {
   for (const std::string& target : options.outputs) {
     mMayLeaveOut = mMayLeaveOut && !keepsEveryPicture(target);
   }
@@ -116,7 +116,7 @@ void Player::write(const ComposedPicture& composed, const std::vector<ShownHead>
   if (composed.stream == 0 && mFilm) {
     mFilm->write(mSideBySide.draw(pictures, heads, composed));
   }
-  note(composed);
+  note(composed, heads);
 }
 
 PictureSink* Player::sinkOf(std::int32_t stream) {
@@ -130,16 +130,19 @@ PictureSink* Player::sinkOf(std::int32_t stream) {
   if (target.empty()) {
     mOptions.complain("stream " + std::to_string(stream) + " has no output: name one with --output");
   } else {
-    sink = openTarget(target, {kPicture, rate()});
+    sink = openTarget(target, {mOptions.size, rate()});
   }
   return sink.get();
 }
 
-void Player::note(const ComposedPicture& composed) {
+void Player::note(const ComposedPicture& composed, const std::vector<ShownHead>& heads) {
   const std::int64_t now = mClock.wallMs();
   // Offline nobody tells of frames, and their time has nothing to do with the wall clock.
   if (composed.stream == 0 && !mTaken.empty()) {
     mTimes.add("frame to its picture", static_cast<double>(now - composed.frame.timestampMs));
+    if (mOptions.status != nullptr) {
+      mOptions.status->shown(composed, heads, now - composed.frame.timestampMs);
+    }
   }
   if (mOptions.journal != nullptr) {
     *mOptions.journal << R"({"stream":)" << composed.stream << R"(,"frame":)" << composed.frame.number

@@ -12,6 +12,7 @@
 #include "platform/Clock.h"
 #include "tools/video/camera/Programme.h"
 #include "tools/video/camera/SideBySide.h"
+#include "tools/video/camera/StatusLine.h"
 #include "tools/video/camera/Targets.h"
 #include "tools/video/source/CameraInputs.h"
 #include "tools/video/source/StageTimes.h"
@@ -30,6 +31,14 @@ struct PlayerOptions {
   /** Gets one JSON line per picture; may be null. */
   std::ostream* journal = nullptr;
   Programme::Complaint complain;
+  /** Of the pictures of the streams. */
+  cv::Size size{kOutputSize.width, kOutputSize.height};
+  /** As Composer has it. */
+  double mostEnlarged = 3;
+  /** What a device is asked for. */
+  DeviceFormat device;
+  /** Told of each picture of stream 0; may be null. */
+  StatusLine* status = nullptr;
 };
 
 /** Reads the cameras' videos and writes what the programme makes of them. */
@@ -75,7 +84,7 @@ class Player {
   void write(const ComposedPicture& composed, const std::vector<ShownHead>& heads,
              const std::vector<cv::Mat>& pictures);
   PictureSink* sinkOf(std::int32_t stream);
-  void note(const ComposedPicture& composed);
+  void note(const ComposedPicture& composed, const std::vector<ShownHead>& heads);
 
   const PlayerOptions mOptions;
   const Clock& mClock;

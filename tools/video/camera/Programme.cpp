@@ -18,9 +18,9 @@ constexpr std::size_t kMostPending = 1000;
 
 }  // namespace
 
-Programme::Programme(cv::Size size, std::size_t cameras, Complaint complain)
-    : mSize(size), mCameras(cameras), mComplain(std::move(complain)) {
-  mStreams.emplace(0, Stream{Composer(mSize, mCameras), {}, {}});
+Programme::Programme(cv::Size size, std::size_t cameras, Complaint complain, double mostEnlarged)
+    : mSize(size), mCameras(cameras), mComplain(std::move(complain)), mMostEnlarged(mostEnlarged) {
+  mStreams.emplace(0, Stream{Composer(mSize, mCameras, mMostEnlarged), {}, {}, {}});
 }
 
 std::optional<std::int64_t> Programme::add(const std::string& document, std::optional<std::int64_t> atMs) {
@@ -49,7 +49,8 @@ void Programme::compose(const std::vector<cv::Mat>& pictures, const FrameTime& f
     mPending.pop_front();
   }
   for (auto& [id, stream] : mStreams) {
-    show({id, frame, stream.sceneNumber, stream.tiles, stream.composer.compose(pictures, frame.timestampMs)});
+    show({id, frame, stream.sceneNumber, stream.mode, stream.tiles,
+          stream.composer.compose(pictures, frame.timestampMs)});
   }
 }
 
@@ -59,9 +60,10 @@ void Programme::begin(const StreamScene& scene, std::int64_t nowMs) {
     if (known != mStreams.end()) {
       known->second.composer.show(scene, nowMs);
       known->second.sceneNumber = scene.sceneNumber;
+      known->second.mode = scene.mode;
       known->second.tiles = scene.tiles;
     } else if (mStreams.size() < kMostStreams) {
-      Stream stream{Composer(mSize, mCameras), scene.sceneNumber, scene.tiles};
+      Stream stream{Composer(mSize, mCameras, mMostEnlarged), scene.sceneNumber, scene.mode, scene.tiles};
       StreamScene first = scene;
       first.animation = "cut";
       stream.composer.show(first, nowMs);

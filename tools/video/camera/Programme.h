@@ -24,7 +24,8 @@ struct ComposedPicture {
   FrameTime frame;
   /** The last scene that it shows; nothing before the first. */
   std::optional<std::int64_t> sceneNumber;
-  /** The tiles of that scene. */
+  /** The service's mode for that scene, and its tiles. */
+  const std::string& mode;
   const std::vector<SceneTile>& tiles;
   /** Stands until the next picture is composed. */
   const cv::Mat& picture;
@@ -40,8 +41,9 @@ class Programme {
  public:
   using Complaint = std::function<void(const std::string&)>;
 
-  /** `size` of the outputs in pixels; `cameras`: how many there are; `complain` gets one line per fault. */
-  Programme(cv::Size size, std::size_t cameras, Complaint complain);
+  /** `size` of the outputs in pixels; `cameras`: how many there are; `complain` gets one line per fault;
+   * `mostEnlarged` as Composer has it. */
+  Programme(cv::Size size, std::size_t cameras, Complaint complain, double mostEnlarged);
 
   /**
    * `atMs` stands for the timestamps in the document, when given. Returns the timestamp of the first stream;
@@ -61,6 +63,7 @@ class Programme {
   struct Stream {
     Composer composer;
     std::optional<std::int64_t> sceneNumber;
+    std::string mode;
     std::vector<SceneTile> tiles;
   };
 
@@ -70,6 +73,7 @@ class Programme {
   const cv::Size mSize;
   const std::size_t mCameras;
   const Complaint mComplain;
+  const double mMostEnlarged;
   std::deque<StreamScene> mPending;
   std::map<std::int32_t, Stream> mStreams;
   /** The last fault of each stream, and of documents, until something of it can be shown. */

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 #include <iostream>
+#include <sstream>
 
 #include "platform/ServiceState.h"
 #include "platform/StderrLog.h"
@@ -11,6 +12,7 @@
 #include "tools/base/OutputFile.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
+#include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/video/camera/FollowedFrames.h"
 #include "tools/video/camera/Inbox.h"
@@ -46,6 +48,8 @@ struct CameraArguments {
   std::string journal;
   std::string feed;
   std::string sound;
+  std::string status;
+  std::string size = "1280x720";
   OutputRules rules;
   PlayerOptions player;
 };
@@ -159,6 +163,19 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
   show.finish(isWished ? std::chrono::steady_clock::now() + kAfterwards : Time::max());
 }
 
+cv::Size sizeOf(const std::string& text) {
+  int width = 0;
+  int height = 0;
+  char between = 0;
+  std::istringstream words(text);
+  words >> width >> between >> height;
+  if (!words || !words.eof() || between != 'x' || width < 160 || width > 3840 || width % 32 != 0 ||
+      height * 16 != width * 9) {
+    throw UsageError("--size is WIDTHxHEIGHT, 16:9, up to 3840x2160, such as 1920x1080, not " + text);
+  }
+  return {width, height};
+}
+
 /** The pictures of a stopped film are worth something, so films are written in place. */
 void checkFiles(CameraArguments& arguments) {
   arguments.rules.inputs = arguments.inputs;
@@ -180,6 +197,11 @@ void runCamera(CameraArguments& arguments) {
     arguments.player.journal = &journal->stream();
   }
   arguments.player.complain = [](const std::string& fault) { PRB_LOGW(kCameraTag, "%s", fault.c_str()); };
+  std::optional<StatusLine> status;
+  if (!arguments.status.empty()) {
+    arguments.player.status = &status.emplace(arguments.status);
+  }
+  arguments.player.size = sizeOf(arguments.size);
   const std::vector<CameraInput> cameras = cameraInputs(arguments.inputs, arguments.calibration);
   Player player(cameras, arguments.player, ServiceState::current().clock());
   const auto start = std::chrono::steady_clock::now();
@@ -228,6 +250,18 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
                  "prb-vision on this "
                  "socket")
       ->type_name("SOCKET");
+  app.add_option("--size", arguments.size, "Of the pictures that go out, 16:9")
+      ->type_name("WIDTHxHEIGHT")
+      ->capture_default_str();
+  app.add_option("--rate", arguments.player.device.rate, "Pictures per second that a device is asked for")
+      ->type_name("NUMBER")
+      ->check(CLI::Range(1, 120))
+      ->capture_default_str();
+  app.add_option("--enlarge", arguments.player.mostEnlarged,
+                 "How many pixels in a row one of a camera may fill; a view that is too small is widened")
+      ->type_name("NUMBER")
+      ->check(CLI::Range(1.0, 100.0))
+      ->capture_default_str();
   addSoundOption(app, arguments.sound);
   app.add_option("--delay", arguments.delay,
                  "With --feed, or behind a vision feed on the bus: how long a frame waits for its scene")
@@ -242,6 +276,9 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
       ->type_name("RECORDING");
   app.add_flag("--fast", arguments.fast, "Alone: do not wait for the time of a picture");
   app.add_option("--journal", arguments.journal, "One JSON line per picture: its frame, its scene, its times")
+      ->type_name("FILE");
+  app.add_option("--status", arguments.status,
+                 "A line a second: people, mode, picture, and how old the picture is")
       ->type_name("FILE");
   addForceOption(app, arguments.rules);
   app.add_flag("--measure", arguments.measure,

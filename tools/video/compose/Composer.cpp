@@ -14,8 +14,9 @@ double eased(double progress) {
 
 }  // namespace
 
-Composer::Composer(cv::Size size, std::size_t cameras)
+Composer::Composer(cv::Size size, std::size_t cameras, double mostEnlarged)
     : mCameras(cameras),
+      mMostEnlarged(mostEnlarged),
       mTo{{0, {0, 0, 1, 1}, {0, 0, 1, 1}}},
       mOutput(size, CV_8UC3, cv::Scalar::all(0)),
       mFormer(size, CV_8UC3, cv::Scalar::all(0)) {}
@@ -48,14 +49,14 @@ void Composer::show(const StreamScene& scene, std::int64_t nowMs) {
 const cv::Mat& Composer::compose(const std::vector<cv::Mat>& pictures, std::int64_t nowMs) {
   const double progress = progressAt(nowMs);
   if (mTransition == Transition::none || progress >= 1.0) {
-    draw(mTo, pictures, mOutput);
+    draw(mTo, pictures, mMostEnlarged, mOutput);
   } else if (mTransition == Transition::ease) {
-    draw(between(mFrom, mTo, eased(progress)), pictures, mOutput);
+    draw(between(mFrom, mTo, eased(progress)), pictures, mMostEnlarged, mOutput);
   } else {
     if (mFrozen.empty()) {
-      draw(mFrom, pictures, mFormer);
+      draw(mFrom, pictures, mMostEnlarged, mFormer);
     }
-    draw(mTo, pictures, mOutput);
+    draw(mTo, pictures, mMostEnlarged, mOutput);
     cv::addWeighted(mFrozen.empty() ? mFormer : mFrozen, 1.0 - progress, mOutput, progress, 0.0, mOutput);
   }
   return mOutput;

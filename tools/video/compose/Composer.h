@@ -14,8 +14,12 @@ namespace fyn::productionrules::video {
  */
 class Composer {
  public:
-  /** `size` of the output, in pixels. `cameras`: how many there are; their ids are 0, 1, ... */
-  Composer(cv::Size size, std::size_t cameras);
+  /**
+   * `size` of the output, in pixels. `cameras`: how many there are; their ids are 0, 1, ... `mostEnlarged`:
+   * how many pixels of the output a camera's pixel may fill in a row; a view that is too small for it is
+   * widened.
+   */
+  Composer(cv::Size size, std::size_t cameras, double mostEnlarged);
 
   /**
    * From `nowMs` on shows `scene`, with its transition. A dissolve mixes the two pictures in equal steps; an
@@ -36,6 +40,7 @@ class Composer {
   double progressAt(std::int64_t nowMs) const;
 
   const std::size_t mCameras;
+  const double mMostEnlarged;
   std::vector<Placement> mFrom;
   std::vector<Placement> mTo;
   /** Stands for `mFrom` when a dissolve began within a dissolve. */

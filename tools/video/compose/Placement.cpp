@@ -11,6 +11,8 @@ namespace {
 
 // Averaging pays only where bilinear interpolation would skip whole pixels.
 constexpr int kAveragingShrink = 2;
+// What is less than this beside a pixel's edge is at the edge.
+constexpr double kNoPixel = 1e-3;
 
 std::string textOf(const cv::Rect& rect) {
   std::ostringstream text;
@@ -52,14 +54,56 @@ bool coversAll(const std::vector<Placement>& placements) {
                      [](const Placement& one) { return one.dest == cv::Rect2d(0, 0, 1, 1); });
 }
 
+/** The view of a tile in pixels of its picture. */
+cv::Rect2d viewOf(const Placement& one, const cv::Size& picture, int outputWidth, double mostEnlarged) {
+  const double wider = outputWidth / (one.source.width * picture.width * mostEnlarged);
+  const double most = std::min(1 / one.source.width, 1 / one.source.height);
+  const double factor = std::clamp(wider, 1.0, std::max(most, 1.0));
+  const double width = one.source.width * factor;
+  const double height = one.source.height * factor;
+  const auto inside = [](double from, double size) { return std::clamp(from, 0.0, std::max(1 - size, 0.0)); };
+  const double x = inside(one.source.x - (width - one.source.width) / 2, width);
+  const double y = inside(one.source.y - (height - one.source.height) / 2, height);
+  return {x * picture.width, y * picture.height, width * picture.width, height * picture.height};
+}
+
+/** The whole pixels that a view lies in. */
+cv::Rect pixelsAround(const cv::Rect2d& view, const cv::Size& size) {
+  const auto before = [](double edge) { return static_cast<int>(std::floor(edge + kNoPixel)); };
+  const auto behind = [](double edge) { return static_cast<int>(std::ceil(edge - kNoPixel)); };
+  const int left = std::clamp(before(view.x), 0, size.width - 1);
+  const int top = std::clamp(before(view.y), 0, size.height - 1);
+  return {cv::Point(left, top), cv::Point(std::clamp(behind(view.x + view.width), left + 1, size.width),
+                                          std::clamp(behind(view.y + view.height), top + 1, size.height))};
+}
+
+bool isWhole(const cv::Rect2d& view, const cv::Rect& pixels) {
+  const auto isNear = [](double a, int b) { return std::abs(a - b) < kNoPixel; };
+  return isNear(view.x, pixels.x) && isNear(view.y, pixels.y) && isNear(view.width, pixels.width) &&
+         isNear(view.height, pixels.height);
+}
+
 /** Cuts and scales in one pass, straight into the output's own memory. */
-void drawTile(const cv::Mat& from, cv::Mat to) {
-  if (from.size() == to.size()) {
+void drawTile(const cv::Mat& picture, const cv::Rect2d& view, cv::Mat to) {
+  const cv::Rect pixels = pixelsAround(view, picture.size());
+  const cv::Mat from = picture(pixels);
+  const double stepX = view.width / to.cols;
+  const double stepY = view.height / to.rows;
+  if (from.size() == to.size() && isWhole(view, pixels)) {
     from.copyTo(to);
-    return;
+  } else if (stepX >= kAveragingShrink && stepY >= kAveragingShrink) {
+    cv::resize(from, to, to.size(), 0, 0, cv::INTER_AREA);
+  } else {
+    const int way = stepX < 1 && stepY < 1 ? cv::INTER_CUBIC : cv::INTER_LINEAR;
+    if (isWhole(view, pixels)) {
+      cv::resize(from, to, to.size(), 0, 0, way);
+      return;
+    }
+    // The middle of a pixel lies half a pixel from its edge.
+    const cv::Matx23d toView(stepX, 0, view.x - pixels.x + stepX / 2 - 0.5, 0, stepY,
+                             view.y - pixels.y + stepY / 2 - 0.5);
+    cv::warpAffine(from, to, toView, to.size(), way | cv::WARP_INVERSE_MAP, cv::BORDER_REPLICATE);
   }
-  const bool shrinksMuch = from.cols >= kAveragingShrink * to.cols && from.rows >= kAveragingShrink * to.rows;
-  cv::resize(from, to, to.size(), 0, 0, shrinksMuch ? cv::INTER_AREA : cv::INTER_LINEAR);
 }
 
 }  // namespace
@@ -93,7 +137,8 @@ std::vector<Placement> between(const std::vector<Placement>& from, const std::ve
   return placements;
 }
 
-void draw(const std::vector<Placement>& placements, const std::vector<cv::Mat>& pictures, cv::Mat& output) {
+void draw(const std::vector<Placement>& placements, const std::vector<cv::Mat>& pictures, double mostEnlarged,
+          cv::Mat& output) {
   const auto isThere = [&](const Placement& one) {
     return one.camera < pictures.size() && !pictures[one.camera].empty();
   };
@@ -103,7 +148,8 @@ void draw(const std::vector<Placement>& placements, const std::vector<cv::Mat>& 
   for (const Placement& one : placements) {
     if (isThere(one)) {
       const cv::Mat& picture = pictures[one.camera];
-      drawTile(picture(pixelsOf(one.source, picture.size())), output(pixelsOf(one.dest, output.size())));
+      const cv::Rect place = pixelsOf(one.dest, output.size());
+      drawTile(picture, viewOf(one, picture.size(), place.width, mostEnlarged), output(place));
     }
   }
 }

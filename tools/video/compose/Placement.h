@@ -29,8 +29,11 @@ std::vector<Placement> between(const std::vector<Placement>& from, const std::ve
 
 /**
  * Draws an arrangement over the whole of `output`, which keeps its size; where no tile lies it is black, and
- * so is a tile whose camera has no picture.
+ * so is a tile whose camera has no picture. Views are cut to fractions of a pixel, so that moves do not
+ * tremble; one of which a pixel would fill more than `mostEnlarged` pixels in a row is widened around its
+ * middle.
  */
-void draw(const std::vector<Placement>& placements, const std::vector<cv::Mat>& pictures, cv::Mat& output);
+void draw(const std::vector<Placement>& placements, const std::vector<cv::Mat>& pictures, double mostEnlarged,
+          cv::Mat& output);
 
 }  // namespace fyn::productionrules::video

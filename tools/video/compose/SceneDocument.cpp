@@ -35,6 +35,7 @@ StreamScene streamOf(const json& object) {
   StreamScene stream;
   stream.id = object.at("streamid").get<std::int32_t>();
   stream.sceneNumber = object.at("sceneNumber").get<std::int64_t>();
+  stream.mode = object.value("TrackingMode", "");
   stream.animation = object.at("animation").get<std::string>();
   stream.durationMs = object.at("duration").get<std::int64_t>();
   stream.timestampMs = object.at("timestamp").get<std::int64_t>();

@@ -28,6 +28,8 @@ struct SceneTile {
 struct StreamScene {
   std::int32_t id = 0;
   std::int64_t sceneNumber = 0;
+  /** The mode of the service that decided it, as it names it. */
+  std::string mode;
   /** "cut", "dissolve" or "ease"; any other text is a cut. */
   std::string animation;
   std::int64_t durationMs = 0;

@@ -16,8 +16,6 @@ namespace {
 
 constexpr double kUsualRate = 30;
 constexpr double kHighestRate = 1000;
-// The nearest that the device has is taken.
-const cv::Size kWantedSize(1920, 1080);
 
 bool isUsable(double rate) {
   return std::isfinite(rate) && rate > 0 && rate <= kHighestRate;
@@ -29,7 +27,8 @@ bool isCaptureDevice(const std::string& input) {
 
 }  // namespace
 
-VideoInput::VideoInput(const std::string& input) : mInput(input), mLive(isCaptureDevice(input)) {
+VideoInput::VideoInput(const std::string& input, const DeviceFormat& device)
+    : mInput(input), mFormat(device), mLive(isCaptureDevice(input)) {
   open();
 }
 
@@ -60,7 +59,7 @@ void VideoInput::openImages() {
 }
 
 void VideoInput::openDevice() {
-  mRate = kUsualRate;
+  mRate = mFormat.rate;
   const auto openOnce = [this] {
     auto capture = std::make_shared<cv::VideoCapture>();
     if (!capture->open(mInput, cv::CAP_V4L2)) {
@@ -69,9 +68,9 @@ void VideoInput::openDevice() {
     // Packed pictures are what a webcam has room for at its full size and rate; another format is kept if it
     // has none.
     capture->set(cv::CAP_PROP_FOURCC, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'));
-    capture->set(cv::CAP_PROP_FRAME_WIDTH, kWantedSize.width);
-    capture->set(cv::CAP_PROP_FRAME_HEIGHT, kWantedSize.height);
-    capture->set(cv::CAP_PROP_FPS, kUsualRate);
+    capture->set(cv::CAP_PROP_FRAME_WIDTH, mFormat.size.width);
+    capture->set(cv::CAP_PROP_FRAME_HEIGHT, mFormat.size.height);
+    capture->set(cv::CAP_PROP_FPS, mFormat.rate);
     return [capture](cv::Mat& picture) { return capture->read(picture) && !picture.empty(); };
   };
   mDevice = std::make_unique<DeviceCapture>(openOnce, DeviceCapture::Waits{});

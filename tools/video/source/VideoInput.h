@@ -11,6 +11,13 @@
 
 namespace fyn::productionrules::video {
 
+/** What a device is asked for; it gives the nearest that it has. */
+struct DeviceFormat {
+  cv::Size size{1920, 1080};
+  /** Pictures per second. */
+  double rate = 30;
+};
+
 /**
  * The pictures of one camera. Its frame of reference for rectangles is 1280 x 720 whatever its resolution; of
  * a picture that is not 16:9 the middle is taken. A device is read on a thread of its own, see DeviceCapture.
@@ -18,7 +25,7 @@ namespace fyn::productionrules::video {
 class VideoInput {
  public:
   /** Raises UsageError when `input`, as CameraInput describes it, cannot be opened. */
-  explicit VideoInput(const std::string& input);
+  explicit VideoInput(const std::string& input, const DeviceFormat& device = {});
 
   /** The next picture: 8 bits per channel; blue, green, red. False at the end, `picture` then stays; a device
    * has none. */
@@ -45,6 +52,7 @@ class VideoInput {
   void openImages();
 
   const std::string mInput;
+  const DeviceFormat mFormat;
   const bool mLive;
   std::unique_ptr<DeviceCapture> mDevice;
   std::unique_ptr<FileCapture> mFile;
