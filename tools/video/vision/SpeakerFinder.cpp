@@ -12,8 +12,10 @@ constexpr std::int64_t kHoldMs = 500;
 constexpr std::int64_t kComparableMs = 500;
 // The time constant over which motion counts.
 constexpr double kMemoryMs = 700;
-// People who talk have 1.3 to 2.8, others 0.6 to 1.3.
+// People who talk have 1.3 to 2.8, others 0.6 to 1.3, some whose head moves more for a moment: where nothing
+// is heard, nobody else is to pass for a speaker.
 constexpr double kLivelyMouth = 1.3;
+constexpr double kLivelyMouthUnheard = 1.6;
 // What the noise of a camera makes of a face that does not move.
 constexpr double kStillness = 0.5;
 
@@ -41,8 +43,8 @@ void SpeakerFinder::mark(std::vector<TrackedPerson>& persons, std::optional<bool
     look(motion, person, ms);
   }
   mMotions = std::move(motions);
-  const std::int32_t candidate =
-      speech.value_or(mWithoutSound == WithoutSound::liveliestMouth) ? liveliest() : 0;
+  const bool maySpeak = speech.value_or(mWithoutSound == WithoutSound::liveliestMouth);
+  const std::int32_t candidate = maySpeak ? liveliest(speech ? kLivelyMouth : kLivelyMouthUnheard) : 0;
   if (candidate != 0 && (candidate == mSpeaker || ms > mSpeaksUntil)) {
     mSpeaker = candidate;
     mSpeaksUntil = ms + kHoldMs;
@@ -71,9 +73,8 @@ void SpeakerFinder::look(Motion& motion, const TrackedPerson& person, std::int64
   motion.ms = ms;
 }
 
-std::int32_t SpeakerFinder::liveliest() const {
+std::int32_t SpeakerFinder::liveliest(double most) const {
   std::int32_t best = 0;
-  double most = kLivelyMouth;
   for (const auto& [person, motion] : mMotions) {
     const double lively = motion.mouth / std::max(motion.above, kStillness);
     if (lively > most) {

@@ -37,8 +37,8 @@ class SpeakerFinder {
   };
 
   void look(Motion& motion, const TrackedPerson& person, std::int64_t ms) const;
-  /** Number of the person whose mouth is the liveliest; 0 for none. */
-  std::int32_t liveliest() const;
+  /** Number of the person whose mouth is the liveliest, and livelier than `most`; 0 for none. */
+  std::int32_t liveliest(double most) const;
 
   const WithoutSound mWithoutSound;
   std::map<std::int32_t, Motion> mMotions;
