@@ -77,7 +77,7 @@ foreach(row IN LISTS rows)
     COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=${date} LC_ALL=C
       ${CMAKE_CURRENT_SOURCE_DIR}/package_files.sh ${made} ${package} ${work}/debian/changelog ${files}
     COMMAND ${CMAKE_COMMAND} -E touch ${made}.stamp
-    DEPENDS package_files.sh copyright ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${programs_${component}})
+    DEPENDS package_files.sh copyright copyright-video ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${programs_${component}})
   list(APPEND stamps ${made}.stamp)
   install(DIRECTORY ${made}/ DESTINATION . COMPONENT ${component})
   string(TOUPPER ${component} upper)

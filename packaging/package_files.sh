@@ -12,6 +12,7 @@ gzip -9nc "$source/CHANGELOG.md" >"$doc/changelog.gz"
 gzip -9nc "$debian_changelog" >"$doc/changelog.Debian.gz"
 {
   cat "$source/packaging/copyright"
+  [[ $package != productionrules-video ]] || cat "$source/packaging/copyright-video"
   # Headers that are compiled in; of a shared library its own package tells.
   for compiled_in in nlohmann-json3-dev libcli11-dev; do
     printf '\n-- %s --\n' $compiled_in
