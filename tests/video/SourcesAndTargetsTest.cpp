@@ -159,8 +159,10 @@ TEST(Targets, FilesKeepTheirColours) {
     for (const int width : {640, 1280}) {
       const int field = width / static_cast<int>(colours.size());
       cv::Mat picture(width * 9 / 16, width, CV_8UC3, cv::Scalar::all(0));
-      for (int index = 0; index * field + field <= width; ++index) {
-        picture.colRange(index * field, index * field + field).setTo(cv::Scalar(colours[index % 6]));
+      int left = 0;
+      for (const Colour& colour : colours) {
+        picture.colRange(left, left + field).setTo(cv::Scalar(colour));
+        left += field;
       }
       const std::string file = folder.file(name);
       const std::unique_ptr<PictureSink> sink = openTarget(file, {picture.size(), 25});
@@ -169,9 +171,11 @@ TEST(Targets, FilesKeepTheirColours) {
       sink->finish();
       const std::vector<cv::Mat> pictures = picturesOf(file);
       ASSERT_EQ(pictures.size(), 2U) << name;
-      for (int index = 0; index < 6; ++index) {
-        EXPECT_LE(difference(at(pictures[1], index * field + field / 2, 180), colours[index]), most)
-            << name << " " << width << " " << colours[index];
+      int middle = field / 2;
+      for (const Colour& colour : colours) {
+        EXPECT_LE(difference(at(pictures[1], middle, 180), colour), most)
+            << name << " " << width << " " << colour;
+        middle += field;
       }
     }
   }
