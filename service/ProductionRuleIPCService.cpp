@@ -214,7 +214,7 @@ void ProductionRuleIPCService::handleVisionResult(const std::string& /*topic*/, 
 }
 
 std::shared_ptr<MLData> ProductionRuleIPCService::getMLData(const std::string& msg) {
-  return mVisionResults.read(msg);
+  return mVisionResults->read(msg);
 }
 
 void ProductionRuleIPCService::processMlData(const std::shared_ptr<MLData>& mlData) {

@@ -42,6 +42,12 @@ class ProductionRuleIPCService final : public BaseIPCService {
   /** Told every decision of every mode; null for nobody. Must outlive the service. */
   void setDecisionListener(DecisionListener* listener);
 
+  /** Who reads vision results instead of the service's own reader, before `init`: for hosts that run several
+   * services on the same results and one thread. */
+  void setVisionResultReader(std::shared_ptr<VisionResultReader> reader) {
+    mVisionResults = std::move(reader);
+  }
+
   /** The active tracking mode. */
   BaseTrackingMode& trackingMode() { return *mTrackingMode; }
   FramingMode framingMode() const { return mFramingMode; }
@@ -107,7 +113,7 @@ class ProductionRuleIPCService final : public BaseIPCService {
   BaseTrackingMode* mTrackingMode;
   FramingMode mFramingMode = FramingMode::GroupFraming;
   FynOperatingMode mOperatingMode = FynOperatingMode::Standalone;
-  VisionResultReader mVisionResults;
+  std::shared_ptr<VisionResultReader> mVisionResults = std::make_shared<VisionResultReader>();
   FynFrameTracker mFrameTracker;
   bool mRecording = false;
   /** On a secondary device: the own cameras whose layouts are subscribed to. */

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/ScratchFolder.h"
@@ -8,6 +9,7 @@
 #include "tools/base/Random.h"
 #include "tools/report/Bootstrap.h"
 #include "tools/report/Comparison.h"
+#include "tools/report/MeasureRecordings.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -106,6 +108,48 @@ TEST(Compare, ShowsWhatTheWaitsDo) {
   const PrbRun single = runPrbWith({"compare", slow, quick, one});
   ASSERT_EQ(single.status, 0) << single.err;
   EXPECT_NE(single.out.find("no interval is possible"), std::string::npos) << single.out;
+}
+
+TEST(MeasureRecording, SeveralSetupsAtOnceDoNotTouchEachOther) {
+  const ScratchFolder folder;
+  const std::string meeting = folder.file("meeting.jsonl");
+  ASSERT_EQ(runPrbWith({"simulate", "--seed", "5", "--minutes", "1", "--people", "4", "--errors", "hard",
+                        "--cameras", "2", "-o", meeting})
+                .status,
+            0);
+  std::vector<MeasuredSetup> setups;
+  for (const char* const mode : {"1", "2", "4", "5"}) {
+    for (const char* const steady : {"0", "1"}) {
+      setups.push_back({std::string("persist.feature.steadyframing=") + steady,
+                        {{"vendor.talkertracking.flag", mode}, {"vendor.fyndebug.enabled", steady}}});
+    }
+  }
+  std::istringstream noInput;
+  const GivenUp never = [] { return false; };
+  const auto textOf = [](MeasuredRecording measured) {
+    measured.measurement.decisionTime = {};
+    return measurementAsJson(measured.measurement).dump() + measured.printed + measured.mode;
+  };
+  const std::vector<MeasuredRecording> together = measureRecording(meeting, setups, noInput, never);
+  ASSERT_EQ(together.size(), setups.size());
+  for (std::size_t i = 0; i < setups.size(); ++i) {
+    EXPECT_EQ(textOf(together[i]), textOf(measureRecording(meeting, {setups[i]}, noInput, never).front()));
+    EXPECT_EQ(together[i].settings, measureRecording(meeting, {setups[i]}, noInput, never).front().settings);
+  }
+  EXPECT_NE(textOf(together.front()), textOf(together.back()));
+}
+
+TEST(MeasureRecording, AsManySetupsAtOnceAsKeepAllThreadsBusy) {
+  struct Case {
+    std::size_t recordings;
+    std::size_t setups;
+    unsigned workers;
+    std::size_t atOnce;
+  };
+  for (const Case& c : {Case{1, 1, 2, 1}, Case{1, 2, 2, 1}, Case{8, 2, 2, 2}, Case{1, 40, 2, 5},
+                        Case{1, 40, 8, 1}, Case{10, 1000, 2, 16}}) {
+    EXPECT_EQ(setupsAtOnce(c.recordings, c.setups, c.workers), c.atOnce) << c.setups << ' ' << c.workers;
+  }
 }
 
 }  // namespace

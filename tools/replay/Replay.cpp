@@ -87,6 +87,9 @@ void Replay::start() {
   PrConfig::load(configurationPath());
   mService = std::make_unique<ProductionRuleIPCService>(platform, "prServ");
   mService->setDecisionListener(mOptions.decisions);
+  if (mOptions.visionResults) {
+    mService->setVisionResultReader(mOptions.visionResults);
+  }
   mService->init();
   schedulePeriodicCheck();
 

@@ -29,6 +29,8 @@ struct ReplayOptions {
   std::ostream* standardOutput = nullptr;
   /** Told every decision; null for nobody. */
   DecisionListener* decisions = nullptr;
+  /** Reads vision results; null for the service's own reader. */
+  std::shared_ptr<VisionResultReader> visionResults;
 };
 
 /**

@@ -122,14 +122,16 @@ void EventMeter::takeAll(std::int64_t t, const RoomState& room, const std::set<i
   // same.
   std::set<int> renewed = changed;
   renewed.insert(decided.begin(), decided.end());
-  std::set<std::int64_t> present;
   for (const PersonState& person : room.persons) {
     takePresent(t, room, person, !changed.empty());
-    present.insert(person.id);
   }
+  auto present = room.persons.begin();  // in the order of mPeople, too
   for (auto entry = mPeople.begin(); entry != mPeople.end();) {
     Known& known = entry->second;
-    const bool isAbsent = present.count(entry->first) == 0;
+    while (present != room.persons.end() && present->id < entry->first) {
+      ++present;
+    }
+    const bool isAbsent = present == room.persons.end() || present->id != entry->first;
     if (isAbsent) {
       takeAbsent(t, room, known, renewed);
     }
@@ -151,7 +153,7 @@ void EventMeter::takePresent(std::int64_t t, const RoomState& room, const Person
   known.shownBy.clear();
   for (std::size_t stream = 0; stream < room.pictures.size(); ++stream) {
     if (person.appearances[stream].frame >= 0) {
-      known.shownBy.emplace(room.pictures[stream].stream, person.appearances[stream]);
+      known.shownBy.emplace_back(room.pictures[stream].stream, person.appearances[stream]);
     }
   }
 }
@@ -164,9 +166,9 @@ void EventMeter::takeAbsent(std::int64_t t, const RoomState& room, Known& known,
     if (known.lastSeen - known.firstSeen < kPresentMs) {
       known.shownBy.clear();
     }
-    for (auto shown = known.shownBy.begin(); shown != known.shownBy.end();) {
-      shown = leavesGap(room, shown->first, shown->second) ? std::next(shown) : known.shownBy.erase(shown);
-    }
+    const auto filled = [&room](const auto& shown) { return !leavesGap(room, shown.first, shown.second); };
+    known.shownBy.erase(std::remove_if(known.shownBy.begin(), known.shownBy.end(), filled),
+                        known.shownBy.end());
     known.leave = known.shownBy.empty() ? Waiting() : Waiting(t);
   }
   const bool isAnswered =

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "tools/report/Measurement.h"
@@ -48,7 +49,7 @@ class EventMeter {
     Waiting leave;
     Waiting speak;
     /** The streams that showed the person when last seen, and where. */
-    std::map<int, Appearance> shownBy;
+    std::vector<std::pair<int, Appearance>> shownBy;
   };
 
   struct Stream {

@@ -121,6 +121,7 @@ void FramingMeter::takeTruth(std::int64_t t, const Truth& truth) {
   // Until now there was who was there before.
   seePersons(t);
   mRoom.persons = peopleOf(truth);
+  mPlacedIn.reset();
   mKnowsTruth = true;
 }
 
@@ -130,6 +131,7 @@ void FramingMeter::takeResult(const RecordingEvent& event, std::chrono::nanoseco
   mMeasurement.decisionTime.add(took.count() * kTenthsPerMicrosecond / 1000);
   mHoldUntil = std::min(event.t, std::numeric_limits<std::int64_t>::max() - kLongestHoldMs) + kLongestHoldMs;
   if (!mKnowsTruth) {
+    mPlacedIn.reset();
     const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
     mRoom.persons = engine == nullptr ? std::vector<PersonState>()
                                       : peopleSeen(std::get<BusMessage>(event.what), *engine);
@@ -143,7 +145,11 @@ void FramingMeter::seePersons(std::int64_t t) {
 }
 
 void FramingMeter::placePersons(ProductionRuleIPCService& service) {
-  const bool singlesOutSpeakers = service.framingMode() == FramingMode::SpeakerFraming;
+  if (mPlacedIn == service.framingMode()) {
+    return;
+  }
+  mPlacedIn = service.framingMode();
+  const bool singlesOutSpeakers = mPlacedIn == FramingMode::SpeakerFraming;
   mRoom.owesNewcomers = !singlesOutSpeakers && mStream.value_or(0) == 0;
   for (PersonState& person : mRoom.persons) {
     countOwnFrames(person);
@@ -182,7 +188,7 @@ void FramingMeter::countOwnFrames(PersonState& person) const {
   person.framesWhole = 0;
   for (const StreamPicture& picture : mRoom.pictures) {
     for (const FrameView& frame : picture.frames) {
-      if (frame.people.count(person.id) != 0) {
+      if (std::find(frame.people.begin(), frame.people.end(), person.id) != frame.people.end()) {
         ++person.frames;
         person.framesWhole += visibilityIn(frame, person.heads) == Visibility::InView ? 1 : 0;
       }
@@ -214,6 +220,7 @@ std::set<int> FramingMeter::takePictures(std::int64_t t, ProductionRuleIPCServic
   }
   mShots.leave(mRoom, changed);
   mRoom.pictures = std::move(pictures);
+  mPlacedIn.reset();
   return changed;
 }
 

@@ -73,6 +73,8 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
   EventMeter mEvents;
   WaitMeter mWaits;
   RoomState mRoom;
+  /** The mode in which the persons of mRoom were placed in its pictures; nothing when either is new. */
+  std::optional<FramingMode> mPlacedIn;
   /** The persons of mRoom are those of the truth, else those of the latest vision result. */
   bool mKnowsTruth = false;
   /** Streams for which the event that is handled has brought a new layout. */

@@ -23,10 +23,10 @@ struct MeasuredSetup {
 
 /** A recording and what was measured on it. */
 struct MeasuredRecording {
-  std::string name;
-  Measurement measurement;
+  std::string name = {};
+  Measurement measurement = {};
   /** What the service printed meanwhile. */
-  std::string printed;
+  std::string printed = {};
   /** What is to be said of the image sizes; "" for nothing. */
   std::string sizeHint = {};
   /** The framing mode at the end; "" when the service never ran. */
@@ -35,10 +35,15 @@ struct MeasuredRecording {
   KeyValues settings = {};
 };
 
-/** Replays one recording ("-" for `standardInput`), as far as it is not given up, on any thread. Raises
- * UsageError for a bad one. */
-MeasuredRecording measureRecording(const std::string& path, const MeasuredSetup& setup,
-                                   std::istream& standardInput, const GivenUp& isGivenUp);
+/** How many setups one reading of a recording should serve, so that all threads (0 for one per processor)
+ * have work and nothing is read more often than that needs. */
+std::size_t setupsAtOnce(std::size_t recordings, std::size_t setups, unsigned workers);
+
+/** Reads one recording ("-" for `standardInput`), as far as it is not given up, and replays it with each of
+ * the setups, on any thread. Raises UsageError for a bad one. */
+std::vector<MeasuredRecording> measureRecording(const std::string& path,
+                                                const std::vector<MeasuredSetup>& setups,
+                                                std::istream& standardInput, const GivenUp& isGivenUp);
 
 /**
  * Replays every recording with every setup, on several threads: result [setup][recording]. A bar on the

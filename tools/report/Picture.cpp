@@ -69,10 +69,14 @@ std::vector<StreamPicture> picturesOf(const std::vector<std::shared_ptr<Layout>>
     StreamPicture picture{layout->streamId, layout->layoutType, {}};
     for (const Frame& frame : layout->frames) {
       const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-      const FrameView view{frame.frameType, frame.fynCamId, image, inCameraPixels(frame, image),
-                           frame.dest,      frame.fynHeads};
-      if (!isEmpty(view.source) && !isEmpty(view.dest)) {
-        picture.frames.push_back(view);
+      const Rect source = inCameraPixels(frame, image);
+      if (!isEmpty(source) && !isEmpty(frame.dest)) {
+        picture.frames.push_back({frame.frameType,
+                                  frame.fynCamId,
+                                  image,
+                                  source,
+                                  frame.dest,
+                                  {frame.fynHeads.begin(), frame.fynHeads.end()}});
       }
     }
     if (!picture.frames.empty()) {

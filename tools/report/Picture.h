@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "model/Layout.h"
@@ -20,7 +19,7 @@ struct FrameView {
   /** Where, in pixels of the output (kOutputSize). */
   Rect dest;
   /** Ids of the persons whom the frame was made for; not part of what a viewer sees. */
-  std::set<std::int64_t> people;
+  std::vector<std::int64_t> people;
 
   friend bool operator==(const FrameView& a, const FrameView& b) {
     return a.type == b.type && a.camera == b.camera && a.source == b.source && a.dest == b.dest;

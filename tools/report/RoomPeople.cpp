@@ -1,7 +1,6 @@
 #include "tools/report/RoomPeople.h"
 
 #include <algorithm>
-#include <map>
 #include <nlohmann/json.hpp>
 
 namespace fyn::productionrules {
@@ -45,17 +44,17 @@ std::vector<PersonState> ordered(std::vector<PersonState> people) {
 }  // namespace
 
 std::vector<PersonState> peopleOf(const Truth& truth) {
-  std::map<std::int64_t, PersonState> people;
-  for (const TrueHead& head : truth.heads) {
-    PersonState& person = people[head.id];
-    person.id = head.id;
-    person.speaks = person.speaks || head.speaks;
-    person.heads.push_back({static_cast<std::uint32_t>(head.fynCamId), head.bbox});
-  }
   std::vector<PersonState> states;
-  states.reserve(people.size());
-  for (auto& [id, person] : people) {
-    states.push_back(std::move(person));
+  states.reserve(truth.heads.size());
+  for (const TrueHead& head : truth.heads) {
+    auto person = std::find_if(states.begin(), states.end(),
+                               [&head](const PersonState& known) { return known.id == head.id; });
+    if (person == states.end()) {
+      person = states.emplace(person);
+      person->id = head.id;
+    }
+    person->speaks = person->speaks || head.speaks;
+    person->heads.push_back({static_cast<std::uint32_t>(head.fynCamId), head.bbox});
   }
   return ordered(std::move(states));
 }

@@ -27,14 +27,22 @@ MeasuredSetup setupOf(const TuneArguments& arguments) {
   return {readFaultlessConfiguration(arguments.config), keyValues(arguments.properties)};
 }
 
-/** Only the figures that are the same whenever the job is done. */
-MeasuredRecording measureJob(const TuneJob& job, const MeasuredSetup& base, PrbContext& context,
-                             const GivenUp& isGivenUp) {
-  MeasuredSetup setup = base;
-  setup.configuration = configurationWith(base.configuration.value_or(""), job.candidate);
-  MeasuredRecording measured = measureRecording(job.recording.path, setup, context.in, isGivenUp);
-  measured.measurement.decisionTime = {};
-  measured.measurement.timeLine = {};
+/** Jobs on one recording. */
+using Batch = std::vector<TuneJob>;
+
+/** Only the figures that are the same whenever the jobs are done. */
+std::vector<MeasuredRecording> measureBatch(const Batch& batch, const MeasuredSetup& base,
+                                            PrbContext& context, const GivenUp& isGivenUp) {
+  std::vector<MeasuredSetup> setups(batch.size(), base);
+  for (std::size_t i = 0; i < batch.size(); ++i) {
+    setups[i].configuration = configurationWith(base.configuration.value_or(""), batch[i].candidate);
+  }
+  std::vector<MeasuredRecording> measured =
+      measureRecording(batch.front().recording.path, setups, context.in, isGivenUp);
+  for (MeasuredRecording& each : measured) {
+    each.measurement.decisionTime = {};
+    each.measurement.timeLine = {};
+  }
   return measured;
 }
 
@@ -73,17 +81,31 @@ std::vector<TuneRecording> recordingsOf(const TuneArguments& arguments) {
   return recordings;
 }
 
+/** Recording by recording. */
 std::vector<TuneJob> missingJobs(const std::vector<TuneRecording>& recordings,
                                  const std::vector<Candidate>& candidates, const TuneResults& results) {
   std::vector<TuneJob> jobs;
-  for (const Candidate& candidate : candidates) {
-    for (const TuneRecording& recording : recordings) {
+  for (const TuneRecording& recording : recordings) {
+    for (const Candidate& candidate : candidates) {
       if (results.find({candidate, recording}) == nullptr) {
         jobs.push_back({candidate, recording});
       }
     }
   }
   return jobs;
+}
+
+/** Jobs that follow each other on one recording are done together. */
+std::vector<Batch> batchesOf(const std::vector<TuneJob>& jobs, std::size_t most) {
+  std::vector<Batch> batches;
+  for (const TuneJob& job : jobs) {
+    if (batches.empty() || batches.back().size() == most ||
+        batches.back().front().recording.path != job.recording.path) {
+      batches.emplace_back();
+    }
+    batches.back().push_back(job);
+  }
+  return batches;
 }
 
 /** False when Ctrl-C has ended it early. */
@@ -96,17 +118,20 @@ bool runJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs, T
   WorkerOptions options;
   options.workers = arguments.workers;
   options.isInterrupted = [&stop] { return stop.waitFor(std::chrono::nanoseconds(0)); };
-  std::vector<MeasuredRecording> measured(jobs.size());
+  const std::vector<Batch> batches = batchesOf(jobs, setupsAtOnce(1, jobs.size(), arguments.workers));
+  std::vector<std::vector<MeasuredRecording>> measured(batches.size());
   return runInWorkers(
-      jobs.size(),
+      batches.size(),
       [&](std::size_t index, const GivenUp& isGivenUp) {
-        measured[index] = measureJob(jobs[index], setup, context, isGivenUp);
+        measured[index] = measureBatch(batches[index], setup, context, isGivenUp);
       },
       [&](std::size_t index) {
-        const MeasuredRecording ended = std::move(measured[index]);
-        context.err << ended.printed;
-        results.add(jobs[index], ended.measurement);
-        progress.update(++done);
+        const std::vector<MeasuredRecording> ended = std::move(measured[index]);
+        for (std::size_t i = 0; i < ended.size(); ++i) {
+          context.err << ended[i].printed;
+          results.add(batches[index][i], ended[i].measurement);
+        }
+        progress.update(done += ended.size());
       },
       options);
 }
@@ -167,7 +192,7 @@ void runJob(const TuneArguments& arguments, PrbContext& context) {
   const MeasuredSetup setup = setupOf(arguments);
   for (const TuneRecording& recording : recordingsOf(arguments)) {
     const TuneJob job{candidate, recording};
-    const MeasuredRecording measured = measureJob(job, setup, context, [] { return false; });
+    const MeasuredRecording measured = measureBatch({job}, setup, context, [] { return false; }).front();
     context.err << measured.printed;
     context.out << tuneResultLine(job, setupFingerprint(setup), measured.measurement) << '\n';
   }
