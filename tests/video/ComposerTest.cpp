@@ -147,7 +147,7 @@ TEST(Composer, AnEaseMovesTheViewByFractionsOfAPixel) {
     Composer composer(kOutput, 1, kAnyEnlargement);
     composer.show(sceneOf({{view, kWhole}}), 0);
     composer.show(sceneOf({{view + cv::Point(8, 0), kWhole}}, "ease", 1000), 1000);
-    for (int ms = 0; ms <= 1000; ms += 20) {
+    for (int ms = 0; ms <= 1000; ms += 60) {
       const double progress = ms / 1000.0;
       const double left = 8 * progress * progress * (3 - 2 * progress);
       const double expected = 2 * (left + view.width * 640.5 / kWidth - 0.5);
