@@ -9,7 +9,7 @@ import type { Span } from './lanes';
 import type { Moment } from './moments';
 import { Player } from './player';
 import { Side } from './side';
-import type { Feed, Info } from './sources';
+import { recordingLines, type Feed, type Info } from './sources';
 import { Controls } from './view/controls';
 import { set } from './view/dom';
 import { Footage } from './view/footage';
@@ -72,7 +72,11 @@ export class App {
       this.timeline.retheme();
       this.redraw();
     });
-    this.rangeBar = new RangeBar(part('range'), info.name, live, { zoom: (range) => this.zoomTo(range), clear: () => this.select(null) });
+    this.rangeBar = new RangeBar(part('range'), info.name, {
+      zoom: (range) => this.zoomTo(range),
+      clear: () => this.select(null),
+      lines: async () => (live ? this.sides[0]!.recentLines() : recordingLines()),
+    });
     this.controls = new Controls(part('controls'), this, this.sides.length > 1);
     addEventListener('hashchange', () => this.followLink());
     this.redraw();

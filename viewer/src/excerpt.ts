@@ -5,7 +5,7 @@ import type { Span } from './lanes';
 type Line = Record<string, unknown> & { t: number };
 
 /** What the service says; its input is all else. */
-const SAID: ReadonlySet<unknown> = new Set(['/PRBOut', '/PRBOutDebug', '/TimerDebug', '/PeopleCount', '/PRBDecisions', '/ForwardMessage', '/ctl-passthru-remote']);
+const SAID: ReadonlySet<unknown> = new Set(['/PRBOut', '/PRBOutDebug', '/TimerDebug', '/PeopleCount', '/PRBDecisions', '/PRBStatus', '/ForwardMessage', '/ctl-passthru-remote']);
 const INPUT = ['topic', 'property', 'config', 'provider'] as const;
 /** Topics whose last message counts until the next one. */
 const LASTING = ['/camera', '/cameras', '/cameraParameters', '/ctl/tracking-mode'];
@@ -36,4 +36,31 @@ export function excerptOf(lines: Iterable<string>, { start, end }: Span): string
   const { recorded, ...rest } = Object.fromEntries(before);
   const beginning = [recorded, Object.keys(property).length > 0 ? { property } : null, ...Object.values(rest)].filter(Boolean);
   return [...beginning.map((line) => ({ t: 0, ...line })), ...during].map((line) => JSON.stringify(line));
+}
+
+/** Lines that are forgotten go in batches: one by one would cost a copy each time. */
+const BATCH = 512;
+
+/** The newest lines of a live session, and of those before what still counts. */
+export class RecentLines {
+  private lines: { t: number; text: string }[] = [];
+  private readonly lasting = new Map<string, string>();
+
+  add(t: number, text: string): void {
+    this.lines.push({ t, text });
+  }
+
+  /** All before `start` but what is in force then. */
+  forget(start: number): void {
+    if ((this.lines[BATCH]?.t ?? start) >= start) return;
+    for (const { text } of this.lines.splice(0, BATCH)) {
+      const { topic } = JSON.parse(text) as Line;
+      if (typeof topic === 'string' && lasts(topic)) this.lasting.set(topic, text);
+    }
+  }
+
+  /** In their order. */
+  texts(): string[] {
+    return [...this.lasting.values(), ...this.lines.map((line) => line.text)];
+  }
 }

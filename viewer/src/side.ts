@@ -2,6 +2,7 @@
 
 import { pictureOf, type PictureChange } from './differences';
 import type { Event } from './events';
+import { RecentLines } from './excerpt';
 import { FootageClock } from './footage';
 import { History, KEEP_ALL, type Limits } from './history';
 import { Lanes } from './lanes';
@@ -31,6 +32,8 @@ export class Side {
   readonly history: History;
   readonly lanes = new Lanes();
   readonly footage = new FootageClock();
+  /** Of a live session only. */
+  private readonly recent = new RecentLines();
   moments: Moment[] = [];
   /** Every change of what the provider is given; of a recording only. */
   readonly pictures: PictureChange[] = [];
@@ -58,14 +61,22 @@ export class Side {
     this.tellTime(event);
     const { before, after } = this.history.push(event);
     for (const moment of momentsOf(event, before, after)) this.addMoment(moment);
-    if (this.live) this.forget();
-    else if (event.kind === 'scene') this.pictures.push(pictureOf(after));
+    if (this.live) {
+      this.recent.add(event.t, text);
+      this.forget();
+    } else if (event.kind === 'scene') this.pictures.push(pictureOf(after));
   }
 
   /** Live lines are as old as the fastest of them, recordings say when they began. */
   private tellTime(event: Event): void {
     if (this.live) this.began = Math.min(this.began ?? Number.POSITIVE_INFINITY, Date.now() - event.t);
     else if (event.kind === 'recorded' && event.startedAt !== null) this.began = event.startedAt - event.t;
+  }
+
+  /** The lines of which an excerpt can be made, of a live session. */
+  recentLines(): string[] {
+    const recorded = this.began === null ? [] : [JSON.stringify({ t: 0, recorded: { startedAt: this.began } })];
+    return [...recorded, ...this.recent.texts()];
   }
 
   private addMoment(moment: Moment): void {
@@ -89,6 +100,7 @@ export class Side {
 
   private forget(): void {
     const { start } = this.history;
+    this.recent.forget(start);
     const gone = countUpTo(this.moments, start - 1);
     if (gone < FORGET_BATCH) return;
     this.moments.splice(0, gone);

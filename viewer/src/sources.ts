@@ -57,6 +57,12 @@ export async function readLines(address: string, handle: (line: string, number: 
   }
 }
 
+export async function recordingLines(): Promise<string[]> {
+  const lines: string[] = [];
+  await readLines(ADDRESSES[0], (line) => lines.push(line));
+  return lines;
+}
+
 export async function readRecording(feed: Feed, side: number): Promise<void> {
   await readLines(ADDRESSES[side] ?? '', (line, number) => feed.line(line, number), async (number) => {
     feed.status(`reading, ${number} lines`);

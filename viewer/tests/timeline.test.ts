@@ -1,5 +1,5 @@
 import { describe, expect, test } from 'vitest';
-import { excerptOf } from '../src/excerpt';
+import { excerptOf, RecentLines } from '../src/excerpt';
 import { filtered } from '../src/filter';
 import { Lanes } from '../src/lanes';
 import { rowsOf } from '../src/rows';
@@ -59,6 +59,19 @@ test('an excerpt begins with what was in force and holds only what goes to the s
     { t: 0, topic: '/ICDOut', payload: { heads: [] } },
     { t: 50, topic: '/ctl', payload: 'config-change' },
   ]);
+});
+
+test('of a live session that goes on for long, what is in force is kept with the newest lines', () => {
+  const recent = new RecentLines();
+  const put = (t: number, topic: string, payload: object) => recent.add(t, JSON.stringify({ t, topic, payload }));
+  put(0, '/camera', { fynCamId: 0 });
+  put(0, '/camera', { fynCamId: 1 });
+  for (let t = 0; t < 2000; t += 1) put(t, '/ICDOut', { heads: [] });
+  for (let i = 0; i < 10; i += 1) recent.forget(1500);
+  const found = excerptOf(recent.texts(), { start: 1600, end: 1700 });
+  expect(found[0]).toBe('{"t":0,"topic":"/camera","payload":{"fynCamId":1}}');
+  expect(found.length).toBe(1 + 101);
+  expect(recent.texts().length).toBeLessThan(1100);
 });
 
 test.each([

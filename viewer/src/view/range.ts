@@ -3,28 +3,27 @@
 import { excerptOf } from '../excerpt';
 import type { Span } from '../lanes';
 import type { Moment } from '../moments';
-import { readLines } from '../sources';
 import { clock, seconds } from '../words';
 import { html, say, set } from './dom';
 
 export interface RangeActions {
   zoom(range: Span): void;
   clear(): void;
+  /** What an excerpt is made of. */
+  lines(): Promise<string[]>;
 }
 
 export class RangeBar {
   private readonly words = html('span', { class: 'range-words' });
   private range: Span | null = null;
 
-  constructor(private readonly root: HTMLElement, private readonly name: string, live: boolean, actions: RangeActions) {
+  constructor(private readonly root: HTMLElement, private readonly name: string, private readonly actions: RangeActions) {
     const button = (label: string, title: string, act: (range: Span) => void) => {
       const node = html('button', { type: 'button', title }, label);
       node.addEventListener('click', () => this.range && act(this.range));
       return node;
     };
     const save = button('Save as recording', 'A recording of this range, with the settings and cameras in force when it begins', (range) => void this.save(range));
-    // A live page does not keep the messages themselves; prb record does.
-    save.hidden = live;
     root.append(this.words, button('Zoom in', 'The time line shows this range', actions.zoom), save, button('Clear', 'No range (Esc)', actions.clear));
   }
 
@@ -38,9 +37,7 @@ export class RangeBar {
   }
 
   private async save(range: Span): Promise<void> {
-    const lines: string[] = [];
-    await readLines('api/recording', (line) => lines.push(line));
-    const address = URL.createObjectURL(new Blob([excerptOf(lines, range).join('\n'), '\n'], { type: 'application/jsonl' }));
+    const address = URL.createObjectURL(new Blob([excerptOf(await this.actions.lines(), range).join('\n'), '\n'], { type: 'application/jsonl' }));
     const base = this.name.replace(/^.*\//, '').replace(/\.jsonl(\.\w+)?$/, '');
     html('a', { href: address, download: `${base}-${clock(range.start).replace(':', '.')}.jsonl` }).click();
     URL.revokeObjectURL(address);

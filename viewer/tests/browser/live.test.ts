@@ -1,6 +1,7 @@
 /** The page with a real broker, a real service and a meeting that is played to them. */
 
 import type { ChildProcess } from 'node:child_process';
+import { readFileSync } from 'node:fs';
 import type { Browser, Page } from 'playwright-core';
 import { afterAll, beforeAll, expect, test } from 'vitest';
 import { launch } from '../chromium';
@@ -57,7 +58,7 @@ test('the page follows the meeting', async () => {
   await expect.poll(() => page.locator('.camera').count(), WAIT).toBe(2);
   await expect.poll(() => page.locator('.stream').getAttribute('data-type'), WAIT).toBe('HEAD');
   await expect.poll(() => page.locator('#figures').innerText(), WAIT).toMatch(/PeopleFraming/);
-  await expect.poll(() => page.locator('.why-picture').innerText(), WAIT).toMatch(/HEAD.*there was no picture yet/s);
+  await expect.poll(() => page.locator('.why-picture').innerText(), WAIT).toMatch(/new picture .*-> HEAD/s);
   if (player.exitCode === null) await new Promise((resolve) => player.on('exit', resolve));
 });
 
@@ -89,6 +90,22 @@ test('the past can be looked at while it goes on, and left again', async () => {
   await page.keyboard.press('l');
   await expect.poll(() => timeOf(page), WAIT).toBeGreaterThan(t);
   expect(await follows()).toBe('true');
+});
+
+test('what has happened can be saved as a recording', async () => {
+  for (const key of ['Home', 'i', 'End', 'o']) await page.keyboard.press(key);
+  const download = page.waitForEvent('download');
+  await page.getByRole('button', { name: 'Save as recording' }).click();
+  const path = await (await download).path();
+  programs.run('prb', 'replay', path, '--property', 'vendor.talkertracking.flag=4', '-o', programs.file('again.jsonl'));
+  expect(programs.lines('again.jsonl').some((l) => l.topic === '/PRBOut')).toBe(true);
+  const lines = readFileSync(path, 'utf8').trim().split('\n').map((l) => JSON.parse(l) as Line & { recorded?: { startedAt: number } });
+  expect(Math.abs(Date.now() - lines[0]!.recorded!.startedAt)).toBeLessThan(600_000);
+  const topics = new Set(lines.map((l) => l.topic));
+  for (const topic of ['/ICDOut', '/camera', '/cameraParameters/head/1']) expect(topics).toContain(topic);
+  for (const topic of ['/PRBOut', '/PRBStatus', '/PRBDecisions']) expect(topics).not.toContain(topic);
+  await page.keyboard.press('Escape');
+  await page.keyboard.press('l');
 });
 
 test('a service that has died looks dead', async () => {
