@@ -201,6 +201,14 @@ TEST(VideoInput, ReadsTheColoursThatAFileIsTaggedWith) {
   }
 }
 
+TEST(Targets, HaveSizesThatPicturesCanHave) {
+  EXPECT_EQ(outputSizeOf("1920x1080"), cv::Size(1920, 1080));
+  for (const char* wrong :
+       {"", "1920", "1920x1081", "1920*1080", "1920x1080x", "16x9", "-1280x-720", "640x480"}) {
+    EXPECT_THROW(outputSizeOf(wrong), UsageError) << wrong;
+  }
+}
+
 TEST(Inbox, KeepsTheLatestThousandForAReaderThatDoesNotCome) {
   Inbox inbox;
   for (int number = 1; number <= 1500; ++number) {

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <opencv2/highgui.hpp>
+#include <sstream>
 
 #include "tools/base/UsageError.h"
 
@@ -73,6 +74,19 @@ std::string targetOfStream(const std::vector<std::string>& targets, std::size_t 
   }
   const std::string name = last.stem().string() + "-" + std::to_string(stream) + last.extension().string();
   return (last.parent_path() / name).string();
+}
+
+cv::Size outputSizeOf(const std::string& text) {
+  int width = 0;
+  int height = 0;
+  char between = 0;
+  std::istringstream words(text);
+  words >> width >> between >> height;
+  if (!words || !words.eof() || between != 'x' || width < 160 || width > 3840 || width % 32 != 0 ||
+      height * 16 != width * 9) {
+    throw UsageError("--size is WIDTHxHEIGHT, 16:9, up to 3840x2160, such as 1920x1080, not " + text);
+  }
+  return {width, height};
 }
 
 bool keepsEveryPicture(const std::string& target) {

@@ -20,6 +20,9 @@ std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFo
  */
 std::string targetOfStream(const std::vector<std::string>& targets, std::size_t stream);
 
+/** What `WIDTHxHEIGHT` names; raises UsageError for a size that pictures cannot have. */
+cv::Size outputSizeOf(const std::string& text);
+
 /** Whether every picture counts there, also a late one. */
 bool keepsEveryPicture(const std::string& target);
 

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cmath>
 #include <iostream>
-#include <sstream>
 
 #include "platform/ServiceState.h"
 #include "platform/StderrLog.h"
@@ -12,7 +11,6 @@
 #include "tools/base/OutputFile.h"
 #include "tools/base/ProgramRun.h"
 #include "tools/base/StopSignals.h"
-#include "tools/base/UsageError.h"
 #include "tools/live/LiveBus.h"
 #include "tools/video/camera/FollowedFrames.h"
 #include "tools/video/camera/Inbox.h"
@@ -159,21 +157,8 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
     }
     show.take(taken);
   }
-  using Time = std::chrono::steady_clock::time_point;
-  show.finish(isWished ? std::chrono::steady_clock::now() + kAfterwards : Time::max());
-}
-
-cv::Size sizeOf(const std::string& text) {
-  int width = 0;
-  int height = 0;
-  char between = 0;
-  std::istringstream words(text);
-  words >> width >> between >> height;
-  if (!words || !words.eof() || between != 'x' || width < 160 || width > 3840 || width % 32 != 0 ||
-      height * 16 != width * 9) {
-    throw UsageError("--size is WIDTHxHEIGHT, 16:9, up to 3840x2160, such as 1920x1080, not " + text);
-  }
-  return {width, height};
+  show.finish(isWished ? std::chrono::steady_clock::now() + kAfterwards
+                       : std::chrono::steady_clock::time_point::max());
 }
 
 /** The pictures of a stopped film are worth something, so films are written in place. */
@@ -201,7 +186,7 @@ void runCamera(CameraArguments& arguments) {
   if (!arguments.status.empty()) {
     arguments.player.status = &status.emplace(arguments.status);
   }
-  arguments.player.size = sizeOf(arguments.size);
+  arguments.player.size = outputSizeOf(arguments.size);
   const std::vector<CameraInput> cameras = cameraInputs(arguments.inputs, arguments.calibration);
   Player player(cameras, arguments.player, ServiceState::current().clock());
   const auto start = std::chrono::steady_clock::now();
@@ -247,8 +232,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   addPlatformOptions(app, arguments.platform, true);
   app.add_option("--feed", arguments.feed,
                  "Own the inputs, whatever becomes of the other programs, and hand their frames to "
-                 "prb-vision on this "
-                 "socket")
+                 "prb-vision on this socket")
       ->type_name("SOCKET");
   app.add_option("--size", arguments.size, "Of the pictures that go out, 16:9")
       ->type_name("WIDTHxHEIGHT")
@@ -285,8 +269,8 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
                "Print at the end how many pictures there were and where the time went");
   app.footer(
       "With --bus alone it shows the frames that a vision feed reports, from its own copy of the videos, so "
-      "that a "
-      "cut lands on\nthe frame that caused it; else it shows its inputs at their own pace. Says \"ready\" "
+      "that a cut lands on\nthe frame that caused it; else it shows its inputs at their own pace. Says "
+      "\"ready\" "
       "when it can take scenes.\nUntil the first scene it shows the whole picture of camera 0. SIGINT and "
       "SIGTERM end it.\n\nExamples:\n"
       "  prb-camera /dev/video0 --feed room.sock -o /dev/video10      a camera for a conference program\n"
