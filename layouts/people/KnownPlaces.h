@@ -15,7 +15,7 @@ double sharedPlace(const FynHead& a, const FynHead& b);
 /** From here on two boxes are one head. */
 constexpr double kSamePlace = 0.2;
 
-/** Where people have been seen last who have gone, or been missed for long: who comes back needs no proof. */
+/** Where people have been seen last who have gone: who comes back needs no proof. */
 class KnownPlaces {
  public:
   /** `now`: ticks in milliseconds. */

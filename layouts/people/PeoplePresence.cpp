@@ -19,6 +19,7 @@ constexpr std::uint32_t kMissedMs = 3000;
 constexpr std::uint32_t kLeastMissedMs = 500;
 constexpr std::uint32_t kMissedWalkerMs = 1000;
 constexpr std::uint32_t kMissedAtBorderMs = 300;
+constexpr std::uint32_t kKnownAfterMs = 5000;
 
 // A newcomer is in at least three of five results.
 constexpr std::uint64_t kSeenOf = 5;
@@ -135,7 +136,7 @@ void PeoplePresence::follow(Sighting& sighting, std::uint32_t now) const {
 void PeoplePresence::findAgain(const MLData& data, std::uint32_t now) {
   for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
     Sighting& newcomer = mSightings.at(person->id);
-    if (newcomer.counts) {
+    if (newcomer.counts || takeBack(newcomer, now)) {
       continue;
     }
     const auto missed = findMissed(newcomer);
@@ -145,12 +146,33 @@ void PeoplePresence::findAgain(const MLData& data, std::uint32_t now) {
     }
     if (missed->second.counts) {
       mRenamed.push_back({missed->second.person, person});
-      // The newcomer may be a box where nobody is, beside the place of somebody who comes back.
-      mKnownPlaces.add(missed->second.person, now);
     }
     inherit(newcomer, missed->second);
+    newcomer.formerId = missed->first;
     mSightings.erase(missed);
   }
+}
+
+// Whoever was taken for the returned person, such as a box where nobody is that came up beside the place, has
+// to prove anew to be somebody.
+bool PeoplePresence::takeBack(Sighting& returned, std::uint32_t now) {
+  const auto other = std::find_if(mSightings.begin(), mSightings.end(), [&](const auto& each) {
+    return each.second.formerId == returned.person->id &&
+           sharedPlace(*each.second.person, *returned.person) > 0;
+  });
+  if (other == mSightings.end()) {
+    return false;
+  }
+  const Sighting stranger = other->second;
+  mSightings.erase(other);
+  if (stranger.counts) {
+    mRenamed.push_back({stranger.person, returned.person});
+  }
+  inherit(returned, stranger);
+  if (stranger.latestResult == mResults) {
+    note(stranger.person, now);
+  }
+  return true;
 }
 
 // Who is not in the latest result, and whose last place is most that of the newcomer.
@@ -159,7 +181,8 @@ PeoplePresence::Sightings::iterator PeoplePresence::findMissed(const Sighting& n
   std::pair<bool, double> most;
   for (auto each = mSightings.begin(); each != mSightings.end(); ++each) {
     const Sighting& missed = each->second;
-    if (missed.latestResult == mResults || (!missed.counts && !isWary())) {
+    // Who has been seen at once with the missed person is another one.
+    if (missed.latestResult >= newcomer.firstResult || (!missed.counts && !isWary())) {
       continue;
     }
     const std::pair<bool, double> share(missed.counts, sharedPlace(*missed.person, *newcomer.person));
@@ -187,7 +210,9 @@ void PeoplePresence::forgetMissed(std::uint32_t now) {
   for (auto each = mSightings.begin(); each != mSightings.end();) {
     const Sighting& sighting = each->second;
     const bool isForgotten = sighting.latestResult != mResults && now - sighting.latest > holdMs(sighting);
-    if (isForgotten && sighting.counts) {
+    const bool isKnown =
+        sighting.wasThereFirst || sighting.hasWalked || sighting.latest - sighting.first >= kKnownAfterMs;
+    if (isForgotten && sighting.counts && isKnown) {
       mKnownPlaces.add(sighting.person, now);
     }
     if (isForgotten && !sighting.hasWalked && !sighting.wasThereFirst) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "layouts/people/FalseBoxes.h"
@@ -30,7 +31,9 @@ class PeoplePresence {
    * The vision result with the people who are there; the same one when it has just them. Newcomers count once
    * they have been seen for long enough, those of the first result at once. Who is missed counts for some
    * time more, with the last boxes: longer for who has been there for long, shorter for who was about to
-   * leave. The seen ones keep their order, the missed ones follow by id.
+   * leave. The seen ones keep their order, the missed ones follow by id. A new number over the place of
+   * somebody missed is the same person, unless both have been seen at once; when the old number comes back,
+   * it was somebody else.
    *
    * With steadyFramingEnabled a newcomer who neither walks nor comes back to a place that is known counts
    * only after a longer time than boxes have lived of late where nobody was.
@@ -71,6 +74,8 @@ class PeoplePresence {
     bool wasThereFirst = false;
     bool hasWalked = false;
     std::uint32_t latestWalk = 0;
+    /** By which number the person was known before. */
+    std::optional<std::int32_t> formerId;
     /** By camera. */
     std::map<std::uint32_t, HeadPath> paths;
   };
@@ -82,6 +87,7 @@ class PeoplePresence {
   bool isBelieved(const Sighting& sighting, std::uint32_t now) const;
   bool isAnybodyThere() const;
   void findAgain(const MLData& data, std::uint32_t now);
+  bool takeBack(Sighting& returned, std::uint32_t now);
   Sightings::iterator findMissed(const Sighting& newcomer);
   static void inherit(Sighting& sighting, const Sighting& before);
   void forgetMissed(std::uint32_t now);

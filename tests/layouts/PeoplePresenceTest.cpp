@@ -122,6 +122,28 @@ TEST(PeoplePresence, ANewNumberAtTheSamePlaceIsTheSamePerson) {
   // Somebody who is still seen keeps the number, and whoever comes elsewhere is another.
   presence.update(scene().person(2).at(900, 360).person(8).at(910, 360).person(9).at(600, 360).mlData(), 200);
   EXPECT_TRUE(presence.renamed().empty());
+  // Also when the next result misses that person.
+  presence.update(scene().person(8).at(910, 360).mlData(), 300);
+  EXPECT_TRUE(presence.renamed().empty());
+}
+
+TEST(PeoplePresence, WhoComesBackUnderTheOldNumberWasNotSomebodyElse) {
+  TestEnvironment environment;
+  for (const bool isOtherSeen : {true, false}) {
+    PeoplePresence presence;
+    presence.update(scene().person(1).at(300, 360).mlData(), 0);
+    presence.update(scene().person(7).at(340, 360).mlData(), 100);
+    Scene both = scene().person(1).at(300, 360);
+    const auto present = presence.update((isOtherSeen ? both.person(7).at(340, 360) : both).mlData(), 200);
+    EXPECT_TRUE(isThere(*present, 1));
+    EXPECT_FALSE(isThere(*present, 7));
+    ASSERT_EQ(presence.renamed().size(), 1U);
+    EXPECT_EQ(presence.renamed()[0].now->id, 1);
+    // A number that is used again, elsewhere, is nobody who comes back.
+    presence.update(scene().person(8).at(300, 360).mlData(), 300);
+    EXPECT_TRUE(
+        isThere(*presence.update(scene().person(8).at(300, 360).person(1).at(900, 360).mlData(), 400), 8));
+  }
 }
 
 TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
