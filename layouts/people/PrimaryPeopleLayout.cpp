@@ -25,6 +25,9 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   choice.maxPeople = config.compositeModeMaxPeoplePrimary;
   choice.roomCamId = static_cast<std::uint32_t>(ownCamId);
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
+  if (isSteady()) {
+    choice.groupCamId = findFullestCamera(mState.people, choice.groupCamId);
+  }
   return makeCandidate(*mlData, choice);
 }
 
@@ -47,7 +50,8 @@ bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
   bool moved = false;
   for (std::size_t index = 0; index < mState.mCurLayout->frames.size(); ++index) {
     Frame& frame = mState.mCurLayout->frames[index];
-    if (frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1) {
+    const bool isOfOne = frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1;
+    if (isOfOne || (isSteady() && groupOnScreen() == &frame)) {
       moved |= updateFeedPriority(index, frame);
     }
   }
@@ -55,9 +59,7 @@ bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
 }
 
 bool PrimaryPeopleLayout::updateFeedPriority(std::size_t index, Frame& frame) {
-  const auto person = mState.people.find(*frame.fynHeads.begin());
-  const std::optional<std::uint32_t> best =
-      person != mState.people.end() ? findBestCamera(*person->second) : std::nullopt;
+  const std::optional<std::uint32_t> best = findBetterCamera(frame);
   const auto* const setting = timerSettingAs<PeopleFrameTimerSetting>();
   if (!best || *best == frame.fynCamId || setting == nullptr ||
       setting->feedPriorityChangedTimer == kInvalidTimer) {
@@ -67,26 +69,53 @@ bool PrimaryPeopleLayout::updateFeedPriority(std::size_t index, Frame& frame) {
   if (!frame.feedPriorityTimer.isStarted()) {
     frame.feedPriorityTimer = getTimer(setting->feedPriorityChangedTimer, tick());
   }
-  return isTimerExpire(frame.feedPriorityTimer, mTick) && moveToCamera(index, frame, *person->second, *best);
+  return isTimerExpire(frame.feedPriorityTimer, mTick) && moveToCamera(index, frame, *best);
 }
 
-bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, const FynHead& person,
-                                       std::uint32_t camId) {
-  const Timer hold = std::exchange(frame.feedPriorityTimer, Timer{});
+std::optional<std::uint32_t> PrimaryPeopleLayout::findBetterCamera(const Frame& frame) const {
+  if (frame.frameType == FramingType::GROUP) {
+    return findFullestCamera(mState.people, frame.fynCamId);
+  }
+  const auto person = mState.people.find(*frame.fynHeads.begin());
+  return person != mState.people.end() ? findBestCamera(*person->second) : std::nullopt;
+}
+
+// The frame as the camera would show it; nothing when it cannot fill the tile without cutting the person.
+std::optional<Frame> PrimaryPeopleLayout::viewFrom(std::uint32_t camId, const Frame& frame) {
   Frame moved = frame;
   moved.fynCamId = camId;
-  moved.heads = {person.findHead(camId)->id};
   moved.srcRef = getImageSize(moved);
   moved.headPosition = HeadPosition::CENTER;
   resetTimer(moved.headPositionTimer);
+  const bool isGroup = frame.frameType == FramingType::GROUP;
+  moved.heads.clear();
+  for (const auto& [id, person] : mState.people) {
+    const Head* const head = person->findHead(camId);
+    if (head != nullptr && (isGroup || frame.fynHeads.count(id) != 0)) {
+      moved.heads.insert(head->id);
+    }
+  }
+  if (isGroup) {
+    calculateGroupFraming(moved);
+    return moved;
+  }
   const std::optional<RuleOfThirdsView> view = tryView(moved);
   if (!view) {
-    // The better camera cannot fill this tile without cutting the person; asked again after another hold.
-    return false;
+    return std::nullopt;
   }
   moved.source = view->source;
   moved.detectionBoundary = view->detectionBoundary;
-  frame = std::move(moved);
+  return moved;
+}
+
+bool PrimaryPeopleLayout::moveToCamera(std::size_t index, Frame& frame, std::uint32_t camId) {
+  const Timer hold = std::exchange(frame.feedPriorityTimer, Timer{});
+  std::optional<Frame> moved = viewFrom(camId, frame);
+  if (!moved) {
+    // Asked again after another hold.
+    return false;
+  }
+  frame = std::move(*moved);
   const std::string animation = getLayoutChangeAnimation();
   setLayoutAnimation(mState.mCurLayout, animation, static_cast<int>(getLayoutChangeDuration(animation)));
 

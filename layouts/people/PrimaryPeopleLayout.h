@@ -1,18 +1,22 @@
 #pragma once
 
+#include <optional>
+
 #include "layouts/people/BasePeopleLayout.h"
 
 namespace fyn::productionrules {
 
 /**
  * A tile for everyone, from all cameras of the room. A person is taken from the camera with the best view and
- * stays with it; the move to a better camera waits for the feed-priority hold.
+ * stays with it; the move to a better camera waits for the feed-priority hold. With steadyFramingEnabled the
+ * picture of everybody is that of the camera that shows most of them, and moves in the same way.
  */
 class PrimaryPeopleLayout : public BasePeopleLayout {
  public:
   const char* getTag() const override;
 
-  /** Moves each HEAD frame whose person has been shown better by another camera for the whole hold. */
+  /** Moves each HEAD frame whose person has been shown better by another camera for the whole hold, and in
+   * steady framing a GROUP frame of whose people another has shown more. */
   bool updateFeedPriorityOfFrame() override;
 
   /** False for a layout that shows nothing. */
@@ -31,7 +35,9 @@ class PrimaryPeopleLayout : public BasePeopleLayout {
 
  private:
   bool updateFeedPriority(std::size_t index, Frame& frame);
-  bool moveToCamera(std::size_t index, Frame& frame, const FynHead& person, std::uint32_t camId);
+  std::optional<std::uint32_t> findBetterCamera(const Frame& frame) const;
+  std::optional<Frame> viewFrom(std::uint32_t camId, const Frame& frame);
+  bool moveToCamera(std::size_t index, Frame& frame, std::uint32_t camId);
 };
 
 }  // namespace fyn::productionrules

@@ -106,4 +106,26 @@ std::uint32_t findGroupCamera(const MLData& data, const std::vector<Seat>& seats
   return most != seatsOfCamera.end() ? most->first : static_cast<std::uint32_t>(ownCamId);
 }
 
+std::uint32_t findFullestCamera(const PeopleMap& people, std::uint32_t camId) {
+  std::map<std::uint32_t, std::size_t> shown;
+  std::size_t all = 0;
+  for (const auto& [id, person] : people) {
+    bool isShown = false;
+    for (const auto& [each, head] : person->mCamIdAssocHeadMap) {
+      if (shows(each, *person)) {
+        ++shown[each];
+        isShown = true;
+      }
+    }
+    all += isShown ? 1 : 0;
+  }
+  const auto most = std::max_element(shown.begin(), shown.end(),
+                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+  if (most == shown.end()) {
+    return camId;
+  }
+  const std::size_t more = most->second == all ? 1 : 2;
+  return most->second >= shown[camId] + more ? most->first : camId;
+}
+
 }  // namespace fyn::productionrules

@@ -41,4 +41,10 @@ std::vector<Seat> chooseSeats(const MLData& data, const Layout* current, const L
 std::uint32_t findGroupCamera(const MLData& data, const std::vector<Seat>& seats, std::int32_t frontCamId,
                               std::int32_t ownCamId);
 
+/**
+ * The camera that shows most of the people; `camId` for as long as no other shows two more, or everybody
+ * where it does not.
+ */
+std::uint32_t findFullestCamera(const PeopleMap& people, std::uint32_t camId);
+
 }  // namespace fyn::productionrules

@@ -151,7 +151,7 @@ ROUNDS = {
         # The service must not know more than the recording.
         given("prb prop unset vendor.talkertracking.flag; rm room.jsonl; "
               "prb record --bus mqtt://localhost/room-9 -o room.jsonl --outputs --seconds 4 2> begun & recorder=$!; "
-              "until grep -q 'recording to' begun; do sleep 0.1; done; "
+              "until grep -qs 'recording to' begun; do sleep 0.1; done; "
               "productionrulesd --bus mqtt://localhost/room-9 2> log & service=$!; "
               "examples/vision-publisher.py 127.0.0.1 1883 room-9 & wait $recorder; kill $service $!"),
         Step("prb replay room.jsonl --check", "same"),
