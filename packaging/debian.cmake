@@ -99,6 +99,7 @@ if(PR_WITH_SIMDJSON)
 endif()
 set(CPACK_DEBIAN_VIDEO_PACKAGE_DEPENDS "ffmpeg")
 set(CPACK_DEBIAN_VIDEO_PACKAGE_RECOMMENDS "opencv-data")
+set(CPACK_DEBIAN_VIDEO_PACKAGE_SUGGESTS "gstreamer1.0-pipewire, gstreamer1.0-plugins-base, gstreamer1.0-tools")
 # Symbols go into packages of their own; those of an archive are of no use to who links it.
 install(CODE "execute_process(COMMAND ${CMAKE_STRIP} --strip-debug --enable-deterministic-archives
   \$ENV{DESTDIR}/usr/${CMAKE_INSTALL_LIBDIR}/libproductionrules-port.a COMMAND_ERROR_IS_FATAL ANY)" COMPONENT development)

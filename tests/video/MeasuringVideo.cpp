@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "tests/video/Pictures.h"
-#include "tools/video/camera/FfmpegSink.h"
+#include "tools/video/camera/PipedSink.h"
 #include "tools/video/source/FileCapture.h"
 
 namespace fyn::productionrules::video::testing {
@@ -17,7 +17,7 @@ constexpr int kTolerance = 2 * kStep;
 }  // namespace
 
 void writeMeasuringVideo(const std::string& path, int frames, double rate) {
-  FfmpegSink sink(path, {{kWidth, kHeight}, rate});
+  PipedSink sink(path, {{kWidth, kHeight}, rate});
   cv::Mat picture(kHeight, kWidth, CV_8UC3);
   for (int y = 0; y < kHeight; ++y) {
     for (int x = 0; x < kWidth; ++x) {

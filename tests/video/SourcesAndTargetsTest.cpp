@@ -123,22 +123,23 @@ TEST(Targets, FollowTheStreams) {
     std::size_t stream;
     const char* target;
   };
-  for (const Case& one :
-       {Case{{"out.mp4"}, 0, "out.mp4"}, Case{{"out.mp4"}, 2, "out-2.mp4"},
-        Case{{"a/out.webm"}, 1, "a/out-1.webm"}, Case{{"a.mp4", "b.mp4"}, 1, "b.mp4"},
-        Case{{"a.mp4", "b.mp4"}, 3, "b-3.mp4"}, Case{{"none"}, 4, "none"}, Case{{"window"}, 1, "window-1"},
-        Case{{"/dev/video7"}, 0, "/dev/video7"}, Case{{"/dev/video7"}, 1, ""},
-        Case{{"/dev/video7", "/dev/video8"}, 1, "/dev/video8"}, Case{{}, 0, ""}}) {
+  for (const Case& one : {Case{{"out.mp4"}, 0, "out.mp4"}, Case{{"out.mp4"}, 2, "out-2.mp4"},
+                          Case{{"a/out.webm"}, 1, "a/out-1.webm"}, Case{{"a.mp4", "b.mp4"}, 1, "b.mp4"},
+                          Case{{"a.mp4", "b.mp4"}, 3, "b-3.mp4"}, Case{{"none"}, 4, "none"},
+                          Case{{"window"}, 1, "window-1"}, Case{{"pipewire"}, 1, "pipewire-1"},
+                          Case{{"/dev/video7"}, 0, "/dev/video7"}, Case{{"/dev/video7"}, 1, ""},
+                          Case{{"/dev/video7", "/dev/video8"}, 1, "/dev/video8"}, Case{{}, 0, ""}}) {
     EXPECT_EQ(targetOfStream(one.named, one.stream), one.target);
   }
   EXPECT_TRUE(keepsEveryPicture("out.mp4"));
-  EXPECT_FALSE(keepsEveryPicture("window"));
-  EXPECT_FALSE(keepsEveryPicture("/dev/video7"));
+  for (const char* live : {"window", "/dev/video7", "pipewire", "pipewire-1"}) {
+    EXPECT_FALSE(keepsEveryPicture(live)) << live;
+  }
 }
 
 TEST(Targets, AreWrittenAsTheirNameSays) {
   const auto format = [](const std::string& target) {
-    const std::vector<std::string> command = ffmpegCommand(target, {{1280, 720}, 30});
+    const std::vector<std::string> command = writerCommand(target, {{1280, 720}, 30});
     // The last of the two formats is the output's.
     const auto name = std::find(command.rbegin(), command.rend(), "-f");
     return *std::prev(name) + " " + command.back();
@@ -146,8 +147,8 @@ TEST(Targets, AreWrittenAsTheirNameSays) {
   EXPECT_EQ(format("/dev/video7"), "v4l2 /dev/video7");
   EXPECT_EQ(format("out.webm"), "webm ./out.webm");
   EXPECT_EQ(format("-out.mp4"), "mp4 ./-out.mp4");
-  for (const char* wrong : {"out", "out.txt", "", "mp4"}) {
-    EXPECT_THROW(ffmpegCommand(wrong, {{1280, 720}, 30}), UsageError) << wrong;
+  for (const char* wrong : {"out", "out.txt", "", "mp4", "pipewire-x"}) {
+    EXPECT_THROW(writerCommand(wrong, {{1280, 720}, 30}), UsageError) << wrong;
   }
 }
 

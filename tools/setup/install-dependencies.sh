@@ -56,6 +56,9 @@ video   libavformat-dev      video
 video   libswscale-dev       video
 video   libwebrtc-audio-processing-dev video
 video   npm                  model
+pipewire gstreamer1.0-tools   camera
+pipewire gstreamer1.0-plugins-base camera
+pipewire gstreamer1.0-pipewire camera
 '
 
 usage() {
@@ -70,6 +73,7 @@ Installs what is missing of the groups (default: core), as root or through sudo.
   lint    clang-format and clang-tidy, for ./check --lint
   web     Node.js and a browser, for the viewer's own tests
   video   OpenCV and ffmpeg, for real video
+  pipewire  GStreamer, for real video as a camera that other programs can choose
   packages  debhelper and what checks packages, for ./check --packages
 
   --list  only print the missing packages
@@ -122,7 +126,7 @@ for argument in "$@"; do
   case $argument in
     --help | -h) usage; exit 0 ;;
     --list) only_list=true ;;
-    core | libcxx | clang | lint | web | video | packages) groups+=("$argument") ;;
+    core | libcxx | clang | lint | web | video | pipewire | packages) groups+=("$argument") ;;
     -*) wrong_usage "unknown option $argument" ;;
     *) wrong_usage "unknown group $argument" ;;
   esac

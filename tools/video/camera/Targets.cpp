@@ -58,7 +58,7 @@ std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFo
     return std::make_unique<WindowSink>("prb-camera" + target.substr(std::string(kWindow).size()),
                                         format.size);
   }
-  return std::make_unique<FfmpegSink>(target, format);
+  return std::make_unique<PipedSink>(target, format);
 }
 
 std::string targetOfStream(const std::vector<std::string>& targets, std::size_t stream) {
@@ -84,13 +84,14 @@ cv::Size outputSizeOf(const std::string& text) {
   words >> width >> between >> height;
   if (!words || !words.eof() || between != 'x' || width < 160 || width > 3840 || width % 32 != 0 ||
       height * 16 != width * 9) {
-    throw UsageError("--size is WIDTHxHEIGHT, 16:9, up to 3840x2160, such as 1920x1080, not " + text);
+    throw UsageError("--size is a multiple of 32x18 from 160x90 to 3840x2160, such as 1920x1080, not " +
+                     text);
   }
   return {width, height};
 }
 
 bool keepsEveryPicture(const std::string& target) {
-  return target.rfind(kWindow, 0) != 0 && !isOutputDevice(target);
+  return target.rfind(kWindow, 0) != 0 && !isOutputDevice(target) && !isPipeWire(target);
 }
 
 }  // namespace fyn::productionrules::video

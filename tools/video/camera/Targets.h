@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "tools/video/camera/FfmpegSink.h"
+#include "tools/video/camera/PipedSink.h"
 
 namespace fyn::productionrules::video {
 
 /**
- * Opens what a person names as the place of pictures: "none", "window", or what `ffmpegCommand` takes. Raises
+ * Opens what a person names as the place of pictures: "none", "window", or what `writerCommand` takes. Raises
  * UsageError when it cannot be used, as a window without a display.
  */
 std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFormat& format);

@@ -219,7 +219,8 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
       ->type_name("FILE");
   app.add_option("-o,--output", arguments.player.outputs,
                  "Where the pictures go: a .mp4, .webm or .mkv (lossless) file, a V4L2 loopback device, "
-                 "window or none. The first is for stream 0, the next for stream 1 ...; further streams go "
+                 "pipewire (a camera that browsers can choose), window or none. The first is for stream 0, "
+                 "the next for stream 1 ...; further streams go "
                  "to files named after the last")
       ->type_name("TARGET")
       ->allow_extra_args(false);
@@ -234,7 +235,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
                  "Own the inputs, whatever becomes of the other programs, and hand their frames to "
                  "prb-vision on this socket")
       ->type_name("SOCKET");
-  app.add_option("--size", arguments.size, "Of the pictures that go out, 16:9")
+  app.add_option("--size", arguments.size, "Of the pictures that go out, a multiple of 32x18")
       ->type_name("WIDTHxHEIGHT")
       ->capture_default_str();
   app.add_option("--rate", arguments.player.device.rate, "Pictures per second that a device is asked for")

@@ -49,7 +49,7 @@ SoundInput::SoundInput(const std::string& source, const std::vector<CameraInput>
   }
   if (!from.empty() && from != "none") {
     mLive = from == kMicrophone || isAlsa(from);
-    mProcess.emplace(commandFor(from), FfmpegProcess::Pipe::fromOutput);
+    mProcess.emplace(commandFor(from), PipedProcess::Pipe::fromOutput);
   }
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tools/video/source/CameraInputs.h"
-#include "tools/video/source/FfmpegProcess.h"
+#include "tools/video/source/PipedProcess.h"
 #include "tools/video/source/SpeechDetector.h"
 
 namespace CLI {
@@ -36,7 +36,7 @@ class SoundInput {
   void readBlock();
 
   bool mLive = false;
-  std::optional<FfmpegProcess> mProcess;
+  std::optional<PipedProcess> mProcess;
   SpeechDetector mDetector;
   std::array<std::int16_t, SpeechDetector::kBlock> mBlock{};
   std::size_t mFilled = 0;

@@ -7,16 +7,16 @@
 
 namespace fyn::productionrules::video {
 
-/** An ffmpeg at one end of a pipe, out of reach of Ctrl-C: it ends when the pipe does. */
-class FfmpegProcess {
+/** A program at one end of a pipe, out of reach of Ctrl-C: it ends when the pipe does. */
+class PipedProcess {
  public:
   enum class Pipe { toInput, fromOutput };
 
   /** Raises UsageError when `command` cannot be started. */
-  FfmpegProcess(const std::vector<std::string>& command, Pipe pipe);
-  ~FfmpegProcess();
-  FfmpegProcess(const FfmpegProcess&) = delete;
-  FfmpegProcess& operator=(const FfmpegProcess&) = delete;
+  PipedProcess(const std::vector<std::string>& command, Pipe pipe);
+  ~PipedProcess();
+  PipedProcess(const PipedProcess&) = delete;
+  PipedProcess& operator=(const PipedProcess&) = delete;
 
   /** Our end of the pipe. */
   int descriptor() const { return mDescriptor; }

@@ -1,4 +1,4 @@
-#include "tools/video/source/FfmpegProcess.h"
+#include "tools/video/source/PipedProcess.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -26,8 +26,8 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-pid_t start(std::vector<std::string> command, int itsEnd, FfmpegProcess::Pipe pipe) {
-  const bool reads = pipe == FfmpegProcess::Pipe::toInput;
+pid_t start(std::vector<std::string> command, int itsEnd, PipedProcess::Pipe pipe) {
+  const bool reads = pipe == PipedProcess::Pipe::toInput;
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, itsEnd, reads ? STDIN_FILENO : STDOUT_FILENO);
@@ -53,10 +53,10 @@ pid_t start(std::vector<std::string> command, int itsEnd, FfmpegProcess::Pipe pi
 
 }  // namespace
 
-FfmpegProcess::FfmpegProcess(const std::vector<std::string>& command, Pipe pipe) : mPipe(pipe) {
+PipedProcess::PipedProcess(const std::vector<std::string>& command, Pipe pipe) : mPipe(pipe) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-    throw UsageError(std::string("no pipe to ffmpeg: ") + std::strerror(errno));
+    throw UsageError("no pipe to " + command.front() + ": " + std::strerror(errno));
   }
   const auto [reading, writing] = ends;
   const bool reads = pipe == Pipe::toInput;
@@ -64,7 +64,7 @@ FfmpegProcess::FfmpegProcess(const std::vector<std::string>& command, Pipe pipe)
   mDescriptor = reads ? writing : reading;
   // A whole picture at a time would be best; the kernel grants what it allows.
   fcntl(mDescriptor, F_SETPIPE_SZ, 1 << 20);
-  // An ffmpeg that has died is an error to report, not a reason to die as well.
+  // A program that has died is an error to report, not a reason to die as well.
   signal(SIGPIPE, SIG_IGN);
   try {
     mPid = start(command, itsEnd, pipe);
@@ -76,11 +76,11 @@ FfmpegProcess::FfmpegProcess(const std::vector<std::string>& command, Pipe pipe)
   close(itsEnd);
 }
 
-FfmpegProcess::~FfmpegProcess() {
+PipedProcess::~PipedProcess() {
   finish();
 }
 
-int FfmpegProcess::finish() {
+int PipedProcess::finish() {
   if (mDescriptor >= 0) {
     close(mDescriptor);
     mDescriptor = -1;

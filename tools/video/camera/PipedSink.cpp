@@ -1,8 +1,9 @@
-#include "tools/video/camera/FfmpegSink.h"
+#include "tools/video/camera/PipedSink.h"
 
 #include <unistd.h>
 
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -14,6 +15,8 @@ namespace fyn::productionrules::video {
 namespace {
 
 using Arguments = std::vector<std::string>;
+
+const std::string kPipeWire = "pipewire";
 
 /** Without a tag players guess, and with less exact rounding faces would look pale. */
 Arguments inColours(const std::string& matrix, Arguments encoding) {
@@ -55,14 +58,39 @@ Arguments outputArguments(const std::string& target) {
   }
   const auto known = encodings().find(std::filesystem::path(target).extension().string());
   if (known == encodings().end()) {
-    throw UsageError("\"" + target + "\" is neither a .mp4, .webm or .mkv file nor a device");
+    throw UsageError("\"" + target +
+                     "\" is neither a .mp4, .webm or .mkv file nor a device, pipewire or window");
   }
   return known->second;
 }
 
+/** A source of PipeWire that is named as the stream is. Its colours need no guess: they stay what they are.
+ */
+Arguments pipeWireCommand(const std::string& target, const VideoFormat& format) {
+  const std::string name = "prb-camera" + target.substr(kPipeWire.size());
+  return {"gst-launch-1.0", "-q", "fdsrc", "blocksize=1048576", "!", "rawvideoparse", "format=bgr",
+          "width=" + std::to_string(format.size.width), "height=" + std::to_string(format.size.height),
+          "framerate=" + std::to_string(std::lround(format.rate * 1000)) + "/1000", "!",
+          // Whoever looks may hang; the pictures go on.
+          "queue", "leaky=downstream", "max-size-buffers=2", "max-size-bytes=0", "max-size-time=0", "!",
+          "videoconvert", "!", "video/x-raw,format=BGRA", "!",
+          // Without anybody who looks, the sink has no memory to lend.
+          "identity", "drop-allocation=true", "!", "pipewiresink", "mode=provide", "sync=false",
+          "stream-properties=props,media.class=Video/Source,media.role=Camera,node.name=" + name +
+              ",node.description=" + name};
+}
+
 }  // namespace
 
-std::vector<std::string> ffmpegCommand(const std::string& target, const VideoFormat& format) {
+bool isPipeWire(const std::string& target) {
+  const std::size_t behind = target.find_first_not_of("0123456789", kPipeWire.size() + 1);
+  return target == kPipeWire || (target.rfind(kPipeWire + "-", 0) == 0 && behind == std::string::npos);
+}
+
+std::vector<std::string> writerCommand(const std::string& target, const VideoFormat& format) {
+  if (isPipeWire(target)) {
+    return pipeWireCommand(target, format);
+  }
   Arguments command{"ffmpeg",
                     "-hide_banner",
                     "-loglevel",
@@ -86,12 +114,12 @@ std::vector<std::string> ffmpegCommand(const std::string& target, const VideoFor
   return command;
 }
 
-FfmpegSink::FfmpegSink(const std::string& target, const VideoFormat& format)
-    : mTarget(target),
+PipedSink::PipedSink(const std::string& target, const VideoFormat& format)
+    : mWriter(target + ": " + writerCommand(target, format).front()),
       mSize(format.size),
-      mProcess(ffmpegCommand(target, format), FfmpegProcess::Pipe::toInput) {}
+      mProcess(writerCommand(target, format), PipedProcess::Pipe::toInput) {}
 
-void FfmpegSink::write(const cv::Mat& picture) {
+void PipedSink::write(const cv::Mat& picture) {
   CV_Assert(picture.size() == mSize && picture.type() == CV_8UC3 && picture.isContinuous());
   const std::uint8_t* from = picture.data;
   std::size_t left = picture.total() * picture.elemSize();
@@ -101,16 +129,16 @@ void FfmpegSink::write(const cv::Mat& picture) {
       continue;
     }
     if (count < 0) {
-      throw std::runtime_error(mTarget + ": ffmpeg takes no more pictures: " + std::strerror(errno));
+      throw std::runtime_error(mWriter + " takes no more pictures: " + std::strerror(errno));
     }
     from += count;
     left -= static_cast<std::size_t>(count);
   }
 }
 
-void FfmpegSink::finish() {
+void PipedSink::finish() {
   if (mProcess.finish() != 0) {
-    throw std::runtime_error(mTarget + ": ffmpeg could not write it");
+    throw std::runtime_error(mWriter + " could not write all pictures");
   }
 }
 
