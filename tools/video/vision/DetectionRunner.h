@@ -4,8 +4,10 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <vector>
 
+#include "platform/Mutex.h"
 #include "tools/video/vision/PersonDetector.h"
 
 namespace fyn::productionrules::video {
@@ -24,8 +26,10 @@ struct DetectedFrame {
  */
 class DetectionRunner {
  public:
-  DetectionRunner(std::unique_ptr<PersonDetector> detector, bool inBackground)
-      : mDetector(std::move(detector)), mInBackground(inBackground) {}
+  DetectionRunner(std::unique_ptr<PersonDetector> detector, bool inBackground);
+  ~DetectionRunner();
+  DetectionRunner(const DetectionRunner&) = delete;
+  DetectionRunner& operator=(const DetectionRunner&) = delete;
 
   /** Whether the next frame would be looked at. */
   bool isIdle() const { return !mRunning.valid(); }
@@ -37,9 +41,17 @@ class DetectionRunner {
   std::optional<DetectedFrame> take();
 
  private:
+  using Look = std::packaged_task<DetectedFrame()>;
+  void lookInBackground();
+
   std::unique_ptr<PersonDetector> mDetector;
-  const bool mInBackground;
   std::future<DetectedFrame> mRunning;
+  Mutex mMutex;
+  ConditionVariable mChanged;
+  Look mNext PR_GUARDED_BY(mMutex);
+  bool mEnding PR_GUARDED_BY(mMutex) = false;
+  /** One for all frames: of each thread that ends the video library keeps a kilobyte. */
+  std::thread mThread;
 };
 
 }  // namespace fyn::productionrules::video
