@@ -89,6 +89,15 @@ TEST(PersonTracker, AnUncertainSightGoesOnWithAPersonButBeginsNone) {
   for (int look = 0; look < 30; ++look) {
     EXPECT_EQ(tracking.see({400}, 0.4), Ids{1}) << look;
   }
+  // Half a face at the side of the picture has to be plainer.
+  for (const auto& [x, score, ids] :
+       {std::tuple{10.0, 0.7, Ids{}}, {1270.0, 0.7, Ids{}}, {10.0, 0.8, Ids{1}}}) {
+    Tracking side;
+    for (int look = 0; look < 4; ++look) {
+      side.see({x}, score);
+    }
+    EXPECT_EQ(side.ids(), ids) << x << " " << score;
+  }
 }
 
 TEST(PersonTracker, WhoIsLostAcrossTheEdgeHasLeft) {

@@ -20,13 +20,16 @@ cv::Point2d centre(const cv::Rect2d& box) {
   return (box.tl() + box.br()) / 2.0;
 }
 
-/** That of the camera which sees the person best. */
-double certainty(const Observation& seen) {
-  double best = 0;
-  for (const Observation::View& view : seen.views) {
-    best = std::max(best, view.detection.score);
-  }
-  return best;
+bool crossesSide(const cv::Rect2d& box) {
+  return box.x < 0 || box.x + box.width > kOutputSize.width;
+}
+
+/** Whether a camera is certain enough that this is a person. */
+bool beginsPerson(const Observation& seen, const TrackerOptions& options) {
+  return std::any_of(seen.views.begin(), seen.views.end(), [&](const Observation::View& view) {
+    const Detection& head = view.detection;
+    return head.score >= (crossesSide(head.box) ? options.scoreToBeginAtSide : options.scoreToBegin);
+  });
 }
 
 bool crossesEdge(const Observation::View& view) {
@@ -51,7 +54,7 @@ void PersonTracker::update(const std::vector<Observation>& seen, std::int64_t ms
   for (std::size_t index = 0; index < seen.size(); ++index) {
     if (paired[index] >= 0) {
       correct(mTracks[static_cast<std::size_t>(paired[index])], seen[index], ms);
-    } else if (certainty(seen[index]) >= mOptions.scoreToBegin) {
+    } else if (beginsPerson(seen[index], mOptions)) {
       Track track;
       track.firstMs = ms;
       track.seenMs = ms;

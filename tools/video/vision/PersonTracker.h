@@ -10,6 +10,9 @@ namespace fyn::productionrules::video {
 struct TrackerOptions {
   /** The certainty from which on a sight begins a person; with less it only goes on with one. */
   double scoreToBegin = 0.58;
+  /** The same where the left or the right edge of the picture cuts the head, and things pass for half a face.
+   */
+  double scoreToBeginAtSide = 0.75;
   /** How long somebody is seen, twice at least, before the person counts. More: fewer ghosts, later
    * entrances. */
   std::int64_t confirmMs = 300;
