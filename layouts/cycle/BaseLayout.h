@@ -215,9 +215,6 @@ class BaseLayout {
   /** Where the frame's subject stands, by the kind of frame. */
   virtual HeadPosition getCurrentHeadPosition(const Frame& frame);
 
-  /** Whether `findPresent` may answer other people than those of the result. */
-  virtual bool usesPresence() const { return false; }
-
   /** The people of a vision result whom the engine believes to be there; asked once for every result, before
    * anything else, and the answer is what the other operations get. The base believes the result. */
   virtual std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) { return mlData; }

@@ -64,7 +64,6 @@ class BasePeopleLayout : public BaseLayout {
   std::vector<Rect> getGroupHeadBounds(const Frame& frame) override;
 
   HeadPosition getCurrentHeadPosition(const Frame& frame) override;
-  bool usesPresence() const override;
   std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
 
  protected:
@@ -109,6 +108,9 @@ class BasePeopleLayout : public BaseLayout {
   void takeNewNumbers();
 
   const PeoplePresence& presence() const { return mPresence; }
+
+  /** Whether the engine bridges the errors of the detector. */
+  bool usesPresence() const;
 
   PeopleInputFaults mInputFaults;
 

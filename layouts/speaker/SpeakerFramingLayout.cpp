@@ -116,21 +116,18 @@ std::uint32_t SpeakerFramingLayout::getReframeAnimationDuration(HeadPosition pos
 
 std::shared_ptr<MLData> SpeakerFramingLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
   mInputFaults.report(*mlData, headsToFollow(ownCamera()), getTag());
-  const std::shared_ptr<MLData> present = mMemory.presence.update(mlData, tick());
-  if (usesPresence()) {
-    for (const PersonRenamed& renamed : mMemory.presence.renamed()) {
-      takeNewNumber(mState.mCurLayout.get(), renamed);
-      takeNewNumber(mState.mNextLayout.get(), renamed);
-      mMemory.belief.rename(renamed.before->id, renamed.now->id);
-      mMemory.turns.rename(renamed.before->id, renamed.now->id);
-      mMemory.exchange.rename(renamed.before->id, renamed.now->id);
-    }
+  std::shared_ptr<MLData> present = mMemory.presence.update(mlData, tick());
+  if (!PrConfig::get().presenceEnabled) {
+    return mlData;
   }
-  return usesPresence() ? present : mlData;
-}
-
-bool SpeakerFramingLayout::usesPresence() const {
-  return PrConfig::get().presenceEnabled;
+  for (const PersonRenamed& renamed : mMemory.presence.renamed()) {
+    takeNewNumber(mState.mCurLayout.get(), renamed);
+    takeNewNumber(mState.mNextLayout.get(), renamed);
+    mMemory.belief.rename(renamed.before->id, renamed.now->id);
+    mMemory.turns.rename(renamed.before->id, renamed.now->id);
+    mMemory.exchange.rename(renamed.before->id, renamed.now->id);
+  }
+  return present;
 }
 
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {

@@ -72,7 +72,6 @@ class SpeakerFramingLayout : public BaseLayout {
   HeadPosition getCurrentHeadPosition(const Frame& frame) override;
 
   std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
-  bool usesPresence() const override;
 
  protected:
   void updateFrameView(Frame& frame) override;

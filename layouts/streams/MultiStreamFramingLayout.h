@@ -44,7 +44,6 @@ class MultiStreamFramingLayout : public BaseLayout {
 
   /** The whole cycle for one vision result, in all streams; true when the layouts are to be published. */
   bool process(const std::shared_ptr<MLData>& mlData) override;
-  bool usesPresence() const override { return mPeople.usesPresence(); }
   std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
 
   /** Stream 0 first. */

@@ -29,6 +29,7 @@ std::string configurationText(const KeyValues& values) {
 
 Replay::Replay(const ReplayOptions& options, ReplayObserver& observer)
     : mOptions(options),
+      mVisionResults(options.visionResults ? options.visionResults : std::make_shared<VisionResultReader>()),
       mEnvironment(observer, options.logLevel),
       mBus(std::make_shared<ReplayBus>(observer)),
       mProviders(std::make_shared<ReplayProviders>(observer)) {
@@ -87,9 +88,7 @@ void Replay::start() {
   PrConfig::load(configurationPath());
   mService = std::make_unique<ProductionRuleIPCService>(platform, "prServ");
   mService->setDecisionListener(mOptions.decisions);
-  if (mOptions.visionResults) {
-    mService->setVisionResultReader(mOptions.visionResults);
-  }
+  mService->setVisionResultReader(mVisionResults);
   mService->init();
   schedulePeriodicCheck();
 

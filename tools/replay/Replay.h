@@ -29,7 +29,7 @@ struct ReplayOptions {
   std::ostream* standardOutput = nullptr;
   /** Told every decision; null for nobody. */
   DecisionListener* decisions = nullptr;
-  /** Reads vision results; null for the service's own reader. */
+  /** Reads vision results; null for a reader of the replay's own. */
   std::shared_ptr<VisionResultReader> visionResults;
 };
 
@@ -56,6 +56,9 @@ class Replay {
   /** Milliseconds from the start of the recording. */
   std::int64_t now() { return static_cast<std::int64_t>(mEnvironment.time().now()); }
 
+  /** What the service reads vision results with. */
+  VisionResultReader& visionResults() { return *mVisionResults; }
+
   /** What the service finds as its current state; for whoever looks into the service. */
   const std::shared_ptr<ServiceState>& state() const { return mEnvironment.state(); }
 
@@ -69,6 +72,7 @@ class Replay {
   void schedulePeriodicCheck();
 
   const ReplayOptions mOptions;
+  const std::shared_ptr<VisionResultReader> mVisionResults;
   ReplayEnvironment mEnvironment;
   std::shared_ptr<ReplayBus> mBus;
   std::shared_ptr<ReplayProviders> mProviders;

@@ -70,7 +70,7 @@ void FramingMeter::handle(Replay& replay, const RecordingEvent& event) {
   ProductionRuleIPCService& service = *replay.service();
   const bool isVision = isVisionResult(event);
   if (isVision) {
-    takeResult(event, took, service);
+    takeResult(event, took, replay.visionResults());
   }
   const bool showsRoom = isVision || truth != nullptr;
   if (showsRoom) {
@@ -126,15 +126,13 @@ void FramingMeter::takeTruth(std::int64_t t, const Truth& truth) {
 }
 
 void FramingMeter::takeResult(const RecordingEvent& event, std::chrono::nanoseconds took,
-                              ProductionRuleIPCService& service) {
+                              VisionResultReader& reader) {
   ++mMeasurement.visionResults;
   mMeasurement.decisionTime.add(took.count() * kTenthsPerMicrosecond / 1000);
   mHoldUntil = std::min(event.t, std::numeric_limits<std::int64_t>::max() - kLongestHoldMs) + kLongestHoldMs;
   if (!mKnowsTruth) {
     mPlacedIn.reset();
-    const std::shared_ptr<BaseLayout> engine = service.trackingMode().getFramingLayout();
-    mRoom.persons = engine == nullptr ? std::vector<PersonState>()
-                                      : peopleSeen(std::get<BusMessage>(event.what), *engine);
+    mRoom.persons = peopleSeen(std::get<BusMessage>(event.what), reader);
   }
 }
 

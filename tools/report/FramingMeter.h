@@ -53,8 +53,7 @@ class FramingMeter final : public ReplayObserver, public DecisionListener {
   bool hasBegun() const { return mMeasurement.visionResults > 0; }
 
   void takeTruth(std::int64_t t, const Truth& truth);
-  void takeResult(const RecordingEvent& event, std::chrono::nanoseconds took,
-                  ProductionRuleIPCService& service);
+  void takeResult(const RecordingEvent& event, std::chrono::nanoseconds took, VisionResultReader& reader);
   void seePersons(std::int64_t t);
   void placePersons(ProductionRuleIPCService& service);
   void placeIn(const StreamPicture& picture);

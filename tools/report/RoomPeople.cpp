@@ -3,28 +3,11 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "model/MLData.h"
+
 namespace fyn::productionrules {
 
 namespace {
-
-/** The persons of a vision result. An engine's people map holds just them, unless the engine bridges the
- * errors of the detector: then the result is read again. */
-std::vector<std::shared_ptr<FynHead>> headsSeen(const BusMessage& result, BaseLayout& engine) {
-  std::vector<std::shared_ptr<FynHead>> persons;
-  if (engine.usesPresence()) {
-    MLData data;
-    try {
-      data.from_json(nlohmann::json::parse(result.payload));
-    } catch (const nlohmann::json::exception&) {
-      return persons;
-    }
-    return data.getHeads();
-  }
-  for (const auto& [id, person] : engine.peopleMap()) {
-    persons.push_back(person);
-  }
-  return persons;
-}
 
 /** Ascending by id; of two with one id the first counts, and nobody without a box. */
 std::vector<PersonState> ordered(std::vector<PersonState> people) {
@@ -59,9 +42,15 @@ std::vector<PersonState> peopleOf(const Truth& truth) {
   return ordered(std::move(states));
 }
 
-std::vector<PersonState> peopleSeen(const BusMessage& result, BaseLayout& engine) {
+std::vector<PersonState> peopleSeen(const BusMessage& result, VisionResultReader& reader) {
   std::vector<PersonState> states;
-  for (const std::shared_ptr<FynHead>& person : headsSeen(result, engine)) {
+  std::shared_ptr<MLData> data;
+  try {
+    data = reader.read(result.payload);
+  } catch (const nlohmann::json::exception&) {
+    return states;
+  }
+  for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
     PersonState state;
     state.id = person->id;
     for (const auto& [camera, head] : person->mCamIdAssocHeadMap) {

@@ -45,13 +45,8 @@ void PersonCourses::look(const RecordingEvent& event, MomentReplay& replay) {
 
 void PersonCourses::noteDetected(const BusMessage& message, std::int64_t t, MomentReplay& replay) {
   const ServiceStateScope scope(replay.replay().state());
-  ProductionRuleIPCService* const service = replay.replay().service();
-  const std::shared_ptr<BaseLayout> engine =
-      service == nullptr ? nullptr : service->trackingMode().getFramingLayout();
-  if (engine != nullptr) {
-    for (const PersonState& person : peopleSeen(message, *engine)) {
-      mLastDetected[person.id] = t;
-    }
+  for (const PersonState& person : peopleSeen(message, replay.replay().visionResults())) {
+    mLastDetected[person.id] = t;
   }
 }
 
