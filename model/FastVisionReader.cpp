@@ -27,6 +27,9 @@ using simdjson::dom::object;
 // not cost that for the rest of the process.
 constexpr std::size_t kLargestText = 256U << 10U;
 
+/** Of a map with a single head. */
+constexpr float kHeadsInOneBucket = 16;
+
 constexpr std::array<std::string_view, 4> kSideKeys{"left", "top", "right", "bottom"};
 enum SideKey : std::size_t { kLeft, kTop, kRight, kBottom };
 constexpr std::array<std::string_view, 2> kPersonKeys{"fynId", "associatedHeads"};
@@ -162,6 +165,10 @@ bool readHeads(element value, const std::shared_ptr<Head>& first, FynHead& perso
   array heads;
   if (value.get(heads) != simdjson::SUCCESS) {
     return false;
+  }
+  if (heads.size() == 1) {
+    // A table for a dozen heads would be made for the first, but for this.
+    person.mCamIdAssocHeadMap.max_load_factor(kHeadsInOneBucket);
   }
   for (const element seen : heads) {
     auto head = person.mCamIdAssocHeadMap.empty() ? first : std::make_shared<Head>();

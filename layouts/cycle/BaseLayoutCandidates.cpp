@@ -110,9 +110,15 @@ void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
              seen);
   }
   // A map of its own, not the old one cleared: the order of the dump must not depend on who was here before.
+  // The nodes of those who stay serve again.
   PeopleMap people;
   for (const std::shared_ptr<FynHead>& person : heads) {
-    people.emplace(person->id, person);
+    if (PeopleMap::node_type node = mState.people.extract(person->id)) {
+      node.mapped() = person;
+      people.insert(std::move(node));
+    } else {
+      people.emplace(person->id, person);
+    }
   }
   mState.people = std::move(people);
 }
