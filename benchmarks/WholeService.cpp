@@ -1,6 +1,6 @@
 // A vision result through the whole service: text in, decision, text out. Beside each figure stands the floor
 // that it cannot go under, measured in the same run, iteration by iteration: the JSON library's parse of the
-// same text and its dump of the same document.
+// same text and its dump of the same document. The rows of the peer stand beside another program for the job.
 #include <benchmark/benchmark.h>
 
 #include <ctime>
@@ -8,6 +8,7 @@
 
 #include "benchmarks/AllocationCount.h"
 #include "benchmarks/BenchService.h"
+#include "benchmarks/FaceBoxCropper.h"
 #include "benchmarks/Meeting.h"
 #include "model/FynCamerasConfig.h"
 #include "model/MLData.h"
@@ -157,6 +158,37 @@ void partDecide(benchmark::State& state) {
       [&] { parseFloor(text); });
 }
 
+std::vector<Rect> boxesOf(const MLData& seen) {
+  std::vector<Rect> boxes;
+  boxes.reserve(seen.getHeads().size());
+  for (const std::shared_ptr<FynHead>& person : seen.getHeads()) {
+    boxes.push_back(person->findHead(FynHead::kNoCamera)->bbox);
+  }
+  return boxes;
+}
+
+// The peer gets the same boxes, as records or as the same text by the same reader.
+void peer(benchmark::State& state, bool readsText) {
+  BenchService bench(FramingMode::GroupFraming, false);
+  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  const std::string topic = "/ICDOut";
+  bench.service().process(topic, text);
+  VisionResultReader reader;
+  const std::shared_ptr<MLData> seen = reader.read(text);
+  FaceBoxCropper cropper;
+  measure(
+      state,
+      [&] {
+        bench.nextFrame();
+        if (readsText) {
+          bench.service().process(topic, text);
+        } else {
+          benchmark::DoNotOptimize(bench.service().trackingMode().process(seen));
+        }
+      },
+      [&] { benchmark::DoNotOptimize(cropper.crop(boxesOf(readsText ? *reader.read(text) : *seen))); });
+}
+
 void partBuild(benchmark::State& state) {
   BenchService bench(FramingMode::GroupFraming, false);
   bench.service().process("/ICDOut", visionResult(static_cast<int>(state.range(0)), 1));
@@ -195,6 +227,8 @@ BENCHMARK_CAPTURE(partRead, fast, true)->Apply(persons);
 BENCHMARK_CAPTURE(partRead, exactly, false)->Apply(persons);
 BENCHMARK(partDecide)->Apply(persons);
 BENCHMARK(partBuild)->Apply(persons);
+BENCHMARK_CAPTURE(peer, boxes, false)->Apply(persons);
+BENCHMARK_CAPTURE(peer, text, true)->Apply(persons);
 
 }  // namespace
 
