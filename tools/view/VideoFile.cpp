@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "tools/base/FileFault.h"
-#include "tools/base/InputFile.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
 
@@ -29,8 +29,11 @@ constexpr std::array<VideoKind, 4> kKinds{
 VideoFile::VideoFile(const std::string& path)
     : mPath(path), mName(std::filesystem::path(path).filename().string()) {
   std::error_code error;
-  const std::ifstream file(path, std::ios::binary);
-  if (!file || !std::filesystem::is_regular_file(path, error)) {
+  // The opening of a pipe would wait for its other end.
+  if (std::filesystem::is_other(path, error)) {
+    throw UsageError(path + ": is no file, so a page cannot jump in it");
+  }
+  if (std::filesystem::is_directory(path, error) || !std::ifstream(path, std::ios::binary)) {
     cannotOpen(path, "reading");
   }
   mSize = static_cast<std::int64_t>(std::filesystem::file_size(path, error));

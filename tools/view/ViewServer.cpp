@@ -2,7 +2,6 @@
 
 #include <httplib.h>
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <nlohmann/json.hpp>
@@ -280,6 +279,7 @@ void ViewServer::Pages::sendPieces(const char* contentType, const httplib::Reque
   }
   if (++mStreams > kMostStreams) {
     --mStreams;
+    response.headers.erase("Content-Range");
     answer(response, 503, "too many pages are open: close one and load this one again");
     return;
   }
