@@ -5,8 +5,9 @@ usage: figures.py room PROGRAMS          one room with 16 people: memory, proces
        figures.py fleet PROGRAMS ROOMS   many rooms with four people each on one broker
 
 Shares are of one core. A scene's time is from the publishing of the vision result that asks for it to its arrival at the
-publisher, both in this process. Its floor is a message that the broker itself carries on to the same process over a bridge:
-as many ways through the network, in turn as long as the result and as the scene.
+publisher, both in this process. Its floors are messages, in turn as long as the result and as the scene, that go as many
+ways through the network: the broker itself carries them on to this process over a bridge, or another process does that can
+do nothing else (a second broker). The floor of the service's cost is a subscriber that drops what it gets.
 """
 
 import json
@@ -16,14 +17,16 @@ import statistics
 import sys
 import time
 
-from room import Bus, Machine, until
+from room import Bus, Machine, free_port, server, until
 
 RATE = 30
 ROUNDS = 1000
 SECONDS = 30
 # What leaves as bare/N comes back as back/N.
-BRIDGE = ("connection echo\naddress 127.0.0.1:PORT\nbridge_protocol_version mqttv50\nnotifications false\ncleansession true\n"
-          "restart_timeout 1\ntopic # out 1 bare/ back/\n")
+BRIDGE = ("connection %s\naddress 127.0.0.1:PORT\nbridge_protocol_version mqttv50\nnotifications false\ncleansession true\n"
+          "restart_timeout 1\ntopic # %s\n")
+# What leaves as far/N comes back the same way through the other process: one connection fetches it, one returns it.
+FAR = BRIDGE % ("fetch", "in 1 loop/ far/") + BRIDGE % ("return", "out 1 loop/ back/")
 
 
 def result(frame, people):
@@ -58,24 +61,31 @@ def memory_mb(process):
     return tuple(int(values[key].split()[0]) / 1024 for key in ("Rss", "Pss"))
 
 
-def cost(processes, seconds, meanwhile=time.sleep):
-    """Mean of the processes: per cent of a core while `meanwhile(seconds)` runs, resident and proportional MB after it."""
+def costs(processes, seconds, meanwhile=time.sleep):
+    """Of each process: per cent of a core while `meanwhile(seconds)` runs, resident and proportional MB after it."""
     before, begun = [processor_seconds(process) for process in processes], time.monotonic()
     meanwhile(seconds)
     passed = time.monotonic() - begun
-    used = [processor_seconds(process) - then for process, then in zip(processes, before)]
-    resident, proportional = zip(*(memory_mb(process) for process in processes))
-    return 100 * statistics.mean(used) / passed, statistics.mean(resident), statistics.mean(proportional)
+    return [(100 * (processor_seconds(process) - then) / passed, *memory_mb(process)) for process, then in zip(processes, before)]
+
+
+def cost(processes, seconds, meanwhile=time.sleep):
+    """Mean of the processes."""
+    return tuple(statistics.mean(figures) for figures in zip(*costs(processes, seconds, meanwhile)))
 
 
 def say_cost(what, figures):
     print("%-28s %6.2f %% of a core, %5.1f MB resident, %5.1f MB proportional" % (what, *figures), flush=True)
 
 
+def say_costs(names, figures):
+    for name, each in zip(names, figures):
+        say_cost(name, each)
+
+
 def say_times(what, milliseconds):
     steps = statistics.quantiles(milliseconds, n=100)
     print("%-28s median %.2f ms, 99%% %.2f ms, of %d" % (what, steps[49], steps[98], len(milliseconds)), flush=True)
-    return steps[98]
 
 
 def play(port, rooms, people, seconds):
@@ -104,7 +114,9 @@ def feeding(machine, rooms, people):
 
 
 def answer_ms(bus, topic, text, back):
-    """From the publishing to the arrival of a message on `back`, in milliseconds."""
+    """From the publishing to the arrival of a message on `back`, in milliseconds; after a pause, as between frames: who has
+    slept is slower."""
+    time.sleep(0.02)
     before, begun = len(bus.received), time.monotonic()
     bus.publish(topic, text)
     while True:
@@ -117,8 +129,14 @@ def answer_ms(bus, topic, text, back):
 
 def scene_ms(bus, room, text):
     bus.publish(f"{room}/ctl", "reset-layouts")
-    time.sleep(0.02)
     return answer_ms(bus, f"{room}/ICDOut", text, f"{room}/PRBOut")
+
+
+def start_other_process(machine):
+    """Comes back when it carries messages on."""
+    machine.write("far.conf", f"listener {free_port()} 127.0.0.1\nallow_anonymous true\npersistence false\n"
+                  + FAR.replace("PORT", str(machine.port)))
+    machine.start("far", server("mosquitto"), "-c", machine.path("far.conf"))
 
 
 def are_up(bus):
@@ -126,20 +144,28 @@ def are_up(bus):
 
 
 def one_room(programs):
-    machine = Machine(programs, BRIDGE)
+    machine = Machine(programs, BRIDGE % ("echo", "out 1 bare/ back/"))
     try:
         service = start_service(machine, "room")
+        subscriber = machine.start("subscriber", "mosquitto_sub", "-V", "5", "-q", "1", "-p", str(machine.port), "-t",
+                                   "room/ICDOut", "-F", "%l")
+        start_other_process(machine)
         bus = Bus(machine.port, "", ["room/PRBStatus", "room/PRBOut", "back/#"])
         until(lambda: are_up(bus) == 1, "the service")
-        say_cost("at rest", cost([service], SECONDS))
-        say_cost("16 people, 30 a second", cost([service], SECONDS, feeding(machine, ["room"], 16)))
-        text, scenes, floors = result(0, 16), [], []
+        until(lambda: bus.publish("far/first", "") and "back/first" in [topic for _, topic, _ in bus.received], "the other process")
+        both = [service, subscriber]
+        say_costs(("at rest", "a subscriber at rest"), costs(both, SECONDS))
+        say_costs(("16 people, 30 a second", "a subscriber"), costs(both, SECONDS, feeding(machine, ["room"], 16)))
+        text, scenes, bare, far = result(0, 16), [], [], []
         for number in range(ROUNDS):
             taken, scene = scene_ms(bus, "room", text)
             scenes.append(taken)
-            floors.append(answer_ms(bus, "bare/x", (text, scene)[number % 2], "back/x")[0])
-        excess = say_times("result to scene", scenes) - say_times("the same way, bare", floors)
-        print("%-28s %.2f ms at 99%%; %d and %d bytes" % ("difference", excess, len(text), len(scene)), flush=True)
+            bare.append(answer_ms(bus, "bare/x", (text, scene)[number % 2], "back/x")[0])
+            far.append(answer_ms(bus, "far/x", (text, scene)[number % 2], "back/x")[0])
+        say_times("result to scene", scenes)
+        say_times("the same way, bare", bare)
+        say_times("by another process, bare", far)
+        print(f"{len(text)} and {len(scene)} bytes", flush=True)
         bus.close()
     finally:
         machine.close()
