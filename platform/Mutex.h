@@ -26,6 +26,7 @@ class PR_THREAD_ANNOTATION(capability("mutex")) BasicMutex {
   using Standard = Base;
 
   void lock() PR_THREAD_ANNOTATION(acquire_capability()) { mMutex.lock(); }
+  bool try_lock() PR_THREAD_ANNOTATION(try_acquire_capability(true)) { return mMutex.try_lock(); }
   void unlock() PR_THREAD_ANNOTATION(release_capability()) { mMutex.unlock(); }
 
   /** Tells the analysis that the caller holds it, where it cannot know. */

@@ -219,25 +219,28 @@ void MqttConnection::disconnect() {
   mosquitto_disconnect(mHandle.get());
 }
 
-int MqttConnection::poll(std::chrono::milliseconds limit) {
-  mosquitto* const handle = mHandle.get();
-  const int socket = mosquitto_socket(handle);
-  if (socket < 0) {
-    return MOSQ_ERR_NO_CONN;
-  }
-  const auto events = static_cast<short>(wantsToWrite() ? POLLIN | POLLOUT : POLLIN);
-  std::array<pollfd, 2> watched{{{socket, events, 0}, {mWakeFd, POLLIN, 0}}};
+pollfd MqttConnection::socketToWatch() const {
+  return {mosquitto_socket(mHandle.get()), static_cast<short>(wantsToWrite() ? POLLIN | POLLOUT : POLLIN), 0};
+}
+
+void MqttConnection::wait(pollfd& socket, std::chrono::milliseconds limit) {
+  std::array<pollfd, 2> watched{{socket, {mWakeFd, POLLIN, 0}}};
   ::poll(watched.data(), watched.size(), static_cast<int>(limit.count()));
+  socket = watched[0];
   if (watched[1].revents != 0) {
     drainWakes();
   }
+}
+
+int MqttConnection::transfer(const pollfd& socket) {
+  mosquitto* const handle = mHandle.get();
   int result = MOSQ_ERR_SUCCESS;
-  if ((watched[0].revents & POLLOUT) != 0) {
+  if ((socket.revents & POLLOUT) != 0) {
     result = mosquitto_loop_write(handle, 1);
   }
-  if (result == MOSQ_ERR_SUCCESS && (watched[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) {
+  if (result == MOSQ_ERR_SUCCESS && (socket.revents & (POLLIN | POLLERR | POLLHUP)) != 0) {
     result = mosquitto_loop_read(handle, 1);
-    acknowledgeNow(socket);
+    acknowledgeNow(socket.fd);
   }
   return result == MOSQ_ERR_SUCCESS ? mosquitto_loop_misc(handle) : result;
 }
@@ -267,12 +270,6 @@ int MqttConnection::subscribe(const std::string& filter, int& id) {
 
 int MqttConnection::unsubscribe(const std::string& filter) {
   return mosquitto_unsubscribe(mHandle.get(), nullptr, filter.c_str());
-}
-
-void MqttConnection::waitForWake(std::chrono::milliseconds limit) {
-  pollfd watched{mWakeFd, POLLIN, 0};
-  ::poll(&watched, 1, static_cast<int>(limit.count()));
-  drainWakes();
 }
 
 void MqttConnection::wake() {

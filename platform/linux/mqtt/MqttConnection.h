@@ -1,5 +1,7 @@
 #pragma once
 
+#include <poll.h>
+
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -13,7 +15,7 @@ struct mosquitto;
 
 namespace fyn::productionrules {
 
-/** What a broker tells, on the thread that polls the connection. */
+/** What a broker tells, on the thread that uses the connection. */
 class MqttEvents {
  public:
   virtual ~MqttEvents() = default;
@@ -29,8 +31,8 @@ class MqttEvents {
 };
 
 /**
- * One client of the MQTT library and the socket under it. All results are those of the library. One thread
- * uses it; the others may `wake` that thread.
+ * One client of the MQTT library and the socket under it. All results are those of the library. One thread at
+ * a time uses it; while one is in `wait`, others may, and `wake` it.
  */
 class MqttConnection {
  public:
@@ -45,8 +47,14 @@ class MqttConnection {
   int connect();
   void disconnect();
 
-  /** Waits for the network at most `limit`, or until woken, and handles what has come. */
-  int poll(std::chrono::milliseconds limit);
+  /** What to wait for; a negative descriptor without a connection. */
+  pollfd socketToWatch() const;
+
+  /** Waits for that at most for `limit`, or until woken, and notes what has come. */
+  void wait(pollfd& socket, std::chrono::milliseconds limit);
+
+  /** Handles what has come. */
+  int transfer(const pollfd& socket);
 
   /** Whether the library holds bytes that the network has not taken yet. */
   bool wantsToWrite() const;
@@ -54,9 +62,6 @@ class MqttConnection {
   int publish(const std::string& name, const std::string& text, const MqttDelivery& delivery, int& id);
   int subscribe(const std::string& filter, int& id);
   int unsubscribe(const std::string& filter);
-
-  /** Waits for `wake` alone. */
-  void waitForWake(std::chrono::milliseconds limit);
 
   /** Ends the wait under way or else the next one. Called on any thread. */
   void wake();

@@ -44,7 +44,6 @@ MqttPubSubClient::MqttPubSubClient(const MqttOptions& options)
     mStatus.emplace(mOptions.health);
   }
   mThread = std::thread(inThisServiceState([this] { run(); }));
-  mNetworkThread = mThread.get_id();
 }
 
 MqttPubSubClient::~MqttPubSubClient() {
@@ -56,9 +55,25 @@ void MqttPubSubClient::publish(const std::string& topic, const std::string& mess
     PRB_LOGE(kTag, "%s: \"%s\" is no topic, its message is dropped", "publish", topic.c_str());
     return;
   }
-  if (!mClosing && mOutbox.put({topic, message})) {
+  if (!mClosing && mOutbox.put({topic, message}) && !sendNow()) {
     mConnection.wake();
   }
+}
+
+bool MqttPubSubClient::sendNow() {
+  // A listener that publishes is called by the network thread, under its lock.
+  if (mNetworkThread == std::this_thread::get_id() || !mUse.try_lock()) {
+    return false;
+  }
+  bool isSent = false;
+  try {
+    isSent = mConnected && sendQueued() == MOSQ_ERR_SUCCESS && !mConnection.wantsToWrite();
+  } catch (...) {
+    mUse.unlock();
+    throw;
+  }
+  mUse.unlock();
+  return isSent;
 }
 
 // A broker needs no announcement.
@@ -92,10 +107,10 @@ void MqttPubSubClient::whenSubscribed(std::function<void()> callback) {
 }
 
 void MqttPubSubClient::run() {
+  mNetworkThread = std::this_thread::get_id();
   milliseconds pause = mOptions.firstRetry;
   while (!mClosing) {
-    mConnectStart = steady_clock::now();
-    int result = mConnection.connect();
+    int result = connect();
     try {
       result = result == MOSQ_ERR_SUCCESS ? serveConnection() : result;
     } catch (const std::exception& fault) {
@@ -103,16 +118,22 @@ void MqttPubSubClient::run() {
       PRB_LOGE(kTag, "%s: %s", "run", fault.what());
       result = MOSQ_ERR_NOMEM;
     }
-    if (mConnected) {
+    if (connectionEnded(result)) {
       pause = mOptions.firstRetry;
     }
-    connectionEnded(result);
     pauseFor(pause);
     pause = std::min(2 * pause, mOptions.lastRetry);
   }
 }
 
+int MqttPubSubClient::connect() {
+  const MutexLock use(mUse);
+  mConnectStart = steady_clock::now();
+  return mConnection.connect();
+}
+
 int MqttPubSubClient::serveConnection() {
+  MutexLock use(mUse);
   bool disconnecting = false;
   mCloseStart = {};
   for (;;) {
@@ -134,8 +155,16 @@ int MqttPubSubClient::serveConnection() {
     int result = mConnected ? mSubscriptions.update(mConnection) : MOSQ_ERR_SUCCESS;
     result = result == MOSQ_ERR_SUCCESS && mConnected ? sendStatus(now) : result;
     result = result == MOSQ_ERR_SUCCESS && mConnected ? sendQueued() : result;
-    result =
-        result == MOSQ_ERR_SUCCESS ? mConnection.poll(mClosing ? kClosingPollPeriod : kPollPeriod) : result;
+    if (result == MOSQ_ERR_SUCCESS) {
+      pollfd socket = mConnection.socketToWatch();
+      if (socket.fd < 0) {
+        return MOSQ_ERR_NO_CONN;
+      }
+      use.unlock();
+      mConnection.wait(socket, mClosing ? kClosingPollPeriod : kPollPeriod);
+      use.lock();
+      result = mConnection.transfer(socket);
+    }
     if (result != MOSQ_ERR_SUCCESS) {
       return result;
     }
@@ -195,7 +224,22 @@ bool MqttPubSubClient::mayDisconnect() {
   return mOutbox.isEmpty() && mUnacknowledged.empty() && !mConnection.wantsToWrite();
 }
 
+std::uint64_t MqttPubSubClient::lostMessages() const {
+  const MutexLock use(mUse);
+  return mOutbox.lost() + mUnacknowledged.size();
+}
+
+void MqttPubSubClient::onRefused(const std::string& reason) {
+  mRefusal = reason;
+}
+
+void MqttPubSubClient::onPublished(int id) {
+  mUse.assertHeld();
+  mUnacknowledged.erase(id);
+}
+
 void MqttPubSubClient::onConnected(std::size_t receiveMaximum) {
+  mUse.assertHeld();
   mReceiveMaximum = std::min(receiveMaximum, kMostUnacknowledged);
   const std::uint64_t unsent = mOutbox.open();
   mConnected = true;
@@ -221,7 +265,8 @@ void MqttPubSubClient::onMessage(const std::string& name, const std::string& tex
   }
 }
 
-void MqttPubSubClient::connectionEnded(int result) {
+bool MqttPubSubClient::connectionEnded(int result) {
+  const MutexLock use(mUse);
   const std::string reason = mRefusal.empty() ? mConnection.errorText(result) : mRefusal;
   mOutbox.shut();
   mSubscriptions.forgetConnection();
@@ -234,11 +279,11 @@ void MqttPubSubClient::connectionEnded(int result) {
   // A refusal needs a person, so it is said even if the outage began otherwise; each once until the return.
   const bool outageKnown = std::exchange(mOutageSaid, true);
   const bool refusalKnown = refused ? std::exchange(mRefusalSaid, true) : true;
-  if (mClosing || (outageKnown && refusalKnown)) {
-    return;
+  if (!mClosing && !(outageKnown && refusalKnown)) {
+    PRB_LOGW(kTag, "%s %s (%s), trying on", lost ? "lost the connection to" : "cannot connect to",
+             mOptions.address.text().c_str(), reason.c_str());
   }
-  PRB_LOGW(kTag, "%s %s (%s), trying on", lost ? "lost the connection to" : "cannot connect to",
-           mOptions.address.text().c_str(), reason.c_str());
+  return lost;
 }
 
 void MqttPubSubClient::pauseFor(milliseconds pause) {
@@ -248,7 +293,8 @@ void MqttPubSubClient::pauseFor(milliseconds pause) {
     if (left.count() <= 0) {
       return;
     }
-    mConnection.waitForWake(left);
+    pollfd nothing{-1, 0, 0};
+    mConnection.wait(nothing, left);
   }
 }
 

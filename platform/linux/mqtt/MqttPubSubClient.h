@@ -49,40 +49,50 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   void whenSubscribed(std::function<void()> callback);
 
   /** After `close`: how many messages the broker never took. */
-  std::uint64_t lostMessages() const { return mOutbox.lost() + mUnacknowledged.size(); }
+  std::uint64_t lostMessages() const;
 
  private:
   using TimePoint = std::chrono::steady_clock::time_point;
 
-  // The network thread, which alone uses the connection.
+  // The network thread.
   void run();
+  int connect();
   int serveConnection();
-  int sendStatus(TimePoint now);
-  int sendQueued();
-  void sayDown();
-  bool mayDisconnect();
-  void connectionEnded(int result);
+  int sendStatus(TimePoint now) PR_REQUIRES(mUse);
+  int sendQueued() PR_REQUIRES(mUse);
+  void sayDown() PR_REQUIRES(mUse);
+  bool mayDisconnect() PR_REQUIRES(mUse);
+  /** Whether it had stood. */
+  bool connectionEnded(int result);
   void pauseFor(std::chrono::milliseconds pause);
 
-  // Called by the connection, on the network thread.
+  /** Spares a publishing thread the change to the network thread and back to the processor. False when that
+   * thread has to send: it is at work, or there is more than the network takes. */
+  bool sendNow();
+
+  // Called by the connection.
   void onConnected(std::size_t receiveMaximum) override;
-  void onRefused(const std::string& reason) override { mRefusal = reason; }
+  void onRefused(const std::string& reason) override;
   void onMessage(const std::string& name, const std::string& text) override;
   void onSubscribed(int id) override { mSubscriptions.confirm(id); }
-  void onPublished(int id) override { mUnacknowledged.erase(id); }
+  void onPublished(int id) override;
 
   const MqttOptions mOptions;
+  /** Held by the thread that uses the connection: the network thread except while it waits, or one that
+   * publishes. */
+  mutable Mutex mUse;
   MqttConnection mConnection;
   MqttOutbox mOutbox;
   MqttSubscriptions mSubscriptions;
   std::optional<MqttStatus> mStatus;
   std::atomic<bool> mClosing{false};
 
+  std::set<int> mUnacknowledged PR_GUARDED_BY(mUse);
+  std::size_t mReceiveMaximum PR_GUARDED_BY(mUse) = 0;
+  bool mConnected PR_GUARDED_BY(mUse) = false;
+
   // State of the network thread.
-  std::set<int> mUnacknowledged;
-  std::size_t mReceiveMaximum = 0;
   std::string mRefusal;
-  bool mConnected = false;
   bool mEverConnected = false;
   bool mOutageSaid = false;
   bool mRefusalSaid = false;
