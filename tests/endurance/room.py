@@ -182,7 +182,7 @@ class Room(Machine):
             bus = self.bus("/PRBOut")
             try:
                 until(lambda: bus.received, "a picture on the bus", 1)
-                return bus.received[-1][2].decode() == self.shown()[-1]
+                return [bus.received[-1][2].decode()] == self.shown()[-1:]
             except AssertionError:
                 return False
             finally:
