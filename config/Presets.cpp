@@ -21,7 +21,7 @@ std::vector<Preset> makePresets() {
         {"persist.feature.animation.enableEase", 1, "A move within a shot is seen as one"},
         {"animation.ease.duration", 400, ""},
         {"persist.sf.fdtimers.layoutchange.othertoss", 500, "Speaker framing: closer, and sooner so"},
-        {"persist.sf.fdtimers.tightenwide", 7000, ""},
+        {"persist.sf.fdtimers.tightenwide", 6000, ""},
         {"persist.fdtimers.groupframe.outside", 500,
          "Group framing: sooner where somebody is lost, else calmer"},
         {"persist.fdtimers.groupframe.onedge", 4000, ""},

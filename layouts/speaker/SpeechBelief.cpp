@@ -22,8 +22,8 @@ struct Tempo {
 };
 
 constexpr Tempo kUsual{400, 500, 1000, 250};
-// Sooner at a speaker, and not so soon gone where a tag has gaps.
-constexpr Tempo kSteady{200, 800, 500, 400};
+// Sooner at a speaker, and not so soon gone: gaps of a tag last up to half a second.
+constexpr Tempo kSteady{200, 800, 500, 550};
 
 const Tempo& tempo() {
   return PrConfig::get().steadyFramingEnabled ? kSteady : kUsual;
