@@ -19,10 +19,10 @@ struct MqttMessage {
 };
 
 /**
- * Messages on their way from the publishing threads to the network thread. While there is no connection, or
- * when too many or too large ones wait, a message is dropped and counted. The last one of each retained topic
- * is what holds now: it waits for the next connection, and goes out on each, because a broker that was
- * restarted may have forgotten it.
+ * Messages on their way from the publishing threads to whoever uses the connection. While there is no
+ * connection, or when too many or too large ones wait, a message is dropped and counted. The last one of each
+ * retained topic is what holds now: it waits for the next connection, and goes out on each, because a broker
+ * that was restarted may have forgotten it.
  */
 class MqttOutbox {
  public:
