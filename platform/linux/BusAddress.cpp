@@ -48,6 +48,9 @@ void parseAuthority(const std::string& url, std::string_view authority, BusAddre
   if (host.empty()) {
     refuse(url, "the host is missing");
   }
+  if (host.find_first_of("[] \t\r\n") != std::string_view::npos) {
+    refuse(url, "the host may hold no blank and no bracket");
+  }
   address.host = host;
   if (!rest.empty() && rest.front() != ':') {
     refuse(url, "expected ':' and the port behind ']'");

@@ -38,8 +38,9 @@ std::string faultOf(const std::function<void()>& action) {
 
 TEST(BusAddress, IsRefusedInOneLine) {
   std::vector<std::string> urls{"", "broker", "http://broker", "mqtt:broker"};
-  for (const char* const rest : {"", ":1883", "broker:", "broker:0", "broker:65536", "broker:18x", "[::1",
-                                 "[::1]1883", "broker/a+b", "broker/#", "broker//room"}) {
+  for (const char* const rest :
+       {"", ":1883", "broker:", "broker:0", "broker:65536", "broker:18x", "[::1", "[::1]1883", "[[::1]:1883",
+        "bro]ker", "bro ker", "broker/a+b", "broker/#", "broker//room"}) {
     urls.push_back(std::string("mqtt://") + rest);
   }
   for (const std::string& url : urls) {
