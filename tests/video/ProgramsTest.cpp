@@ -133,9 +133,10 @@ TEST(CameraProgram, AloneShowsItsInputUntilItsEnd) {
   const std::string video = folder.file("room.mkv");
   writeMeasuringVideo(video, 12, 10);
   const std::string film = folder.file("out.mkv");
-  Process camera({program("prb-camera"), video, "--fast", "--dbus", bus.address(), "-o", film, "--measure"});
+  Process camera({program("prb-camera"), video, "--fast", "--dbus", bus.address(), "-o", film, "--measure",
+                  "--size", "1920x1080"});
   ASSERT_EQ(camera.wait(), 0) << camera.errorText();
-  EXPECT_EQ(camera.outputLines().at(0), "ready");
+  EXPECT_EQ(camera.outputLines().at(0), "ready, zoom 2");
   EXPECT_EQ(camera.outputLines().at(1).substr(0, 12), "12 pictures ");
   EXPECT_EQ(picturesOf(film).size(), 12U);
 }

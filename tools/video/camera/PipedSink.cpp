@@ -58,8 +58,10 @@ Arguments outputArguments(const std::string& target) {
   }
   const auto known = encodings().find(std::filesystem::path(target).extension().string());
   if (known == encodings().end()) {
-    throw UsageError("\"" + target +
-                     "\" is neither a .mp4, .webm or .mkv file nor a device, pipewire or window");
+    throw UsageError(
+        "\"" + target +
+        "\" is neither a .mp4, .webm or .mkv file nor a device, nor pipewire or window, alone or "
+        "with a number: pipewire-1");
   }
   return known->second;
 }
@@ -82,9 +84,14 @@ Arguments pipeWireCommand(const std::string& target, const VideoFormat& format) 
 
 }  // namespace
 
+bool isNamed(const std::string& target, const std::string& name) {
+  const std::string numbered = name + "-";
+  return target == name || (target.size() > numbered.size() && target.rfind(numbered, 0) == 0 &&
+                            target.find_first_not_of("0123456789", numbered.size()) == std::string::npos);
+}
+
 bool isPipeWire(const std::string& target) {
-  const std::size_t behind = target.find_first_not_of("0123456789", kPipeWire.size() + 1);
-  return target == kPipeWire || (target.rfind(kPipeWire + "-", 0) == 0 && behind == std::string::npos);
+  return isNamed(target, kPipeWire);
 }
 
 std::vector<std::string> writerCommand(const std::string& target, const VideoFormat& format) {
@@ -115,9 +122,10 @@ std::vector<std::string> writerCommand(const std::string& target, const VideoFor
 }
 
 PipedSink::PipedSink(const std::string& target, const VideoFormat& format)
-    : mWriter(target + ": " + writerCommand(target, format).front()),
-      mSize(format.size),
-      mProcess(writerCommand(target, format), PipedProcess::Pipe::toInput) {}
+    : PipedSink(target, format.size, writerCommand(target, format)) {}
+
+PipedSink::PipedSink(const std::string& target, const cv::Size& size, const std::vector<std::string>& command)
+    : mWriter(target + ": " + command.front()), mSize(size), mProcess(command, PipedProcess::Pipe::toInput) {}
 
 void PipedSink::write(const cv::Mat& picture) {
   CV_Assert(picture.size() == mSize && picture.type() == CV_8UC3 && picture.isContinuous());

@@ -15,8 +15,10 @@ struct VideoFormat {
   double rate = 30;
 };
 
-/** Whether a camera that other programs can choose is meant: "pipewire", or "pipewire-1" of a later stream.
- */
+/** Whether `target` is `name`, or `name` with the number of a later stream: "window-1". */
+bool isNamed(const std::string& target, const std::string& name);
+
+/** Whether a camera that other programs can choose is meant. */
 bool isPipeWire(const std::string& target);
 
 /**
@@ -39,6 +41,8 @@ class PipedSink final : public PictureSink {
   void finish() override;
 
  private:
+  PipedSink(const std::string& target, const cv::Size& size, const std::vector<std::string>& command);
+
   const std::string mWriter;
   const cv::Size mSize;
   PipedProcess mProcess;

@@ -40,6 +40,14 @@ Player::Player(const std::vector<CameraInput>& cameras, const PlayerOptions& opt
   }
 }
 
+int Player::zoomLimit() const {
+  int narrowest = mInputs.front()->width();
+  for (const auto& input : mInputs) {
+    narrowest = std::min(narrowest, input->width());
+  }
+  return std::max(1, static_cast<int>(narrowest * mOptions.mostEnlarged / mOptions.size.width));
+}
+
 void Player::addScene(const std::string& document, std::optional<std::int64_t> atMs) {
   const std::optional<std::int64_t> decided = mProgramme.add(document, atMs);
   const auto later = std::upper_bound(mTaken.begin(), mTaken.end(), decided.value_or(0));

@@ -71,6 +71,9 @@ class Player {
   double rate() const { return mInputs.front()->rate(); }
   bool isLive() const { return mInputs.front()->isLive(); }
 
+  /** How far the service may zoom in, a whole factor: as much as the cameras' pixels bear. */
+  int zoomLimit() const;
+
   /** Whether a picture may be left out because its time is over. */
   bool mayLeaveOut() const { return mMayLeaveOut; }
 

@@ -54,7 +54,7 @@ std::unique_ptr<PictureSink> openTarget(const std::string& target, const VideoFo
   if (target == kNone) {
     return std::make_unique<NoSink>();
   }
-  if (target.rfind(kWindow, 0) == 0) {
+  if (isNamed(target, kWindow)) {
     return std::make_unique<WindowSink>("prb-camera" + target.substr(std::string(kWindow).size()),
                                         format.size);
   }
@@ -91,7 +91,7 @@ cv::Size outputSizeOf(const std::string& text) {
 }
 
 bool keepsEveryPicture(const std::string& target) {
-  return target.rfind(kWindow, 0) != 0 && !isOutputDevice(target) && !isPipeWire(target);
+  return !isNamed(target, kWindow) && !isOutputDevice(target) && !isPipeWire(target);
 }
 
 }  // namespace fyn::productionrules::video

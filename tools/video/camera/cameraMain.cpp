@@ -76,8 +76,8 @@ std::unique_ptr<SceneService> serve(const CameraArguments& arguments, Inbox& inb
   });
 }
 
-void sayReady() {
-  std::cout << "ready" << std::endl;
+void sayReady(const Player& player) {
+  std::cout << "ready, zoom " << player.zoomLimit() << std::endl;
 }
 
 /** What the programs on the bus say, as long as it lives. */
@@ -100,7 +100,7 @@ void follow(const CameraArguments& arguments, Player& player, StopSignals& stop)
   Inbox inbox;
   const BusEnd bus(arguments.platform, inbox, stop);
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
-  sayReady();
+  sayReady(player);
   FollowedFrames frames(player, arguments.delay);
   while (!stop.waitFor(std::chrono::nanoseconds(0))) {
     if (const std::optional<Arrival> arrival = inbox.take(kSlice)) {
@@ -133,7 +133,7 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
     sound.emplace(arguments.sound, cameras);
   }
   const std::unique_ptr<SceneService> service = serve(arguments, inbox);
-  sayReady();
+  sayReady(player);
   LiveShow show(player, feed ? arguments.delay : 0);
   const auto start = std::chrono::steady_clock::now();
   const double frameMs = 1000.0 / player.rate();
@@ -272,7 +272,8 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
       "With --bus alone it shows the frames that a vision feed reports, from its own copy of the videos, so "
       "that a cut lands on\nthe frame that caused it; else it shows its inputs at their own pace. Says "
       "\"ready\" "
-      "when it can take scenes.\nUntil the first scene it shows the whole picture of camera 0. SIGINT and "
+      "when it can take scenes, and what its pixels bear as persist.tvpr.zoomInLimit.\nUntil the first scene "
+      "it shows the whole picture of camera 0. SIGINT and "
       "SIGTERM end it.\n\nExamples:\n"
       "  prb-camera /dev/video0 --feed room.sock -o /dev/video10      a camera for a conference program\n"
       "  prb-camera room.mp4 --bus mqtt://127.0.0.1:1883 -o out.mp4   beside prb-vision on the same file\n"

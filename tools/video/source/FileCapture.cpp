@@ -112,6 +112,11 @@ void FileCapture::feedDecoder() {
   av_packet_unref(mPacket.get());
 }
 
+cv::Size FileCapture::size() const {
+  const AVCodecParameters& about = *mFile->streams[mStream]->codecpar;
+  return mTurns % 2 == 0 ? cv::Size(about.width, about.height) : cv::Size(about.height, about.width);
+}
+
 double FileCapture::rate() const {
   const AVRational rate = av_guess_frame_rate(mFile.get(), mFile->streams[mStream], nullptr);
   return rate.den > 0 ? av_q2d(rate) : 0;

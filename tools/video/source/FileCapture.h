@@ -31,6 +31,9 @@ class FileCapture {
   /** Passes over the next picture. False at the end. */
   bool skip();
 
+  /** Of the upright pictures, as the file says. */
+  cv::Size size() const;
+
   /** Pictures per second as the file says; 0 when it does not. */
   double rate() const;
 

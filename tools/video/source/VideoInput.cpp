@@ -44,12 +44,15 @@ void VideoInput::open() {
   }
   mFile = std::make_unique<FileCapture>(mInput);
   mRate = isUsable(mFile->rate()) ? mFile->rate() : kUsualRate;
+  mWidth = middleOf(mFile->size()).width;
 }
 
 void VideoInput::openImages() {
   mRate = kUsualRate;
   try {
-    if (mImages.open(mInput, cv::CAP_IMAGES)) {
+    // Only a picture that was read tells its size.
+    if (mImages.open(mInput, cv::CAP_IMAGES) && mImages.read(mRaw) && mImages.open(mInput, cv::CAP_IMAGES)) {
+      mWidth = middleOf(mRaw.size()).width;
       return;
     }
   } catch (const cv::Exception&) {
@@ -71,6 +74,9 @@ void VideoInput::openDevice() {
     capture->set(cv::CAP_PROP_FRAME_WIDTH, mFormat.size.width);
     capture->set(cv::CAP_PROP_FRAME_HEIGHT, mFormat.size.height);
     capture->set(cv::CAP_PROP_FPS, mFormat.rate);
+    mWidth = middleOf({static_cast<int>(capture->get(cv::CAP_PROP_FRAME_WIDTH)),
+                       static_cast<int>(capture->get(cv::CAP_PROP_FRAME_HEIGHT))})
+                 .width;
     return [capture](cv::Mat& picture) { return capture->read(picture) && !picture.empty(); };
   };
   mDevice = std::make_unique<DeviceCapture>(openOnce, DeviceCapture::Waits{});
@@ -83,7 +89,7 @@ bool VideoInput::next(cv::Mat& picture) {
     return false;
   }
   ++mPosition;
-  picture = middleOf(mRaw);
+  picture = mRaw(middleOf(mRaw.size()));
   return true;
 }
 
@@ -106,13 +112,13 @@ void silenceVideoLibraries() {
   setenv("OPENCV_VIDEOIO_V4L_SELECT_TIMEOUT", "1", 0);
 }
 
-cv::Mat middleOf(const cv::Mat& picture) {
-  if (picture.cols * 9 / 16 == picture.rows) {
-    return picture;
+cv::Rect middleOf(const cv::Size& picture) {
+  if (picture.width * 9 / 16 == picture.height) {
+    return {{0, 0}, picture};
   }
-  const int width = std::min(picture.cols, (picture.rows * 16 + 4) / 9);
-  const int height = std::min(picture.rows, (picture.cols * 9 + 8) / 16);
-  return picture(cv::Rect((picture.cols - width) / 2, (picture.rows - height) / 2, width, height));
+  const int width = std::min(picture.width, (picture.height * 16 + 4) / 9);
+  const int height = std::min(picture.height, (picture.width * 9 + 8) / 16);
+  return {(picture.width - width) / 2, (picture.height - height) / 2, width, height};
 }
 
 }  // namespace fyn::productionrules::video

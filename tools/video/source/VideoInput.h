@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <opencv2/core.hpp>
@@ -43,6 +44,9 @@ class VideoInput {
   /** Pictures per second, as the input says; 30 when it does not. */
   double rate() const { return mRate; }
 
+  /** Of the pictures, in pixels; a device's as it was opened last. */
+  int width() const { return mWidth; }
+
   /** A device: its pictures come when they come, and nothing of it can be seen twice. */
   bool isLive() const { return mLive; }
 
@@ -58,6 +62,8 @@ class VideoInput {
   std::unique_ptr<FileCapture> mFile;
   cv::VideoCapture mImages;
   double mRate = 0;
+  /** A device is opened again on another thread. */
+  std::atomic<int> mWidth{0};
   std::int64_t mPosition = 0;
   cv::Mat mRaw;
 };
@@ -68,7 +74,7 @@ class VideoInput {
  */
 void silenceVideoLibraries();
 
-/** The middle of the picture that is 16:9; the same picture when it is already. */
-cv::Mat middleOf(const cv::Mat& picture);
+/** The middle of a picture that is 16:9; all of it when it is already. */
+cv::Rect middleOf(const cv::Size& picture);
 
 }  // namespace fyn::productionrules::video
