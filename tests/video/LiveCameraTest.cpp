@@ -215,7 +215,7 @@ TEST(VideoPrograms, EndWhateverTheyAreDoingWhenTheyAreTold) {
            {"prb-camera", video, video, video, video, video, video, video, video, "--scenes",
             folder.write("none.jsonl", ""), "-o", folder.file("out.webm"), "--journal", "-"},
            {"prb-camera", video, "--bus", nobody, "--dbus", bus.address()},
-           {"prb-camera", video, "--dbus", bus.address(), "--feed", folder.file("feed"), "--delay", "10000"},
+           {"prb-camera", video, "--dbus", bus.address(), "--feed", folder.file("feed"), "--delay", "2000"},
            {"prb-vision", video, "--detector", "bodies", "-o", recording},
            {"prb-vision", video, "--bus", nobody},
            {"prb-vision", "--feed", folder.file("absent"), "--bus", nobody}}) {

@@ -25,6 +25,13 @@ class DelayedShow {
 
   void handle(const Arrival& arrival);
 
+  /** Whether the time of a frame that waits has come. */
+  bool isDue() const { return isDue(0); }
+
+  /** Shows one that is due. Others before it that are too late to be of use are left out, where they may be.
+   */
+  void showDue();
+
   /** Shows the frames that still wait, as many as it can by then. */
   void finish(std::chrono::steady_clock::time_point end);
 
@@ -37,16 +44,22 @@ class DelayedShow {
 
   virtual void handleResult(VisionFrame result) = 0;
   virtual void show(const Waiting& waiting, std::optional<std::int64_t> nextMs) = 0;
-  void showFirst();
+  /** Lets a frame wait that was taken just now. */
+  void add(Waiting taken);
 
   Player& player() { return mPlayer; }
   std::int64_t delayMs() const { return mDelayMs; }
-  std::deque<Waiting>& waiting() { return mWaiting; }
 
  private:
+  bool isDue(std::size_t index) const;
+  std::int64_t lateMs(std::size_t index) const;
+  void showFirst();
+
   Player& mPlayer;
   const std::int64_t mDelayMs;
   std::deque<Waiting> mWaiting;
+  /** When the newest frame was taken. */
+  std::int64_t mNewestMs = 0;
   bool mServed = false;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "tools/video/camera/DelayedShow.h"
 
 namespace fyn::productionrules::video {
@@ -10,7 +12,7 @@ class FollowedFrames final : public DelayedShow {
   using DelayedShow::DelayedShow;
 
  private:
-  void handleResult(VisionFrame result) override;
+  void handleResult(VisionFrame result) override { add({std::move(result), {}}); }
   void show(const Waiting& waiting, std::optional<std::int64_t> nextMs) override {
     player().show(waiting.frame, nextMs);
   }

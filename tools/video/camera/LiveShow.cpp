@@ -3,18 +3,14 @@
 namespace fyn::productionrules::video {
 
 void LiveShow::take(const FrameTime& taken) {
-  player().frameTaken(taken);
-  waiting().push_back({{taken, {}}, {}});
+  Waiting waiting{{taken, {}}, {}};
   for (const cv::Mat& picture : player().pictures()) {
     // The reader fills its own again while this one waits.
-    waiting().back().pictures.push_back(delayMs() > 0 ? picture.clone() : picture);
+    waiting.pictures.push_back(delayMs() > 0 ? picture.clone() : picture);
   }
-  // A clock that is set back must not let pictures pile up.
-  const auto isDue = [&](std::int64_t ms) {
-    return ms + delayMs() <= taken.timestampMs || ms > taken.timestampMs;
-  };
-  while (!waiting().empty() && isDue(waiting().front().frame.time.timestampMs)) {
-    showFirst();
+  add(std::move(waiting));
+  while (isDue()) {
+    showDue();
   }
 }
 

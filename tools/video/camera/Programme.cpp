@@ -13,6 +13,9 @@ constexpr std::int64_t kDocuments = std::numeric_limits<std::int64_t>::min();
 // Each stream costs an output; a document that asks for more is wrong.
 constexpr std::size_t kMostStreams = 16;
 
+// After more it may tell one a second time.
+constexpr std::size_t kMostFaults = 100;
+
 // Only timestamps that are wrong let so many wait.
 constexpr std::size_t kMostPending = 1000;
 
@@ -80,6 +83,9 @@ void Programme::begin(const StreamScene& scene, std::int64_t nowMs) {
 }
 
 void Programme::complainOnce(std::int64_t about, const std::string& fault, const std::string& where) {
+  if (mFaults.size() == kMostFaults) {
+    mFaults.clear();
+  }
   std::string& last = mFaults[about];
   if (last != fault) {
     last = fault;

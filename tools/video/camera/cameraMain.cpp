@@ -28,6 +28,7 @@ namespace {
 
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
+constexpr std::chrono::milliseconds kAtOnce{0};
 /** How long what waits is still shown then. */
 constexpr std::chrono::milliseconds kAfterwards{500};
 /** The bus of the options when none is named. */
@@ -103,8 +104,11 @@ void follow(const CameraArguments& arguments, Player& player, StopSignals& stop)
   sayReady(player);
   FollowedFrames frames(player, arguments.delay);
   while (!stop.waitFor(std::chrono::nanoseconds(0))) {
-    if (const std::optional<Arrival> arrival = inbox.take(kSlice)) {
+    // All that has come, so that what is shown is not older than it must be.
+    if (const std::optional<Arrival> arrival = inbox.take(frames.isDue() ? kAtOnce : kSlice)) {
       frames.handle(*arrival);
+    } else {
+      frames.showDue();
     }
   }
   const auto end = std::chrono::steady_clock::now() + kAfterwards;
@@ -152,7 +156,7 @@ void playAlone(const CameraArguments& arguments, const std::vector<CameraInput>&
       const auto fromStart = std::llround(frameMs * static_cast<double>(number - 1));
       feed->offer({taken.number, taken.timestampMs, player.pictures(), sound->speechAt(fromStart)});
     }
-    while (const std::optional<Arrival> arrival = inbox.take(std::chrono::milliseconds(0))) {
+    while (const std::optional<Arrival> arrival = inbox.take(kAtOnce)) {
       show.handle(*arrival);
     }
     show.take(taken);
@@ -251,7 +255,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.add_option("--delay", arguments.delay,
                  "With --feed, or behind a vision feed on the bus: how long a frame waits for its scene")
       ->type_name("MS")
-      ->check(CLI::Range(std::int64_t{0}, std::int64_t{10000}))
+      ->check(CLI::Range(std::int64_t{0}, std::int64_t{2000}))
       ->capture_default_str();
   app.add_option("--scenes", arguments.scenes,
                  "Offline: show what prb replay wrote, as fast as possible and the same every time")
