@@ -224,8 +224,10 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
   addMeetingOptions(app, arguments.recording);
   app.add_option(
          "--detector", arguments.detector,
-         "rooms: people who sit or stand, by a small network, the default where its file is there; bodies: "
-         "whole persons, standing or walking; faces: from the front and the sides")
+         "rooms: whose face is seen, by a small network, the default where its file is there; bodies: who "
+         "stands "
+         "or walks with the whole body in view, also far away or from behind; faces: as rooms, without the "
+         "network, and worse")
       ->check(CLI::IsMember({"rooms", "bodies", "faces"}));
   app.add_option("--models", arguments.models, "Folder of faces.onnx, for rooms")
       ->type_name("FOLDER")
