@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tests/linux/Processes.h"
+#include "tools/base/UsageError.h"
 #include "tools/video/source/SoundInput.h"
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/FaceNetDetector.h"
@@ -116,9 +117,11 @@ TEST(SoundInput, TellsSpeechFromNoise) {
 
 TEST(SoundInput, SaysNothingWithoutSound) {
   const ScratchFolder folder;
-  for (const std::string& source : {std::string("none"), std::string(""), folder.file("absent.mkv")}) {
+  for (const std::string& source :
+       {std::string("none"), std::string(""), folder.write("silent.mkv", "no sound")}) {
     EXPECT_FALSE(SoundInput(source, {{"/dev/video0", 0, 1}}).speechAt(1000)) << source;
   }
+  EXPECT_THROW(SoundInput(folder.file("absent.mkv"), {}), UsageError);
 }
 
 // Speech is heard: of somebody who opens the mouth for words, and who later only looks around.

@@ -5,8 +5,10 @@
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
+#include <fstream>
 
 #include "platform/VisionSettings.h"
+#include "tools/base/UsageError.h"
 
 namespace fyn::productionrules::video {
 
@@ -49,6 +51,9 @@ SoundInput::SoundInput(const std::string& source, const std::vector<CameraInput>
   }
   if (!from.empty() && from != "none") {
     mLive = from == kMicrophone || isAlsa(from);
+    if (!source.empty() && !mLive && !std::ifstream(from)) {
+      throw UsageError(from + ": cannot be read");
+    }
     mProcess.emplace(commandFor(from), PipedProcess::Pipe::fromOutput);
   }
 }

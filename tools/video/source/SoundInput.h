@@ -24,7 +24,8 @@ class SoundInput {
  public:
   /**
    * `source`: a file, "microphone" (the desktop's), "alsa:DEVICE" or "none"; empty for the sound of the first
-   * input, of which a device has none. Raises UsageError when ffmpeg cannot be started.
+   * input, of which a device has none. Raises UsageError when the file cannot be read or ffmpeg not be
+   * started.
    */
   SoundInput(const std::string& source, const std::vector<CameraInput>& inputs);
 
