@@ -161,7 +161,19 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
   const Rect base =
       isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
                : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
-  return growToLeastView(base, frame, getImageSize(frame));
+  const Rect grown = growToLeastView(base, frame, getImageSize(frame));
+  return isSteady() ? turnFromOthers(grown, box, headsOfOthers(frame), frame, getImageSize(frame)) : grown;
+}
+
+std::vector<Rect> BasePeopleLayout::headsOfOthers(const Frame& frame) const {
+  std::vector<Rect> others;
+  for (const auto& [id, person] : mState.people) {
+    const Head* const head = person->findHead(frame.fynCamId);
+    if (head != nullptr && frame.fynHeads.count(id) == 0) {
+      others.push_back(head->bbox);
+    }
+  }
+  return others;
 }
 
 // ---- Waits ----

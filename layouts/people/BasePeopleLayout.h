@@ -124,6 +124,8 @@ class BasePeopleLayout : public BaseLayout {
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                    const char* reason);
   std::vector<Seat> settled(const std::vector<Seat>& seats) const;
+  bool canTurnAway(const Frame& frame, const Rect& view) const;
+  std::vector<Rect> headsOfOthers(const Frame& frame) const;
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;

@@ -198,15 +198,32 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
   const double overlap = getIntersectionOverUnion(view, frame.source);
   if (frame.frameType == FramingType::HEAD) {
     const HeadPosition position = getHeadPosition(frame);
+    const bool isMild = position == HeadPosition::CENTER || position == HeadPosition::HEAD_OFF_CENTER;
+    if (isMild && canTurnAway(frame, view)) {
+      return HeadPosition::HEAD_ON_EDGE;
+    }
     return position == HeadPosition::HEAD_OFF_CENTER && overlap >= kSameView ? HeadPosition::CENTER
                                                                              : position;
   }
   const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
   const bool isCut = !heads.areWhole(mState.people, frame.fynHeads, frame.source);
+  if (!isCut && canTurnAway(frame, view)) {
+    return HeadPosition::HEAD_ON_EDGE;
+  }
   if (isCut ? view == frame.source : overlap >= kSameView) {
     return HeadPosition::CENTER;
   }
   return overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : getProximityHeadPosition(frame);
+}
+
+// Whether the tile cuts the head of somebody who is not meant, and would no longer with the new view.
+bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
+  if (doesSomebodyWalk()) {
+    // Of walkers the group is shown soon.
+    return false;
+  }
+  const std::vector<Rect> others = headsOfOthers(frame);
+  return cutsAny(others, frame.source) && !cutsAny(others, view);
 }
 
 Rect BasePeopleLayout::getRoomView(const Frame& frame) {

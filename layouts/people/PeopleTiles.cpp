@@ -43,6 +43,33 @@ Rect movedInside(const Rect& box, const Dimension& image) {
   return {wrapAdd(box.left, x), wrapAdd(box.top, y), wrapAdd(box.right, x), wrapAdd(box.bottom, y)};
 }
 
+// Of the view's width.
+constexpr double kMostTurn = 0.15;
+
+// Of the other's head: what a view can turn from, the room left beside it, and what is not worth a move.
+constexpr double kSliver = 0.4;
+constexpr double kGap = 0.3;
+constexpr double kUnseen = 0.05;
+
+Rect viewAround(const Rect& base, const Frame& tile, const Dimension& image) {
+  return getRuleOfThirdFrame(base, widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image, 0);
+}
+
+// How far the view has to move so that it shows nothing of a head of which it shows a little.
+std::int32_t turnFrom(const Rect& head, const Rect& view) {
+  if (head.bottom <= view.top || head.top >= view.bottom) {
+    return 0;
+  }
+  const std::int32_t gap = share(kGap, widthOf(head));
+  const double sliver = kSliver * widthOf(head);
+  const auto isSliver = [sliver](double shown) { return shown > 0 && shown <= sliver; };
+  if (isSliver(static_cast<double>(head.right) - view.left)) {
+    return wrapAdd(wrapSub(head.right, view.left), gap);
+  }
+  return isSliver(static_cast<double>(view.right) - head.left) ? wrapSub(wrapSub(head.left, view.right), gap)
+                                                               : 0;
+}
+
 struct Tile {
   Rect dest;
   /** The shape for one person. */
@@ -167,10 +194,7 @@ Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image
   if (heightOf(base) <= 0 || heightOf(base) >= least || heightOf(tile.dest) <= 0) {
     return base;
   }
-  const auto viewHeight = [&](const Rect& box) {
-    return heightOf(
-        getRuleOfThirdFrame(box, widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image, 0));
-  };
+  const auto viewHeight = [&](const Rect& box) { return heightOf(viewAround(box, tile, image)); };
   Rect grown = base;
   std::int32_t height = viewHeight(grown);
   // Where the border of the image cuts the view, it has to grow again.
@@ -180,6 +204,40 @@ Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image
     height = viewHeight(grown);
   }
   return grown;
+}
+
+Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                    const Dimension& image) {
+  const Rect view = viewAround(base, tile, image);
+  std::int32_t toRight = 0;
+  std::int32_t toLeft = 0;
+  for (const Rect& head : others) {
+    const std::int32_t turn = turnFrom(head, view);
+    toRight = std::max(toRight, turn);
+    toLeft = std::min(toLeft, turn);
+  }
+  const std::int32_t most = share(kMostTurn, widthOf(view));
+  const std::int32_t turn = std::clamp(toRight != 0 ? toRight : toLeft, -most, most);
+  if (turn == 0 || (toRight != 0 && toLeft != 0)) {
+    return base;
+  }
+  const Rect turned{wrapAdd(base.left, turn), base.top, wrapAdd(base.right, turn), base.bottom};
+  const Rect seen = viewAround(turned, tile, image);
+  const bool showsOwn = seen.left <= std::max(own.left, 0) && seen.right >= std::min(own.right, image.width);
+  return showsOwn ? turned : base;
+}
+
+bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {
+  return std::any_of(heads.begin(), heads.end(), [&view](const Rect& head) {
+    const Rect shown{std::max(head.left, view.left), std::max(head.top, view.top),
+                     std::min(head.right, view.right), std::min(head.bottom, view.bottom)};
+    const double width = widthOf(head);
+    const double height = heightOf(head);
+    const double shownWidth = widthOf(shown);
+    const double shownHeight = heightOf(shown);
+    return shownWidth > kUnseen * width && shownHeight > kUnseen * height &&
+           (width - shownWidth > kUnseen * width || height - shownHeight > kUnseen * height);
+  });
 }
 
 }  // namespace fyn::productionrules

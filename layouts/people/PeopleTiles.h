@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "model/Layout.h"
 
@@ -22,5 +23,13 @@ void placeInTiles(Layout& layout);
 /** The box around which a tile's view is made, grown around its middle until the view is at least so large
  * that one camera pixel becomes no more than 2.5 output pixels high. `image` in camera pixels. */
 Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image);
+
+/** The same box moved to the side, when the tile's view then shows nothing of others of whose heads it would
+ * show a little at one side, and `own` whole. By 0.15 of the view's width at most; camera pixels. */
+Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                    const Dimension& image);
+
+/** Whether the view shows more than a twentieth of a head's width and height, and leaves out as much. */
+bool cutsAny(const std::vector<Rect>& heads, const Rect& view);
 
 }  // namespace fyn::productionrules

@@ -50,6 +50,9 @@ void RandomMeeting::comeAndGo() {
     walker.goalX = walker.x;
     walker.goalY = walker.y;
     walker.height = 40 + draw(130);
+    if (mOptions.areSeated) {
+      sitDown(walker);
+    }
     mWalkers.push_back(walker);
   }
   if (draw(150) == 0 && !mWalkers.empty()) {
@@ -57,7 +60,22 @@ void RandomMeeting::comeAndGo() {
   }
 }
 
+void RandomMeeting::sitDown(Walker& walker) {
+  const auto isTaken = [&](const Walker& other) { return other.seat == walker.seat; };
+  while (std::any_of(mWalkers.begin(), mWalkers.end(), isTaken)) {
+    ++walker.seat;
+  }
+  walker.x = walker.goalX = 150 + 120 * walker.seat + draw(30);
+  walker.y = walker.goalY = 400 + draw(50);
+  walker.height = 70 + draw(30);
+}
+
 void RandomMeeting::walk(Walker& walker) {
+  if (mOptions.areSeated) {
+    walker.goalX = draw(100) == 0 ? 150 + 120 * walker.seat + draw(40) : walker.goalX;
+    walker.x += std::clamp(walker.goalX - walker.x, -2, 2);
+    return;
+  }
   if (draw(100) == 0) {
     // Half of those who set out sit down beside somebody.
     const Walker& other =

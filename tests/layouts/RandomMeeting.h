@@ -32,6 +32,8 @@ class RandomMeeting {
     /** How many of the heads a detector misses, per cent; then it also sees some where nobody is, and gives
      * people new numbers. */
     std::int32_t missedPercent = 0;
+    /** Whether all sit in a row, close to each other, and only lean over now and then. */
+    bool areSeated = false;
   };
 
   RandomMeeting(std::uint32_t seed, Options options) : mRandom(seed), mOptions(std::move(options)) {}
@@ -52,6 +54,7 @@ class RandomMeeting {
     std::int32_t goalY = 0;
     std::int32_t height = 0;
     bool speaks = false;
+    std::int32_t seat = 0;
   };
 
   /** 0 to `below` - 1. */
@@ -59,6 +62,7 @@ class RandomMeeting {
     return static_cast<std::int32_t>(mRandom() % static_cast<std::uint32_t>(below));
   }
   void walk(Walker& walker);
+  void sitDown(Walker& walker);
   void comeAndGo();
   void addTo(Scene& scene, const Walker& walker);
   void addErrors(Scene& scene);
