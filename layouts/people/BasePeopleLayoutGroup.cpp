@@ -82,8 +82,10 @@ HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
   }
   const HeadPosition position = BaseLayout::getGroupHeadPosition(frame);
   const bool walks = doesSomebodyWalk();
-  // Who has left is no part of the next picture either, and that wait may run already.
-  if (walks && position != HeadPosition::GROUP_HEAD_LEFT && canCloseIn(frame)) {
+  // That wait is long, in case who has left comes back; where all others have stayed together, it is not
+  // needed.
+  const bool hasLeft = position == HeadPosition::GROUP_HEAD_LEFT;
+  if ((walks || hasLeft) && canCloseIn(frame)) {
     return HeadPosition::GROUP_MOVE_CLOSE;
   }
   const bool leaves = std::any_of(bounds.begin(), bounds.end(), [&](const Rect& box) {

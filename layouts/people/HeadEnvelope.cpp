@@ -8,7 +8,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::uint32_t kEnvelopeMs = 8000;
+constexpr std::uint32_t kEnvelopeMs = 6000;
 constexpr std::uint32_t kPartMs = 500;
 
 }  // namespace
