@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "config/PrConfig.h"
+#include "geometry/Overlap.h"
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
 #include "layouts/people/PersonRenaming.h"
@@ -19,7 +20,8 @@ namespace {
 
 // Milliseconds. With the time that a path takes to forget the walk, a second and a half.
 constexpr std::uint32_t kStandingMs = 500;
-constexpr std::uint32_t kWalkerWaitMs = 600;
+// For a picture that follows a walker, and for one in place of a picture that shows nobody.
+constexpr std::uint32_t kUrgentWaitMs = 600;
 constexpr std::uint32_t kLeastWaitMs = 100;
 // Until then nobody knows whether whoever comes into the empty room walks on.
 constexpr std::uint32_t kEntryMs = 1000;
@@ -64,8 +66,9 @@ std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bo
   }
   const WaitRule* const rule = findSpeakerWait(mState.mCurLayout->layoutType, newType);
   const std::uint32_t configured = rule != nullptr ? chooseWait(rule->wait) : 0;
-  if (mUrgency.isForWalker) {
-    return std::min(configured, kWalkerWaitMs);
+  const bool isAbandoned = PrConfig::get().steadyFramingEnabled && showsSpeaker() && !isAnybodyOnScreen();
+  if (mUrgency.isForWalker || isAbandoned) {
+    return std::min(configured, kUrgentWaitMs);
   }
   const std::uint32_t left = configured - std::min(configured, mUrgency.speechMs);
   const std::uint32_t wait = std::min(configured, std::max(left, kLeastWaitMs));
@@ -263,6 +266,15 @@ bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
   const std::vector<Frame>& frames = mState.mCurLayout->frames;
   return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
     return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
+  });
+}
+
+bool SpeakerFramingLayout::isAnybodyOnScreen() const {
+  const Frame& frame = *frameOnScreen();
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  return std::any_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
+    const Head* const head = heads.find(*person.second);
+    return head != nullptr && getIntersectionOverUnion(head->bbox, frame.source) > 0;
   });
 }
 

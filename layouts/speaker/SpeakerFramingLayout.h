@@ -135,6 +135,7 @@ class SpeakerFramingLayout : public BaseLayout {
   bool areWholeOnScreen(const std::set<std::int64_t>& persons) const;
   bool isAnySpeakerIn(const Frame& frame) const;
   bool isEverybodyOnScreenPresent() const;
+  bool isAnybodyOnScreen() const;
   bool isHeld() const;
   Persons findWalkers() const;
 
