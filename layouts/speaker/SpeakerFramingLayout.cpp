@@ -5,6 +5,7 @@
 
 #include "config/PrConfig.h"
 #include "geometry/Overlap.h"
+#include "geometry/RectMath.h"
 #include "layouts/cycle/ZoomLimit.h"
 #include "layouts/people/HeadsInView.h"
 #include "layouts/people/PersonRenaming.h"
@@ -26,8 +27,18 @@ constexpr std::uint32_t kLeastWaitMs = 100;
 // Until then nobody knows whether whoever comes into the empty room walks on.
 constexpr std::uint32_t kEntryMs = 1000;
 
+// Of a head's width and height: whoever has the word closer to a side of the picture looks lost there.
+constexpr double kRoom = 0.3;
+
 std::uint32_t ownCamera() {
   return static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+}
+
+Rect withRoom(const Rect& head) {
+  const std::int32_t across = truncate(kRoom * widthOf(head));
+  const std::int32_t up = truncate(kRoom * heightOf(head));
+  return {wrapSub(head.left, across), wrapSub(head.top, up), wrapAdd(head.right, across),
+          wrapAdd(head.bottom, up)};
 }
 
 }  // namespace
@@ -258,8 +269,15 @@ bool SpeakerFramingLayout::isWholeOnScreen(const FynHead& person) const {
 
 bool SpeakerFramingLayout::areWholeOnScreen(const std::set<std::int64_t>& persons) const {
   const Frame* const frame = frameOnScreen();
-  return frame != nullptr && frame->fynCamId == mCamId &&
-         headsToFollow(mCamId).areWhole(mState.people, persons, frame->source);
+  if (frame == nullptr || frame->fynCamId != mCamId) {
+    return false;
+  }
+  const HeadsInView heads = headsToFollow(mCamId);
+  return std::all_of(persons.begin(), persons.end(), [&](std::int64_t id) {
+    const Head* const head = heads.find(mState.people, id);
+    const bool isMeant = frame->fynHeads.count(id) != 0;
+    return head != nullptr && heads.isWhole(isMeant ? head->bbox : withRoom(head->bbox), frame->source);
+  });
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {

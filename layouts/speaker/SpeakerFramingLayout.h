@@ -132,6 +132,7 @@ class SpeakerFramingLayout : public BaseLayout {
   const Frame* frameOnScreen() const;
   bool showsSpeaker() const;
   bool isWholeOnScreen(const FynHead& person) const;
+  /** Those whom the picture is not made for with some room around the head. */
   bool areWholeOnScreen(const std::set<std::int64_t>& persons) const;
   bool isAnySpeakerIn(const Frame& frame) const;
   bool isEverybodyOnScreenPresent() const;
