@@ -162,11 +162,19 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
       isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
                : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
   const Rect grown = growToLeastView(base, frame, getImageSize(frame));
-  return isSteady() ? turnFromOthers(grown, box, headsOfOthers(frame), frame, getImageSize(frame)) : grown;
+  const std::vector<Rect> others = headsOfOthers(frame);
+  if (others.empty()) {
+    return grown;
+  }
+  const auto apart = isPictureOfItsOwn() ? clearOfOthers : turnFromOthers;
+  return apart(grown, box, others, frame, getImageSize(frame));
 }
 
 std::vector<Rect> BasePeopleLayout::headsOfOthers(const Frame& frame) const {
   std::vector<Rect> others;
+  if (!PrConfig::get().steadyFramingEnabled) {
+    return others;
+  }
   for (const auto& [id, person] : mState.people) {
     const Head* const head = person->findHead(frame.fynCamId);
     if (head != nullptr && frame.fynHeads.count(id) == 0) {

@@ -82,6 +82,8 @@ class BasePeopleLayout : public BaseLayout {
 
   /** Whether the rules for rooms in which people walk and detectors err hold; by default as configured. */
   virtual bool isSteady() const;
+  /** Whether a tile fills the output. */
+  virtual bool isPictureOfItsOwn() const { return false; }
 
   /** Whether the picture of everybody is of the whole image; by default never. */
   virtual bool showsWholeRoom() const;

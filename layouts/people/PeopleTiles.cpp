@@ -51,6 +51,11 @@ constexpr double kSliver = 0.4;
 constexpr double kGap = 0.3;
 constexpr double kUnseen = 0.05;
 
+// What is tried for a picture of its own, in this order: the smaller change first. Shares of the view.
+constexpr double kGrowths[] = {0, 0.1, 0.2, 0.3, 0.4};
+constexpr double kTurns[] = {0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
+constexpr double kRoom = 0.2;
+
 Rect viewAround(const Rect& base, const Frame& tile, const Dimension& image) {
   return getRuleOfThirdFrame(base, widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image, 0);
 }
@@ -68,6 +73,11 @@ std::int32_t turnFrom(const Rect& head, const Rect& view) {
   }
   return isSliver(static_cast<double>(view.right) - head.left) ? wrapSub(wrapSub(head.left, view.right), gap)
                                                                : 0;
+}
+
+bool shows(const Rect& view, const Rect& head, const Dimension& image) {
+  return view.left <= std::max(head.left, 0) && view.right >= std::min(head.right, image.width) &&
+         view.top <= std::max(head.top, 0) && view.bottom >= std::min(head.bottom, image.height);
 }
 
 struct Tile {
@@ -225,6 +235,31 @@ Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& 
   const Rect seen = viewAround(turned, tile, image);
   const bool showsOwn = seen.left <= std::max(own.left, 0) && seen.right >= std::min(own.right, image.width);
   return showsOwn ? turned : base;
+}
+
+Rect clearOfOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                   const Dimension& image) {
+  const Rect view = viewAround(base, tile, image);
+  if (!cutsAny(others, view)) {
+    return base;
+  }
+  std::vector<Rect> apart = others;
+  for (Rect& head : apart) {
+    head = grownBy(head, share(kRoom, widthOf(head)), share(kRoom, heightOf(head)));
+  }
+  for (const double growth : kGrowths) {
+    const Rect grown = grownBy(base, share(growth / 2, widthOf(base)), share(growth / 2, heightOf(base)));
+    for (const double turn : kTurns) {
+      const std::int32_t x = share(turn, widthOf(view));
+      const Rect moved =
+          movedInside({wrapAdd(grown.left, x), grown.top, wrapAdd(grown.right, x), grown.bottom}, image);
+      const Rect seen = viewAround(moved, tile, image);
+      if (shows(seen, own, image) && !cutsAny(apart, seen)) {
+        return moved;
+      }
+    }
+  }
+  return base;
 }
 
 bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {

@@ -29,6 +29,11 @@ Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image
 Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
                     const Dimension& image);
 
+/** The same for a picture of its own, which has the room to be grown as well: the box with the smallest
+ * change for a view that cuts no other's head and shows `own` whole, as it is where there is none. */
+Rect clearOfOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                   const Dimension& image);
+
 /** Whether the view shows more than a twentieth of a head's width and height, and leaves out as much. */
 bool cutsAny(const std::vector<Rect>& heads, const Rect& view);
 

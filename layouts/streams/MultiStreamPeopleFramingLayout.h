@@ -64,6 +64,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
  protected:
   void reportInput(const MLData& data) override;
   bool isSteady() const override { return true; }
+  bool isPictureOfItsOwn() const override { return true; }
   bool isMeant(const FynHead& person) const override;
   bool showsWholeRoom() const override;
 
