@@ -29,6 +29,7 @@ constexpr std::uint32_t kWalkerOutsideMs = 500;
 constexpr std::uint32_t kUnsettledMs = 2000;
 constexpr std::uint32_t kSettledMs = 3000;
 constexpr std::uint32_t kShortPictureMs = 5000;
+constexpr std::uint32_t kEmptyTileMs = 2000;
 
 // Intersection over union of a tile's view and the one that it would get now.
 constexpr double kSameView = 0.75;
@@ -160,9 +161,11 @@ std::uint32_t BasePeopleLayout::steadyWait(const Layout& candidate, std::uint32_
   const std::uint32_t latest = waitMs + kUnsettledMs;
   const std::uint32_t wrongFor = isGroup && mState.differsSince ? tick() - *mState.differsSince : 0;
   const std::uint32_t wait = std::min(waitMs, latest - std::min(latest, wrongFor));
+  if (isATileEmpty()) {
+    return PrConfig::get().steadyFramingEnabled ? std::min(wait, kEmptyTileMs) : wait;
+  }
   const std::uint32_t age = tick() - mState.adoptedAt;
-  const bool isShort =
-      age < kShortPictureMs && mState.adoptedBefore > 0 && isEverybodyWhole() && !isATileEmpty();
+  const bool isShort = age < kShortPictureMs && mState.adoptedBefore > 0 && isEverybodyWhole();
   return isShort ? std::max(wait, kShortPictureMs - age) : wait;
 }
 

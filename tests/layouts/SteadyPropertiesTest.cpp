@@ -21,7 +21,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-constexpr std::uint32_t kSteadyMeetings = meetingsOf(12);
+constexpr std::uint32_t kSteadyMeetings = meetingsOf(24);
 
 // The longest wait of a change, and two seconds.
 constexpr std::uint64_t kLimitMs = 8000 + 2000;
