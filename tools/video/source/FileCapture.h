@@ -25,7 +25,8 @@ class FileCapture {
   FileCapture(const FileCapture&) = delete;
   FileCapture& operator=(const FileCapture&) = delete;
 
-  /** The next picture, upright: 8 bits per channel; blue, green, red. False at the end. */
+  /** The next picture, upright: 8 bits per channel; blue, green, red; until the one after it is read. False
+   * at the end. */
   bool next(cv::Mat& picture);
 
   /** Passes over the next picture. False at the end. */
@@ -58,6 +59,8 @@ class FileCapture {
   Owned<AVPacket> mPacket;
   Owned<AVFrame> mFrame;
   Owned<SwsContext> mConverter;
+  /** The latest picture, with room beside it. */
+  cv::Mat mConverted;
   int mStream = -1;
   int mTurns = 0;
 };
