@@ -17,6 +17,12 @@ export class Footage {
       const video = html('video', { src: `api/video/${camera}`, preload: 'auto' });
       video.muted = true;
       for (const event of ['loadeddata', 'seeked']) video.addEventListener(event, changed);
+      // Told of a jump's end, a page may still get the picture of before.
+      const presented = (): void => {
+        changed();
+        video.requestVideoFrameCallback?.(presented);
+      };
+      video.requestVideoFrameCallback?.(presented);
       video.addEventListener('error', () => {
         complain(`${name} cannot be played by this browser (${video.error?.message || 'its kind is not known'}); ffmpeg -i ${name} -pix_fmt yuv420p playable.mp4 makes a file that can`);
       });
