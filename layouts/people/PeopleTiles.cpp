@@ -9,6 +9,7 @@
 
 #include "geometry/RectMath.h"
 #include "geometry/RuleOfThirds.h"
+#include "layouts/people/HeadsInView.h"
 
 namespace fyn::productionrules {
 
@@ -73,11 +74,6 @@ std::int32_t turnFrom(const Rect& head, const Rect& view) {
   }
   return isSliver(static_cast<double>(view.right) - head.left) ? wrapSub(wrapSub(head.left, view.right), gap)
                                                                : 0;
-}
-
-bool shows(const Rect& view, const Rect& head, const Dimension& image) {
-  return view.left <= std::max(head.left, 0) && view.right >= std::min(head.right, image.width) &&
-         view.top <= std::max(head.top, 0) && view.bottom >= std::min(head.bottom, image.height);
 }
 
 struct Tile {
@@ -243,6 +239,7 @@ Rect clearOfOthers(const Rect& base, const Rect& own, const std::vector<Rect>& o
   if (!cutsAny(others, view)) {
     return base;
   }
+  const HeadsInView heads(tile.fynCamId, image, HeadRule::PartlyInImage);
   std::vector<Rect> apart = others;
   for (Rect& head : apart) {
     head = grownBy(head, share(kRoom, widthOf(head)), share(kRoom, heightOf(head)));
@@ -254,7 +251,7 @@ Rect clearOfOthers(const Rect& base, const Rect& own, const std::vector<Rect>& o
       const Rect moved =
           movedInside({wrapAdd(grown.left, x), grown.top, wrapAdd(grown.right, x), grown.bottom}, image);
       const Rect seen = viewAround(moved, tile, image);
-      if (shows(seen, own, image) && !cutsAny(apart, seen)) {
+      if (heads.isWhole(own, seen) && !cutsAny(apart, seen)) {
         return moved;
       }
     }
