@@ -74,6 +74,15 @@ TEST(DelayedShow, LeavesOutOldPicturesWhereSomebodyLooksAndLetsNonePileUp) {
   }
 }
 
+TEST(VisionFrame, HasNoTimeThatCannotBeReckonedWith) {
+  for (const char* const wrong : {"9223372036854775807", "-9223372036854775808"}) {
+    EXPECT_THROW(parseVisionFrame(std::string(R"({"frameNumber":1,"heads":[],"timestamp":)") + wrong + "}"),
+                 std::invalid_argument);
+  }
+  EXPECT_EQ(parseVisionFrame(R"({"frameNumber":1,"heads":[],"timestamp":1700000000000})").time.timestampMs,
+            1700000000000);
+}
+
 /** Takes as long for a frame as it is told to. */
 class SlowDetector final : public PersonDetector {
  public:
