@@ -99,6 +99,7 @@ const std::pair<const char*, double> kByHand[] = {
     {"unanswered_percent", 0},
     // Person 1 for 1 s in view, person 4 for 1 s cut and 1 s in view.
     {"speaker_framed_percent", 2 / 3.0 * 100},
+    {"speaker_in_view_percent", 2 / 3.0 * 100},
 };
 
 TEST(Report, ComputesWhatIsWorkedOutByHand) {
@@ -179,6 +180,18 @@ TEST(Report, ExpectsNoPictureOfASilentNewcomerFromSpeakerFraming) {
   EXPECT_EQ(joins("1"), (json{{"answered", 1}, {"unanswered", 0}}));
 }
 
+// Everybody speaks, so the picture is of the group.
+TEST(Report, TellsASpeakerInViewFromOneWhoIsFramed) {
+  StandaloneRecording recording;
+  for (int second = 0; second < 10; ++second) {
+    recording.see(scene().person(1).at(200, 300).speaking().person(2).at(1000, 300).speaking());
+  }
+  const json metrics =
+      reportOn(recording.text(), {"--property", "vendor.talkertracking.flag=2"}).at("overall").at("metrics");
+  EXPECT_EQ(metrics.at("speaker_in_view_percent"), 100);
+  EXPECT_EQ(metrics.at("speaker_framed_percent"), 0);
+}
+
 // People framing may doubt the newcomer, the figures do not.
 TEST(Report, CountsWhomTheVisionResultsShowAndNotWhomTheEngineBelieves) {
   StandaloneRecording recording;
@@ -196,7 +209,7 @@ TEST(Report, CountsWhomTheVisionResultsShowAndNotWhomTheEngineBelieves) {
 
 TEST(Report, HasNoFigureWhereThereIsNothingToMeasure) {
   const json metrics = reportOn("{\"t\":0}\n").at("overall").at("metrics");
-  EXPECT_EQ(metrics.size(), 40U);
+  EXPECT_EQ(metrics.size(), 41U);
   for (const auto& [name, value] : metrics.items()) {
     EXPECT_TRUE(value.is_null()) << name << ": " << value;
   }

@@ -49,6 +49,7 @@ void CompositionMeter::take(const RoomState& room) {
   mPersons = {};
   mSpeaking = 0;
   mSpeakersFramed = 0;
+  mSpeakersInView = 0;
   mSubjects = 0;
   mSubjectsWhole = 0;
   for (const PersonState& person : room.persons) {
@@ -58,6 +59,7 @@ void CompositionMeter::take(const RoomState& room) {
     if (person.speaks) {
       ++mSpeaking;
       mSpeakersFramed += person.framedAsSpeaker ? 1 : 0;
+      mSpeakersInView += person.visibility == Visibility::InView ? 1 : 0;
     }
   }
   mHeadSizes.clear();
@@ -108,6 +110,7 @@ void CompositionMeter::last(std::int64_t from, std::int64_t to) {
   sums.streamMs += mStreams * time;
   sums.speakingMs += mSpeaking * time;
   sums.speakerFramedMs += mSpeakersFramed * time;
+  sums.speakerInViewMs += mSpeakersInView * time;
   sums.subjectMs += mSubjects * time;
   sums.subjectWholeMs += mSubjectsWhole * time;
   addPersons(sums.personTime, time);

@@ -29,6 +29,7 @@ class CompositionMeter {
   PersonTime mPersons;
   std::int64_t mSpeaking = 0;
   std::int64_t mSpeakersFramed = 0;
+  std::int64_t mSpeakersInView = 0;
   std::int64_t mSubjects = 0;
   std::int64_t mSubjectsWhole = 0;
   std::vector<std::int64_t> mHeadSizes;

@@ -40,6 +40,7 @@ void forEachFigure(Visitor&& visit, Measured&... measured) {
   visit("thirds", measured.thirds...);
   visit("speakingMs", measured.speakingMs...);
   visit("speakerFramedMs", measured.speakerFramedMs...);
+  visit("speakerInViewMs", measured.speakerInViewMs...);
   visit("turnMs", measured.turnMs...);
   visit("turnSingledOutMs", measured.turnSingledOutMs...);
   visit("turnCloseMs", measured.turnCloseMs...);

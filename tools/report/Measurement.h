@@ -114,6 +114,7 @@ struct Measurement {
   std::array<Answers, kRoomEventNames.size()> answers;
   std::int64_t speakingMs = 0;
   std::int64_t speakerFramedMs = 0;
+  std::int64_t speakerInViewMs = 0;
   /** Speaking time of the turns that count, and how much of it the speaker was shown so. */
   std::int64_t turnMs = 0;
   std::int64_t turnSingledOutMs = 0;

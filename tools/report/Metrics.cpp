@@ -133,6 +133,8 @@ const std::vector<Metric>& metrics() {
       {"speak_latency_p95_s", "Answer to a new speaker, 95th percentile", "s", 1, Better::Lower,
        latency<RoomEvent::Speak, kHigh>},
       {"unanswered_percent", "Events without an answer", "%", 1, Better::Lower, unansweredPercent},
+      {"speaker_in_view_percent", "Speaking time with the speaker in view", "%", 1, Better::Higher,
+       [](M m) { return ratio(m.speakerInViewMs, m.speakingMs, 100); }},
       {"speaker_framed_percent", "Speaking time with the speaker framed", "%", 1, Better::Higher,
        [](M m) { return ratio(m.speakerFramedMs, m.speakingMs, 100); }},
       {"singled_out_percent", "Turns with the speaker singled out", "%", 1, Better::Higher,
