@@ -7,13 +7,14 @@ namespace fyn::productionrules {
 namespace {
 
 constexpr std::uint32_t kWindowMs = 10000;
-constexpr unsigned kHandovers = 3;
+constexpr unsigned kHandovers = 4;
 constexpr std::size_t kMostPersons = 3;
 constexpr unsigned kLivelyHandovers = 8;
 
 // It is over when one of them has spoken alone for so long; a picture of many is not kept for long.
-constexpr std::uint32_t kAloneMs = 10000;
-constexpr std::uint32_t kAloneOfManyMs = 3000;
+constexpr std::uint32_t kAloneOfTwoMs = 4000;
+constexpr std::uint32_t kAloneOfManyMs = 1000;
+constexpr std::uint32_t kAloneOfEverybodyMs = 3000;
 constexpr std::size_t kMany = 3;
 
 }  // namespace
@@ -21,7 +22,10 @@ constexpr std::size_t kMany = 3;
 void Exchange::update(const SpeechTurns& turns, const Fit& fit, std::uint32_t now) {
   if (isOn()) {
     const bool hasOutsider = !mIsOfEverybody && mPersons.count(turns.holder()) == 0;
-    const bool isCalm = turns.aloneMs(now) >= (mPersons.size() >= kMany ? kAloneOfManyMs : kAloneMs);
+    const std::uint32_t alone = mIsOfEverybody             ? kAloneOfEverybodyMs
+                                : mPersons.size() >= kMany ? kAloneOfManyMs
+                                                           : kAloneOfTwoMs;
+    const bool isCalm = turns.aloneMs(now) >= alone;
     if (isCalm) {
       mCalmedAt = now;
     }

@@ -4,7 +4,7 @@ namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::uint32_t kLeastMs = 2500;
+constexpr std::uint32_t kLeastMs = 2000;
 constexpr std::uint32_t kLeastBeforeReturnMs = 4000;
 
 }  // namespace

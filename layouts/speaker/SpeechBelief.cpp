@@ -23,7 +23,7 @@ struct Tempo {
 
 constexpr Tempo kUsual{400, 500, 1000, 250};
 // Sooner at a speaker, and not so soon gone: gaps of a tag last up to half a second.
-constexpr Tempo kSteady{200, 800, 500, 550};
+constexpr Tempo kSteady{150, 500, 150, 800};
 
 const Tempo& tempo() {
   return PrConfig::get().steadyFramingEnabled ? kSteady : kUsual;

@@ -15,7 +15,7 @@ namespace {
 
 // A picture of part of the room has at most this share of the area of the group frame. With 0.8 a speaker is
 // in the picture for 0.2 per cent more of the time, and close for 4 less.
-constexpr double kShareOfRoom = 0.65;
+constexpr double kShareOfRoom = 0.6;
 
 double areaOfView(const Rect& view) {
   return double{1} * widthOf(view) * heightOf(view);
