@@ -36,4 +36,10 @@ constexpr Rect enclosing(const Rect& a, const Rect& b) {
               std::max(a.bottom, b.bottom)};
 }
 
+/** The box with that many pixels more at each side: `across` left and right, `up` above and below. */
+constexpr Rect grownBy(const Rect& box, std::int32_t across, std::int32_t up) {
+  return {wrapSub(box.left, across), wrapSub(box.top, up), wrapAdd(box.right, across),
+          wrapAdd(box.bottom, up)};
+}
+
 }  // namespace fyn::productionrules

@@ -27,11 +27,6 @@ std::int32_t share(double factor, std::int32_t length) {
 
 constexpr int kRounds = 4;
 
-Rect grownBy(const Rect& box, std::int32_t across, std::int32_t up) {
-  return {wrapSub(box.left, across), wrapSub(box.top, up), wrapAdd(box.right, across),
-          wrapAdd(box.bottom, up)};
-}
-
 // By how much the span has to move to lie in the image, as far as it fits.
 std::int32_t inwards(std::int64_t low, std::int64_t high, std::int64_t size) {
   return static_cast<std::int32_t>(low < 0 ? std::min(-low, std::max(size - high, std::int64_t{0}))

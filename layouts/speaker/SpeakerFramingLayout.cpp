@@ -35,10 +35,7 @@ std::uint32_t ownCamera() {
 }
 
 Rect withRoom(const Rect& head) {
-  const std::int32_t across = truncate(kRoom * widthOf(head));
-  const std::int32_t up = truncate(kRoom * heightOf(head));
-  return {wrapSub(head.left, across), wrapSub(head.top, up), wrapAdd(head.right, across),
-          wrapAdd(head.bottom, up)};
+  return grownBy(head, truncate(kRoom * widthOf(head)), truncate(kRoom * heightOf(head)));
 }
 
 }  // namespace
