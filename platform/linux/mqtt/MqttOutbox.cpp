@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/mqtt/MqttTopics.h"
-
 namespace fyn::productionrules {
 
 namespace {
@@ -14,13 +12,13 @@ constexpr std::size_t kMostBytes = 16 << 20;
 
 bool MqttOutbox::put(MqttMessage message) {
   const MutexLock lock(mMutex);
-  const bool isRetained = mqttDeliveryOf(message.topic).retain;
-  if (isRetained) {
-    mRetained[message.topic].text = message.text;
-  }
-  if (!mOpen && isRetained) {
-    mUnsent += std::exchange(mRetained[message.topic].isWaiting, true) ? 1 : 0;
-    return false;
+  if (message.delivery.retain) {
+    Retained& retained = mRetained[message.topic];
+    retained.last = message;
+    if (!mOpen) {
+      mUnsent += std::exchange(retained.isWaiting, true) ? 1 : 0;
+      return false;
+    }
   }
   if (!mOpen || mMessages.size() >= kMostMessages || mBytes + message.bytes() > kMostBytes) {
     ++mUnsent;
@@ -55,9 +53,9 @@ void MqttOutbox::countUnsent() {
 std::uint64_t MqttOutbox::open() {
   const MutexLock lock(mMutex);
   mOpen = true;
-  for (auto& [topic, last] : mRetained) {
-    last.isWaiting = false;
-    mMessages.push_back({topic, last.text});
+  for (auto& [topic, retained] : mRetained) {
+    retained.isWaiting = false;
+    mMessages.push_back(retained.last);
     mBytes += mMessages.back().bytes();
   }
   mUnsentBefore += mUnsent;
@@ -67,7 +65,7 @@ std::uint64_t MqttOutbox::open() {
 std::uint64_t MqttOutbox::lost() const {
   const MutexLock lock(mMutex);
   const auto waiting = std::count_if(mRetained.begin(), mRetained.end(),
-                                     [](const auto& last) { return last.second.isWaiting; });
+                                     [](const auto& retained) { return retained.second.isWaiting; });
   return mUnsentBefore + mUnsent + static_cast<std::uint64_t>(waiting);
 }
 
@@ -75,9 +73,9 @@ void MqttOutbox::shut() {
   const MutexLock lock(mMutex);
   mOpen = false;
   for (const MqttMessage& message : mMessages) {
-    const auto last = mRetained.find(message.topic);
-    if (last != mRetained.end() && last->second.text == message.text) {
-      last->second.isWaiting = true;
+    const auto retained = mRetained.find(message.topic);
+    if (retained != mRetained.end() && retained->second.last.text == message.text) {
+      retained->second.isWaiting = true;
     } else {
       ++mUnsent;
     }

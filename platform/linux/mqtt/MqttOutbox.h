@@ -8,12 +8,14 @@
 #include <string>
 
 #include "platform/Mutex.h"
+#include "platform/linux/mqtt/MqttTopics.h"
 
 namespace fyn::productionrules {
 
 struct MqttMessage {
   std::string topic;
   std::string text;
+  MqttDelivery delivery;
 
   std::size_t bytes() const { return topic.size() + text.size(); }
 };
@@ -48,7 +50,7 @@ class MqttOutbox {
 
  private:
   struct Retained {
-    std::string text;
+    MqttMessage last;
     /** No connection has taken it yet. */
     bool isWaiting = false;
   };

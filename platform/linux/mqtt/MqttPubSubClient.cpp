@@ -55,7 +55,7 @@ void MqttPubSubClient::publish(const std::string& topic, const std::string& mess
     PRB_LOGE(kTag, "%s: \"%s\" is no topic, its message is dropped", "publish", topic.c_str());
     return;
   }
-  if (!mClosing && mOutbox.put({topic, message}) && !sendNow()) {
+  if (!mClosing && mOutbox.put({topic, message, mqttDeliveryOf(topic)}) && !sendNow()) {
     mConnection.wake();
   }
 }
@@ -198,16 +198,15 @@ int MqttPubSubClient::sendQueued() {
     if (!next) {
       break;
     }
-    const MqttDelivery delivery = mqttDeliveryOf(next->topic);
     int id = 0;
     const int result =
-        mConnection.publish(mqttName(mOptions.address.room, next->topic), next->text, delivery, id);
+        mConnection.publish(mqttName(mOptions.address.room, next->topic), next->text, next->delivery, id);
     const bool refused = isRefusedMessage(result);
     if (refused) {
       mOutbox.countUnsent();
       PRB_LOGE(kTag, "%s: a message of %zu bytes on %s cannot be sent: %s", "publish", next->text.size(),
                next->topic.c_str(), mosquitto_strerror(result));
-    } else if (delivery.qos > 0) {
+    } else if (next->delivery.qos > 0) {
       // Also when the connection broke under it: the MQTT library has it and sends it after the return.
       mUnacknowledged.insert(id);
     } else if (result != MOSQ_ERR_SUCCESS) {
