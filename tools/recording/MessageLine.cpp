@@ -193,6 +193,27 @@ bool readTruth(element line, RecordingEvent& event) {
   return true;
 }
 
+// `rest` is the line from its topic on.
+bool readMessage(element line, std::string_view rest, RecordingEvent& event) {
+  constexpr std::size_t kMembers = 3;
+  const std::string_view topic = takeUntil(rest, '"');
+  if (topic.empty() || topic.front() != '/' || topic.find('\\') != std::string_view::npos ||
+      !skip(rest, R"(,"payload":)") || rest.empty() || (rest.front() != '{' && rest.front() != '[') ||
+      rest.back() != '}') {
+    return false;
+  }
+  rest.remove_suffix(1);
+  std::int64_t t = -1;
+  object members;
+  if (line.get(members) != simdjson::SUCCESS || members.size() != kMembers ||
+      members.begin().value().get(t) != simdjson::SUCCESS || t < 0 || t > kLatestTime || !isCompact(rest)) {
+    return false;
+  }
+  event.t = t;
+  event.what = BusMessage{std::string(topic), std::string(rest)};
+  return true;
+}
+
 }  // namespace
 
 struct MessageLine::Parser {
@@ -209,32 +230,13 @@ bool MessageLine::read(const std::string& line, RecordingEvent& event) {
     return false;
   }
   takeUntil(rest, ',');
-  if (skip(rest, R"("topic":")")) {
-    return readMessage(line, rest, event);
-  }
+  const bool isMessage = skip(rest, R"("topic":")");
   element document;
-  return skip(rest, R"("truth":)") && mParser->parser.parse(line).get(document) == simdjson::SUCCESS &&
-         readTruth(document, event);
-}
-
-bool MessageLine::readMessage(const std::string& line, std::string_view rest, RecordingEvent& event) {
-  constexpr std::size_t kMembers = 3;
-  const std::string_view topic = takeUntil(rest, '"');
-  if (topic.empty() || topic.front() != '/' || topic.find('\\') != std::string_view::npos ||
-      !skip(rest, R"(,"payload":)") || rest.empty() || (rest.front() != '{' && rest.front() != '[') ||
-      rest.back() != '}') {
+  if ((!isMessage && !skip(rest, R"("truth":)")) ||
+      mParser->parser.parse(line).get(document) != simdjson::SUCCESS) {
     return false;
   }
-  rest.remove_suffix(1);
-  std::int64_t t = -1;
-  object document;
-  if (mParser->parser.parse(line).get(document) != simdjson::SUCCESS || document.size() != kMembers ||
-      document.begin().value().get(t) != simdjson::SUCCESS || t < 0 || t > kLatestTime || !isCompact(rest)) {
-    return false;
-  }
-  event.t = t;
-  event.what = BusMessage{std::string(topic), std::string(rest)};
-  return true;
+  return isMessage ? readMessage(document, rest, event) : readTruth(document, event);
 }
 
 }  // namespace fyn::productionrules

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "tools/recording/RecordingEvent.h"
 
@@ -25,9 +24,6 @@ class MessageLine {
 
  private:
   struct Parser;
-
-  /** `rest` begins with the topic. */
-  bool readMessage(const std::string& line, std::string_view rest, RecordingEvent& event);
 
   // Keeps its memory from one line to the next.
   std::unique_ptr<Parser> mParser;
