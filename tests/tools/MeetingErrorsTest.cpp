@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <set>
 
@@ -129,22 +128,6 @@ TEST(MeetingErrors, EveryKindReachesTheRateOfEveryPreset) {
       EXPECT_NEAR(figures.at(kind.option), wanted, wanted * 0.12)
           << kErrorPresets[preset] << ' ' << kind.option;
     }
-  }
-}
-
-TEST(MeetingErrors, ThePageOfTheToolsShowsTheTable) {
-  std::ifstream file(PR_SOURCE_DIR "/docs/tools.md");
-  const std::string page((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  for (const ErrorKind& kind : kErrorKinds) {
-    const std::size_t row = page.find(std::string("| `--") + kind.option + "` |");
-    ASSERT_NE(row, std::string::npos) << kind.option;
-    std::ostringstream values;
-    for (const double value : kind.presets) {
-      values << " | " << value;
-    }
-    values << " |";
-    const std::string line = page.substr(row, page.find('\n', row) - row);
-    EXPECT_NE(line.find(values.str()), std::string::npos) << line << " without" << values.str();
   }
 }
 
