@@ -134,8 +134,7 @@ def scene_ms(bus, room, text):
 
 def start_other_process(machine):
     """A broker that sends back what it fetches from the machine's own."""
-    machine.write("far.conf", f"listener {free_port()} 127.0.0.1\nallow_anonymous true\npersistence false\n"
-                  + FAR.replace("PORT", str(machine.port)))
+    machine.write_broker_settings("far.conf", free_port(), FAR)
     machine.start("far", server("mosquitto"), "-c", machine.path("far.conf"))
 
 

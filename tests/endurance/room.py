@@ -66,8 +66,7 @@ class Machine:
         self.folder = tempfile.mkdtemp(prefix="prb-endurance-")
         self.port = free_port()
         self.started = {}
-        self.write("mosquitto.conf", f"listener {self.port} 127.0.0.1\nallow_anonymous true\npersistence false\n"
-                   + ("user root\n" if os.geteuid() == 0 else "") + broker_settings.replace("PORT", str(self.port)))
+        self.write_broker_settings("mosquitto.conf", self.port, broker_settings)
         self.start_broker()
 
     def path(self, name):
@@ -76,6 +75,10 @@ class Machine:
     def write(self, name, text):
         with open(self.path(name), "w", encoding="utf-8") as file:
             file.write(text)
+
+    def write_broker_settings(self, name, port, more):
+        self.write(name, f"listener {port} 127.0.0.1\nallow_anonymous true\npersistence false\n"
+                   + ("user root\n" if os.geteuid() == 0 else "") + more.replace("PORT", str(self.port)))
 
     def url(self, room):
         return f"mqtt://127.0.0.1:{self.port}/{room}"
