@@ -1,7 +1,7 @@
 # What ./run, ./check and .ci/run share; sourced by them at the root of the project.
 
-# Precompiled headers are cached as well; a file's time says nothing about its content.
-export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+# Precompiled headers are cached as well.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 # Paths below the checkout count relative to it, so that another clone finds what this one compiled.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 
