@@ -12,7 +12,7 @@ constexpr std::size_t kMostPersons = 3;
 constexpr unsigned kLivelyHandovers = 8;
 
 // It is over when one of them has spoken alone for so long; a picture of many is not kept for long.
-constexpr std::uint32_t kAloneOfTwoMs = 4000;
+constexpr std::uint32_t kAloneOfTwoMs = 7000;
 constexpr std::uint32_t kAloneOfManyMs = 1000;
 constexpr std::uint32_t kAloneOfEverybodyMs = 3000;
 constexpr std::size_t kMany = 3;
