@@ -8,6 +8,7 @@
 #include "config/Presets.h"
 #include "platform/TextFile.h"
 #include "tests/config/ConfigEnvironment.h"
+#include "tests/testing/Folders.h"
 
 namespace fyn::productionrules {
 namespace {
@@ -64,7 +65,7 @@ TEST(ConfigTable, KeysAreFoundByTheirWholeText) {
 
 // PR_UPDATE_EXAMPLE=1 writes the files anew from the tables.
 void expectUpToDate(const std::string& name, const std::string& text) {
-  const std::string path = std::string(PR_SOURCE_DIR "/conf/") + name;
+  const std::string path = testing::sourceFolder() + "/conf/" + name;
   if (std::getenv("PR_UPDATE_EXAMPLE") != nullptr) {
     std::ofstream(path, std::ios::binary) << text;
   }

@@ -11,6 +11,7 @@
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
 #include "tests/linux/Subscription.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
@@ -18,7 +19,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const std::string kBrokerExamples = PR_SOURCE_DIR "/conf/mosquitto/";
+const std::string kBrokerExamples = sourceFolder() + "/conf/mosquitto/";
 
 MqttOptions optionsFor(const std::string& url, const std::string& user) {
   MqttOptions options;

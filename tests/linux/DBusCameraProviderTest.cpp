@@ -8,6 +8,7 @@
 #include "platform/linux/dbus/DBusCameraProviders.h"
 #include "tests/linux/Servers.h"
 #include "tests/testing/CapturedLog.h"
+#include "tests/testing/Folders.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -128,7 +129,7 @@ TEST(DBusCameraProvider, AnAppearanceIsSaidAlsoAfterTheBusHasBeenAway) {
 TEST(DBusCameraProvider, IsStartedByABusThatKnowsHow) {
   MessageBus bus;
   bus.addService(DBusCameraProviderNames::kService,
-                 std::string(PR_PROGRAM_DIR) + "/printing-camera-provider --bus " + bus.address());
+                 programFolder() + "/printing-camera-provider --bus " + bus.address());
   bus.start();
   std::atomic<bool> appeared{false};
   DBusCameraProviders providers(optionsFor(bus));

@@ -2,11 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 
 namespace fyn::productionrules::testing {
 namespace {
 
-const std::string kExamples = std::string(PR_SOURCE_DIR) + "/examples/";
+const std::string kExamples = sourceFolder() + "/examples/";
 
 // In any order: the service finds a provider that comes late, and the cameras are retained.
 TEST(Examples, ThePublisherAndTheCameraProviderInPythonMeetTheService) {
@@ -16,7 +17,7 @@ TEST(Examples, ThePublisherAndTheCameraProviderInPythonMeetTheService) {
   Process publisher(
       {kExamples + "vision-publisher.py", "127.0.0.1", std::to_string(broker.port()), "room-12"});
   Process service(
-      {std::string(PR_PROGRAM_DIR) + "/productionrulesd", "--bus", broker.url("room-12"), "--provider",
+      {programFolder() + "/productionrulesd", "--bus", broker.url("room-12"), "--provider",
        "dbus:" + bus.address(), "--properties", "memory", "--config", "/nonexistent", "--log", "stderr"},
       {{"NOTIFY_SOCKET", notices.path()}});
   Process provider({kExamples + "camera-provider.py"}, {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}});

@@ -17,6 +17,7 @@
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
 #include "tests/linux/Subscription.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/NotingListener.h"
 
 namespace fyn::productionrules::testing {
@@ -31,7 +32,7 @@ constexpr bool kIsSanitized = __has_feature(address_sanitizer) || __has_feature(
 constexpr bool kIsSanitized = false;
 #endif
 
-const std::string kProgram = std::string(PR_PROGRAM_DIR) + "/productionrulesd";
+const std::string kProgram = programFolder() + "/productionrulesd";
 
 std::size_t count(const std::string& text, const std::string& part) {
   std::size_t found = 0;
@@ -359,7 +360,7 @@ TEST(HostProcess, TakesTheRecommendedConfigurationWhereThereIsNone) {
   }
   Process host({kProgram, "--library", "/dev/null"});
   EXPECT_EQ(host.wait(), 2);
-  const std::string file = std::string(PR_PROGRAM_DIR) + "/../share/productionrules/recommended.conf";
+  const std::string file = programFolder() + "/../share/productionrules/recommended.conf";
   EXPECT_NE(host.errorText().find(std::filesystem::canonical(file).string()), std::string::npos)
       << host.errorText();
   EXPECT_NE(host.errorText().find("the bus is inside this process"), std::string::npos) << host.errorText();

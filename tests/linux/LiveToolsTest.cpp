@@ -5,11 +5,12 @@
 #include <fstream>
 
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 
 namespace fyn::productionrules::testing {
 namespace {
 
-const std::string kPrb = PR_PROGRAM_DIR "/prb";
+const std::string kPrb = programFolder() + "/prb";
 
 std::vector<std::string> linesOf(const std::string& path) {
   std::ifstream file(path);
@@ -107,8 +108,8 @@ TEST_F(LiveTools, AModeThatNoServiceTakesIsTakenBack) {
 TEST_F(LiveTools, AModeIsInForceWhenTheServiceSaysSo) {
   const std::string meeting = mFolder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "-o", meeting});
-  Process service({PR_PROGRAM_DIR "/productionrulesd", "--bus", mBroker.url("room"), "--properties", store(),
-                   "--config", mFolder.file("fyn.conf"), "--log", "stderr"});
+  Process service({programFolder() + "/productionrulesd", "--bus", mBroker.url("room"), "--properties",
+                   store(), "--config", mFolder.file("fyn.conf"), "--log", "stderr"});
   Process vision({kPrb, "play", meeting, "--bus", mBroker.url("room"), "--loop"});
   ASSERT_TRUE(eventually([this] {
     const std::vector<std::string> lines = linesOf(recording());

@@ -7,6 +7,7 @@
 
 #include "platform/linux/mqtt/MqttPubSubClient.h"
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/NotingListener.h"
 #include "tests/testing/SceneBuilder.h"
 
@@ -39,9 +40,9 @@ class Watcher {
 
 TEST(MultiDevice, ThreeDevicesOnOneBrokerShowWhatThePrimaryDecides) {
   const int port = freePort();
-  Process room({std::string(PR_SOURCE_DIR) + "/tools/multi-device", "--port", std::to_string(port),
-                "--programs", PR_PROGRAM_DIR},
-               {{"FYN_CONF_NAME", "/dev/null"}, {"PRB_LOG", "stderr"}});
+  Process room(
+      {sourceFolder() + "/tools/multi-device", "--port", std::to_string(port), "--programs", programFolder()},
+      {{"FYN_CONF_NAME", "/dev/null"}, {"PRB_LOG", "stderr"}});
   ASSERT_TRUE(eventually([&] { return !room.outputLines().empty() && isListening(port); }))
       << room.errorText();
   Watcher primary(port, "main");
@@ -66,9 +67,9 @@ TEST(MultiDevice, ThreeDevicesOnOneBrokerShowWhatThePrimaryDecides) {
            second.shows(R"("fynCamId":2,)");
   };
   EXPECT_TRUE(eventually(everybodyIsShown)) << room.errorText();
-  Process another({std::string(PR_SOURCE_DIR) + "/tools/multi-device", "--port", std::to_string(port),
-                   "--programs", PR_PROGRAM_DIR},
-                  {});
+  Process another(
+      {sourceFolder() + "/tools/multi-device", "--port", std::to_string(port), "--programs", programFolder()},
+      {});
   EXPECT_EQ(another.wait(), 2);
   EXPECT_NE(another.errorText().find("is in use; choose another with --port"), std::string::npos);
   room.signal(SIGTERM);

@@ -8,6 +8,8 @@
 #include <array>
 #include <cstring>
 
+#include "tests/testing/Folders.h"
+
 namespace fyn::productionrules::testing {
 
 namespace {
@@ -78,7 +80,7 @@ void MessageBus::addService(const std::string& name, const std::string& command)
 }
 
 PrintingProvider::PrintingProvider(const MessageBus& bus)
-    : mProcess({std::string(PR_PROGRAM_DIR) + "/printing-camera-provider", "--bus", bus.address()}) {
+    : mProcess({programFolder() + "/printing-camera-provider", "--bus", bus.address()}) {
   const auto serves = [&] { return mProcess.errorText().find("serving") != std::string::npos; };
   EXPECT_TRUE(eventually(serves)) << mProcess.errorText();
 }

@@ -6,6 +6,7 @@
 
 #include "platform/PubSub.h"
 #include "platform/Topics.h"
+#include "tests/testing/Folders.h"
 
 namespace com::quil::pubsub {
 namespace {
@@ -51,7 +52,7 @@ namespace {
 
 /** The cells of each row of a document's table under the heading whose first column is "Topic". */
 std::vector<std::vector<std::string>> topicRows(const std::string& document) {
-  std::ifstream file(PR_SOURCE_DIR "/" + document);
+  std::ifstream file(testing::sourceFolder() + "/" + document);
   std::vector<std::vector<std::string>> rows;
   bool inside = false;
   for (std::string line; std::getline(file, line);) {

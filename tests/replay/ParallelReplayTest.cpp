@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "tests/testing/Folders.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 
@@ -21,8 +22,8 @@ std::vector<std::vector<std::string>> replays(const ScratchFolder& folder) {
     const std::string number = std::to_string(all.size());
     const std::string configuration =
         folder.write(number + ".conf", "persist.fdtimers.headboundbox.outofframe=" + number + "000\n");
-    all.push_back({"replay", PR_SOURCE_DIR "/tests/replay/cases/" + name + "/recording.jsonl", "--decisions",
-                   "--log", pair % 2 == 0 ? "I" : "W", "--config", configuration, "--dump",
+    all.push_back({"replay", sourceFolder() + "/tests/replay/cases/" + name + "/recording.jsonl",
+                   "--decisions", "--log", pair % 2 == 0 ? "I" : "W", "--config", configuration, "--dump",
                    folder.file(number + ".dump"), "--force", "--property",
                    "vendor.fyndebug.timer=" + std::to_string(pair)});
   }

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "config/ConfigKeys.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 
@@ -17,7 +18,7 @@ namespace {
 using Words = std::vector<std::string>;
 
 std::string dataFile(const std::string& name) {
-  return std::string(PR_SOURCE_DIR) + "/../shared/data/" + name + ".csv";
+  return sourceFolder() + "/../shared/data/" + name + ".csv";
 }
 
 Words operator+(Words words, const Words& more) {

@@ -9,6 +9,7 @@
 
 #include "platform/TextFile.h"
 #include "tests/replay/ReadableEffects.h"
+#include "tests/testing/Folders.h"
 #include "tests/tools/RunPrb.h"
 #include "tools/replay/RecordingRun.h"
 
@@ -92,7 +93,8 @@ TEST_P(ReplayCase, DoesWhatTheExpectationSays) {
 
 std::vector<fs::path> caseFolders() {
   std::vector<fs::path> folders;
-  for (const char* const parent : {PR_SOURCE_DIR "/tests/replay/cases", PR_SOURCE_DIR "/tests/regressions"}) {
+  for (const std::string& parent :
+       {sourceFolder() + "/tests/replay/cases", sourceFolder() + "/tests/regressions"}) {
     for (const auto& entry : fs::directory_iterator(parent)) {
       if (entry.is_directory()) {
         folders.push_back(entry.path());

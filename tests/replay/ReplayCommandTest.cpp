@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/TextFile.h"
+#include "tests/testing/Folders.h"
 #include "tests/tools/RunPrb.h"
 
 namespace fyn::productionrules::testing {
@@ -14,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kCases = PR_SOURCE_DIR "/tests/replay/cases/";
+const std::string kCases = sourceFolder() + "/tests/replay/cases/";
 
 std::string outputOf(const std::string& command) {
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
@@ -37,8 +38,9 @@ TEST(ReplayCommand, GivesTheSameBytesInOneProcessAndInAnother) {
     runPrbWith({"replay", disturbing, "--log", "E"});
     EXPECT_GT(std::count(first.out.begin(), first.out.end(), '\n'), 20) << name;
     EXPECT_EQ(runPrbWith(command).out, first.out) << name;
-    EXPECT_EQ(outputOf(PR_PROGRAM_DIR "/prb replay " + recording + " --log I --decisions --dump /dev/null"),
-              first.out)
+    EXPECT_EQ(
+        outputOf(programFolder() + "/prb replay " + recording + " --log I --decisions --dump /dev/null"),
+        first.out)
         << name;
   }
 }

@@ -12,6 +12,7 @@
 #include "platform/Topics.h"
 #if PR_HAVE_MQTT
 #include "platform/linux/mqtt/MqttStatus.h"
+#include "tests/testing/Folders.h"
 #endif
 
 namespace fyn::productionrules::testing {
@@ -21,7 +22,7 @@ using nlohmann::json;
 using Texts = std::set<std::string>;
 
 json contract(const std::string& file) {
-  std::ifstream input(PR_SOURCE_DIR "/api/" + file);
+  std::ifstream input(sourceFolder() + "/api/" + file);
   return json::parse(input);
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/testing/Folders.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
@@ -223,8 +224,8 @@ TEST_F(Tune, JobsGiveTheSameResults) {
   const std::vector<std::string> all = results();
   mFolder.write("tune.jsonl", "");
   ASSERT_EQ(tune({"--jobs-out", mFolder.file("jobs")}).status, 0);
-  const std::string command = "cd " PR_PROGRAM_DIR " && PATH=.:$PATH sh -e " + mFolder.file("jobs") + " > " +
-                              mFolder.file("tune.jsonl");
+  const std::string command = "cd " + programFolder() + " && PATH=.:$PATH sh -e " + mFolder.file("jobs") +
+                              " > " + mFolder.file("tune.jsonl");
   ASSERT_EQ(std::system(command.c_str()), 0);
   EXPECT_EQ(results(), all);
   EXPECT_EQ(tune({"--workers", "1"}).out, run.out);

@@ -13,6 +13,7 @@
 
 #include "tests/linux/Processes.h"
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/NotingListener.h"
 #include "tests/video/MeasuringVideo.h"
 #include "tests/video/Pictures.h"
@@ -141,7 +142,7 @@ TEST(CameraProgram, GoesOnWhenVisionIsKilledAndTakesTheNextOne) {
   const std::string video = folder.file("room.mkv");
   writeMeasuringVideo(video, 120, 2);
   const std::string feed = folder.file("room.sock");
-  const std::string programs = std::string(PR_PROGRAM_DIR) + "/";
+  const std::string programs = programFolder() + "/";
   Process camera({programs + "prb-camera", video, "--bus", broker.url(), "--dbus", bus.address(), "--feed",
                   feed, "--journal", "-"});
   const auto goesOn = [&] {
@@ -183,8 +184,8 @@ TEST(CameraProgram, ShowsTheOtherCameraWhenOneInputEnds) {
   writeMeasuringVideo(brief, 2, 10);
   const std::string lasting = folder.file("lasting.mkv");
   writeMeasuringVideo(lasting, 6, 10);
-  Process camera({std::string(PR_PROGRAM_DIR) + "/prb-camera", brief, lasting, "--fast", "--dbus",
-                  bus.address(), "-o", film});
+  Process camera(
+      {programFolder() + "/prb-camera", brief, lasting, "--fast", "--dbus", bus.address(), "-o", film});
   ASSERT_EQ(camera.wait(), 0) << camera.errorText();
   const std::vector<cv::Mat> pictures = picturesOf(film);
   ASSERT_EQ(pictures.size(), 6U);
@@ -220,7 +221,7 @@ TEST(VideoPrograms, EndWhateverTheyAreDoingWhenTheyAreTold) {
            {"prb-vision", video, "--bus", nobody},
            {"prb-vision", "--feed", folder.file("absent"), "--bus", nobody}}) {
     std::vector<std::string> command = arguments;
-    command.front() = std::string(PR_PROGRAM_DIR) + "/" + arguments.front();
+    command.front() = programFolder() + "/" + arguments.front();
     Process process(command);
     ASSERT_TRUE(eventually([&] { return mindsItsEnd(process.id()); })) << process.errorText();
     process.signal(SIGTERM);

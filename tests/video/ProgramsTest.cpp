@@ -9,6 +9,7 @@
 
 #include "tests/linux/Processes.h"
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 #include "tests/video/MeasuringVideo.h"
 #include "tests/video/Pictures.h"
 
@@ -21,7 +22,7 @@ using nlohmann::json;
 constexpr int kFrames = 30;
 
 std::string program(const std::string& name) {
-  return std::string(PR_PROGRAM_DIR) + "/" + name;
+  return programFolder() + "/" + name;
 }
 
 std::string contentOf(const std::string& path) {
@@ -174,9 +175,15 @@ class Play {
   explicit Play(int frames, const std::vector<std::string>& options = {}) {
     const std::string video = folder.file("room.mkv");
     writeMeasuringVideo(video, frames, 10);
-    std::vector<std::string> command{
-        std::string(PR_SOURCE_DIR) + "/tools/video/play", "--programs", PR_PROGRAM_DIR, "--script",
-        folder.write("script.jsonl", walkingScript()),    "--film",     film,           video};
+    const std::string script = folder.write("script.jsonl", walkingScript());
+    std::vector<std::string> command{sourceFolder() + "/tools/video/play",
+                                     "--programs",
+                                     programFolder(),
+                                     "--script",
+                                     script,
+                                     "--film",
+                                     film,
+                                     video};
     command.insert(command.end(), options.begin(), options.end());
     mProcess =
         std::make_unique<Process>(command, std::map<std::string, std::string>{{"TMPDIR", scratch.file("")}});

@@ -7,6 +7,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "tests/testing/Folders.h"
 #include "tools/video/source/VideoInput.h"
 #include "tools/video/vision/FaceNetDetector.h"
 #include "tools/video/vision/PersonTracker.h"
@@ -15,7 +16,7 @@
 namespace fyn::productionrules::video::testing {
 namespace {
 
-const std::filesystem::path kFetched = std::filesystem::path(PR_SOURCE_DIR) / "build/fetched";
+const std::filesystem::path kFetched = std::filesystem::path(sourceFolder()) / "build/fetched";
 
 /** The middles of the faces, in the frame of reference. */
 using Faces = std::vector<cv::Point2d>;

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tests/linux/Processes.h"
+#include "tests/testing/Folders.h"
 #include "tools/base/UsageError.h"
 #include "tools/video/source/SoundInput.h"
 #include "tools/video/source/VideoInput.h"
@@ -126,7 +127,7 @@ TEST(SoundInput, SaysNothingWithoutSound) {
 
 // Speech is heard: of somebody who opens the mouth for words, and who later only looks around.
 TEST(SpeakerFinder, FindsWhoTalksInAClip) {
-  const std::string fetched = std::string(PR_SOURCE_DIR) + "/build/fetched/";
+  const std::string fetched = sourceFolder() + "/build/fetched/";
   if (!std::filesystem::exists(fetched + "talking.mp4") || !std::filesystem::exists(fetched + "faces.onnx")) {
     GTEST_SKIP() << "tools/setup/fetch.sh model photographs has not been run";
   }

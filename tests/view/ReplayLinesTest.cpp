@@ -6,6 +6,7 @@
 #include <set>
 
 #include "platform/TextFile.h"
+#include "tests/testing/Folders.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 #include "tests/view/NotedLines.h"
@@ -17,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-const std::string kCases = PR_SOURCE_DIR "/tests/replay/cases";
+const std::string kCases = sourceFolder() + "/tests/replay/cases";
 
 bool isOf(const json& line, std::initializer_list<const char*> topics) {
   return line.contains("topic") &&

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "tests/linux/Servers.h"
+#include "tests/testing/Folders.h"
 #include "tests/view/NotedLines.h"
 #include "tests/view/OpenPage.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 using nlohmann::json;
 
-const std::string kPrb = PR_PROGRAM_DIR "/prb";
+const std::string kPrb = programFolder() + "/prb";
 
 /** A viewer program that has said where its page is. */
 class Viewer {
@@ -168,8 +169,8 @@ TEST(ViewCommand, ShowsALiveBusWithScenesAndReasonsOfTheService) {
   const std::string store = folder.file("properties.db");
   runTool({kPrb, "prop", "set", "vendor.talkertracking.flag", "4", "--properties", store});
   runTool({kPrb, "prop", "set", "vendor.fyndebug.decisions", "1", "--properties", store});
-  Process service(
-      {PR_PROGRAM_DIR "/productionrulesd", "--bus", broker.url(), "--properties", store, "--log", "stderr"});
+  Process service({programFolder() + "/productionrulesd", "--bus", broker.url(), "--properties", store,
+                   "--log", "stderr"});
   Viewer viewer({kPrb, "view", "--bus", broker.url(), "--properties", "memory"});
   const std::string meeting = folder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--noise", "none", "-o", meeting});

@@ -10,6 +10,7 @@
 
 #include "platform/TextFile.h"
 #include "tests/linux/Processes.h"
+#include "tests/testing/Folders.h"
 #include "tests/view/OpenPage.h"
 #include "tools/base/UsageError.h"
 #include "tools/view/LineLog.h"
@@ -20,7 +21,7 @@
 namespace fyn::productionrules::testing {
 namespace {
 
-const std::string kPage = PR_SOURCE_DIR "/viewer/page/";
+const std::string kPage = sourceFolder() + "/viewer/page/";
 const std::string kToken = "a-token-of-the-tests";
 
 /** A server that shows a live log, and its client. */
