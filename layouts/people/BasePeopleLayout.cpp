@@ -6,9 +6,11 @@
 #include "config/PrConfig.h"
 #include "geometry/GroupLayout.h"
 #include "geometry/ProximityRect.h"
+#include "geometry/RectMath.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PeopleWaits.h"
+#include "layouts/people/TileRow.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -43,6 +45,9 @@ void addFrame(Layout& layout, const PeopleUnit& unit) {
   ++counter;
   layout.frames.push_back(std::move(frame));
 }
+
+// How much higher the view of a tile has to become before it is made anew because one beside it was.
+constexpr double kNotAlike = 1.05;
 
 bool isInViewOf(std::uint32_t camId, const std::vector<Seat>& seats) {
   const HeadsInView heads = headsForTiles(camId);
@@ -161,13 +166,28 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
   const Rect base =
       isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
                : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
-  const Rect grown = growToLeastView(base, frame, getImageSize(frame));
+  const Dimension image = getImageSize(frame);
+  const Rect grown = growToHeight(base, frame, image, leastViewHeight(frame));
   const std::vector<Rect> others = headsOfOthers(frame);
-  if (others.empty()) {
-    return grown;
-  }
   const auto apart = isPictureOfItsOwn() ? clearOfOthers : turnFromOthers;
-  return apart(grown, box, others, frame, getImageSize(frame));
+  const Rect turned = others.empty() ? grown : apart(grown, box, others, frame, image);
+  const Layout* const layout = mState.mCurLayout.get();
+  const double height =
+      isSteady() && layout != nullptr ? viewHeightLikeRow(frame, *layout, mState.people) : 0;
+  return height > 0 ? growBesideOthers(turned, others, frame, image, height) : turned;
+}
+
+// Whose heads are taller than those beside them is known once all tiles of a row have a view.
+void BasePeopleLayout::updateLayoutViews(bool fromFrameTimer) {
+  BaseLayout::updateLayoutViews(fromFrameTimer);
+  if (!isSteady() || mState.mCurLayout == nullptr) {
+    return;
+  }
+  for (Frame& frame : mState.mCurLayout->frames) {
+    if (viewHeightLikeRow(frame, *mState.mCurLayout, mState.people) > kNotAlike * heightOf(frame.source)) {
+      updateFrameView(frame);
+    }
+  }
 }
 
 std::vector<Rect> BasePeopleLayout::headsOfOthers(const Frame& frame) const {

@@ -55,6 +55,9 @@ class BasePeopleLayout : public BaseLayout {
   /** Shorter when people have left. */
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
 
+  /** Makes the tiles of one row alike, too. */
+  void updateLayoutViews(bool fromFrameTimer) override;
+
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
   void resetLayouts() override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;

@@ -71,6 +71,12 @@ std::int32_t turnFrom(const Rect& head, const Rect& view) {
                                                                : 0;
 }
 
+constexpr double kPartsOfTheWay[] = {1, 0.75, 0.5, 0.25};
+
+bool isSeen(const Rect& head, const Rect& view) {
+  return head.left < view.right && head.right > view.left && head.top < view.bottom && head.bottom > view.top;
+}
+
 struct Tile {
   Rect dest;
   /** The shape for one person. */
@@ -189,8 +195,11 @@ void placeInTiles(Layout& layout) {
   }
 }
 
-Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image) {
-  const double least = heightOf(tile.dest) / kMaxEnlargement;
+double leastViewHeight(const Frame& tile) {
+  return heightOf(tile.dest) / kMaxEnlargement;
+}
+
+Rect growToHeight(const Rect& base, const Frame& tile, const Dimension& image, double least) {
   // A view is never smaller than what it is made for.
   if (heightOf(base) <= 0 || heightOf(base) >= least || heightOf(tile.dest) <= 0) {
     return base;
@@ -205,6 +214,26 @@ Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image
     height = viewHeight(grown);
   }
   return grown;
+}
+
+Rect growBesideOthers(const Rect& base, const std::vector<Rect>& others, const Frame& tile,
+                      const Dimension& image, double height) {
+  const Rect view = viewAround(base, tile, image);
+  const double before = heightOf(view);
+  if (height <= before) {
+    return base;
+  }
+  for (const double part : kPartsOfTheWay) {
+    const Rect grown = growToHeight(base, tile, image, before + part * (height - before));
+    const Rect seen = viewAround(grown, tile, image);
+    const bool showsMore = std::any_of(others.begin(), others.end(), [&](const Rect& head) {
+      return isSeen(head, seen) && !isSeen(head, view);
+    });
+    if (!showsMore) {
+      return grown;
+    }
+  }
+  return base;
 }
 
 Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,

@@ -20,9 +20,19 @@ bool hasTiles(const Layout& layout);
  */
 void placeInTiles(Layout& layout);
 
-/** The box around which a tile's view is made, grown around its middle until the view is at least so large
- * that one camera pixel becomes no more than 2.5 output pixels high. `image` in camera pixels. */
-Rect growToLeastView(const Rect& base, const Frame& tile, const Dimension& image);
+/** So high a tile's view is at least that one camera pixel becomes no more than 2.5 output pixels high. */
+double leastViewHeight(const Frame& tile);
+
+/** The box around which a tile's view is made, grown around its middle until the view is `least` high, as far
+ * as the image allows. All in camera pixels. */
+Rect growToHeight(const Rect& base, const Frame& tile, const Dimension& image, double least);
+
+/**
+ * The same until the view is `height` high, or a part of the way, as far as it then shows nothing of others
+ * of whom it shows nothing as it is. All in camera pixels.
+ */
+Rect growBesideOthers(const Rect& base, const std::vector<Rect>& others, const Frame& tile,
+                      const Dimension& image, double height);
 
 /** The same box moved to the side, when the tile's view then shows nothing of others of whose heads it would
  * show a little at one side, and `own` whole. By 0.15 of the view's width at most; camera pixels. */

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "geometry/RectMath.h"
+#include "geometry/RuleOfThirds.h"
 #include "layouts/people/PeopleFramingLayout.h"
 #include "layouts/people/PeopleTiles.h"
 #include "tests/layouts/EngineRun.h"
@@ -59,6 +61,49 @@ TEST(PeopleTiles, CountersTellHeadsNeighboursAndLargeGroupsApart) {
   EXPECT_EQ(run.current().proximityFrameCount, 2);
   EXPECT_EQ(run.current().largeProximityFrameCount, 1);
   EXPECT_EQ(run.current().frames.back().frameType, FramingType::PROXIMITY);
+}
+
+// Two in columns, 20 s long: how tall their heads are shown, in per cent of the output.
+std::vector<int> shownHeights(EngineRun& run, int first, int second, std::int32_t x) {
+  run.watch(scene()
+                .person(1)
+                .sized(first * 5 / 6, first)
+                .at(150, 300)
+                .person(2)
+                .sized(second * 5 / 6, second)
+                .at(x, 300),
+            20000);
+  std::vector<int> shown;
+  for (const Frame& frame : run.current().frames) {
+    const int height = shown.empty() ? first : second;
+    shown.push_back(100 * height / (frame.source.bottom - frame.source.top));
+  }
+  return shown;
+}
+
+TEST(PeopleTiles, HeadsOfARowAreAlikeAlsoWhenOneTileIsMadeAnew) {
+  for (const bool isSteady : {false, true}) {
+    EngineRun run;
+    run.with([&](PrConfig& config) { config.steadyFramingEnabled = isSteady; }).engine<PeopleFramingLayout>();
+    using Heights = std::vector<int>;
+    EXPECT_EQ(shownHeights(run, 120, 100, 900), (Heights{39, 34}));
+    // The second leans back and aside: the first, who has not moved, is shown smaller with it.
+    EXPECT_EQ(shownHeights(run, 120, 85, 960), (isSteady ? Heights{35, 29} : Heights{39, 29}));
+  }
+}
+
+TEST(PeopleTiles, AViewGrowsAsFarAsItShowsNoMoreOthers) {
+  Frame tile;
+  tile.dest = {0, 0, 640, 720};
+  tile.frameLayout = kFrameLayoutHeadColumnHalf;
+  const Rect base{560, 280, 660, 400};
+  const auto heightBeside = [&](const Rect& other) {
+    const Rect grown = growBesideOthers(base, {other}, tile, {1280, 720}, 600);
+    return heightOf(getRuleOfThirdFrame(grown, 640, 720, tile.frameLayout, {1280, 720}, 0));
+  };
+  EXPECT_EQ(heightBeside({0, 0, 10, 10}), 604);
+  EXPECT_EQ(heightBeside({800, 300, 880, 400}), 404) << "half of the way";
+  EXPECT_EQ(heightBeside({700, 300, 780, 400}), 204) << "as it was";
 }
 
 }  // namespace
