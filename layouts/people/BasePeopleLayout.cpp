@@ -174,7 +174,8 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
   const Layout* const layout = mState.mCurLayout.get();
   const double height =
       isSteady() && layout != nullptr ? viewHeightLikeRow(frame, *layout, mState.people) : 0;
-  return height > 0 ? growBesideOthers(turned, others, frame, image, height) : turned;
+  const Rect alike = height > 0 ? growBesideOthers(turned, others, frame, image, height) : turned;
+  return isSteady() && !isPictureOfItsOwn() ? withEyesInLine(alike, box, others, frame, image) : alike;
 }
 
 // Whose heads are taller than those beside them is known once all tiles of a row have a view.

@@ -77,6 +77,14 @@ bool isSeen(const Rect& head, const Rect& view) {
   return head.left < view.right && head.right > view.left && head.top < view.bottom && head.bottom > view.top;
 }
 
+bool showsMore(const std::vector<Rect>& heads, const Rect& view, const Rect& before) {
+  return std::any_of(heads.begin(), heads.end(),
+                     [&](const Rect& head) { return isSeen(head, view) && !isSeen(head, before); });
+}
+
+// Of the view's height.
+constexpr double kEyeLine = 0.4;
+
 struct Tile {
   Rect dest;
   /** The shape for one person. */
@@ -226,11 +234,26 @@ Rect growBesideOthers(const Rect& base, const std::vector<Rect>& others, const F
   for (const double part : kPartsOfTheWay) {
     const Rect grown = growToHeight(base, tile, image, before + part * (height - before));
     const Rect seen = viewAround(grown, tile, image);
-    const bool showsMore = std::any_of(others.begin(), others.end(), [&](const Rect& head) {
-      return isSeen(head, seen) && !isSeen(head, view);
-    });
-    if (!showsMore) {
+    if (!showsMore(others, seen, view)) {
       return grown;
+    }
+  }
+  return base;
+}
+
+Rect withEyesInLine(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                    const Dimension& image) {
+  const Rect view = viewAround(base, tile, image);
+  const double eyes = (double{1} * own.top + own.bottom) / 2;
+  const double below = eyes - view.top - kEyeLine * heightOf(view);
+  for (const double part : kPartsOfTheWay) {
+    const auto down = static_cast<std::int32_t>(std::clamp(part * below, -1e6, 1e6));
+    const Rect moved{base.left, wrapAdd(base.top, down), base.right, wrapAdd(base.bottom, down)};
+    const Rect seen = viewAround(moved, tile, image);
+    const bool showsOwn =
+        seen.top <= std::max(own.top, 0) && seen.bottom >= std::min(own.bottom, image.height);
+    if (down != 0 && showsOwn && heightOf(seen) >= heightOf(view) && !showsMore(others, seen, view)) {
+      return moved;
     }
   }
   return base;

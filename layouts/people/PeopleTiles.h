@@ -34,6 +34,14 @@ Rect growToHeight(const Rect& base, const Frame& tile, const Dimension& image, d
 Rect growBesideOthers(const Rect& base, const std::vector<Rect>& others, const Frame& tile,
                       const Dimension& image, double height);
 
+/**
+ * The same box moved up or down until the middle of `own` is at 0.4 of the view's height, as in all tiles of
+ * a row, or a part of the way: the view does not become smaller by it, shows `own` whole and nothing more of
+ * others.
+ */
+Rect withEyesInLine(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,
+                    const Dimension& image);
+
 /** The same box moved to the side, when the tile's view then shows nothing of others of whose heads it would
  * show a little at one side, and `own` whole. By 0.15 of the view's width at most; camera pixels. */
 Rect turnFromOthers(const Rect& base, const Rect& own, const std::vector<Rect>& others, const Frame& tile,

@@ -106,5 +106,21 @@ TEST(PeopleTiles, AViewGrowsAsFarAsItShowsNoMoreOthers) {
   EXPECT_EQ(heightBeside({700, 300, 780, 400}), 204) << "as it was";
 }
 
+TEST(PeopleTiles, EyesStandAtOneHeightAsFarAsTheImageAndOthersAllow) {
+  Frame tile;
+  tile.dest = {0, 0, 640, 720};
+  tile.frameLayout = kFrameLayoutHeadColumnHalf;
+  const auto eyesAt = [&](std::int32_t top, const Rect& other) {
+    const Rect own{560, top, 660, top + 120};
+    const Rect moved = withEyesInLine(own, own, {other}, tile, {1280, 720});
+    const Rect seen = getRuleOfThirdFrame(moved, 640, 720, tile.frameLayout, {1280, 720}, 0);
+    return 100 * (top + 60 - seen.top) / heightOf(seen);
+  };
+  const Rect nobody{0, 0, 10, 10};
+  EXPECT_EQ(eyesAt(280, nobody), 39);
+  EXPECT_EQ(eyesAt(0, nobody), 30) << "no image above";
+  EXPECT_EQ(eyesAt(280, {560, 150, 660, 270}), 32) << "somebody above";
+}
+
 }  // namespace
 }  // namespace fyn::productionrules::testing
