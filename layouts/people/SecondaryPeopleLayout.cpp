@@ -26,10 +26,12 @@ std::uint32_t SecondaryPeopleLayout::getWaitTimeForOtherCase(HeadPosition positi
   return waitForSingleHead(position);
 }
 
-void SecondaryPeopleLayout::calculateGroupFraming(Frame& frame) {
+void SecondaryPeopleLayout::updateFrameView(Frame& frame) {
   const Rect sent = frame.source;
-  BaseSecondaryLayout::calculateGroupFraming(frame);
-  if (PrConfig::get().steadyFramingEnabled && !isZeroRect(sent)) {
+  BaseSecondaryLayout::updateFrameView(frame);
+  const PrConfig& config = PrConfig::get();
+  const bool followsItself = config.pfReframeOnSecondaryEnabled && frame.frameType != FramingType::GROUP;
+  if (config.steadyFramingEnabled && !followsItself && !isZeroRect(sent)) {
     frame.source = sent;
   }
 }

@@ -20,8 +20,12 @@ class SecondaryPeopleLayout : public BaseSecondaryLayout {
 
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
 
-  /** In steady framing the view stays as it was sent: a primary knows who walks, and sends each new view. */
-  void calculateGroupFraming(Frame& frame) override;
+  /**
+   * In steady framing the view stays as it was sent: a primary knows who walks and what the tiles beside it
+   * show, and sends each new view. Tiles are made here all the same where the secondary follows people by
+   * itself.
+   */
+  void updateFrameView(Frame& frame) override;
 
  private:
   PeopleHeadFaults mHeadFaults;
