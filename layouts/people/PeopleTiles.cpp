@@ -252,7 +252,7 @@ Rect withEyesInLine(const Rect& base, const Rect& own, const std::vector<Rect>& 
     const Rect seen = viewAround(moved, tile, image);
     const bool showsOwn =
         seen.top <= std::max(own.top, 0) && seen.bottom >= std::min(own.bottom, image.height);
-    if (down != 0 && showsOwn && heightOf(seen) >= heightOf(view) && !showsMore(others, seen, view)) {
+    if (showsOwn && heightOf(seen) >= heightOf(view) && !showsMore(others, seen, view)) {
       return moved;
     }
   }
