@@ -1,7 +1,5 @@
 #include "service/JsonLayoutNotifier.h"
 
-#include <utility>
-
 #include "config/PrConfig.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
@@ -10,22 +8,6 @@ namespace fyn::productionrules {
 
 namespace {
 constexpr const char* kTag = "JsonLayoutNotifier";
-}
-
-void JsonLayoutNotifier::setJsonCallback(JsonCallback callback) {
-  mJsonCallbackFunP = std::move(callback);
-}
-
-void JsonLayoutNotifier::setJsonSecondaryCallback(SecondaryCallback callback) {
-  mJsonSecondaryCallbackFunP = std::move(callback);
-}
-
-void JsonLayoutNotifier::setDebugTimerCallbackFuncP(TextCallback callback) {
-  mDebugTimerCallbackFuncP = std::move(callback);
-}
-
-void JsonLayoutNotifier::setPeopleCountCallbackFuncP(TextCallback callback) {
-  mPeopleCountCallbackFuncP = std::move(callback);
 }
 
 void JsonLayoutNotifier::sendLayout(const Layout& layout, const FramingMode& mode, bool debug) {

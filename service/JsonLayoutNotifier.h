@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "modes/BaseLayoutNotifier.h"
@@ -19,10 +20,12 @@ class JsonLayoutNotifier : public BaseLayoutNotifier {
   using SecondaryCallback = std::function<void(const std::string& json, int camId)>;
   using TextCallback = std::function<void(const std::string& json)>;
 
-  void setJsonCallback(JsonCallback callback);
-  void setJsonSecondaryCallback(SecondaryCallback callback);
-  void setDebugTimerCallbackFuncP(TextCallback callback);
-  void setPeopleCountCallbackFuncP(TextCallback callback);
+  void setJsonCallback(JsonCallback callback) { mJsonCallbackFunP = std::move(callback); }
+  void setJsonSecondaryCallback(SecondaryCallback callback) {
+    mJsonSecondaryCallbackFunP = std::move(callback);
+  }
+  void setDebugTimerCallbackFuncP(TextCallback callback) { mDebugTimerCallbackFuncP = std::move(callback); }
+  void setPeopleCountCallbackFuncP(TextCallback callback) { mPeopleCountCallbackFuncP = std::move(callback); }
 
   void sendLayout(const Layout& layout, const FramingMode& mode, bool debug) override;
   void sendLayouts(const std::vector<Layout>& layouts, const FramingMode& mode, bool debug) override;
