@@ -1,4 +1,5 @@
-// The part of ProductionRuleIPCService that keeps the camera configuration up to date.
+#include "service/CameraMessages.h"
+
 #include <nlohmann/json.hpp>
 
 #include "model/FynCamerasConfig.h"
@@ -6,7 +7,6 @@
 #include "platform/MrJsonUtil.h"
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
-#include "service/ProductionRuleIPCService.h"
 #include "service/TopicText.h"
 
 namespace fyn::productionrules {
@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kTag = "ProductionRulesIPCService";
 }
 
-void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topic, const std::string& msg) {
+void CameraMessages::handleCameraParametersMsg(const std::string& topic, const std::string& msg) {
   PRB_LOGI(kTag, "%s: CAMERA_PARAMS: %s %s", "handleCameraParametersMsg", topic.c_str(), msg.c_str());
   const std::vector<std::string> subTopics = getSubTopics(topic);
   if (subTopics.empty() || subTopics.front() != "head") {
@@ -25,9 +25,8 @@ void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topi
   }
   const int camId = subTopics.size() > 1 ? std::stoi(subTopics.back()) : FynCamerasConfig::get().fynCamId;
   const nlohmann::json document = nlohmann::json::parse(msg);
-  Dimension dimension;
-  dimension.width = fields::toInt32(document.at("imageWidth"));
-  dimension.height = fields::toInt32(document.at("imageHeight"));
+  Dimension dimension{fields::toInt32(document.at("imageWidth")),
+                      fields::toInt32(document.at("imageHeight"))};
   if (const auto* const period = fields::findMember(document, "horizontalPeriod")) {
     // The picture of a panorama camera repeats after this many pixels.
     if (const std::int32_t width = fields::toInt32(*period); width != 0) {
@@ -37,7 +36,7 @@ void ProductionRuleIPCService::handleCameraParametersMsg(const std::string& topi
   FynCamerasConfig::getMutable().setCameraLensModelDimension(camId, dimension);
 }
 
-void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const std::string& msg) {
+void CameraMessages::handleCamera(const std::string& msg) {
   PRB_LOGI(kTag, "%s: CAMERA: %s", "process", msg.c_str());
   const nlohmann::json document = nlohmann::json::parse(msg);
   int camId = 0;
@@ -50,20 +49,24 @@ void ProductionRuleIPCService::handleCamera(const std::string& /*topic*/, const 
   if (const auto* const type = fields::findMember(document, "cameraType")) {
     FynCamerasConfig::getMutable().cameraType = fields::toInt32(*type);
   }
-  if (mOperatingMode == FynOperatingMode::Secondary) {
-    // What the primary device sends to this camera.
-    pubSubClient().subscribe(std::string(topics::kTrackingMode), *this);
-    if (mHeardCameras.count(camId) != 0 || FynCamerasConfig::getMutable().hasRoom(mHeardCameras.size())) {
-      mHeardCameras.insert(camId);
-      pubSubClient().subscribe(appendSubtopic(topics::kSecondaryScene, std::to_string(camId)), *this);
-    }
+  if (mModes.operatingMode() == FynOperatingMode::Secondary) {
+    listenToPrimary(camId);
   }
 }
 
-void ProductionRuleIPCService::takeOwnCamera(int camId) {
+// What the primary device sends to this camera.
+void CameraMessages::listenToPrimary(int camId) {
+  mBus.subscribe(std::string(topics::kTrackingMode), mListener);
+  if (mHeardCameras.count(camId) != 0 || FynCamerasConfig::getMutable().hasRoom(mHeardCameras.size())) {
+    mHeardCameras.insert(camId);
+    mBus.subscribe(appendSubtopic(topics::kSecondaryScene, std::to_string(camId)), mListener);
+  }
+}
+
+void CameraMessages::takeOwnCamera(int camId) {
   FynCamerasConfig& cameras = FynCamerasConfig::getMutable();
   cameras.fynCamId = camId;
-  if (mOperatingMode == FynOperatingMode::Standalone) {
+  if (mModes.operatingMode() == FynOperatingMode::Standalone) {
     cameras.forCamId = camId;
     FynCamInfo own;
     own.isAttached = true;
@@ -77,23 +80,19 @@ void ProductionRuleIPCService::takeOwnCamera(int camId) {
            cameras.fynCamId, cameras.forCamId);
 }
 
-void ProductionRuleIPCService::handleCameras(const std::string& /*topic*/, const std::string& msg) {
+void CameraMessages::handleCameras(const std::string& msg) {
   PRB_LOGD(kTag, "%s: CAMERAS: %s", "process", msg.c_str());
-  FynCamerasConfig::getMutable().update(getFynCamMessage(msg));
+  FynCameras listed;
+  listed.from_json(nlohmann::json::parse(msg));
+  FynCamerasConfig::getMutable().update(listed);
   PRB_LOGI(kTag, "%s: CAMERAS FynCamerasConfig: %s", "process", FynCamerasConfig::get().str().c_str());
   publishForwarding();
   becomePrimaryFor360Camera();
 }
 
-FynCameras ProductionRuleIPCService::getFynCamMessage(const std::string& msg) const {
-  FynCameras cameras;
-  cameras.from_json(nlohmann::json::parse(msg));
-  return cameras;
-}
-
 // Asks the remote-forwarding service to carry the framing mode and every other camera's layouts across
 // devices.
-void ProductionRuleIPCService::publishForwarding() {
+void CameraMessages::publishForwarding() {
   nlohmann::ordered_json document;
   const auto forward = [&](const std::string& topic) {
     MrJsonUtil::addMrForwardMsg(document, topic, topic, false);
@@ -105,27 +104,22 @@ void ProductionRuleIPCService::publishForwarding() {
       forward(appendSubtopic(topics::kSecondaryScene, std::to_string(id)));
     }
   }
-  pubSubClient().publish(std::string(topics::kForwardMessage), document.dump());
+  mBus.publish(std::string(topics::kForwardMessage), document.dump());
 }
 
-void ProductionRuleIPCService::becomePrimaryFor360Camera() {
+void CameraMessages::becomePrimaryFor360Camera() {
   const bool is360 = FynCamerasConfig::get().isSecondary360Camera();
   PRB_LOGD(kTag, "%s: CAMERAS is360 Camera: %d", "process", static_cast<int>(is360));
-  if (mOperatingMode != FynOperatingMode::Standalone || !is360) {
+  if (mModes.operatingMode() != FynOperatingMode::Standalone || !is360) {
     return;
   }
-  setFynOperatingMode(FynOperatingMode::Primary);
-  const std::string mode = framingModeToString(mFramingMode);
-  PRB_LOGI(kTag, "%s: On Primary triggering %s trackingmode on secondary", "process", mode.c_str());
-  pubSubClient().publish(std::string(topics::kTrackingMode), mode);
+  mModes.setFynOperatingMode(FynOperatingMode::Primary);
+  PRB_LOGI(kTag, "%s: On Primary triggering %s trackingmode on secondary", "process",
+           framingModeToString(mModes.framingMode()).c_str());
+  mModes.publishFramingMode();
 }
 
-void ProductionRuleIPCService::handleRemoteFynCameraMoved(const std::string& /*topic*/,
-                                                          const std::string& msg) {
-  handleRemoteFynCameraMovedMsg(msg);
-}
-
-void ProductionRuleIPCService::handleRemoteFynCameraMovedMsg(const std::string& msg) {
+void CameraMessages::handleRemoteFynCameraMovedMsg(const std::string& msg) {
   const nlohmann::json document = nlohmann::json::parse(msg);
   // A missing id reads as null, which is no number: the base reports the error.
   const nlohmann::json absent;
