@@ -2,8 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -11,9 +9,7 @@
 #include "platform/ErasableProperties.h"
 #include "platform/Mutex.h"
 #include "platform/PropertyStore.h"
-
-struct sqlite3;
-struct sqlite3_stmt;
+#include "platform/linux/sqlite/PropertyFile.h"
 
 namespace fyn::productionrules {
 
@@ -30,7 +26,6 @@ class SqlitePropertyStore final : public PropertyStore, public ErasablePropertie
   /** Opens or makes `path` and its folder. `bootId` names the run of the machine, empty for the one that
    * runs. */
   explicit SqlitePropertyStore(const std::string& path, const std::string& bootId = {});
-  ~SqlitePropertyStore() override;
 
   std::optional<std::string> get(const std::string& key) const override;
   bool set(const std::string& key, const std::string& value) override;
@@ -46,44 +41,23 @@ class SqlitePropertyStore final : public PropertyStore, public ErasablePropertie
   static std::string defaultPath();
 
  private:
-  struct CloseDatabase {
-    void operator()(sqlite3* database) const;
-  };
-  struct FinalizeStatement {
-    void operator()(sqlite3_stmt* statement) const;
-  };
-  using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
   /** What tells one content of the file from another: number and time of change of the file and of its log.
    */
   using FileState = std::array<std::int64_t, 6>;
 
-  /** An open file and what is asked of it. The database goes last. */
-  struct Database {
-    std::unique_ptr<sqlite3, CloseDatabase> handle;
-    Statement get;
-    Statement set;
-    Statement unset;
-    Statement all;
-  };
-
   FileState fileState() const;
   void open(int busyLimitMs) const PR_REQUIRES(mMutex);
   bool isUsable() const PR_REQUIRES(mMutex);
-  bool write(sqlite3_stmt* statement, std::initializer_list<std::string> values) const PR_REQUIRES(mMutex);
+  template <typename Write>
+  bool write(Write write) PR_REQUIRES(mMutex);
   void giveUp(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
   void say(const char* what, const std::runtime_error& fault) const PR_REQUIRES(mMutex);
-
-  // These raise std::runtime_error with what SQLite says.
-  static Database openFile(const std::string& path, int busyLimitMs, const std::string& bootId);
-  static void startAfterBoot(sqlite3* database, const std::string& bootId);
-  static Statement prepare(sqlite3* database, const char* sql);
 
   const std::string mPath;
   const std::string mBootId;
   mutable Mutex mMutex;
   /** Nothing while the file cannot be used; then its state at that time. */
-  mutable std::optional<Database> mDatabase PR_GUARDED_BY(mMutex);
+  mutable std::optional<PropertyFile> mFile PR_GUARDED_BY(mMutex);
   mutable FileState mFailed PR_GUARDED_BY(mMutex) = {};
   /** What was said last; "" while all is well. */
   mutable std::string mSaid PR_GUARDED_BY(mMutex);
