@@ -77,17 +77,61 @@ void acknowledgeNow(int socket) {
   setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &yes, sizeof yes);
 }
 
-// The library is C: nothing may be thrown through it. A message that memory does not suffice for is lost.
-template <typename Work>
-void guarded(const char* callback, Work work) {
-  try {
-    work();
-  } catch (const std::exception& fault) {
-    PRB_LOGE(kTag, "%s: %s", callback, fault.what());
-  }
-}
-
 }  // namespace
+
+/** What the library calls. It is C: nothing may be thrown through it. A message that memory does not suffice
+ * for is lost. */
+struct MqttConnection::Callbacks {
+  template <typename Work>
+  static void guarded(const char* callback, void* context, Work work) {
+    try {
+      work(*static_cast<MqttConnection*>(context));
+    } catch (const std::exception& fault) {
+      PRB_LOGE(kTag, "%s: %s", callback, fault.what());
+    }
+  }
+
+  static void onConnected(mosquitto*, void* context, int reason, int /*flags*/,
+                          const mosquitto_property* properties) {
+    guarded("onConnected", context, [&](MqttConnection& self) {
+      if (reason == MQTT_RC_SUCCESS) {
+        self.mEvents.onConnected(receiveMaximumOf(properties));
+      } else {
+        self.mEvents.onRefused(mosquitto_reason_string(reason));
+      }
+    });
+  }
+
+  static void onMessage(mosquitto*, void* context, const mosquitto_message* message,
+                        const mosquitto_property* properties) {
+    guarded("onMessage", context, [&](MqttConnection& self) {
+      if (publisherOf(properties) != self.mIdentity) {
+        self.mEvents.onMessage(message->topic, std::string(static_cast<const char*>(message->payload),
+                                                           static_cast<std::size_t>(message->payloadlen)));
+      }
+    });
+  }
+
+  static void onSubscribed(mosquitto*, void* context, int id, int count, const int* granted) {
+    guarded("onSubscribed", context, [&](MqttConnection& self) {
+      for (int index = 0; index < count; ++index) {
+        if (granted[index] >= kFailureReasons) {
+          PRB_LOGE(kTag, "%s refuses a subscription: %s", self.mOptions.address.text().c_str(),
+                   mosquitto_reason_string(granted[index]));
+        }
+      }
+      self.mEvents.onSubscribed(id);
+    });
+  }
+
+  static void onPublished(mosquitto*, void* context, int id) {
+    guarded("onPublished", context, [&](MqttConnection& self) { self.mEvents.onPublished(id); });
+  }
+
+  static void onLog(mosquitto*, void* context, int /*level*/, const char* line) {
+    guarded("onLog", context, [&](MqttConnection& self) { self.mTlsFault.note(line); });
+  }
+};
 
 void MqttConnection::FreeMosquitto::operator()(mosquitto* handle) const {
   mosquitto_destroy(handle);
@@ -127,11 +171,15 @@ void MqttConnection::createHandle() {
                               mOptions.password.empty() ? nullptr : mOptions.password.c_str());
   }
   if (mOptions.address.tls) {
-    setUpTls(mHandle.get(), mOptions);
+    setUpTls(handle, mOptions);
+    mosquitto_log_callback_set(handle, Callbacks::onLog);
   }
+  mosquitto_connect_v5_callback_set(handle, Callbacks::onConnected);
+  mosquitto_message_v5_callback_set(handle, Callbacks::onMessage);
+  mosquitto_subscribe_callback_set(handle, Callbacks::onSubscribed);
+  mosquitto_publish_callback_set(handle, Callbacks::onPublished);
   announceLimits();
   leaveWill();
-  takeCallbacks();
 }
 
 // The library takes properties only with its connect that waits for the network. That fails at the missing
@@ -154,50 +202,6 @@ void MqttConnection::leaveWill() {
   const std::string name = mqttName(mOptions.address.room, MqttStatus::kTopic);
   const std::string will = MqttStatus::kLost;
   mosquitto_will_set(mHandle.get(), name.c_str(), static_cast<int>(will.size()), will.data(), 1, true);
-}
-
-void MqttConnection::takeCallbacks() {
-  mosquitto* const handle = mHandle.get();
-  mosquitto_connect_v5_callback_set(
-      handle, [](mosquitto*, void* self, int reason, int /*flags*/, const mosquitto_property* properties) {
-        MqttEvents& events = static_cast<MqttConnection*>(self)->mEvents;
-        guarded("onConnected", [&] {
-          if (reason == MQTT_RC_SUCCESS) {
-            events.onConnected(receiveMaximumOf(properties));
-          } else {
-            events.onRefused(mosquitto_reason_string(reason));
-          }
-        });
-      });
-  mosquitto_message_v5_callback_set(handle, [](mosquitto*, void* context, const mosquitto_message* message,
-                                               const mosquitto_property* properties) {
-    const auto& self = *static_cast<MqttConnection*>(context);
-    guarded("onMessage", [&] {
-      if (publisherOf(properties) != self.mIdentity) {
-        self.mEvents.onMessage(message->topic, std::string(static_cast<const char*>(message->payload),
-                                                           static_cast<std::size_t>(message->payloadlen)));
-      }
-    });
-  });
-  mosquitto_subscribe_callback_set(
-      handle, [](mosquitto*, void* context, int id, int count, const int* granted) {
-        const auto& self = *static_cast<MqttConnection*>(context);
-        for (int index = 0; index < count; ++index) {
-          if (granted[index] >= kFailureReasons) {
-            PRB_LOGE(kTag, "%s refuses a subscription: %s", self.mOptions.address.text().c_str(),
-                     mosquitto_reason_string(granted[index]));
-          }
-        }
-        guarded("onSubscribed", [&] { self.mEvents.onSubscribed(id); });
-      });
-  mosquitto_publish_callback_set(handle, [](mosquitto*, void* self, int id) {
-    guarded("onPublished", [&] { static_cast<MqttConnection*>(self)->mEvents.onPublished(id); });
-  });
-  if (mOptions.address.tls) {
-    mosquitto_log_callback_set(handle, [](mosquitto*, void* self, int /*level*/, const char* line) {
-      guarded("onLog", [&] { static_cast<MqttConnection*>(self)->mTlsFault.note(line); });
-    });
-  }
 }
 
 int MqttConnection::connect() {

@@ -74,10 +74,11 @@ class MqttConnection {
     void operator()(mosquitto* handle) const;
   };
 
+  struct Callbacks;
+
   void createHandle();
   void announceLimits();
   void leaveWill();
-  void takeCallbacks();
   int startConnecting();
   void drainWakes();
 

@@ -134,27 +134,18 @@ int MqttPubSubClient::connect() {
 
 int MqttPubSubClient::serveConnection() {
   MutexLock use(mUse);
-  bool disconnecting = false;
-  mCloseStart = {};
-  for (;;) {
+  mCloseStart.reset();
+  mSaidDown = false;
+  int result = MOSQ_ERR_SUCCESS;
+  while (result == MOSQ_ERR_SUCCESS) {
     const TimePoint now = steady_clock::now();
     if (!mConnected && now - mConnectStart > kConnectLimit) {
       return MOSQ_ERR_KEEPALIVE;
     }
-    if (mClosing) {
-      mCloseStart = mCloseStart == TimePoint() ? now : mCloseStart;
-      if (!mConnected || now - mCloseStart > kCloseLimit) {
-        return MOSQ_ERR_SUCCESS;
-      }
-      if (!disconnecting && mayDisconnect()) {
-        sayDown();
-        mConnection.disconnect();
-        disconnecting = true;
-      }
+    if (mClosing && hasClosed(now)) {
+      return MOSQ_ERR_SUCCESS;
     }
-    int result = mConnected ? mSubscriptions.update(mConnection) : MOSQ_ERR_SUCCESS;
-    result = result == MOSQ_ERR_SUCCESS && mConnected ? sendStatus(now) : result;
-    result = result == MOSQ_ERR_SUCCESS && mConnected ? sendQueued() : result;
+    result = mConnected ? sendWhatWaits(now) : MOSQ_ERR_SUCCESS;
     if (result == MOSQ_ERR_SUCCESS) {
       pollfd socket = mConnection.socketToWatch();
       if (socket.fd < 0) {
@@ -165,31 +156,43 @@ int MqttPubSubClient::serveConnection() {
       use.lock();
       result = mConnection.transfer(socket);
     }
-    if (result != MOSQ_ERR_SUCCESS) {
-      return result;
-    }
   }
+  return result;
+}
+
+// Says goodbye once everything has left; then the broker ends the connection.
+bool MqttPubSubClient::hasClosed(TimePoint now) {
+  mCloseStart = mCloseStart.value_or(now);
+  if (!mConnected || now - *mCloseStart > kCloseLimit) {
+    return true;
+  }
+  if (!mSaidDown && mOutbox.isEmpty() && mUnacknowledged.empty() && !mConnection.wantsToWrite()) {
+    mSaidDown = true;
+    if (mStatus) {
+      publishStatus(MqttStatus::kDown);
+    }
+    mConnection.disconnect();
+  }
+  return false;
+}
+
+int MqttPubSubClient::sendWhatWaits(TimePoint now) {
+  int result = mSubscriptions.update(mConnection);
+  result = result == MOSQ_ERR_SUCCESS ? sendStatus(now) : result;
+  return result == MOSQ_ERR_SUCCESS ? sendQueued() : result;
 }
 
 int MqttPubSubClient::sendStatus(TimePoint now) {
-  const std::optional<std::string> document =
-      mStatus && !mClosing ? mStatus->due(now) : std::optional<std::string>();
-  if (!document) {
-    return MOSQ_ERR_SUCCESS;
-  }
-  int id = 0;
-  const int result = mConnection.publish(mqttName(mOptions.address.room, MqttStatus::kTopic), *document,
-                                         kStatusDelivery, id);
+  const auto document = mStatus && !mClosing ? mStatus->due(now) : std::nullopt;
+  const int result = document ? publishStatus(*document) : MOSQ_ERR_SUCCESS;
   // A broker that keeps no messages gets none; that is no fault of the connection.
   return isRefusedMessage(result) ? MOSQ_ERR_SUCCESS : result;
 }
 
-void MqttPubSubClient::sayDown() {
-  if (mStatus) {
-    int id = 0;
-    mConnection.publish(mqttName(mOptions.address.room, MqttStatus::kTopic), MqttStatus::kDown,
-                        kStatusDelivery, id);
-  }
+int MqttPubSubClient::publishStatus(const std::string& document) {
+  int id = 0;
+  return mConnection.publish(mqttName(mOptions.address.room, MqttStatus::kTopic), document, kStatusDelivery,
+                             id);
 }
 
 int MqttPubSubClient::sendQueued() {
@@ -201,26 +204,23 @@ int MqttPubSubClient::sendQueued() {
     int id = 0;
     const int result =
         mConnection.publish(mqttName(mOptions.address.room, next->topic), next->text, next->delivery, id);
-    const bool refused = isRefusedMessage(result);
-    if (refused) {
+    if (isRefusedMessage(result)) {
       mOutbox.countUnsent();
       PRB_LOGE(kTag, "%s: a message of %zu bytes on %s cannot be sent: %s", "publish", next->text.size(),
                next->topic.c_str(), mosquitto_strerror(result));
-    } else if (next->delivery.qos > 0) {
+      continue;
+    }
+    if (next->delivery.qos > 0) {
       // Also when the connection broke under it: the MQTT library has it and sends it after the return.
       mUnacknowledged.insert(id);
     } else if (result != MOSQ_ERR_SUCCESS) {
       mOutbox.countUnsent();
     }
-    if (!refused && result != MOSQ_ERR_SUCCESS) {
+    if (result != MOSQ_ERR_SUCCESS) {
       return result;
     }
   }
   return MOSQ_ERR_SUCCESS;
-}
-
-bool MqttPubSubClient::mayDisconnect() {
-  return mOutbox.isEmpty() && mUnacknowledged.empty() && !mConnection.wantsToWrite();
 }
 
 std::uint64_t MqttPubSubClient::lostMessages() const {

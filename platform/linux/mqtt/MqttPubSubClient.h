@@ -58,10 +58,12 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   void run();
   int connect();
   int serveConnection();
+  /** Whether a client that closes is done with the connection. */
+  bool hasClosed(TimePoint now) PR_REQUIRES(mUse);
+  int sendWhatWaits(TimePoint now) PR_REQUIRES(mUse);
   int sendStatus(TimePoint now) PR_REQUIRES(mUse);
   int sendQueued() PR_REQUIRES(mUse);
-  void sayDown() PR_REQUIRES(mUse);
-  bool mayDisconnect() PR_REQUIRES(mUse);
+  int publishStatus(const std::string& document) PR_REQUIRES(mUse);
   /** Whether it had stood. */
   bool connectionEnded(int result);
   void pauseFor(std::chrono::milliseconds pause);
@@ -97,7 +99,8 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   bool mOutageSaid = false;
   bool mRefusalSaid = false;
   TimePoint mConnectStart;
-  TimePoint mCloseStart;
+  std::optional<TimePoint> mCloseStart;
+  bool mSaidDown = false;
 
   Mutex mJoinMutex;
   std::thread mThread PR_GUARDED_BY(mJoinMutex);
