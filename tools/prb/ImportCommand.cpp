@@ -83,17 +83,15 @@ void runImport(ImportOptions& options, PrbContext& context) {
 void addImportCommand(CLI::App& command, PrbContext& context) {
   const auto options = std::make_shared<ImportOptions>();
   command
-      .add_option(
-          "tracks", options->tracks,
-          "Tracked heads, one file per camera (camera 0 first): rows t_ms,person_id,left,top,right,bottom; "
-          "the same person has the same id in all files")
+      .add_option("tracks", options->tracks,
+                  "Tracked heads, one file per camera (camera 0 first): rows "
+                  "t_ms,person_id,left,top,right,bottom; the same person has the same id in all files")
       ->type_name("TRACKS.csv")
       ->required();
   command
-      .add_option(
-          "--turns", options->turns,
-          "Speaker turns: rows start_ms,end_ms,speaker. The speakers, in the order of their first turn, "
-          "are given to the persons, longest in view first: an invented pairing")
+      .add_option("--turns", options->turns,
+                  "Speaker turns: rows start_ms,end_ms,speaker. The speakers, in the order of their first "
+                  "turn, are given to the persons, longest in view first: an invented pairing")
       ->type_name("TURNS.csv");
   command
       .add_option("--pose", options->poses,
@@ -107,10 +105,9 @@ void addImportCommand(CLI::App& command, PrbContext& context) {
       ->type_name("N")
       ->check(CLI::Range(1, kMostFps));
   command
-      .add_option(
-          "--max-gap", options->merge.longestGap,
-          "How long a camera's latest boxes stand when no newer ones come; without it, one and a half "
-          "times the camera's frame interval")
+      .add_option("--max-gap", options->merge.longestGap,
+                  "How long a camera's latest boxes stand when no newer ones come; without it, one and a "
+                  "half times the camera's frame interval")
       ->type_name("MS")
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{3600000}));
   command.add_option("--image", options->image, "Image size of files without a comment '# image WxH'")

@@ -173,8 +173,7 @@ void runRecord(RecordOptions& options, PrbContext& context) {
   context.err << recorder->messages() << " messages recorded\n";
   if (!recorder->knowsCameras()) {
     context.err << "no camera document has come, so a replay takes every image for 1280 x 720; let the "
-                   "vision pipeline "
-                   "send /camera, /cameras and /cameraParameters/head while it is recorded\n";
+                   "vision pipeline send /camera, /cameras and /cameraParameters/head while it is recorded\n";
   }
 }
 

@@ -110,18 +110,16 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       ->type_name("FILE");
   addPropertyOption(command, arguments->properties);
   command
-      .add_option(
-          "--log", arguments->log,
-          "Write log lines too: E errors, W also warnings, I also information, D also debug (as far as the "
-          "service's own level, key persist.tvpr.logs, lets through)")
+      .add_option("--log", arguments->log,
+                  "Write log lines too: E errors, W also warnings, I also information, D also debug (as far "
+                  "as the service's own level, key persist.tvpr.logs, lets through)")
       ->type_name("LEVEL")
       ->check(CLI::IsMember({"E", "W", "I", "D"}));
   command.add_option("--dump", arguments->dump, "Takes the lines of the debug dump")->type_name("FILE");
   command.add_flag("--decisions", arguments->decisions, "Write every decision with its reason too");
-  command.add_flag(
-      "--check", arguments->check,
-      "Compare what the recording holds of the service's messages (prb record --outputs) with the "
-      "replay's; exit status 1 when they differ");
+  command.add_flag("--check", arguments->check,
+                   "Compare what the recording holds of the service's messages (prb record --outputs) with "
+                   "the replay's; exit status 1 when they differ");
   addForceOption(command, arguments->rules);
   command.footer(
       "Runs the whole service on a recording, as fast as it can, and writes one JSON line per effect: "

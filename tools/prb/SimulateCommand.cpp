@@ -99,10 +99,9 @@ void addSpeechOptions(CLI::App& command, SimulateOptions& options) {
   constexpr const char* kGroup = "Speech";
   CLI::Option* const turns =
       command
-          .add_option(
-              "--turns", options.turns,
-              "What is said: rows start_ms,end_ms,speaker. The speakers are persons 1, 2, ... in the order "
-              "of their first turn; without it a conversation is made up")
+          .add_option("--turns", options.turns,
+                      "What is said: rows start_ms,end_ms,speaker. The speakers are persons 1, 2, ... in the "
+                      "order of their first turn; without it a conversation is made up")
           ->type_name("TURNS.csv")
           ->group(kGroup);
   command.add_option("--from", options.from, "The second of the turns at which the meeting begins")
@@ -133,20 +132,17 @@ std::string helpOf(const ErrorKind& kind) {
 
 void addErrorOptions(CLI::App& command, SimulateOptions& options) {
   constexpr const char* kGroup = "Errors of the detector and of the tagger of speakers";
-  CLI::Option* const noise =
-      command
-          .add_option(
-              "--noise", options.noise,
-              "The detector alone: none, low, real, high (as hard below) or a number from 0 (none) to "
-              "1 (high); what lasts, lasts as at none")
-          ->type_name("LEVEL")
-          ->capture_default_str()
-          ->group(kGroup);
+  CLI::Option* const noise = command
+                                 .add_option("--noise", options.noise,
+                                             "The detector alone: none, low, real, high (as hard below) or a "
+                                             "number from 0 (none) to 1 (high); what lasts, lasts as at none")
+                                 ->type_name("LEVEL")
+                                 ->capture_default_str()
+                                 ->group(kGroup);
   command
-      .add_option(
-          "--errors", options.errorPreset,
-          "All kinds of errors at once: none, low, real (as measured on real ones) or hard (the worst of "
-          "that), as the options below say; each of them overrides its own")
+      .add_option("--errors", options.errorPreset,
+                  "All kinds of errors at once: none, low, real (as measured on real ones) or hard (the "
+                  "worst of that), as the options below say; each of them overrides its own")
       ->type_name("PRESET")
       ->check(CLI::IsMember(std::vector<std::string>(kErrorPresets.begin(), kErrorPresets.end())))
       ->excludes(noise)

@@ -65,8 +65,7 @@ void addTuneCommand(CLI::App& command, PrbContext& context) {
   addRunOptions(command, *arguments);
   command.footer(
       "Replays recordings with many configurations and shows the best trade-offs between a calm picture, a "
-      "fast "
-      "one\nand one that shows everybody.\n"
+      "fast one\nand one that shows everybody.\n"
       "\n"
       "Examples:\n"
       "  prb tune meeting.jsonl --key persist.fdtimers.groupframe.outside=0..4000:1000 --html front.html\n"

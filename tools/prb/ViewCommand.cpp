@@ -197,9 +197,9 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
           ->needs(recording);
   CLI::Option* const recorded =
       command
-          .add_flag("--recorded", arguments->recorded,
-                    "Show the pictures that the recording holds (prb record --outputs) beside those of its "
-                    "replay")
+          .add_flag(
+              "--recorded", arguments->recorded,
+              "Show the pictures that the recording holds (prb record --outputs) beside those of its replay")
           ->needs(recording);
   CLI::Option* const beside =
       command

@@ -30,10 +30,9 @@ void addViewPageOptions(CLI::App& command, ViewPageOptions& options) {
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
   command
-      .add_option(
-          "--listen", options.listen,
-          "Address of the viewer page; any but one of this machine alone asks pages for a token, random or "
-          "that of the environment variable PRB_VIEW_TOKEN")
+      .add_option("--listen", options.listen,
+                  "Address of the viewer page; any but one of this machine alone asks pages for a token, "
+                  "random or that of the environment variable PRB_VIEW_TOKEN")
       ->type_name("ADDRESS")
       ->capture_default_str();
 }

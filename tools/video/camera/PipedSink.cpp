@@ -58,10 +58,9 @@ Arguments outputArguments(const std::string& target) {
   }
   const auto known = encodings().find(std::filesystem::path(target).extension().string());
   if (known == encodings().end()) {
-    throw UsageError(
-        "\"" + target +
-        "\" is neither a .mp4, .webm or .mkv file nor a device, nor pipewire or window, alone or "
-        "with a number: pipewire-1");
+    throw UsageError("\"" + target +
+                     "\" is neither a .mp4, .webm or .mkv file nor a device, nor pipewire or window, alone "
+                     "or with a number: pipewire-1");
   }
   return known->second;
 }

@@ -224,8 +224,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.add_option("-o,--output", arguments.player.outputs,
                  "Where the pictures go: a .mp4, .webm or .mkv (lossless) file, a V4L2 loopback device, "
                  "pipewire (a camera that browsers can choose), window or none. The first is for stream 0, "
-                 "the next for stream 1 ...; further streams go "
-                 "to files named after the last")
+                 "the next for stream 1 ...; further streams go to files named after the last")
       ->type_name("TARGET")
       ->allow_extra_args(false);
   app.add_option(
@@ -275,10 +274,8 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
   app.footer(
       "With --bus alone it shows the frames that a vision feed reports, from its own copy of the videos, so "
       "that a cut lands on\nthe frame that caused it; else it shows its inputs at their own pace. Says "
-      "\"ready\" "
-      "when it can take scenes, and what its pixels bear as persist.tvpr.zoomInLimit.\nUntil the first scene "
-      "it shows the whole picture of camera 0. SIGINT and "
-      "SIGTERM end it.\n\nExamples:\n"
+      "\"ready\" when it can take scenes, and what its pixels bear as persist.tvpr.zoomInLimit.\nUntil the "
+      "first scene it shows the whole picture of camera 0. SIGINT and SIGTERM end it.\n\nExamples:\n"
       "  prb-camera /dev/video0 --feed room.sock -o /dev/video10      a camera for a conference program\n"
       "  prb-camera room.mp4 --bus mqtt://127.0.0.1:1883 -o out.mp4   beside prb-vision on the same file\n"
       "  prb-camera room.mp4 --scenes effects.jsonl -o out.webm       offline");

@@ -222,12 +222,10 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
       ->type_name("SOCKET");
   addPlatformOptions(app, arguments.platform, true);
   addMeetingOptions(app, arguments.recording);
-  app.add_option(
-         "--detector", arguments.detector,
-         "rooms: whose face is seen, by a small network, the default where its file is there; bodies: who "
-         "stands "
-         "or walks with the whole body in view, also far away or from behind; faces: as rooms, without the "
-         "network, and worse")
+  app.add_option("--detector", arguments.detector,
+                 "rooms: whose face is seen, by a small network, the default where its file is there; "
+                 "bodies: who stands or walks with the whole body in view, also far away or from behind; "
+                 "faces: as rooms, without the network, and worse")
       ->check(CLI::IsMember({"rooms", "bodies", "faces"}));
   app.add_option("--models", arguments.models, "Folder of faces.onnx, for rooms")
       ->type_name("FOLDER")
@@ -254,8 +252,7 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
   app.footer(
       "With --bus it publishes each frame's result at its time and looks at a new frame whenever it is done "
       "with the one\nbefore. Without, it writes a recording (-o) as fast as it can, looks at every frame, "
-      "and "
-      "writes the same every time.\n\nExamples:\n"
+      "and writes the same every time.\n\nExamples:\n"
       "  prb-vision --feed room.sock --bus mqtt://127.0.0.1:1883\n"
       "  prb-vision room.mp4 --detect-every 3 -o room.jsonl\n"
       "  prb-vision --cameras side-by-side.json -o room.jsonl");
