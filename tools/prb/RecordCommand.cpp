@@ -2,6 +2,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
@@ -19,9 +20,8 @@ namespace fyn::productionrules {
 
 namespace {
 
-/** What a replay of the service needs. */
-// Retained documents come in this order. As for the service, it must know a camera before it is told its
-// size.
+/** What a replay of the service needs. Retained documents come in this order: like the service, it must know
+ * a camera before it is told its size. */
 constexpr std::array kInputTopics{topics::kCamera,        topics::kCameras,          topics::kCameraMoved,
                                   topics::kControl,       topics::kCameraParameters, topics::kVisionResult,
                                   topics::kSecondaryScene};
@@ -75,16 +75,34 @@ std::vector<std::string> inputTopics(const RecordOptions& options) {
                                 : options.topics;
 }
 
+/** Reads the settings again at each call, as events that put a replay into them. */
+std::function<std::vector<RecordingEvent>()> settingsEvents(const SettingsOfThisMachine& settings) {
+  return [settings, seen = std::set<std::string>()]() mutable {
+    ServiceSettings now = settings.read();
+    for (const auto& [key, value] : now.properties) {
+      seen.erase(key);
+    }
+    // A recording can only set a property; an empty one counts as not set.
+    for (const std::string& gone : seen) {
+      now.properties.emplace_back(gone, "");
+    }
+    for (const auto& [key, value] : now.properties) {
+      seen.insert(key);
+    }
+    return std::vector<RecordingEvent>{{0, SetProperties{std::move(now.properties)}},
+                                       {0, ReplaceConfig{std::move(now.configuration)}}};
+  };
+}
+
 /** What a replay needs beside the messages, and what of it this recorder cannot know. */
 void tellOfSettings(RecordOptions& options, PrbContext& context) {
   const std::string& bus = options.platform.bus;
-  const bool isNamed = !options.platform.properties.empty() || !options.config.empty();
-  nlohmann::ordered_json by{
-      {"by", std::string("prb ") + PR_VERSION},
-      {"startedAt", ServiceState::current().clock().wallMs()},
-      {"bus", bus},
-      {"properties", options.platform.properties.empty() ? "of this machine" : options.platform.properties}};
-  if (!isNamed && !isBusOfThisMachine(bus)) {
+  const std::string& properties = options.platform.properties;
+  nlohmann::ordered_json by{{"by", std::string("prb ") + PR_VERSION},
+                            {"startedAt", ServiceState::current().clock().wallMs()},
+                            {"bus", bus},
+                            {"properties", properties.empty() ? "of this machine" : properties}};
+  if (properties.empty() && options.config.empty() && !isBusOfThisMachine(bus)) {
     by["properties"] = nullptr;
     context.err
         << "the service of " << bus
@@ -93,26 +111,35 @@ void tellOfSettings(RecordOptions& options, PrbContext& context) {
   } else {
     const SettingsOfThisMachine settings(options.config);
     by["configuration"] = settings.configurationName();
-    options.recorder.settings = [settings, seen = std::set<std::string>()]() mutable {
-      ServiceSettings now = settings.read();
-      for (const auto& [key, value] : now.properties) {
-        seen.erase(key);
-      }
-      // A recording can only set a property; an empty one counts as not set.
-      for (const std::string& gone : seen) {
-        now.properties.emplace_back(gone, "");
-      }
-      for (const auto& [key, value] : now.properties) {
-        seen.insert(key);
-      }
-      return std::vector<RecordingEvent>{{0, SetProperties{std::move(now.properties)}},
-                                         {0, ReplaceConfig{std::move(now.configuration)}}};
-    };
+    options.recorder.settings = settingsEvents(settings);
     context.err << "the recording begins with " << settings.read().properties.size()
                 << " properties and the configuration of this machine (" << settings.configurationName()
                 << ")\n";
   }
   options.recorder.recordedBy = by.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+/** Until somebody ends it, its time is over or the file takes no more. */
+void recordUntilTheEnd(const RecordOptions& options, std::int64_t start, Recorder& recorder,
+                       StopSignals& stop, PrbContext& context) {
+  std::int64_t flushed = start;
+  bool isSilenceSaid = false;
+  while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder.hasFailed()) {
+    const std::int64_t now = liveTimeMs();
+    if (now - flushed >= kFlushMs) {
+      flushed = now;
+      recorder.flush();
+    }
+    if (!isSilenceSaid && recorder.messages() == 0 && now - start >= kSilenceMs) {
+      isSilenceSaid = true;
+      context.err << "nothing has come within 3 s; is " << options.platform.bus
+                  << " the bus and room of the service, and does its vision pipeline run?\n"
+                  << std::flush;
+    }
+    if (options.seconds != 0 && now - start >= std::int64_t{options.seconds} * 1000) {
+      return;
+    }
+  }
 }
 
 void runRecord(RecordOptions& options, PrbContext& context) {
@@ -146,23 +173,7 @@ void runRecord(RecordOptions& options, PrbContext& context) {
     }
     bus.waitUntilReady();
     context.err << "recording to " << options.recorder.path << "; end with Ctrl-C\n" << std::flush;
-    bool isSilenceSaid = false;
-    std::int64_t flushed = start;
-    while (!stop.waitFor(std::chrono::milliseconds(200)) && !recorder->hasFailed()) {
-      if (liveTimeMs() - flushed >= kFlushMs) {
-        flushed = liveTimeMs();
-        recorder->flush();
-      }
-      if (!isSilenceSaid && recorder->messages() == 0 && liveTimeMs() - start >= kSilenceMs) {
-        isSilenceSaid = true;
-        context.err << "nothing has come within 3 s; is " << options.platform.bus
-                    << " the bus and room of the service, and does its vision pipeline run?\n"
-                    << std::flush;
-      }
-      if (options.seconds != 0 && liveTimeMs() - start >= std::int64_t{options.seconds} * 1000) {
-        break;
-      }
-    }
+    recordUntilTheEnd(options, start, *recorder, stop, context);
     std::this_thread::sleep_for(kOnTheWay);
   }
   recorder->finish();
