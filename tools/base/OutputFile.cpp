@@ -1,5 +1,6 @@
 #include "tools/base/OutputFile.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <stdexcept>
 
@@ -25,6 +26,15 @@ void OutputFile::finish() {
     throw std::runtime_error(mName + ": cannot be written");
   }
   putInPlace();
+}
+
+void writeJsonFile(const nlohmann::ordered_json& document, const std::string& path, const OutputRules& rules,
+                   std::ostream& standardOutput) {
+  if (!path.empty()) {
+    OutputFile output(path, rules, standardOutput);
+    output.stream() << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    output.finish();
+  }
 }
 
 }  // namespace fyn::productionrules

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
@@ -31,5 +32,9 @@ class OutputFile {
   std::optional<NewFile> mFile;
   std::ostream* mStream;
 };
+
+/** Writes a document for programs into a file of its own, as an OutputFile does; nothing for "". */
+void writeJsonFile(const nlohmann::ordered_json& document, const std::string& path, const OutputRules& rules,
+                   std::ostream& standardOutput);
 
 }  // namespace fyn::productionrules

@@ -58,8 +58,8 @@ nlohmann::ordered_json optionalJson(const std::optional<double>& value) {
   return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
 }
 
-void writeJson(const CompareArguments& arguments, const std::vector<MetricComparison>& comparisons,
-               PrbContext& context) {
+nlohmann::ordered_json comparisonAsJson(const CompareArguments& arguments,
+                                        const std::vector<MetricComparison>& comparisons) {
   nlohmann::ordered_json document{
       {"a", arguments.a}, {"b", arguments.b}, {"recordings", arguments.recordings}};
   for (const MetricComparison& row : comparisons) {
@@ -71,9 +71,7 @@ void writeJson(const CompareArguments& arguments, const std::vector<MetricCompar
       entry["verdict"] = verdictText(row.verdict);
     }
   }
-  OutputFile output(arguments.json, arguments.rules, context.out);
-  output.stream() << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
-  output.finish();
+  return document;
 }
 
 void runCompare(CompareArguments& arguments, PrbContext& context) {
@@ -93,15 +91,9 @@ void runCompare(CompareArguments& arguments, PrbContext& context) {
     writeTable(comparisons, arguments.recordings.size(), context);
     context.out << "\nMeasured against " << measuredAgainst(overall(results[0]))
                 << ".\nSee both side by side: prb view " << shellWord(arguments.recordings.front())
-                << " --config " << shellWord(arguments.a) << " --config " << shellWord(arguments.b);
-    for (const std::string& property : arguments.properties) {
-      context.out << " --property " << shellWord(property);
-    }
-    context.out << '\n';
+                << settingsWords({arguments.a, arguments.b}, arguments.properties) << '\n';
   }
-  if (!arguments.json.empty()) {
-    writeJson(arguments, comparisons, context);
-  }
+  writeJsonFile(comparisonAsJson(arguments, comparisons), arguments.json, arguments.rules, context.out);
 }
 
 }  // namespace

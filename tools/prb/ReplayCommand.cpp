@@ -106,9 +106,7 @@ void addReplayCommand(CLI::App& command, PrbContext& context) {
       ->required();
   command.add_option("-o,--output", arguments->output, "Where the effects go; - for standard output")
       ->type_name("OUTPUT");
-  command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE");
-  addPropertyOption(command, arguments->properties);
+  addSettingsOptions(command, arguments->config, arguments->properties);
   command
       .add_option("--log", arguments->log,
                   "Write log lines too: E errors, W also warnings, I also information, D also debug (as far "

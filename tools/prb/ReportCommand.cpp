@@ -32,15 +32,6 @@ struct ReportArguments {
   OutputRules rules;
 };
 
-void writeJson(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings,
-               PrbContext& context) {
-  OutputFile output(arguments.json, arguments.rules, context.out);
-  output.stream() << reportAsJson(recordings, arguments.timing)
-                         .dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-                  << '\n';
-  output.finish();
-}
-
 void checkStream(const ReportArguments& arguments, const std::vector<MeasuredRecording>& recordings) {
   const bool isShown = std::any_of(recordings.begin(), recordings.end(), [](const auto& recording) {
     return !recording.measurement.timeLine.changes.empty();
@@ -75,9 +66,7 @@ void runReport(ReportArguments& arguments, PrbContext& context) {
                   << kFewestRecordings << ".\n";
     }
   }
-  if (!arguments.json.empty()) {
-    writeJson(arguments, recordings, context);
-  }
+  writeJsonFile(reportAsJson(recordings, arguments.timing), arguments.json, arguments.rules, context.out);
   if (!arguments.html.empty()) {
     OutputFile output(arguments.html, arguments.rules, context.out);
     writeDataPage(output.stream(), reportPageData(recordings, arguments.timing,
@@ -93,9 +82,7 @@ void addReportCommand(CLI::App& command, PrbContext& context) {
   command.add_option("recordings", arguments->recordings, "The recordings to measure; - for standard input")
       ->type_name("RECORDING")
       ->required();
-  command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE");
-  addPropertyOption(command, arguments->properties);
+  addSettingsOptions(command, arguments->config, arguments->properties);
   command
       .add_option("--json", arguments->json,
                   "Write the figures as JSON; - for standard output, without the table")

@@ -79,14 +79,7 @@ std::string questionAbout(const Side& side, const std::vector<std::string>& prop
   if (side.recording == "-" || side.isRecorded) {
     return {};
   }
-  std::string command = "prb why " + shellWord(side.recording);
-  if (!side.config.empty()) {
-    command += " --config " + shellWord(side.config);
-  }
-  for (const std::string& property : properties) {
-    command += " --property " + shellWord(property);
-  }
-  return command;
+  return "prb why " + shellWord(side.recording) + settingsWords({side.config}, properties);
 }
 
 /** What a side shows, from its file into its lines. */

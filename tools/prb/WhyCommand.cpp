@@ -47,12 +47,7 @@ void runWhy(WhyArguments& arguments, PrbContext& context) {
   if (arguments.json != "-") {
     writeWhy(context.out, answer);
   }
-  if (!arguments.json.empty()) {
-    OutputFile output(arguments.json, arguments.rules, context.out);
-    output.stream() << whyAsJson(answer).dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-                    << '\n';
-    output.finish();
-  }
+  writeJsonFile(whyAsJson(answer), arguments.json, arguments.rules, context.out);
 }
 
 }  // namespace
@@ -72,9 +67,7 @@ void addWhyCommand(CLI::App& command, PrbContext& context) {
   command
       .add_flag("--change", arguments->change, "Ask about the change of the picture nearest to the moment")
       ->excludes(person);
-  command.add_option("--config", arguments->config, "Configuration file that the service reads")
-      ->type_name("FILE");
-  addPropertyOption(command, arguments->properties);
+  addSettingsOptions(command, arguments->config, arguments->properties);
   command
       .add_option("--json", arguments->json,
                   "Write the answer as JSON; - for standard output, without the words")

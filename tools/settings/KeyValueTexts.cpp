@@ -7,6 +7,7 @@
 #include "config/check/KeyRules.h"
 #include "config/check/NearestName.h"
 #include "platform/TextFile.h"
+#include "tools/base/ShellWord.h"
 #include "tools/base/UsageError.h"
 
 namespace fyn::productionrules {
@@ -34,6 +35,23 @@ KeyValues keyValues(const std::vector<std::string>& texts) {
 void addPropertyOption(CLI::App& command, std::vector<std::string>& properties, const char* meaning) {
   // One value each: what follows is the recording.
   command.add_option("--property", properties, meaning)->type_name("KEY=VALUE")->allow_extra_args(false);
+}
+
+void addSettingsOptions(CLI::App& command, std::string& config, std::vector<std::string>& properties) {
+  command.add_option("--config", config, "Configuration file that the service reads")->type_name("FILE");
+  addPropertyOption(command, properties);
+}
+
+std::string settingsWords(const std::vector<std::string>& configs,
+                          const std::vector<std::string>& properties) {
+  std::string words;
+  for (const std::string& config : configs) {
+    words += config.empty() ? "" : " --config " + shellWord(config);
+  }
+  for (const std::string& property : properties) {
+    words += " --property " + shellWord(property);
+  }
+  return words;
 }
 
 namespace {

@@ -21,6 +21,13 @@ KeyValues keyValues(const std::vector<std::string>& texts);
 void addPropertyOption(CLI::App& command, std::vector<std::string>& properties,
                        const char* meaning = "System property that is set at the start; repeatable");
 
+/** `--config FILE` and `--property`, the settings of a service that a command runs. */
+void addSettingsOptions(CLI::App& command, std::string& config, std::vector<std::string>& properties);
+
+/** The same for another command line, each word with a blank before it; "" is no configuration. */
+std::string settingsWords(const std::vector<std::string>& configs,
+                          const std::vector<std::string>& properties);
+
 /** The text of a configuration file; nothing for "". What the service would pass over in it is said on
  * `complaints`. Raises UsageError when the file cannot be read. */
 std::optional<std::string> readConfiguration(const std::string& path, std::ostream& complaints);

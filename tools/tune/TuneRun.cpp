@@ -51,14 +51,8 @@ void writeJobs(const TuneArguments& arguments, const std::vector<TuneJob>& jobs,
   OutputFile output(arguments.jobsOut, arguments.rules, context.out);
   for (const TuneJob& job : jobs) {
     output.stream() << "prb tune " << shellWord(job.recording.path) << " --job "
-                    << shellWord(candidateText(job.candidate));
-    if (!arguments.config.empty()) {
-      output.stream() << " --config " << shellWord(arguments.config);
-    }
-    for (const std::string& property : arguments.properties) {
-      output.stream() << " --property " << shellWord(property);
-    }
-    output.stream() << '\n';
+                    << shellWord(candidateText(job.candidate))
+                    << settingsWords({arguments.config}, arguments.properties) << '\n';
   }
   output.finish();
 }
