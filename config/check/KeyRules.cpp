@@ -1,7 +1,6 @@
 #include "config/check/KeyRules.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 #include "config/check/NearestName.h"

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "platform/SystemProperties.h"
 #include "platform/Ticks.h"

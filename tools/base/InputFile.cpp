@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <iostream>
 #include <utility>
 
 #include "tools/base/FileFault.h"

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <stdexcept>
-#include <utility>
 
 #include "tools/base/FileFault.h"
 

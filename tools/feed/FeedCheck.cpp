@@ -5,7 +5,6 @@
 #include <set>
 
 #include "model/JsonNumber.h"
-#include "platform/PubSub.h"
 #include "platform/ServiceStateScope.h"
 #include "platform/Topics.h"
 #include "tools/feed/SchemaCheck.h"

@@ -1,6 +1,5 @@
 #include "tools/feed/FeedReport.h"
 
-#include <cmath>
 #include <cstdio>
 
 #include "tools/recording/DecisionSentence.h"

@@ -1,6 +1,5 @@
 #include "tools/feed/FeedTiming.h"
 
-#include <cstdlib>
 #include <string>
 
 namespace fyn::productionrules {

@@ -1,6 +1,5 @@
 #include "tools/meeting/RoomActor.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace fyn::productionrules {

@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <iomanip>
 
 #include "config/check/KeyRules.h"
 #include "config/check/NearestName.h"

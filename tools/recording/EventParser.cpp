@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "tools/recording/CompactHandler.h"

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <ostream>
 
-#include "tools/base/UsageError.h"
-
 namespace fyn::productionrules::video {
 
 namespace {

@@ -5,7 +5,6 @@
 #include <iostream>
 
 #include "platform/ServiceState.h"
-#include "platform/StderrLog.h"
 #include "platform/Topics.h"
 #include "platform/VisionSettings.h"
 #include "tools/base/OutputFile.h"
