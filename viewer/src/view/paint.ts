@@ -117,6 +117,9 @@ export function paintHeads(g: Context, heads: readonly HeadBox[], unit: number):
     rectangle(g, head, ROOM.text, unit * (head.speaks ? 3 : head.best ? 1.5 : 1));
     g.globalAlpha = 1;
   }
+}
+
+export function paintNames(g: Context, heads: readonly HeadBox[], unit: number): void {
   for (const head of heads) text(g, headText(head, true), (head.left + head.right) / 2, head.top - 4 * unit, 12, ROOM.text, 'center', unit);
 }
 

@@ -7,7 +7,7 @@ import type { State } from '../state';
 import { Canvases } from './canvases';
 import { html, set } from './dom';
 import type { Footage } from './footage';
-import { paintFrames, paintHeads, paintImage } from './paint';
+import { paintFrames, paintHeads, paintImage, paintNames } from './paint';
 
 const turned = (b: Box, turn: number): Box => ({ ...b, left: b.left + turn, right: b.right + turn });
 
@@ -43,6 +43,7 @@ export function makeRoom(root: HTMLElement, resized: () => void, footage: Footag
           }),
         );
         paintFrames(g, frames, unit);
+        paintNames(g, heads, unit);
       });
     });
   };

@@ -5,6 +5,12 @@ import { reasonsAt } from '../why';
 import { clock } from '../words';
 import { html, say, set } from './dom';
 
+/** A line breaks at the dots of a key, not within its words. */
+function sayKeys(node: Element, text: string): void {
+  if (node.textContent === text) return;
+  node.replaceChildren(...text.split(/(?<=\.)(?=\w)/).flatMap((part, i) => (i ? [html('wbr'), part] : [part])));
+}
+
 function makeReason(name: string, none: string): { node: HTMLElement; draw: (moment: Moment | null, t: number) => void } {
   const when = html('span', { class: 'when' });
   const title = html('p', { class: 'title' });
@@ -15,7 +21,7 @@ function makeReason(name: string, none: string): { node: HTMLElement; draw: (mom
     set(node, { 'data-t': moment?.t ?? null });
     say(when, moment ? `${clock(moment.t)}, ${ago < 40 ? 'now' : `${(ago / 1000).toFixed(1)} s ago`}` : '');
     say(title, moment?.title ?? none);
-    say(reason, moment?.reason ?? '');
+    sayKeys(reason, moment?.reason ?? '');
   };
   return { node, draw };
 }
@@ -25,12 +31,13 @@ const HOW_TO_HEAR = 'The service tells no reasons. Switch them on with: prb prop
 
 /** A button that copies the command line which asks about the moment, for the question takes many replays. */
 function makeAsk(question: string): { node: HTMLElement; draw: (t: number) => void } {
-  const command = html('code');
+  const at = html('span', { class: 'unbroken' });
+  const command = html('code', {}, `${question} `, at);
   const button = html('button', { type: 'button', title: 'Copies the command that says who was missing or why it changed, and which setting helps' }, 'Why');
   button.addEventListener('click', () => void navigator.clipboard?.writeText(command.textContent ?? ''));
   const node = html('p', { class: 'ask' }, button, ' ', command);
   node.hidden = !question;
-  return { node, draw: (t) => say(command, `${question} --at ${clock(t)}`) };
+  return { node, draw: (t) => say(at, `--at ${clock(t)}`) };
 }
 
 export function makeWhy(root: HTMLElement, question: string): (moments: readonly Moment[], t: number, reasonsMissing: boolean) => void {
