@@ -7,6 +7,9 @@ namespace fyn::productionrules::bench {
 
 namespace {
 
+// Tiles are the dearest picture.
+constexpr std::int32_t kMostTiles = 8;
+
 class NullLog final : public LogSink {
  public:
   void write(LogPriority /*priority*/, const char* /*tag*/, const char* /*text*/) override {}
@@ -30,11 +33,13 @@ class BenchService::Bus final : public com::quil::pubsub::IPubSubClient {
   std::string mScene;
 };
 
-BenchService::BenchService(FramingMode mode, bool withLog) : mBus(std::make_shared<Bus>()) {
+BenchService::BenchService(const Room& room) : mBus(std::make_shared<Bus>()) {
   ServiceState::current().setClock(mTime);
-  ServiceState::current().setLog(std::make_shared<NullLog>(), withLog ? LogLevels::kDebugLevel : 0);
+  ServiceState::current().setLog(std::make_shared<NullLog>(), room.withLog ? LogLevels::kDebugLevel : 0);
   PrConfig config;
-  config.framingMode = static_cast<std::int32_t>(mode);
+  config.framingMode = static_cast<std::int32_t>(room.mode);
+  config.steadyFramingEnabled = room.steadyFraming;
+  config.compositeModeMaxPeople = kMostTiles;
   PrConfig::set(config);
 
   Platform platform;

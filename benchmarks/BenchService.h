@@ -9,12 +9,18 @@
 
 namespace fyn::productionrules::bench {
 
-/** A service whose bus, provider and log only count, in the framing mode under test. Its state is the current
+/** What a room is set to; log lines of the default level are built, and dropped by the sink. */
+struct Room {
+  FramingMode mode = FramingMode::GroupFraming;
+  bool steadyFraming = false;
+  bool withLog = false;
+};
+
+/** A service whose bus, provider and log only count. Its state is the current
  * one of the thread as long as it lives. */
 class BenchService {
  public:
-  /** `withLog`: log lines of the default level are built, and dropped by the sink. */
-  BenchService(FramingMode mode, bool withLog);
+  explicit BenchService(const Room& room);
 
   ProductionRuleIPCService& service() { return *mService; }
 

@@ -4,8 +4,16 @@
 
 namespace fyn::productionrules::bench {
 
-/** A vision document as the pipeline sends it: `persons` people in rows, one camera, all keys. `shift` moves
- * everybody by that many pixels to the right. */
-std::string visionResult(int persons, int frameNumber, int shift = 0);
+/** What differs from one result of a meeting to another. */
+struct Moment {
+  /** Pixels by which everybody is further to the right. */
+  int shift = 0;
+  /** Whether neighbours have each other's numbers; the voice stays where it is. */
+  bool isSwapped = false;
+};
+
+/** A vision document as the pipeline sends it: `persons` people in rows as wide as the image, one camera, all
+ * keys. The first of them speaks. */
+std::string visionResult(int persons, const Moment& moment = {});
 
 }  // namespace fyn::productionrules::bench

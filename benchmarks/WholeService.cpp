@@ -3,6 +3,7 @@
 // same text and its dump of the same document. The rows of the peer stand beside another program for the job.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <ctime>
 #include <nlohmann/json.hpp>
 
@@ -60,6 +61,9 @@ void measure(benchmark::State& state, Cycle cycle, Floor floor) {
   state.counters["allocs"] = static_cast<double>(allocations) / iterations;
 }
 
+// Twenty seconds, so that the first looks and waits are over.
+constexpr int kResultsToSettle = 600;
+
 void parseFloor(const std::string& text) {
   benchmark::DoNotOptimize(nlohmann::json::parse(text));
 }
@@ -67,22 +71,28 @@ void parseFloor(const std::string& text) {
 // The persons of the row, or sixteen for the rows of several streams, whose number the row gives.
 constexpr int kPersonsOfStreams = 16;
 
-std::string showFirstPicture(benchmark::State& state, BenchService& bench, FramingMode mode) {
-  const auto argument = static_cast<int>(state.range(0));
-  const bool ofStreams = mode == FramingMode::MultiStream;
-  std::string text = visionResult(ofStreams ? kPersonsOfStreams : argument, 1);
+bool hasStreams(const Room& room) {
+  return room.mode == FramingMode::MultiStream;
+}
+
+std::string resultOf(const benchmark::State& state, const Room& room, const Moment& moment = {}) {
+  return visionResult(hasStreams(room) ? kPersonsOfStreams : static_cast<int>(state.range(0)), moment);
+}
+
+void showFirstPicture(const benchmark::State& state, BenchService& bench, const Room& room,
+                      const std::string& text) {
   bench.service().process("/ICDOut", text);
-  if (ofStreams) {
-    bench.service().trackingMode().getFramingLayout()->setMaxLayouts(static_cast<unsigned>(argument));
+  if (hasStreams(room)) {
+    bench.service().trackingMode().getFramingLayout()->setMaxLayouts(static_cast<unsigned>(state.range(0)));
     bench.service().process("/ICDOut", text);
   }
-  return text;
 }
 
 // Nothing changes: parse and decide. The usual case, 29 of 30 results a second.
-void steadyCycle(benchmark::State& state, bool withLog, FramingMode mode = FramingMode::GroupFraming) {
-  BenchService bench(mode, withLog);
-  const std::string text = showFirstPicture(state, bench, mode);
+void steadyIn(benchmark::State& state, const Room& room) {
+  BenchService bench(room);
+  const std::string text = resultOf(state, room);
+  showFirstPicture(state, bench, room, text);
   const std::string topic = "/ICDOut";
   measure(
       state,
@@ -94,9 +104,10 @@ void steadyCycle(benchmark::State& state, bool withLog, FramingMode mode = Frami
 }
 
 // Every result gives a new picture: parse, decide, build, publish and call the provider.
-void pictureCycle(benchmark::State& state, bool withLog, FramingMode mode = FramingMode::GroupFraming) {
-  BenchService bench(mode, withLog);
-  const std::string text = showFirstPicture(state, bench, mode);
+void newPictureIn(benchmark::State& state, const Room& room) {
+  BenchService bench(room);
+  const std::string text = resultOf(state, room);
+  showFirstPicture(state, bench, room, text);
   const std::string topic = "/ICDOut";
   const auto scene = nlohmann::ordered_json::parse(bench.lastScene());
   measure(
@@ -113,28 +124,16 @@ void pictureCycle(benchmark::State& state, bool withLog, FramingMode mode = Fram
 }
 
 void steady(benchmark::State& state) {
-  steadyCycle(state, false);
-}
-void steadyWithLog(benchmark::State& state) {
-  steadyCycle(state, true);
+  steadyIn(state, {});
 }
 void newPicture(benchmark::State& state) {
-  pictureCycle(state, false);
-}
-void newPictureWithLog(benchmark::State& state) {
-  pictureCycle(state, true);
-}
-void steadyIn(benchmark::State& state, FramingMode mode) {
-  steadyCycle(state, false, mode);
-}
-void newPictureIn(benchmark::State& state, FramingMode mode) {
-  pictureCycle(state, false, mode);
+  newPictureIn(state, {});
 }
 
 // The parts. A usual vision result is read fast; one with a key that stands twice is read by way of a
 // document.
 void partRead(benchmark::State& state, bool isUsual) {
-  std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  std::string text = visionResult(static_cast<int>(state.range(0)));
   if (!isUsual) {
     text.insert(1, R"("timestamp":0,)");
   }
@@ -143,19 +142,26 @@ void partRead(benchmark::State& state, bool isUsual) {
       state, [&] { benchmark::DoNotOptimize(reader.read(text)); }, [&] { parseFloor(text); });
 }
 
-void partDecide(benchmark::State& state) {
-  BenchService bench(FramingMode::GroupFraming, false);
-  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
-  bench.service().process("/ICDOut", text);
-  const auto mlData = std::make_shared<MLData>();
-  mlData->from_json(nlohmann::json::parse(text));
-  measure(
-      state,
-      [&] {
-        bench.nextFrame();
-        benchmark::DoNotOptimize(bench.service().trackingMode().process(mlData));
-      },
-      [&] { parseFloor(text); });
+// Deciding on results that are already read, in turn: the same people who sway, or, `changing`, neighbours
+// who get each other's numbers, so that a picture is made and dropped each time.
+void partDecide(benchmark::State& state, const Room& room, bool changing) {
+  BenchService bench(room);
+  const std::string text = resultOf(state, room);
+  showFirstPicture(state, bench, room, text);
+  VisionResultReader reader;
+  const Moment other{2, changing};
+  const std::array<std::shared_ptr<MLData>, 2> seen{reader.read(text),
+                                                    reader.read(resultOf(state, room, other))};
+  std::size_t next = 0;
+  const auto decide = [&] {
+    bench.nextFrame();
+    benchmark::DoNotOptimize(bench.service().trackingMode().process(seen[next]));
+    next = 1 - next;
+  };
+  for (int result = 0; result < kResultsToSettle; ++result) {
+    decide();
+  }
+  measure(state, decide, [&] { parseFloor(text); });
 }
 
 std::vector<Rect> boxesOf(const MLData& seen) {
@@ -169,8 +175,8 @@ std::vector<Rect> boxesOf(const MLData& seen) {
 
 // The peer gets the same boxes, as records or as the same text by the same reader.
 void peer(benchmark::State& state, bool readsText) {
-  BenchService bench(FramingMode::GroupFraming, false);
-  const std::string text = visionResult(static_cast<int>(state.range(0)), 1);
+  BenchService bench{Room()};
+  const std::string text = visionResult(static_cast<int>(state.range(0)));
   const std::string topic = "/ICDOut";
   bench.service().process(topic, text);
   VisionResultReader reader;
@@ -190,8 +196,8 @@ void peer(benchmark::State& state, bool readsText) {
 }
 
 void partBuild(benchmark::State& state) {
-  BenchService bench(FramingMode::GroupFraming, false);
-  bench.service().process("/ICDOut", visionResult(static_cast<int>(state.range(0)), 1));
+  BenchService bench{Room()};
+  bench.service().process("/ICDOut", visionResult(static_cast<int>(state.range(0))));
   const auto scene = nlohmann::ordered_json::parse(bench.lastScene());
   const std::vector<Layout> layouts{*bench.service().trackingMode().getFramingLayout()->getLayoutPtr()};
   const JsonLayoutBuilder builder;
@@ -213,19 +219,39 @@ void streams(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("streams")->Arg(0)->Arg(1)->Arg(4)->Arg(16)->UseManualTime();
 }
 
+constexpr Room kPeople{FramingMode::PeopleFraming};
+constexpr Room kSpeaker{FramingMode::SpeakerFraming};
+constexpr Room kStreams{FramingMode::MultiStream};
+constexpr Room kWithLog{FramingMode::GroupFraming, false, true};
+
+constexpr Room steadily(Room room) {
+  room.steadyFraming = true;
+  return room;
+}
+
 BENCHMARK(steady)->Apply(persons);
 BENCHMARK(newPicture)->Apply(persons);
-BENCHMARK_CAPTURE(steadyIn, people, FramingMode::PeopleFraming)->Apply(persons);
-BENCHMARK_CAPTURE(newPictureIn, people, FramingMode::PeopleFraming)->Apply(persons);
-BENCHMARK_CAPTURE(steadyIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
-BENCHMARK_CAPTURE(newPictureIn, speaker, FramingMode::SpeakerFraming)->Apply(persons);
-BENCHMARK_CAPTURE(steadyIn, multiStream, FramingMode::MultiStream)->Apply(streams);
-BENCHMARK_CAPTURE(newPictureIn, multiStream, FramingMode::MultiStream)->Apply(streams);
-BENCHMARK(steadyWithLog)->Apply(persons);
-BENCHMARK(newPictureWithLog)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, people, kPeople)->Apply(persons);
+BENCHMARK_CAPTURE(newPictureIn, people, kPeople)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, speaker, kSpeaker)->Apply(persons);
+BENCHMARK_CAPTURE(newPictureIn, speaker, kSpeaker)->Apply(persons);
+BENCHMARK_CAPTURE(steadyIn, multiStream, kStreams)->Apply(streams);
+BENCHMARK_CAPTURE(newPictureIn, multiStream, kStreams)->Apply(streams);
+BENCHMARK_CAPTURE(steadyIn, withLog, kWithLog)->Apply(persons);
+BENCHMARK_CAPTURE(newPictureIn, withLog, kWithLog)->Apply(persons);
 BENCHMARK_CAPTURE(partRead, fast, true)->Apply(persons);
 BENCHMARK_CAPTURE(partRead, exactly, false)->Apply(persons);
-BENCHMARK(partDecide)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, group, Room(), false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, groupSteadily, steadily(Room()), false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, people, kPeople, false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, peopleSteadily, steadily(kPeople), false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, peopleChanging, kPeople, true)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, speaker, kSpeaker, false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, speakerSteadily, steadily(kSpeaker), false)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, speakerChanging, kSpeaker, true)->Apply(persons);
+BENCHMARK_CAPTURE(partDecide, multiStream, kStreams, false)->Apply(streams);
+BENCHMARK_CAPTURE(partDecide, multiStreamSteadily, steadily(kStreams), false)->Apply(streams);
+BENCHMARK_CAPTURE(partDecide, multiStreamChanging, kStreams, true)->Apply(streams);
 BENCHMARK(partBuild)->Apply(persons);
 BENCHMARK_CAPTURE(peer, boxes, false)->Apply(persons);
 BENCHMARK_CAPTURE(peer, text, true)->Apply(persons);
