@@ -77,7 +77,10 @@ std::shared_ptr<Head> FynHead::getHead(std::uint32_t camId) const {
 }
 
 const Head* FynHead::findHead(std::uint32_t camId) const {
-  const auto entry = camId == kNoCamera ? mCamIdAssocHeadMap.begin() : mCamIdAssocHeadMap.find(camId);
+  const auto first = mCamIdAssocHeadMap.begin();
+  // Asked hundreds of times per result, mostly of people whom one camera sees.
+  const bool isFirst = first != mCamIdAssocHeadMap.end() && first->first == camId;
+  const auto entry = isFirst || camId == kNoCamera ? first : mCamIdAssocHeadMap.find(camId);
   return entry != mCamIdAssocHeadMap.end() ? entry->second.get() : nullptr;
 }
 

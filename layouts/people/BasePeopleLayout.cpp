@@ -11,6 +11,7 @@
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PeopleWaits.h"
 #include "layouts/people/TileRow.h"
+#include "layouts/people/TileView.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -98,11 +99,13 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesFor(const std::vector<Seat>& seat
     if (tiles->layoutType == FramingType::GROUP) {
       return nullptr;
     }
+    tiles->frames.reserve(units.size());
     for (const PeopleUnit& unit : units) {
       addFrame(*tiles, unit);
     }
     fillPositionRect(tiles);
     std::vector<Rect> views;
+    views.reserve(units.size());
     for (const Frame& frame : tiles->frames) {
       const std::optional<RuleOfThirdsView> view = tryView(frame);
       if (!view) {
@@ -166,16 +169,12 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
   const Rect base =
       isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
                : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
-  const Dimension image = getImageSize(frame);
-  const Rect grown = growToHeight(base, frame, image, leastViewHeight(frame));
-  const std::vector<Rect> others = headsOfOthers(frame);
-  const auto apart = isPictureOfItsOwn() ? clearOfOthers : turnFromOthers;
-  const Rect turned = others.empty() ? grown : apart(grown, box, others, frame, image);
-  const Layout* const layout = mState.mCurLayout.get();
-  const double height =
-      isSteady() && layout != nullptr ? viewHeightLikeRow(frame, *layout, mState.people) : 0;
-  const Rect alike = height > 0 ? growBesideOthers(turned, others, frame, image, height) : turned;
-  return isSteady() && !isPictureOfItsOwn() ? withEyesInLine(alike, box, others, frame, image) : alike;
+  TileView view(frame, getImageSize(frame), base);
+  view.growToHeight(leastViewHeight(frame));
+  if (isSteady()) {
+    fitAmongOthers(view, frame, box);
+  }
+  return view.box();
 }
 
 // Whose heads are taller than those beside them is known once all tiles of a row have a view.
@@ -189,20 +188,6 @@ void BasePeopleLayout::updateLayoutViews(bool fromFrameTimer) {
       updateFrameView(frame);
     }
   }
-}
-
-std::vector<Rect> BasePeopleLayout::headsOfOthers(const Frame& frame) const {
-  std::vector<Rect> others;
-  if (!PrConfig::get().steadyFramingEnabled) {
-    return others;
-  }
-  for (const auto& [id, person] : mState.people) {
-    const Head* const head = person->findHead(frame.fynCamId);
-    if (head != nullptr && frame.fynHeads.count(id) == 0) {
-      others.push_back(head->bbox);
-    }
-  }
-  return others;
 }
 
 // ---- Waits ----

@@ -14,6 +14,8 @@
 
 namespace fyn::productionrules {
 
+class TileView;
+
 /** What a people engine has chosen before tiles are given out. */
 struct PeopleChoice {
   /** Everybody who can be shown, sorted. */
@@ -130,7 +132,7 @@ class BasePeopleLayout : public BaseLayout {
                                    const char* reason);
   std::vector<Seat> settled(const std::vector<Seat>& seats) const;
   bool canTurnAway(const Frame& frame, const Rect& view) const;
-  std::vector<Rect> headsOfOthers(const Frame& frame) const;
+  void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const;
   std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;

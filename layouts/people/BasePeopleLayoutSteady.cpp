@@ -8,9 +8,12 @@
 #include "geometry/LayoutComparison.h"
 #include "geometry/Overlap.h"
 #include "geometry/RectMath.h"
+#include "layouts/cycle/HeadPositions.h"
 #include "layouts/people/BasePeopleLayout.h"
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PersonRenaming.h"
+#include "layouts/people/TileRow.h"
+#include "layouts/people/TileView.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -34,6 +37,17 @@ constexpr std::uint32_t kEmptyTileMs = 2000;
 // Intersection over union of a tile's view and the one that it would get now.
 constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
+
+// Who is not meant by the frame, in its camera.
+template <typename Visitor>
+void forOthers(const Frame& frame, const PeopleMap& people, Visitor visit) {
+  for (const auto& [id, person] : people) {
+    const Head* const head = person->findHead(frame.fynCamId);
+    if (head != nullptr && frame.fynHeads.count(id) == 0) {
+      visit(head->bbox);
+    }
+  }
+}
 
 }  // namespace
 
@@ -200,7 +214,7 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
   const Rect view = ruleOfThirdsView(frame, box).source;
   const double overlap = getIntersectionOverUnion(view, frame.source);
   if (frame.frameType == FramingType::HEAD) {
-    const HeadPosition position = getHeadPosition(frame);
+    const HeadPosition position = singleHeadPosition(box, frame);
     const bool isMild = position == HeadPosition::CENTER || position == HeadPosition::HEAD_OFF_CENTER;
     if (isMild && canTurnAway(frame, view)) {
       return HeadPosition::HEAD_ON_EDGE;
@@ -216,17 +230,42 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
   if (isCut ? view == frame.source : overlap >= kSameView) {
     return HeadPosition::CENTER;
   }
-  return overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : getProximityHeadPosition(frame);
+  return overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : neighboursPosition(box, frame);
 }
 
 // Whether the tile cuts the head of somebody who is not meant, and would no longer with the new view.
 bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
-  if (doesSomebodyWalk()) {
-    // Of walkers the group is shown soon.
+  if (!PrConfig::get().steadyFramingEnabled) {
     return false;
   }
-  const std::vector<Rect> others = headsOfOthers(frame);
-  return cutsAny(others, frame.source) && !cutsAny(others, view);
+  bool isCutNow = false;
+  bool isCutThen = false;
+  forOthers(frame, mState.people, [&](const Rect& head) {
+    isCutNow = isCutNow || cutsOff(head, frame.source);
+    isCutThen = isCutThen || cutsOff(head, view);
+  });
+  // Of walkers the group is shown soon.
+  return isCutNow && !isCutThen && !doesSomebodyWalk();
+}
+
+void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const {
+  std::vector<Rect> others;
+  if (PrConfig::get().steadyFramingEnabled) {
+    others.reserve(mState.people.size());
+    forOthers(frame, mState.people, [&](const Rect& head) { others.push_back(head); });
+  }
+  if (isPictureOfItsOwn()) {
+    view.standClearOf(others, own);
+  } else {
+    view.turnFrom(others, own);
+  }
+  const Layout* const layout = mState.mCurLayout.get();
+  if (layout != nullptr) {
+    view.growBeside(others, viewHeightLikeRow(frame, *layout, mState.people));
+  }
+  if (!isPictureOfItsOwn()) {
+    view.bringEyesInLine(own, others);
+  }
 }
 
 Rect BasePeopleLayout::getRoomView(const Frame& frame) {

@@ -82,15 +82,15 @@ Velocity HeadPath::velocity() const {
 }
 
 HeadPath::Mean HeadPath::mean(const Sight* first, const Sight* end) {
-  const auto count = static_cast<double>(end - first);
   Mean mean;
   for (const Sight* sight = first; sight != end; ++sight) {
-    mean.x += middle(sight->box.left, sight->box.right) / count;
-    mean.y += middle(sight->box.top, sight->box.bottom) / count;
-    mean.width += extent(sight->box.left, sight->box.right) / count;
-    mean.height += extent(sight->box.top, sight->box.bottom) / count;
+    mean.x += middle(sight->box.left, sight->box.right);
+    mean.y += middle(sight->box.top, sight->box.bottom);
+    mean.width += extent(sight->box.left, sight->box.right);
+    mean.height += extent(sight->box.top, sight->box.bottom);
   }
-  return mean;
+  const auto count = static_cast<double>(end - first);
+  return {mean.x / count, mean.y / count, mean.width / count, mean.height / count};
 }
 
 }  // namespace fyn::productionrules

@@ -4,6 +4,7 @@
 #include "geometry/RuleOfThirds.h"
 #include "layouts/people/PeopleFramingLayout.h"
 #include "layouts/people/PeopleTiles.h"
+#include "layouts/people/TileView.h"
 #include "tests/layouts/EngineRun.h"
 
 namespace fyn::productionrules::testing {
@@ -98,8 +99,9 @@ TEST(PeopleTiles, AViewGrowsAsFarAsItShowsNoMoreOthers) {
   tile.frameLayout = kFrameLayoutHeadColumnHalf;
   const Rect base{560, 280, 660, 400};
   const auto heightBeside = [&](const Rect& other) {
-    const Rect grown = growBesideOthers(base, {other}, tile, {1280, 720}, 600);
-    return heightOf(getRuleOfThirdFrame(grown, 640, 720, tile.frameLayout, {1280, 720}, 0));
+    TileView view(tile, {1280, 720}, base);
+    view.growBeside({other}, 600);
+    return heightOf(getRuleOfThirdFrame(view.box(), 640, 720, tile.frameLayout, {1280, 720}, 0));
   };
   EXPECT_EQ(heightBeside({0, 0, 10, 10}), 604);
   EXPECT_EQ(heightBeside({800, 300, 880, 400}), 404) << "half of the way";
@@ -112,8 +114,9 @@ TEST(PeopleTiles, EyesStandAtOneHeightAsFarAsTheImageAndOthersAllow) {
   tile.frameLayout = kFrameLayoutHeadColumnHalf;
   const auto eyesAt = [&](std::int32_t top, const Rect& other) {
     const Rect own{560, top, 660, top + 120};
-    const Rect moved = withEyesInLine(own, own, {other}, tile, {1280, 720});
-    const Rect seen = getRuleOfThirdFrame(moved, 640, 720, tile.frameLayout, {1280, 720}, 0);
+    TileView view(tile, {1280, 720}, own);
+    view.bringEyesInLine(own, {other});
+    const Rect seen = getRuleOfThirdFrame(view.box(), 640, 720, tile.frameLayout, {1280, 720}, 0);
     return 100 * (top + 60 - seen.top) / heightOf(seen);
   };
   const Rect nobody{0, 0, 10, 10};

@@ -9,8 +9,8 @@
 #include "geometry/RectMath.h"
 #include "layouts/people/HeadsInView.h"
 #include "layouts/people/PeopleFramingLayout.h"
-#include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PrimaryPeopleLayout.h"
+#include "layouts/people/TileView.h"
 #include "layouts/streams/MultiStreamFramingLayout.h"
 #include "model/FynCamerasConfig.h"
 #include "platform/VisionSettings.h"
@@ -88,7 +88,7 @@ Faults wrongIn(const Layout& layout, const PeopleMap& people, bool showsAll) {
     for (const auto& [id, person] : people) {
       const Head* const head = person->findHead(frame.fynCamId);
       if (isTile(frame) && head != nullptr && isInAnotherTile(layout, frame, id) &&
-          cutsAny({head->bbox}, frame.source)) {
+          cutsOff(head->bbox, frame.source)) {
         wrong.push_back(stream + std::to_string(id) + " is cut by the tile at " +
                         std::to_string(frame.dest.left));
       }
