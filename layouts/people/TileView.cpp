@@ -44,7 +44,7 @@ constexpr double kGap = 0.3;
 constexpr double kUnseen = 0.05;
 
 // What is tried for a picture of its own, in this order: the smaller change first. Shares of the view.
-constexpr double kGrowths[] = {0, 0.1, 0.2, 0.3, 0.4};
+constexpr double kGrowths[] = {0, 0.1, 0.2, 0.3, 0.4, 0.6, 0.8};
 constexpr double kTurns[] = {0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
 constexpr double kRoom = 0.2;
 
@@ -187,7 +187,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
   for (const double growth : kGrowths) {
     const Rect grown = grownBy(box, share(growth / 2, widthOf(box)), share(growth / 2, heightOf(box)));
     for (const double turn : kTurns) {
-      const Rect turned = movedInside(moved(grown, share(turn, width), 0), mImage);
+      const Rect turned = movedInside(moved(grown, static_cast<std::int32_t>(turn * width), 0), mImage);
       if (take({*mTile, mImage, turned}, isGood)) {
         return;
       }
