@@ -19,32 +19,6 @@ namespace {
 
 using Person = std::shared_ptr<FynHead>;
 
-/** Makes the proximity rectangles of one walk: one camera, one kind of rectangle. */
-class ProximityTest {
- public:
-  ProximityTest(bool useTrigger, std::uint32_t camId)
-      : mTrigger(useTrigger && PrConfig::get().proximityTriggerFeatureEnabled),
-        mCamId(camId),
-        mImage(getCameraLensModelDimension(static_cast<int>(camId))) {}
-
-  const Head* headOf(const FynHead& person) const { return person.findHead(mCamId); }
-
-  Rect rectOf(const Head& head) const {
-    return mTrigger ? getProxTriggerRect(head.bbox, mImage) : getHeadBufferRect(head.bbox, mImage);
-  }
-
-  bool areNeighbours(const FynHead& a, const FynHead& b) const {
-    const Head* const headA = headOf(a);
-    const Head* const headB = headOf(b);
-    return headA != nullptr && headB != nullptr && isInProximity(rectOf(*headA), rectOf(*headB));
-  }
-
- private:
-  bool mTrigger;
-  std::uint32_t mCamId;
-  Dimension mImage;
-};
-
 /** Hashes by person id, so that the visiting order of a set does not depend on where persons lie in memory.
  */
 struct PersonIdHash {
@@ -66,19 +40,35 @@ const FynHead& lastVisited(const MemberSet& members) {
 
 }  // namespace
 
+ProximityTest::ProximityTest(bool useTrigger, std::uint32_t camId)
+    : mTrigger(useTrigger && PrConfig::get().proximityTriggerFeatureEnabled),
+      mCamId(camId),
+      mImage(getCameraLensModelDimension(static_cast<int>(camId))) {}
+
+ProximityTest::Place ProximityTest::placeOf(const FynHead& person) const {
+  const Head* const head = person.findHead(mCamId);
+  if (head == nullptr) {
+    return {};
+  }
+  return {head, mTrigger ? getProxTriggerRect(head->bbox, mImage) : getHeadBufferRect(head->bbox, mImage)};
+}
+
+bool ProximityTest::doOverlap(const Place& a, const Place& b) {
+  return a.head != nullptr && b.head != nullptr && isInProximity(a.area, b.area);
+}
+
+bool ProximityTest::areNeighbours(const Place& a, const Place& b) {
+  return doOverlap(a, b) && a.head->id != b.head->id;
+}
+
 std::vector<Person> findProximityGroup(const Person& person, std::list<Person>& pool, bool useTrigger,
                                        std::uint32_t camId) {
   const ProximityTest test(useTrigger, camId);
   std::vector<Person> queue{person};
   for (std::size_t next = 0; next < queue.size(); ++next) {
-    const Head* const head = test.headOf(*queue[next]);
-    if (head == nullptr) {
-      continue;
-    }
-    const Rect area = test.rectOf(*head);
+    const ProximityTest::Place place = test.placeOf(*queue[next]);
     for (auto candidate = pool.begin(); candidate != pool.end();) {
-      const Head* const other = test.headOf(**candidate);
-      if (other == nullptr || other->id == head->id || !isInProximity(area, test.rectOf(*other))) {
+      if (!ProximityTest::areNeighbours(place, test.placeOf(**candidate))) {
         ++candidate;
         continue;
       }
@@ -89,44 +79,6 @@ std::vector<Person> findProximityGroup(const Person& person, std::list<Person>& 
     }
   }
   return queue;
-}
-
-std::vector<std::vector<Person>> findProximityGroups(const std::vector<Person>& persons, bool useTrigger,
-                                                     std::uint32_t camId) {
-  struct Place {
-    const Head* head = nullptr;
-    Rect area;
-  };
-  const ProximityTest test(useTrigger, camId);
-  std::vector<Place> places;
-  places.reserve(persons.size());
-  for (const Person& person : persons) {
-    const Head* const head = test.headOf(*person);
-    places.push_back({head, head != nullptr ? test.rectOf(*head) : Rect()});
-  }
-  // Who is in no group yet, in order.
-  std::vector<std::size_t> pool(persons.size());
-  std::iota(pool.begin(), pool.end(), 0U);
-  std::vector<std::vector<Person>> groups;
-  std::vector<std::size_t> queue;
-  while (!pool.empty()) {
-    queue.assign(1, pool.front());
-    pool.erase(pool.begin());
-    for (std::size_t next = 0; next < queue.size(); ++next) {
-      const Place place = places[queue[next]];
-      const auto joins = [&](std::size_t other) {
-        return place.head != nullptr && places[other].head != nullptr &&
-               places[other].head->id != place.head->id && isInProximity(place.area, places[other].area);
-      };
-      std::copy_if(pool.begin(), pool.end(), std::back_inserter(queue), joins);
-      pool.erase(std::remove_if(pool.begin(), pool.end(), joins), pool.end());
-    }
-    std::vector<Person>& group = groups.emplace_back();
-    for (const std::size_t index : queue) {
-      group.push_back(persons[index]);
-    }
-  }
-  return groups;
 }
 
 std::set<Person> calculateProximityFor(const Person& person, std::list<Person>& pool, bool useTrigger,
@@ -146,7 +98,8 @@ std::vector<Person> getProximityHeads(const Person& person, const std::vector<Pe
       continue;
     }
     // Only the member visited last decides; kept: frames must land on the same pixels.
-    if (test.areNeighbours(*candidate, lastVisited(members)) && taken.count(candidate) == 0) {
+    if (ProximityTest::doOverlap(test.placeOf(*candidate), test.placeOf(lastVisited(members))) &&
+        taken.count(candidate) == 0) {
       members.insert(candidate.get());
       group.push_back(candidate);
       taken.insert(candidate);

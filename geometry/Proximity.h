@@ -18,6 +18,30 @@
  */
 namespace fyn::productionrules {
 
+/** Makes the proximity rectangles of one camera, of one kind, and compares them. */
+class ProximityTest {
+ public:
+  /** Where a person is in the camera; nobody's neighbour without a head. Valid as long as the person. */
+  struct Place {
+    const Head* head = nullptr;
+    Rect area;
+  };
+
+  ProximityTest(bool useTrigger, std::uint32_t camId);
+
+  Place placeOf(const FynHead& person) const;
+
+  static bool doOverlap(const Place& a, const Place& b);
+
+  /** The same, but two places with one head id are no neighbours. */
+  static bool areNeighbours(const Place& a, const Place& b);
+
+ private:
+  bool mTrigger;
+  std::uint32_t mCamId;
+  Dimension mImage;
+};
+
 /**
  * `person` first, then everybody who is reachable from it over neighbours, in the order found, each once. Who
  * is found leaves the pool. Persons without a head in the camera, and two persons with one head id, are no
@@ -26,13 +50,6 @@ namespace fyn::productionrules {
 std::vector<std::shared_ptr<FynHead>> findProximityGroup(const std::shared_ptr<FynHead>& person,
                                                          std::list<std::shared_ptr<FynHead>>& pool,
                                                          bool useTrigger, std::uint32_t camId);
-
-/**
- * The groups of all the persons, in their order: the group of the first, of the first who is not in it, and
- * so on. Each head's rectangle is made once.
- */
-std::vector<std::vector<std::shared_ptr<FynHead>>> findProximityGroups(
-    const std::vector<std::shared_ptr<FynHead>>& persons, bool useTrigger, std::uint32_t camId);
 
 /** The same as a set, for hosts. Its order is that of addresses: the engines use findProximityGroup. */
 std::set<std::shared_ptr<FynHead>> calculateProximityFor(const std::shared_ptr<FynHead>& person,

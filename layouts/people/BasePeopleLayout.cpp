@@ -64,15 +64,16 @@ BasePeopleLayout::BasePeopleLayout() {
 
 // ---- Candidates ----
 
-std::shared_ptr<Layout> BasePeopleLayout::makeCandidate(const MLData& data, const PeopleChoice& choice) {
+std::shared_ptr<Layout> BasePeopleLayout::makeCandidate(const MLData& data, PeopleChoice choice) {
+  const std::size_t people = choice.seats.size();
   std::shared_ptr<Layout> layout = layoutFor(data, choice);
   layout->frameNumber = data.frameNumber;
-  layout->faceCount =
-      static_cast<std::int32_t>(hasTiles(*layout) ? settled(choice.seats).size() : choice.seats.size());
+  layout->faceCount = static_cast<std::int32_t>(hasTiles(*layout) ? choice.seats.size() : people);
   return layout;
 }
 
-std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const PeopleChoice& choice) {
+// When tiles are tried, only who may have one stays in the choice.
+std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleChoice& choice) {
   if (choice.seats.empty()) {
     return oneFrame(data, FramingType::ROOM, choice.roomCamId, "");
   }
@@ -81,7 +82,10 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const Pe
   const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
   const bool looks = isFirstLook() && isInViewOf(choice.groupCamId, choice.seats);
   const bool isOpen = walks || isTooMany || looks;
-  const std::shared_ptr<Layout> tiles = isOpen ? nullptr : tilesFor(settled(choice.seats));
+  if (!isOpen) {
+    keepSettled(choice.seats);
+  }
+  const std::shared_ptr<Layout> tiles = isOpen ? nullptr : tilesFor(choice.seats);
   const char* const reason = walks                                    ? "somebody walks"
                              : looks                                  ? kFirstLook
                              : tiles != nullptr && isUnsettled(tiles) ? kUnsettled
@@ -91,8 +95,8 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, const Pe
 }
 
 // Null when there are no tiles for these people.
-std::shared_ptr<Layout> BasePeopleLayout::tilesFor(const std::vector<Seat>& seats) {
-  std::vector<PeopleUnit> units = unitsOf(seats);
+std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats) {
+  std::vector<PeopleUnit> units = unitsOf(std::move(seats));
   while (true) {
     auto tiles = std::make_shared<Layout>();
     tiles->layoutType = tilesType(units);
@@ -120,10 +124,10 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesFor(const std::vector<Seat>& seat
   }
 }
 
-std::vector<PeopleUnit> BasePeopleLayout::unitsOf(const std::vector<Seat>& seats) const {
+std::vector<PeopleUnit> BasePeopleLayout::unitsOf(std::vector<Seat> seats) const {
   return PrConfig::get().newPfFeatureEnabled
-             ? formUnits(seats, mState.mCurLayout.get(), mState.mNextLayout.get())
-             : unitsOfOne(seats);
+             ? formUnits(std::move(seats), mState.mCurLayout.get(), mState.mNextLayout.get())
+             : unitsOfOne(std::move(seats));
 }
 
 std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type, std::uint32_t camId,

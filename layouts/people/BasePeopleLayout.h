@@ -77,7 +77,7 @@ class BasePeopleLayout : public BaseLayout {
    * or units, for a single unit of more than three, and when a tile would cut somebody whom it shows. The
    * people map must be that of `data`: the views are tried with it.
    */
-  std::shared_ptr<Layout> makeCandidate(const MLData& data, const PeopleChoice& choice);
+  std::shared_ptr<Layout> makeCandidate(const MLData& data, PeopleChoice choice);
 
   /** The view that the frame's place would get now; nothing when it would cut somebody of the frame. */
   std::optional<RuleOfThirdsView> tryView(const Frame& frame);
@@ -125,15 +125,16 @@ class BasePeopleLayout : public BaseLayout {
   /** Why everybody is in one picture although tiles are asked for. */
   static constexpr const char* kUnsettled = "the tiles do not settle";
 
-  std::shared_ptr<Layout> layoutFor(const MLData& data, const PeopleChoice& choice);
-  std::shared_ptr<Layout> tilesFor(const std::vector<Seat>& seats);
+  std::shared_ptr<Layout> layoutFor(const MLData& data, PeopleChoice& choice);
+  std::shared_ptr<Layout> tilesFor(std::vector<Seat> seats);
   /** `reason`: by which rule it is not tiles, or "". */
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                    const char* reason);
-  std::vector<Seat> settled(const std::vector<Seat>& seats) const;
+  void keepSettled(std::vector<Seat>& seats) const;
+  bool cutsOthers(const Frame& frame, const Rect& view) const;
   bool canTurnAway(const Frame& frame, const Rect& view) const;
   void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const;
-  std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats) const;
+  std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;
   bool isFirstGroup(std::uint32_t withinMs) const;

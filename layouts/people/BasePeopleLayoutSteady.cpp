@@ -141,15 +141,17 @@ bool BasePeopleLayout::isFirstGroup(std::uint32_t withinMs) const {
 
 // While all are in one picture, a tile for who has just come can wait: a box where nobody is would
 // begin the wait for all tiles anew. Not where such boxes are so many that tiles have not settled before.
-std::vector<Seat> BasePeopleLayout::settled(const std::vector<Seat>& seats) const {
-  std::vector<Seat> settled;
-  if (usesPresence() && groupOnScreen() != nullptr &&
-      mState.mCurLayout->reason != std::string_view(kUnsettled)) {
-    std::copy_if(seats.begin(), seats.end(), std::back_inserter(settled), [this](const Seat& seat) {
-      return !mPresence.hasJustCome(seat.person->id, kSettledMs, tick());
-    });
+void BasePeopleLayout::keepSettled(std::vector<Seat>& seats) const {
+  if (!usesPresence() || groupOnScreen() == nullptr ||
+      mState.mCurLayout->reason == std::string_view(kUnsettled)) {
+    return;
   }
-  return settled.empty() ? seats : settled;
+  const auto hasJustCome = [this](const Seat& seat) {
+    return mPresence.hasJustCome(seat.person->id, kSettledMs, tick());
+  };
+  if (!std::all_of(seats.begin(), seats.end(), hasJustCome)) {
+    seats.erase(std::remove_if(seats.begin(), seats.end(), hasJustCome), seats.end());
+  }
 }
 
 // Tiles that never settle: the picture has been wrong for long, and what is wanted has just changed again.
@@ -211,41 +213,38 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
   if (!constructBoundingBox(frame, box, false)) {
     return HeadPosition::CENTER;
   }
-  const Rect view = ruleOfThirdsView(frame, box).source;
-  const double overlap = getIntersectionOverUnion(view, frame.source);
-  if (frame.frameType == FramingType::HEAD) {
-    const HeadPosition position = singleHeadPosition(box, frame);
-    const bool isMild = position == HeadPosition::CENTER || position == HeadPosition::HEAD_OFF_CENTER;
-    if (isMild && canTurnAway(frame, view)) {
-      return HeadPosition::HEAD_ON_EDGE;
-    }
-    return position == HeadPosition::HEAD_OFF_CENTER && overlap >= kSameView ? HeadPosition::CENTER
-                                                                             : position;
+  const bool isHead = frame.frameType == FramingType::HEAD;
+  const HeadPosition position = isHead ? singleHeadPosition(box, frame) : HeadPosition::HEAD_OFF_CENTER;
+  const bool isCentred = position == HeadPosition::CENTER;
+  // The usual case: nothing to gain from another view.
+  if (isHead && (isCentred ? !cutsOthers(frame, frame.source) : position != HeadPosition::HEAD_OFF_CENTER)) {
+    return position;
   }
-  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
-  const bool isCut = !heads.areWhole(mState.people, frame.fynHeads, frame.source);
+  const Rect view = ruleOfThirdsView(frame, box).source;
+  const bool isCut = !isHead && !HeadsInView(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage)
+                                     .areWhole(mState.people, frame.fynHeads, frame.source);
   if (!isCut && canTurnAway(frame, view)) {
     return HeadPosition::HEAD_ON_EDGE;
   }
-  if (isCut ? view == frame.source : overlap >= kSameView) {
+  const double overlap = getIntersectionOverUnion(view, frame.source);
+  if (isCut ? view == frame.source : isCentred || overlap >= kSameView) {
     return HeadPosition::CENTER;
   }
-  return overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : neighboursPosition(box, frame);
+  return isHead || overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : neighboursPosition(box, frame);
 }
 
-// Whether the tile cuts the head of somebody who is not meant, and would no longer with the new view.
-bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
-  if (!PrConfig::get().steadyFramingEnabled) {
-    return false;
+// Whether the view of the frame's camera cuts the head of somebody who is not meant.
+bool BasePeopleLayout::cutsOthers(const Frame& frame, const Rect& view) const {
+  bool isCut = false;
+  if (PrConfig::get().steadyFramingEnabled) {
+    forOthers(frame, mState.people, [&](const Rect& head) { isCut = isCut || cutsOff(head, view); });
   }
-  bool isCutNow = false;
-  bool isCutThen = false;
-  forOthers(frame, mState.people, [&](const Rect& head) {
-    isCutNow = isCutNow || cutsOff(head, frame.source);
-    isCutThen = isCutThen || cutsOff(head, view);
-  });
+  return isCut;
+}
+
+bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
   // Of walkers the group is shown soon.
-  return isCutNow && !isCutThen && !doesSomebodyWalk();
+  return cutsOthers(frame, frame.source) && !cutsOthers(frame, view) && !doesSomebodyWalk();
 }
 
 void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const {

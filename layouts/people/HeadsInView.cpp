@@ -47,7 +47,7 @@ std::vector<Person> HeadsInView::persons(const std::vector<Person>& persons) con
   std::vector<Person> inView;
   inView.reserve(persons.size());
   // A second entry must not stand in for a first one that cannot be shown.
-  std::unordered_set<std::int32_t> known;
+  std::unordered_set<std::int32_t> known(persons.size());
   for (const Person& person : persons) {
     if (known.insert(person->id).second && find(*person) != nullptr) {
       inView.push_back(person);

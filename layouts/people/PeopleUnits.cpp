@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <numeric>
 #include <set>
+#include <utility>
 
 #include "geometry/Proximity.h"
 #include "geometry/RectMath.h"
@@ -37,15 +38,14 @@ class Joiner {
 
 class UnitForming {
  public:
-  explicit UnitForming(const std::vector<Seat>& seats) : mSeats(seats), mJoiner(seats.size()) {}
+  explicit UnitForming(std::vector<Seat> seats) : mSeats(std::move(seats)), mJoiner(mSeats.size()) {}
+
+  const std::vector<Seat>& seats() const { return mSeats; }
 
   /** Joins who is connected in a camera, among the seats for which `takesPart` is true. */
   template <typename Condition>
   void joinConnected(std::uint32_t camId, bool useTrigger, Condition takesPart) {
-    const Pool pool = poolOf(camId, takesPart);
-    for (const Pool& group : findProximityGroups(pool, useTrigger, camId)) {
-      joinAll(group);
-    }
+    joinNeighbours(camId, useTrigger, takesPart, mJoiner);
   }
 
   /** Those who share a frame on screen stay together as far as they are still connected. */
@@ -68,8 +68,10 @@ class UnitForming {
     }
   }
 
-  std::vector<PeopleUnit> units() const {
+  /** Takes the seats along. */
+  std::vector<PeopleUnit> takeUnits() {
     std::vector<PeopleUnit> units;
+    units.reserve(mSeats.size());
     std::vector<std::size_t> unitOfLeader(mSeats.size());
     for (std::size_t i = 0; i < mSeats.size(); ++i) {
       const std::size_t leader = mJoiner.leader(i);
@@ -77,52 +79,53 @@ class UnitForming {
         unitOfLeader[i] = units.size();
         units.emplace_back();
       }
-      units[unitOfLeader[leader]].push_back(mSeats[i]);
+      units[unitOfLeader[leader]].push_back(std::move(mSeats[i]));
     }
     return units;
   }
 
  private:
-  using Pool = std::vector<std::shared_ptr<FynHead>>;
-
   template <typename Condition>
-  Pool poolOf(std::uint32_t camId, Condition takesPart) const {
-    Pool pool;
-    for (const Seat& seat : mSeats) {
-      if (seat.camId == camId && takesPart(seat)) {
-        pool.push_back(seat.person);
+  void joinNeighbours(std::uint32_t camId, bool useTrigger, Condition takesPart, Joiner& joiner) {
+    const ProximityTest test(useTrigger, camId);
+    mPlaces.assign(mSeats.size(), {});
+    for (std::size_t i = 0; i < mSeats.size(); ++i) {
+      if (mSeats[i].camId == camId && takesPart(mSeats[i])) {
+        mPlaces[i] = test.placeOf(*mSeats[i].person);
+      }
+      for (std::size_t before = 0; before < i; ++before) {
+        if (ProximityTest::areNeighbours(mPlaces[before], mPlaces[i])) {
+          joiner.join(before, i);
+        }
       }
     }
-    return pool;
   }
 
   // All or nobody: who only connected two others and has gone must leave them as they were.
   void joinWhole(const Frame& frame) {
     const auto isMember = [&](const Seat& seat) { return frame.fynHeads.count(seat.person->id) != 0; };
-    const Pool pool = poolOf(frame.fynCamId, isMember);
-    if (pool.size() < 2 || pool.size() != frame.fynHeads.size()) {
+    std::vector<std::size_t> members;
+    for (std::size_t i = 0; i < mSeats.size(); ++i) {
+      if (mSeats[i].camId == frame.fynCamId && isMember(mSeats[i])) {
+        members.push_back(i);
+      }
+    }
+    if (members.size() < 2 || members.size() != frame.fynHeads.size()) {
       return;
     }
-    const std::vector<Pool> groups = findProximityGroups(pool, true, frame.fynCamId);
-    if (groups.size() == 1) {
-      joinAll(groups.front());
+    Joiner among(mSeats.size());
+    joinNeighbours(frame.fynCamId, true, isMember, among);
+    const auto isJoined = [&](std::size_t member) { return among.leader(member) == members.front(); };
+    if (std::all_of(members.begin(), members.end(), isJoined)) {
+      for (const std::size_t member : members) {
+        mJoiner.join(members.front(), member);
+      }
     }
   }
 
-  void joinAll(const Pool& group) {
-    const std::size_t first = indexOf(*group.front());
-    for (const std::shared_ptr<FynHead>& person : group) {
-      mJoiner.join(first, indexOf(*person));
-    }
-  }
-
-  std::size_t indexOf(const FynHead& person) const {
-    const auto seat = std::find_if(mSeats.begin(), mSeats.end(),
-                                   [&](const Seat& each) { return each.person.get() == &person; });
-    return static_cast<std::size_t>(seat - mSeats.begin());
-  }
-
-  const std::vector<Seat>& mSeats;
+  std::vector<Seat> mSeats;
+  /** As they were last looked at. */
+  std::vector<ProximityTest::Place> mPlaces;
   Joiner mJoiner;
 };
 
@@ -178,9 +181,9 @@ bool haveShared(const Seat& seat, const PeopleUnit& unit, const std::vector<cons
 
 }  // namespace
 
-std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
-                                  const Layout* pending) {
-  UnitForming forming(seats);
+std::vector<PeopleUnit> formUnits(std::vector<Seat> sorted, const Layout* current, const Layout* pending) {
+  UnitForming forming(std::move(sorted));
+  const std::vector<Seat>& seats = forming.seats();
   for (std::size_t i = 0; i < seats.size(); ++i) {
     // Sorted by camera: each camera once.
     if (i == 0 || seats[i].camId != seats[i - 1].camId) {
@@ -193,7 +196,7 @@ std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* 
   if (pending != nullptr) {
     forming.keepPending(*pending);
   }
-  return forming.units();
+  return forming.takeUnits();
 }
 
 bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, const Layout* current,
@@ -201,8 +204,9 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
   const std::vector<const People*> shared = sharedFrames(units, current, pending);
   for (std::size_t i = 0; i < units.size(); ++i) {
     const auto isShown = [&](const Seat& seat) {
-      return seat.camId == units[i].front().camId &&
-             reachesIn(seat, views[i], haveShared(seat, units[i], shared));
+      // Most are far from the view, however wide.
+      return seat.camId == units[i].front().camId && reachesIn(seat, views[i], true) &&
+             (haveShared(seat, units[i], shared) || reachesIn(seat, views[i], false));
     };
     for (std::size_t j = 0; j < units.size(); ++j) {
       if (i != j && std::any_of(units[j].begin(), units[j].end(), isShown)) {
@@ -217,11 +221,11 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
   return false;
 }
 
-std::vector<PeopleUnit> unitsOfOne(const std::vector<Seat>& seats) {
+std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats) {
   std::vector<PeopleUnit> units;
   units.reserve(seats.size());
-  for (const Seat& seat : seats) {
-    units.push_back({seat});
+  for (Seat& seat : seats) {
+    units.emplace_back().push_back(std::move(seat));
   }
   return units;
 }

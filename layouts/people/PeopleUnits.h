@@ -17,8 +17,7 @@ using PeopleUnit = std::vector<Seat>;
  * a frame of `pending` while they connect all of its people, so that somebody who comes between two others
  * and goes again joins nobody. Either layout may be null.
  */
-std::vector<PeopleUnit> formUnits(const std::vector<Seat>& seats, const Layout* current,
-                                  const Layout* pending);
+std::vector<PeopleUnit> formUnits(std::vector<Seat> seats, const Layout* current, const Layout* pending);
 
 /**
  * Joins two units of which one's tile, that shows `views[i]` of its camera, shows part of a head of the
@@ -30,6 +29,6 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
                 const Layout* pending);
 
 /** A unit of one for every seat. */
-std::vector<PeopleUnit> unitsOfOne(const std::vector<Seat>& seats);
+std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats);
 
 }  // namespace fyn::productionrules

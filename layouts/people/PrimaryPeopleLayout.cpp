@@ -28,7 +28,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   if (isSteady()) {
     choice.groupCamId = findFullestCamera(mState.people, choice.groupCamId);
   }
-  return makeCandidate(*mlData, choice);
+  return makeCandidate(*mlData, std::move(choice));
 }
 
 void PrimaryPeopleLayout::reportInput(const MLData& data) {

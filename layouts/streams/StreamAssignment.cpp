@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kNoStream = std::numeric_limits<std::size_t>::max();
 
-std::vector<PeopleUnit> unitsOf(const std::vector<Seat>& seats, bool joinNeighbours) {
-  return joinNeighbours ? formUnits(seats, nullptr, nullptr) : unitsOfOne(seats);
+std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats, bool joinNeighbours) {
+  return joinNeighbours ? formUnits(std::move(seats), nullptr, nullptr) : unitsOfOne(std::move(seats));
 }
 
 }  // namespace
