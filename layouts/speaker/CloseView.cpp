@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "geometry/RectMath.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
@@ -21,12 +22,19 @@ constexpr std::int64_t kLeastHeight = 288;
 // Around the members, of the tallest head's height: where there is no room for it, none.
 constexpr double kMargin = 0.25;
 
-// What is tried to leave no neighbour cut, in this order: the smaller change first. Shares of the view.
+// What is tried to leave the heads of neighbours room, or else whole, in this order: the smaller change
+// first. Shares of the view.
 constexpr double kGrowths[] = {1.0, 1.1, 1.2, 1.3, 1.4};
 constexpr double kShifts[] = {0.0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
 
 // So much of a head's width or height is nothing.
 constexpr double kNothing = 0.1;
+
+// A neighbour's head in view keeps so much of its own size from the sides: closer it looks cut, and soon is,
+// for people sway.
+constexpr double kBeside = 0.6;
+constexpr double kAbove = 0.3;
+constexpr double kBelow = 0.5;
 
 constexpr std::int64_t kAspectWidth = 16;
 constexpr std::int64_t kAspectHeight = 9;
@@ -85,13 +93,46 @@ Rect viewAround(const Box& heads, std::int64_t height, double shift, const Dimen
           static_cast<std::int32_t>(left + width), static_cast<std::int32_t>(top + height)};
 }
 
-bool cuts(const Rect& view, const Rect& head) {
+/** Of the head's width or height, whichever is less. */
+double shownShare(const Rect& view, const Rect& head) {
   const auto shown = [](double low, double high, double from, double to) {
     return (std::min(to, high) - std::max(from, low)) / (high - low);
   };
-  const double wide = shown(head.left, head.right, view.left, view.right);
-  const double high = shown(head.top, head.bottom, view.top, view.bottom);
-  return std::min(wide, high) > kNothing && std::min(wide, high) < 1 - kNothing;
+  return std::min(shown(head.left, head.right, view.left, view.right),
+                  shown(head.top, head.bottom, view.top, view.bottom));
+}
+
+bool cuts(const Rect& view, const Rect& head) {
+  const double shown = shownShare(view, head);
+  return shown > kNothing && shown < 1 - kNothing;
+}
+
+/** Whether a head in view is too near to a side, unless that is the image's. */
+bool crowds(const Rect& view, const Rect& head, const Dimension& image) {
+  const double beside = kBeside * widthOf(head);
+  const double height = heightOf(head);
+  return shownShare(view, head) > kNothing &&
+         (view.left > std::max(head.left - beside, 0.0) ||
+          view.right < std::min<double>(head.right + beside, image.width) ||
+          view.top > std::max(head.top - kAbove * height, 0.0) ||
+          view.bottom < std::min<double>(head.bottom + kBelow * height, image.height));
+}
+
+/** Null where each change leaves a head for which `isBad` is true. */
+template <typename Condition>
+std::optional<Rect> leastChanged(const Box& members, std::int64_t least, std::int64_t most,
+                                 const std::vector<Rect>& neighbours, const Dimension& image,
+                                 Condition isBad) {
+  for (const double growth : kGrowths) {
+    for (const double shift : kShifts) {
+      const Rect view = viewAround(members, std::min(share(growth, least), most), shift, image);
+      if (std::none_of(neighbours.begin(), neighbours.end(),
+                       [&](const Rect& head) { return isBad(view, head); })) {
+        return view;
+      }
+    }
+  }
+  return std::nullopt;
 }
 
 Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
@@ -115,19 +156,19 @@ Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const st
   const std::int64_t least =
       std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
                 heads.height(), heightFor(heads.width())});
-  for (const double growth : kGrowths) {
-    for (const double shift : kShifts) {
-      const Rect view = viewAround(heads, std::min(share(growth, least), most), shift, image);
-      if (std::none_of(neighbours.begin(), neighbours.end(),
-                       [&](const Rect& head) { return cuts(view, head); })) {
-        return view;
-      }
-    }
+  const auto isCrowded = [&](const Rect& view, const Rect& head) { return crowds(view, head, image); };
+  std::optional<Rect> view = leastChanged(heads, least, most, neighbours, image, isCrowded);
+  if (!view) {
+    view = leastChanged(heads, least, most, neighbours, image, cuts);
   }
-  return viewAround(heads, std::min(least, most), 0, image);
+  return view ? *view : viewAround(heads, std::min(least, most), 0, image);
 }
 
 }  // namespace
+
+bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {
+  return std::any_of(heads.begin(), heads.end(), [&](const Rect& head) { return cuts(view, head); });
+}
 
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit) {

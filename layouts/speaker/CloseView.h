@@ -9,10 +9,13 @@ namespace fyn::productionrules {
 /**
  * Places a frame around its members: as close as the group frame would be, but no head is taller than 30 per
  * cent of the view, no pixel of the camera is enlarged by more than 2.5, and the middle of the heads is at 40
- * per cent of the height. Where that would cut the head of a neighbour, the view is shifted or grown a
- * little. Heads and views are camera pixels; of a head counts what lies in the image.
+ * per cent of the height. Where the head of a neighbour would be cut or glued to a side, the view is shifted
+ * or grown a little. Heads and views are camera pixels; of a head counts what lies in the image.
  */
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit);
+
+/** Whether the view shows more than a tenth of one of the heads, but not all but a tenth. */
+bool cutsAny(const std::vector<Rect>& heads, const Rect& view);
 
 }  // namespace fyn::productionrules

@@ -15,9 +15,7 @@ namespace {
 // Of the height of a frame: it is placed anew when that would make it smaller than this.
 constexpr double kSmaller = 0.65;
 
-}  // namespace
-
-void placeMembers(Frame& frame, const PeopleMap& people) {
+std::vector<Rect> neighboursOf(const Frame& frame, const PeopleMap& people) {
   const HeadsInView heads = headsToFollow(frame.fynCamId);
   std::vector<Rect> neighbours;
   for (const auto& [id, person] : people) {
@@ -26,7 +24,14 @@ void placeMembers(Frame& frame, const PeopleMap& people) {
       neighbours.push_back(head->bbox);
     }
   }
-  placeClosely(frame, heads.bounds(people, frame.fynHeads), neighbours, speakerZoomLimit());
+  return neighbours;
+}
+
+}  // namespace
+
+void placeMembers(Frame& frame, const PeopleMap& people) {
+  placeClosely(frame, headsToFollow(frame.fynCamId).bounds(people, frame.fynHeads),
+               neighboursOf(frame, people), speakerZoomLimit());
 }
 
 HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
@@ -36,8 +41,9 @@ HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
   if (members.empty()) {
     return HeadPosition::CENTER;
   }
+  const std::vector<Rect> neighbours = neighboursOf(frame, people);
   Frame anew = frame;
-  placeMembers(anew, people);
+  placeClosely(anew, members, neighbours, speakerZoomLimit());
   if (anew.source == frame.source) {
     return HeadPosition::CENTER;
   }
@@ -45,7 +51,8 @@ HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
     return HeadPosition::GROUP_HEAD_OUTSIDE;
   }
   if (!std::all_of(members.begin(), members.end(),
-                   [&](const Rect& head) { return heads.isWhole(head, frame.source); })) {
+                   [&](const Rect& head) { return heads.isWhole(head, frame.source); }) ||
+      (cutsAny(neighbours, frame.source) && !cutsAny(neighbours, anew.source))) {
     return HeadPosition::GROUP_HEAD_ON_EDGE;
   }
   return heightOf(anew.source) < kSmaller * heightOf(frame.source) ? HeadPosition::GROUP_MOVE_CLOSE

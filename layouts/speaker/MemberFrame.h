@@ -14,8 +14,8 @@ constexpr bool isOfSpeaker(FramingType type) {
 /** Places the frame closely around those of its members who are in view, the others of `people` uncut. */
 void placeMembers(Frame& frame, const PeopleMap& people);
 
-/** Whether the frame is to be placed anew, and why: a member is cut, or it would be clearly smaller. CENTER
- * without a member in view. */
+/** Whether the frame is to be placed anew, and why: a member is cut, or a neighbour who need not be, or it
+ * would be clearly smaller. CENTER without a member in view. */
 HeadPosition memberPosition(const Frame& frame, const PeopleMap& people);
 
 }  // namespace fyn::productionrules
