@@ -38,6 +38,9 @@ constexpr std::uint32_t kEmptyTileMs = 2000;
 constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
 
+// How much higher a tile is than it need be, for people sway.
+constexpr double kSway = 1.03;
+
 // Who is not meant by the frame, in its camera.
 template <typename Visitor>
 void forOthers(const Frame& frame, const PeopleMap& people, Visitor visit) {
@@ -248,6 +251,9 @@ bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
 }
 
 void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const {
+  if (frame.frameType == FramingType::HEAD && !isPictureOfItsOwn()) {
+    view.loosen(kSway);
+  }
   std::vector<Rect> others;
   if (PrConfig::get().steadyFramingEnabled) {
     others.reserve(mState.people.size());

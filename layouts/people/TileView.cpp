@@ -123,6 +123,10 @@ void TileView::growToHeight(double least) {
   }
 }
 
+void TileView::loosen(double factor) {
+  growToHeight(factor * heightOf(view()));
+}
+
 void TileView::growBeside(const std::vector<Rect>& others, double height) {
   const Rect before = view();
   const double least = heightOf(before);

@@ -22,6 +22,9 @@ class TileView {
   /** Grows around the middle until the view is `least` high, as far as the image allows. */
   void growToHeight(double least);
 
+  /** The same until the view is higher by the factor. */
+  void loosen(double factor);
+
   /** The same until the view is `height` high, as far as it then shows nothing of others of whom it shows
    * nothing as it is. */
   void growBeside(const std::vector<Rect>& others, double height);
