@@ -119,7 +119,7 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats) {
     }
     if (!PrConfig::get().newPfFeatureEnabled ||
         !joinByView(units, views, mState.mCurLayout.get(), mState.mNextLayout.get())) {
-      return tiles;
+      return areLargerThanGroup(*tiles, views) ? tiles : nullptr;
     }
   }
 }

@@ -134,6 +134,7 @@ class BasePeopleLayout : public BaseLayout {
   bool cutsOthers(const Frame& frame, const Rect& view) const;
   bool canTurnAway(const Frame& frame, const Rect& view) const;
   void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const;
+  bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;

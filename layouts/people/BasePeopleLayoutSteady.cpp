@@ -38,6 +38,11 @@ constexpr std::uint32_t kEmptyTileMs = 2000;
 constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
 
+// People shown that much larger by a tile than by the picture of everybody are worth its borders; asked where
+// more than that many share one.
+constexpr double kLarger = 1.2;
+constexpr std::size_t kPair = 2;
+
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
 
@@ -155,6 +160,25 @@ void BasePeopleLayout::keepSettled(std::vector<Seat>& seats) const {
   if (!std::all_of(seats.begin(), seats.end(), hasJustCome)) {
     seats.erase(std::remove_if(seats.begin(), seats.end(), hasJustCome), seats.end());
   }
+}
+
+// Two tiles that show half of the room each are the picture of everybody with a line through it.
+bool BasePeopleLayout::areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views) {
+  const std::vector<Frame>& frames = tiles.frames;
+  const auto isOfMany = [](const Frame& frame) { return frame.fynHeads.size() > kPair; };
+  const auto isElsewhere = [&](const Frame& frame) { return frame.fynCamId != frames.front().fynCamId; };
+  if (!isSteady() || std::none_of(frames.begin(), frames.end(), isOfMany) ||
+      std::any_of(frames.begin(), frames.end(), isElsewhere)) {
+    return true;
+  }
+  Frame group;
+  group.fynCamId = frames.front().fynCamId;
+  const Rect all = groupView(group, BaseLayout::getGroupHeadBounds(group));
+  const double least = kLarger * kOutputSize.height / heightOf(all);
+  return std::equal(frames.begin(), frames.end(), views.begin(),
+                    [least](const Frame& frame, const Rect& view) {
+                      return heightOf(frame.dest) >= least * heightOf(view);
+                    });
 }
 
 // Tiles that never settle: the picture has been wrong for long, and what is wanted has just changed again.
