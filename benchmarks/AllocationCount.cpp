@@ -6,7 +6,7 @@
 namespace {
 // An atomic one would cost more than the allocation.
 thread_local std::uint64_t tAllocations = 0;
-}
+}  // namespace
 
 void* operator new(std::size_t size) {
   ++tAllocations;
