@@ -8,7 +8,7 @@ import { html, say, set } from './dom';
 /** A line breaks at the dots of a key, not within its words. */
 function sayKeys(node: Element, text: string): void {
   if (node.textContent === text) return;
-  node.replaceChildren(...text.split(/(?<=\.)(?=\w)/).flatMap((part, i) => (i ? [html('wbr'), part] : [part])));
+  node.replaceChildren(...text.split(/(?<=\.)(?=[a-z])/).flatMap((part, i) => (i ? [html('wbr'), part] : [part])));
 }
 
 function makeReason(name: string, none: string): { node: HTMLElement; draw: (moment: Moment | null, t: number) => void } {
