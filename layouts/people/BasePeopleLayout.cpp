@@ -82,10 +82,11 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleCh
   const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
   const bool looks = isFirstLook() && isInViewOf(choice.groupCamId, choice.seats);
   const bool isOpen = walks || isTooMany || looks;
+  std::shared_ptr<Layout> tiles;
   if (!isOpen) {
     keepSettled(choice.seats);
+    tiles = tilesFor(choice.seats);
   }
-  const std::shared_ptr<Layout> tiles = isOpen ? nullptr : tilesFor(choice.seats);
   const char* const reason = walks                                    ? "somebody walks"
                              : looks                                  ? kFirstLook
                              : tiles != nullptr && isUnsettled(tiles) ? kUnsettled

@@ -74,8 +74,8 @@ class BasePeopleLayout : public BaseLayout {
  protected:
   /**
    * The candidate layout: a tile for every unit; a ROOM layout for nobody; a GROUP layout for too many people
-   * or units, for a single unit of more than three, and when a tile would cut somebody whom it shows. The
-   * people map must be that of `data`: the views are tried with it.
+   * or units, for a single unit of more than three, when a tile would cut somebody whom it shows, and when
+   * tiles show people no larger. The people map must be that of `data`: the views are tried with it.
    */
   std::shared_ptr<Layout> makeCandidate(const MLData& data, PeopleChoice choice);
 

@@ -162,12 +162,12 @@ void BasePeopleLayout::keepSettled(std::vector<Seat>& seats) const {
   }
 }
 
-// Two tiles that show half of the room each are the picture of everybody with a line through it.
+// Two tiles that show half of the room each would be the picture of everybody with a line through it.
 bool BasePeopleLayout::areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views) {
   const std::vector<Frame>& frames = tiles.frames;
   const auto isOfMany = [](const Frame& frame) { return frame.fynHeads.size() > kPair; };
   const auto isElsewhere = [&](const Frame& frame) { return frame.fynCamId != frames.front().fynCamId; };
-  if (!isSteady() || std::none_of(frames.begin(), frames.end(), isOfMany) ||
+  if (!isSteady() || frames.size() < 2 || std::none_of(frames.begin(), frames.end(), isOfMany) ||
       std::any_of(frames.begin(), frames.end(), isElsewhere)) {
     return true;
   }
