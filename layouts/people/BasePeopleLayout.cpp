@@ -169,7 +169,19 @@ bool BasePeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool 
                                           withHeadBuffer || PrConfig::get().proximitySquareFeature);
 }
 
-Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) {
+Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& latest) {
+  const Rect resting = restingBox(frame, latest);
+  if (!(resting == latest)) {
+    TileView view = tileView(frame, resting);
+    if (HeadsInView(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage)
+            .isWhole(latest, view.view())) {
+      return view.box();
+    }
+  }
+  return tileView(frame, latest).box();
+}
+
+TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& box) {
   const bool isSquare = frame.frameType == FramingType::PROXIMITY && PrConfig::get().proximitySquareFeature;
   const Rect base =
       isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
@@ -179,7 +191,7 @@ Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const
   if (isSteady()) {
     fitAmongOthers(view, frame, box);
   }
-  return view.box();
+  return view;
 }
 
 // Whose heads are taller than those beside them is known once all tiles of a row have a view.

@@ -52,7 +52,7 @@ class BasePeopleLayout : public BaseLayout {
    * its height, so a wide box in a narrow tile would lose its sides. The base's for all others. Grown until
    * the tile enlarges the camera's pixels by no more than 2.5.
    */
-  Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& box) override;
+  Rect getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& latest) override;
 
   /** Shorter when people have left. */
   std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
@@ -133,6 +133,9 @@ class BasePeopleLayout : public BaseLayout {
   void keepSettled(std::vector<Seat>& seats) const;
   bool cutsOthers(const Frame& frame, const Rect& view) const;
   bool canTurnAway(const Frame& frame, const Rect& view) const;
+  /** Of a tile whose heads are in the box. */
+  TileView tileView(const Frame& frame, const Rect& box);
+  Rect restingBox(const Frame& frame, const Rect& latest) const;
   void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const;
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;

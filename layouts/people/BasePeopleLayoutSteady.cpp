@@ -274,6 +274,15 @@ bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
   return cutsOthers(frame, frame.source) && !cutsOthers(frame, view) && !doesSomebodyWalk();
 }
 
+// A tile is made for where its person rests: made for the end of a sway it would be wrong for long.
+Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const {
+  if (!usesPresence() || isPictureOfItsOwn() || frame.frameType != FramingType::HEAD ||
+      frame.fynHeads.size() != 1) {
+    return latest;
+  }
+  return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
+}
+
 void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const {
   if (frame.frameType == FramingType::HEAD && !isPictureOfItsOwn()) {
     view.loosen(kSway);

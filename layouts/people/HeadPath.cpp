@@ -16,6 +16,10 @@ constexpr std::uint32_t kLeastMs = 400;
 constexpr std::uint32_t kVelocityMs = 600;
 constexpr double kMsPerSecond = 1000.0;
 
+// From 2 to 20 s all are better than none. Of the head's height: a person who has changed seats.
+constexpr double kRestMs = 4000;
+constexpr double kElsewhere = 0.8;
+
 // From 1.5 to 3 all work; one head width takes people who shift in their chairs for walkers.
 constexpr double kHeadWidthsOfWalk = 2.0;
 constexpr double kGrowthOfWalk = 0.25;
@@ -30,7 +34,19 @@ double extent(std::int32_t low, std::int32_t high) {
 
 }  // namespace
 
+void HeadPath::rest(std::uint32_t now, const Rect& box) {
+  if (!mResting || mResting->distanceTo(box) > kElsewhere * extent(box.top, box.bottom)) {
+    mResting.emplace(box);
+    mRestsSince = now;
+    return;
+  }
+  const double passed = now - latestAt();
+  const double rested = now - mRestsSince;
+  mResting->follow(box, std::max(1 - std::exp(-passed / kRestMs), rested > 0 ? passed / rested : 0));
+}
+
 void HeadPath::add(std::uint32_t now, const Rect& box) {
+  rest(now, box);
   const auto isRecent = [now](const Sight& sight) { return now - sight.at <= kPathMs; };
   mSights.erase(mSights.begin(), std::find_if(mSights.begin(), mSights.end(), isRecent));
   mSights.push_back({now, box});

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "layouts/people/SmoothBox.h"
 #include "model/Geometry.h"
 
 namespace fyn::productionrules {
@@ -24,6 +26,10 @@ class HeadPath {
   /** The latest box, in camera pixels, and when it was seen; something must have been added. */
   const Rect& latest() const { return mSights.back().box; }
   std::uint32_t latestAt() const { return mSights.back().at; }
+
+  /** Where the head rests while it sways: the mean of its boxes, of the last four seconds mostly; the latest
+   * one once the head has left for elsewhere. */
+  Rect resting() const { return mResting->rounded(); }
 
   /**
    * Whether the path so far is that of somebody who walks: its last part lies far from its first part, by the
@@ -51,7 +57,11 @@ class HeadPath {
 
   static Mean mean(const Sight* first, const Sight* end);
 
+  void rest(std::uint32_t now, const Rect& box);
+
   std::vector<Sight> mSights;
+  std::optional<SmoothBox> mResting;
+  std::uint32_t mRestsSince = 0;
 };
 
 }  // namespace fyn::productionrules

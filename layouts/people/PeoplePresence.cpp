@@ -259,13 +259,23 @@ bool PeoplePresence::hasJustCome(std::int32_t personId, std::uint32_t withinMs, 
          now - sighting->second.first < withinMs;
 }
 
-Velocity PeoplePresence::velocity(std::int32_t personId, std::uint32_t camId) const {
+const HeadPath* PeoplePresence::findPath(std::int32_t personId, std::uint32_t camId) const {
   const auto sighting = mSightings.find(personId);
   if (sighting == mSightings.end()) {
-    return {};
+    return nullptr;
   }
   const auto path = sighting->second.paths.find(camId);
-  return path != sighting->second.paths.end() ? path->second.velocity() : Velocity{};
+  return path != sighting->second.paths.end() ? &path->second : nullptr;
+}
+
+Velocity PeoplePresence::velocity(std::int32_t personId, std::uint32_t camId) const {
+  const HeadPath* const path = findPath(personId, camId);
+  return path != nullptr ? path->velocity() : Velocity{};
+}
+
+Rect PeoplePresence::restingBox(std::int32_t personId, std::uint32_t camId, const Rect& box) const {
+  const HeadPath* const path = findPath(personId, camId);
+  return path != nullptr ? path->resting() : box;
 }
 
 Rect PeoplePresence::placeAhead(std::int32_t personId, std::uint32_t camId, const Rect& box,

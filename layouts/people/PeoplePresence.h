@@ -58,6 +58,9 @@ class PeoplePresence {
   /** Where the head will be after so many seconds at that pace, inside the image of the camera. */
   Rect placeAhead(std::int32_t personId, std::uint32_t camId, const Rect& box, double seconds) const;
 
+  /** Where that head rests while it sways; `box`, its latest, of whom the camera has not seen of late. */
+  Rect restingBox(std::int32_t personId, std::uint32_t camId, const Rect& box) const;
+
   void forget();
 
  private:
@@ -82,6 +85,7 @@ class PeoplePresence {
 
   using Sightings = std::map<std::int32_t, Sighting>;
 
+  const HeadPath* findPath(std::int32_t personId, std::uint32_t camId) const;
   void note(const std::shared_ptr<FynHead>& person, std::uint32_t now);
   void follow(Sighting& sighting, std::uint32_t now) const;
   bool isBelieved(const Sighting& sighting, std::uint32_t now) const;

@@ -19,6 +19,9 @@ class TileView {
 
   const Rect& box() const { return mBox; }
 
+  /** What the tile shows, made when it is first asked for. */
+  const Rect& view();
+
   /** Grows around the middle until the view is `least` high, as far as the image allows. */
   void growToHeight(double least);
 
@@ -44,7 +47,6 @@ class TileView {
   void standClearOf(const std::vector<Rect>& others, const Rect& own);
 
  private:
-  const Rect& view();
   TileView movedBy(std::int32_t x, std::int32_t y) const;
   /** Becomes the trial if its view is good. */
   template <typename Condition>

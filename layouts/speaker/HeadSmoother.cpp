@@ -17,10 +17,6 @@ constexpr double kTimeConstantMs = 250.0;
 constexpr double kJump = 0.6;
 constexpr double kShareOfJump = 0.5;
 
-std::int32_t rounded(double side) {
-  return static_cast<std::int32_t>(std::lround(side));
-}
-
 /** The person with another box in place of that of `head`. */
 std::shared_ptr<FynHead> withBox(const FynHead& person, const Head& head, const Rect& box) {
   auto copy = std::make_shared<FynHead>(person);
@@ -48,15 +44,13 @@ std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data
     }
     const Rect& box = head->bbox;
     const auto known = mTracks.find(person->id);
-    Track track{{double{1} * box.left, double{1} * box.top, double{1} * box.right, double{1} * box.bottom},
-                now};
+    Track track{SmoothBox(box), now};
     if (known != mTracks.end()) {
       track = known->second;
       follow(track, box, now);
     }
     tracks.emplace(person->id, track);
-    const Sides& sides = track.sides;
-    const Rect smooth{rounded(sides.left), rounded(sides.top), rounded(sides.right), rounded(sides.bottom)};
+    const Rect smooth = track.box.rounded();
     if (!(smooth == box)) {
       person = withBox(*person, *head, smooth);
       isChanged = true;
@@ -72,18 +66,12 @@ std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data
 }
 
 void HeadSmoother::follow(Track& track, const Rect& box, std::uint32_t now) {
-  Sides& sides = track.sides;
-  const double dx = (double{1} * box.left + box.right - sides.left - sides.right) / 2;
-  const double dy = (double{1} * box.top + box.bottom - sides.top - sides.bottom) / 2;
   const double height = double{1} * box.bottom - box.top;
   double share = 1 - std::exp(-static_cast<double>(now - track.at) / kTimeConstantMs);
-  if (std::hypot(dx, dy) > kJump * height) {
+  if (track.box.distanceTo(box) > kJump * height) {
     share = std::max(share, kShareOfJump);
   }
-  sides.left += share * (box.left - sides.left);
-  sides.top += share * (box.top - sides.top);
-  sides.right += share * (box.right - sides.right);
-  sides.bottom += share * (box.bottom - sides.bottom);
+  track.box.follow(box, share);
   track.at = now;
 }
 

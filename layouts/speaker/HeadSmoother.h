@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 
+#include "layouts/people/SmoothBox.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
@@ -20,15 +21,8 @@ class HeadSmoother {
   std::shared_ptr<MLData> smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId, std::uint32_t now);
 
  private:
-  /** The sides of a box, in camera pixels. */
-  struct Sides {
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-  };
   struct Track {
-    Sides sides;
+    SmoothBox box;
     std::uint32_t at = 0;
   };
 

@@ -159,5 +159,19 @@ TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
   EXPECT_EQ(presence.update(scene().person(3).at(500, 360).mlData(), 300)->getHeads().size(), 1U);
 }
 
+TEST(HeadPath, RestsInTheMiddleOfASwayAndMovesOnWithThePerson) {
+  HeadPath path;
+  const auto add = [&path](std::uint32_t now, std::int32_t left) {
+    path.add(now, {left, 300, left + 80, 400});
+    return path.resting().left;
+  };
+  EXPECT_EQ(add(0, 100), 100);
+  for (std::uint32_t now = 500; now <= 20000; now += 500) {
+    EXPECT_NEAR(add(now, now % 1000 != 0 ? 140 : 100), 120, now < 2000 ? 20 : 5) << now;
+  }
+  EXPECT_NEAR(add(40000, 160), 160, 1) << "missed for long";
+  EXPECT_EQ(add(40500, 250), 250) << "on another seat";
+}
+
 }  // namespace
 }  // namespace fyn::productionrules::testing
