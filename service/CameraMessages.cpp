@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "model/FynCamerasConfig.h"
 #include "model/JsonNumber.h"
 #include "platform/MrJsonUtil.h"
 #include "platform/Topics.h"
@@ -82,12 +81,16 @@ void CameraMessages::takeOwnCamera(int camId) {
 
 void CameraMessages::handleCameras(const std::string& msg) {
   PRB_LOGD(kTag, "%s: CAMERAS: %s", "process", msg.c_str());
-  FynCameras listed;
-  listed.from_json(nlohmann::json::parse(msg));
-  FynCamerasConfig::getMutable().update(listed);
+  FynCamerasConfig::getMutable().update(getFynCamMessage(msg));
   PRB_LOGI(kTag, "%s: CAMERAS FynCamerasConfig: %s", "process", FynCamerasConfig::get().str().c_str());
   publishForwarding();
   becomePrimaryFor360Camera();
+}
+
+FynCameras CameraMessages::getFynCamMessage(const std::string& msg) const {
+  FynCameras cameras;
+  cameras.from_json(nlohmann::json::parse(msg));
+  return cameras;
 }
 
 // Asks the remote-forwarding service to carry the framing mode and every other camera's layouts across

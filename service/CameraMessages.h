@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 
+#include "model/FynCamerasConfig.h"
 #include "service/TrackingModes.h"
 
 namespace fyn::productionrules {
@@ -25,6 +26,7 @@ class CameraMessages {
  private:
   void takeOwnCamera(int camId);
   void listenToPrimary(int camId);
+  FynCameras getFynCamMessage(const std::string& msg) const;
   void publishForwarding();
   void becomePrimaryFor360Camera();
 

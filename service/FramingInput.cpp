@@ -2,7 +2,6 @@
 
 #include <ctime>
 #include <nlohmann/json.hpp>
-#include <vector>
 
 #include "config/PrConfig.h"
 #include "platform/ServiceState.h"
@@ -20,7 +19,29 @@ void logParsingError(const nlohmann::json::exception& fault, const std::string& 
   PRB_LOGE(kTag, "parsing error: %s, input=%s", fault.what(), msg.c_str());
 }
 
-std::vector<std::shared_ptr<Layout>> readSecondaryLayouts(const std::string& msg) {
+}  // namespace
+
+void FramingInput::handleVisionResult(const std::string& msg) {
+  try {
+    processMlData(getMLData(msg));
+  } catch (const nlohmann::json::exception& fault) {
+    logParsingError(fault, msg);
+  }
+}
+
+void FramingInput::handleSecondaryLayout(const std::string& msg) {
+  PRB_LOGD(kTag, "%s: secondary layout: %s", "process", msg.c_str());
+  try {
+    const std::vector<std::shared_ptr<Layout>> layouts = getSecondaryLayoutData(msg);
+    if (!layouts.empty() && layouts.front() != nullptr) {
+      processSecondaryLayout(layouts);
+    }
+  } catch (const nlohmann::json::exception& fault) {
+    logParsingError(fault, msg);
+  }
+}
+
+std::vector<std::shared_ptr<Layout>> FramingInput::getSecondaryLayoutData(const std::string& msg) const {
   std::vector<std::shared_ptr<Layout>> layouts;
   const nlohmann::json document = nlohmann::json::parse(msg);
   if (const auto streams = document.find("streams"); streams != document.end()) {
@@ -32,29 +53,14 @@ std::vector<std::shared_ptr<Layout>> readSecondaryLayouts(const std::string& msg
   return layouts;
 }
 
-}  // namespace
-
-void FramingInput::handleVisionResult(const std::string& msg) {
-  try {
-    processMlData(mReader->read(msg));
-  } catch (const nlohmann::json::exception& fault) {
-    logParsingError(fault, msg);
-  }
-}
-
-void FramingInput::handleSecondaryLayout(const std::string& msg) {
-  PRB_LOGD(kTag, "%s: secondary layout: %s", "process", msg.c_str());
-  try {
-    mModes.active().setSecondaryLayout(readSecondaryLayouts(msg));
-  } catch (const nlohmann::json::exception& fault) {
-    logParsingError(fault, msg);
-  }
+void FramingInput::processSecondaryLayout(const std::vector<std::shared_ptr<Layout>>& layouts) {
+  mModes.active().setSecondaryLayout(layouts);
 }
 
 void FramingInput::dumpDebug() {
   mDebug = true;
-  if (PrConfig::get().fynDebugFileEnabled && !mDump) {
-    mDump.emplace(kDumpName, mPlatform.openDump);
+  if (PrConfig::get().fynDebugFileEnabled && !mFileWriter) {
+    mFileWriter.emplace(kDumpName, mPlatform.openDump);
   }
 }
 
@@ -67,8 +73,8 @@ void FramingInput::processMlData(const std::shared_ptr<MLData>& mlData) {
   const bool modeSwitched = mModes.enforceFramingMode();
   BaseTrackingMode& mode = mModes.active();
   const bool changed = mode.process(mlData);
-  if (config.fynDebugFileEnabled && mDump) {
-    mDump->write(mode.getDebugDataInJson());
+  if (config.fynDebugFileEnabled && mFileWriter) {
+    mFileWriter->write(mode.getDebugDataInJson());
   }
   if (!changed && !mode.isLayoutPending()) {
     sendPeriodically();
@@ -84,7 +90,7 @@ void FramingInput::processMlData(const std::shared_ptr<MLData>& mlData) {
 // Nothing changed: a debug send now and then, while somebody watches.
 void FramingInput::sendPeriodically() {
   const PrConfig& config = PrConfig::get();
-  if (!mIsRecording && !config.fynDebugEnabled) {
+  if (!mRecording && !config.fynDebugEnabled) {
     return;
   }
   const std::int64_t now = getWallTs64() / 1000;

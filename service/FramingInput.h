@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "model/VisionResultReader.h"
 #include "platform/FynFrameTracker.h"
@@ -29,19 +30,22 @@ class FramingInput {
   void dumpDebug();
 
   /** While somebody records, an unchanged layout is sent now and then as well, as a debug document. */
-  void setRecording(bool isRecording) { mIsRecording = isRecording; }
+  void setRecording(bool isRecording) { mRecording = isRecording; }
 
  private:
+  std::shared_ptr<MLData> getMLData(const std::string& msg) { return mReader->read(msg); }
   void processMlData(const std::shared_ptr<MLData>& mlData);
   void sendPeriodically();
+  std::vector<std::shared_ptr<Layout>> getSecondaryLayoutData(const std::string& msg) const;
+  void processSecondaryLayout(const std::vector<std::shared_ptr<Layout>>& layouts);
 
   const Platform& mPlatform;
   TrackingModes& mModes;
   std::shared_ptr<VisionResultReader> mReader = std::make_shared<VisionResultReader>();
   FynFrameTracker mFrameTracker;
-  std::optional<FynFileWriter> mDump;
+  std::optional<FynFileWriter> mFileWriter;
   bool mDebug = false;
-  bool mIsRecording = false;
+  bool mRecording = false;
 };
 
 }  // namespace fyn::productionrules

@@ -35,7 +35,7 @@ void TrackingModes::start() {
   if (mOperatingMode == FynOperatingMode::Primary) {
     FynCamerasConfig::getMutable().fynCamId = 0;
   }
-  mActive->updateTrackingModeLayout(mOperatingMode, nullptr);
+  mTrackingMode->updateTrackingModeLayout(mOperatingMode, nullptr);
   mPlatform.health->setMode(framingModeToString(mFramingMode));
 }
 
@@ -90,11 +90,11 @@ BaseTrackingMode& TrackingModes::find(FramingMode mode) {
 void TrackingModes::updateTrackingMode(FramingMode newMode) {
   PRB_LOGI(kTag, "%s  updating to newMode: %s -> %s", "updateTrackingMode",
            framingModeToString(mFramingMode).c_str(), framingModeToString(newMode).c_str());
-  mActive = &find(newMode);
+  mTrackingMode = &find(newMode);
   mFramingMode = newMode;
   mPlatform.health->setMode(framingModeToString(newMode));
-  mActive->resetLayouts();
-  mActive->updateTrackingModeLayout(mOperatingMode, nullptr);
+  mTrackingMode->resetLayouts();
+  mTrackingMode->updateTrackingModeLayout(mOperatingMode, nullptr);
 }
 
 void TrackingModes::setFynOperatingMode(FynOperatingMode mode) {

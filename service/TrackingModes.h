@@ -18,7 +18,7 @@ class TrackingModes {
   /** Begins with group framing in the configured role. */
   void start();
 
-  BaseTrackingMode& active() const { return *mActive; }
+  BaseTrackingMode& active() const { return *mTrackingMode; }
   FramingMode framingMode() const { return mFramingMode; }
   FynOperatingMode operatingMode() const { return mOperatingMode; }
 
@@ -47,7 +47,7 @@ class TrackingModes {
   PeopleFramingMode mPeopleFramingMode;
   GroupTrackingMode mGroupTrackingMode;
   MultiStreamTrackingMode mMultiStreamTrackingMode;
-  BaseTrackingMode* mActive = &mGroupTrackingMode;
+  BaseTrackingMode* mTrackingMode = &mGroupTrackingMode;
   /** As asked for: one that has no object of its own is shown by the group mode. */
   FramingMode mFramingMode = FramingMode::GroupFraming;
   FynOperatingMode mOperatingMode = FynOperatingMode::Standalone;
