@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "geometry/RectMath.h"
 #include "geometry/RuleOfThirds.h"
@@ -59,11 +60,11 @@ std::int32_t turnFromHead(const Rect& head, const Rect& view) {
   }
   const std::int32_t gap = share(kGap, widthOf(head));
   const double sliver = kSliver * widthOf(head);
-  const std::int32_t shownAtLeft = wrapSub(head.right, view.left);
-  const std::int32_t shownAtRight = wrapSub(view.right, head.left);
-  return shownAtLeft <= sliver    ? wrapAdd(shownAtLeft, gap)
-         : shownAtRight <= sliver ? -wrapAdd(shownAtRight, gap)
-                                  : 0;
+  // A box from outside may be wider than its sides can say.
+  const double shownAtLeft = double{1} * head.right - view.left;
+  const double shownAtRight = double{1} * view.right - head.left;
+  const auto turnBy = [gap](double shown) { return wrapAdd(static_cast<std::int32_t>(shown), gap); };
+  return shownAtLeft <= sliver ? turnBy(shownAtLeft) : shownAtRight <= sliver ? -turnBy(shownAtRight) : 0;
 }
 
 constexpr double kPartsOfTheWay[] = {1, 0.75, 0.5, 0.25};
