@@ -138,6 +138,22 @@ TEST(PropertyFile, SaysTheFaultOnceAndIsUsedWhenItIsMended) {
   }
 }
 
+TEST(PropertyFile, ThatIsReplacedIsReadAtTheNextRefresh) {
+  const ScratchFolder folder;
+  const std::string path = folder.file("p.db");
+  SqlitePropertyStore store(path);
+  EXPECT_TRUE(store.set("k", "old"));
+  for (const char* file : {"p.db", "p.db-wal", "p.db-shm"}) {
+    std::filesystem::remove(folder.file(file));
+  }
+  EXPECT_TRUE(SqlitePropertyStore(path).set("k", "new"));
+  CapturedLog log;
+  store.refresh();
+  EXPECT_EQ(store.get("k"), "new");
+  EXPECT_EQ(log.take(), Lines{"W|SqlitePropertyStore|the property file " + path +
+                              " was removed or replaced and is opened anew"});
+}
+
 TEST(PropertyFile, LockedAtTheStartIsTriedAgain) {
   const ScratchFolder folder;
   const std::string path = folder.file("p.db");

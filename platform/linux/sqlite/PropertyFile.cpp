@@ -1,5 +1,7 @@
 #include "platform/linux/sqlite/PropertyFile.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -58,14 +60,22 @@ class PropertyFile::Query {
 };
 
 PropertyFile::PropertyFile(const std::string& path, int busyLimitMs, const std::string& bootId) {
-  std::error_code ignored;
-  std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+  const std::filesystem::path folder = std::filesystem::absolute(path).parent_path();
+  std::error_code noFolder;
+  std::filesystem::create_directories(folder, noFolder);
+  if (noFolder) {
+    throw std::runtime_error("its folder cannot be made: " + noFolder.message());
+  }
   sqlite3* opened = nullptr;
   // SQLite tells it as the cause of a fault, whoever left it.
   errno = 0;
   const int result = sqlite3_open_v2(
       path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
   mDatabase.reset(opened);
+  // A file that it cannot make SQLite tries to read, and tells of that alone.
+  if (result == SQLITE_CANTOPEN && access(folder.c_str(), W_OK) != 0) {
+    throw std::runtime_error(std::string("its folder cannot be written: ") + std::strerror(errno));
+  }
   check(opened, result);
   useWriteAheadLog(busyLimitMs);
   execute("PRAGMA synchronous=NORMAL");

@@ -52,6 +52,7 @@ SqlitePropertyStore::FileState SqlitePropertyStore::fileState() const {
 void SqlitePropertyStore::open(int busyLimitMs) const {
   try {
     mFile.emplace(mPath, busyLimitMs, mBootId);
+    mOpened = fileNumber();
     if (!std::exchange(mSaid, "").empty()) {
       PRB_LOGI(kTag, "the property file %s can be used again", mPath.c_str());
     }
@@ -69,6 +70,10 @@ bool SqlitePropertyStore::isUsable() const {
 
 void SqlitePropertyStore::refresh() {
   const MutexLock lock(mMutex);
+  if (mFile && fileNumber() != mOpened) {
+    mFile.reset();
+    PRB_LOGW(kTag, "the property file %s was removed or replaced and is opened anew", mPath.c_str());
+  }
   if (!mFile) {
     open(kRetryLimitMs);
   }

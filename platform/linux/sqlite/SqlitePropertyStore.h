@@ -19,7 +19,7 @@ namespace fyn::productionrules {
  *
  * While the file cannot be used (locked, damaged, on a full disk), which is said once in the log with the
  * fault, nothing is set and `set` fails. `refresh` tries it again, and so does any use after the file has
- * changed.
+ * changed. `refresh` also goes over to a file that has taken the place of the opened one.
  */
 class SqlitePropertyStore final : public PropertyStore, public ErasableProperties {
  public:
@@ -46,6 +46,7 @@ class SqlitePropertyStore final : public PropertyStore, public ErasablePropertie
   using FileState = std::array<std::int64_t, 6>;
 
   FileState fileState() const;
+  std::int64_t fileNumber() const { return fileState().front(); }
   void open(int busyLimitMs) const PR_REQUIRES(mMutex);
   bool isUsable() const PR_REQUIRES(mMutex);
   template <typename Write>
@@ -59,6 +60,7 @@ class SqlitePropertyStore final : public PropertyStore, public ErasablePropertie
   /** Nothing while the file cannot be used; then its state at that time. */
   mutable std::optional<PropertyFile> mFile PR_GUARDED_BY(mMutex);
   mutable FileState mFailed PR_GUARDED_BY(mMutex) = {};
+  mutable std::int64_t mOpened PR_GUARDED_BY(mMutex) = 0;
   /** What was said last; "" while all is well. */
   mutable std::string mSaid PR_GUARDED_BY(mMutex);
 };
