@@ -296,6 +296,10 @@ std::string MqttConnection::errorText(int result) {
   if (mOptions.address.tls && result == MOSQ_ERR_ERRNO && code == EPROTO) {
     return "the broker has cut TLS off; perhaps it wants a client certificate: --mqtt-cert and --mqtt-key";
   }
+  // The library has no text for it.
+  if (result == MOSQ_ERR_KEEPALIVE) {
+    return "the broker does not answer";
+  }
   return result == MOSQ_ERR_ERRNO ? std::strerror(code) : mosquitto_strerror(result);
 }
 
