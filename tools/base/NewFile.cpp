@@ -1,5 +1,6 @@
 #include "tools/base/NewFile.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,8 +12,15 @@
 namespace fyn::productionrules {
 
 namespace {
+
 namespace fs = std::filesystem;
+
+/** By which a file without a name can be opened and named. */
+std::string pathOf(int descriptor) {
+  return "/proc/self/fd/" + std::to_string(descriptor);
 }
+
+}  // namespace
 
 NewFile::NewFile(const std::string& path, const OutputRules& rules) : mPlace(path) {
   rules.check(path);
@@ -22,15 +30,19 @@ NewFile::NewFile(const std::string& path, const OutputRules& rules) : mPlace(pat
     const fs::path whole = fs::weakly_canonical(path, fault);
     mPlace = fault ? path : whole.string();
     mBeside = mPlace + '.' + std::to_string(getpid()) + ".part";
+    mUnnamed = ::open(fs::absolute(mPlace).parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
   }
+  const std::string written = mUnnamed >= 0 ? pathOf(mUnnamed) : mBeside.empty() ? mPlace : mBeside;
   errno = 0;
-  mFile.open(mBeside.empty() ? mPlace : mBeside, std::ios::binary | std::ios::trunc);
+  mFile.open(written, std::ios::binary | std::ios::trunc);
   if (!mFile) {
-    mBeside.clear();
+    if (mUnnamed >= 0) {
+      ::close(mUnnamed);
+    }
     cannotOpen(path, "writing");
   }
   if (fs::is_regular_file(there)) {
-    fs::permissions(mBeside, there.permissions(), fault);
+    fs::permissions(written, there.permissions(), fault);
   }
   mStream.rdbuf(mFile.rdbuf());
   if (const Packing packing = packingOfName(path); packing != Packing::None) {
@@ -45,6 +57,9 @@ NewFile::~NewFile() {
   if (!mBeside.empty()) {
     std::error_code ignored;
     fs::remove(mBeside, ignored);
+  }
+  if (mUnnamed >= 0) {
+    ::close(mUnnamed);
   }
 }
 
@@ -61,7 +76,12 @@ void NewFile::putInPlace() {
     return;
   }
   std::error_code fault;
-  fs::rename(mBeside, mPlace, fault);
+  if (mUnnamed >= 0 &&
+      linkat(AT_FDCWD, pathOf(mUnnamed).c_str(), AT_FDCWD, mBeside.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    fault.assign(errno, std::generic_category());
+  } else {
+    fs::rename(mBeside, mPlace, fault);
+  }
   if (fault) {
     throw std::runtime_error(mPlace + ": cannot be replaced: " + fault.message());
   }

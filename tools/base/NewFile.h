@@ -12,8 +12,8 @@ namespace fyn::productionrules {
 
 /**
  * A file that is written beside its place and put there when it is worth it; until then, what stands there
- * stays as it is. One that is never put in place is gone with the object. A device or a pipe is written to at
- * once.
+ * stays as it is. One that is never put in place is gone with the object, and where the file system can, also
+ * when the program is killed. A device or a pipe is written to at once.
  */
 class NewFile {
  public:
@@ -36,8 +36,10 @@ class NewFile {
  private:
   /** The place itself, not a link to it. */
   std::string mPlace;
-  /** Where it is written; empty when that is its place. */
+  /** Its name until then; empty when it is written at its place. */
   std::string mBeside;
+  /** It has no name yet; negative when it has. */
+  int mUnnamed = -1;
   std::ofstream mFile;
   std::unique_ptr<PackingBuffer> mPacking;
   std::ostream mStream{nullptr};
