@@ -171,7 +171,7 @@ TEST(ViewCommand, ShowsALiveBusWithScenesAndReasonsOfTheService) {
   runTool({kPrb, "prop", "set", "vendor.fyndebug.decisions", "1", "--properties", store});
   Process service({programFolder() + "/productionrulesd", "--bus", broker.url(), "--properties", store,
                    "--log", "stderr"});
-  Viewer viewer({kPrb, "view", "--bus", broker.url(), "--properties", "memory"});
+  Viewer viewer({kPrb, "view", "--bus", broker.url()});
   const std::string meeting = folder.file("meeting.jsonl");
   runTool({kPrb, "simulate", "--seed", "3", "--minutes", "1", "--noise", "none", "-o", meeting});
   Process player({kPrb, "play", meeting, "--bus", broker.url(), "--loop", "--speed", "20"});

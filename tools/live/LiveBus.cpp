@@ -18,10 +18,6 @@ constexpr std::chrono::seconds kAnswerLimit{5};
 /** How long a wish to end may take to be seen. */
 constexpr std::chrono::milliseconds kSlice{20};
 
-bool concernsProperties(const PlatformOptions::Row& row) {
-  return row.field == &PlatformOptions::properties;
-}
-
 PropertyStore& lastingStore(const PlatformOptions& options) {
   if (options.properties == "memory") {
     throw UsageError("a property in memory is gone with this command: name a file with --properties");
@@ -55,19 +51,34 @@ class TroubleLog final : public LogSink {
 
 bool concernsBus(const PlatformOptions::Row& row) {
   return row.field != &PlatformOptions::provider && row.field != &PlatformOptions::log &&
-         row.field != &PlatformOptions::metrics;
+         row.field != &PlatformOptions::metrics && row.field != &PlatformOptions::properties;
+}
+
+template <typename Concerns>
+void addOptions(CLI::App& command, PlatformOptions& options, Concerns concerns) {
+  const PlatformOptions fromEnvironment = PlatformOptions::fromEnvironment();
+  options.log = fromEnvironment.log;
+  for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
+    if (concerns(row)) {
+      options.*row.field = fromEnvironment.*row.field;
+      if (row.option != nullptr) {
+        command.add_option(row.option, options.*row.field,
+                           std::string(row.meaning) + " (environment: " + row.environment + ")");
+      }
+    }
+  }
 }
 
 }  // namespace
 
-void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus) {
-  options = PlatformOptions::fromEnvironment();
-  for (const PlatformOptions::Row& row : PlatformOptions::rows()) {
-    if (row.option != nullptr && (concernsProperties(row) || (withBus && concernsBus(row)))) {
-      command.add_option(row.option, options.*row.field,
-                         std::string(row.meaning) + " (environment: " + row.environment + ")");
-    }
-  }
+void addBusOptions(CLI::App& command, PlatformOptions& options) {
+  options.properties = "memory";
+  addOptions(command, options, concernsBus);
+}
+
+void addPropertiesOption(CLI::App& command, PlatformOptions& options) {
+  addOptions(command, options,
+             [](const PlatformOptions::Row& row) { return row.field == &PlatformOptions::properties; });
 }
 
 DevicePlatform toolPlatform(PlatformOptions options) {

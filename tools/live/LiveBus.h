@@ -13,9 +13,12 @@ class App;
 
 namespace fyn::productionrules {
 
-/** Gives `command` the options of the properties, and those of the bus when it uses one. Environment
- * variables give the defaults. */
-void addPlatformOptions(CLI::App& command, PlatformOptions& options, bool withBus);
+/** Gives `command` the options of the bus, and keeps it off the machine's properties. Environment variables
+ * give the defaults. */
+void addBusOptions(CLI::App& command, PlatformOptions& options);
+
+/** Gives `command` the option of the properties, after those of the bus when it has them. */
+void addPropertiesOption(CLI::App& command, PlatformOptions& options);
 
 /** The platform of a tool, without a camera provider. It logs when something goes wrong, and with
  * PRB_LOG=stderr all the time. Raises UsageError when an option cannot be used. */
@@ -55,7 +58,7 @@ class LiveBus {
   /** Waits until subscriptions made so far are in force. */
   void waitUntilReady();
 
-  /** The same; returns sooner when somebody wishes to end. */
+  /** The same; returns sooner when somebody wishes to end. Whoever holds the signals back needs this one. */
   void waitUntilReady(StopSignals& stop);
 
  private:

@@ -78,7 +78,7 @@ void checkBus(const CheckFeedOptions& options, PrbContext& context) {
   for (const std::string& topic : FeedCheck::topics()) {
     bus.client().subscribe(topic, feed);
   }
-  bus.waitUntilReady();
+  bus.waitUntilReady(stop);
   context.err << "watching " << options.platform.bus << " for " << options.seconds << " s\n" << std::flush;
   stop.waitFor(std::chrono::seconds(options.seconds));
   tell(*feed.end(), options.platform.bus, context);
@@ -98,7 +98,7 @@ void addCheckFeedCommand(CLI::App& command, PrbContext& context) {
       ->check(CLI::Range(1, 86'400))
       ->capture_default_str()
       ->excludes(recording);
-  addPlatformOptions(command, options->platform, true);
+  addBusOptions(command, options->platform);
   recording->excludes(command.get_option("--bus"));
   command.footer(
       "For who connects a vision pipeline: says what is missing, mistyped, outside of the image, late or out "

@@ -150,10 +150,12 @@ void addCtlCommand(CLI::App& command, PrbContext& /*context*/) {
   const auto options = std::make_shared<PlatformOptions>();
   const auto modeText = std::make_shared<std::string>();
   command.require_subcommand(1);
-  addPlatformOptions(command, *options, true);
+  addBusOptions(command, *options);
+  addPropertiesOption(command, *options);
   command.fallthrough();
   for (const ControlRow& row : kRows) {
     command.add_subcommand(row.name, row.summary)->callback([options, &row] {
+      options->properties = "memory";
       LiveBus bus(*options);
       send(bus, row.topic, row.text);
     });

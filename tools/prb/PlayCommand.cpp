@@ -70,7 +70,7 @@ void runPlay(const PlayOptions& options, PrbContext& context) {
   StoppableInput standardInput(context.in, stop);
   InputFile check(options.input, standardInput.stream());
   LiveBus bus(options.platform);
-  bus.waitUntilReady();
+  bus.waitUntilReady(stop);
   Player player(bus, stop, options.speed);
   bool goesOn = true;
   do {
@@ -105,7 +105,7 @@ void addPlayCommand(CLI::App& command, PrbContext& context) {
       ->check(CLI::Range(0.01, kMostSpeed).description(""))
       ->capture_default_str();
   command.add_flag("--loop", options->loop, "Begin again at the end, until a signal comes");
-  addPlatformOptions(command, options->platform, true);
+  addBusOptions(command, options->platform);
   command.footer(
       "Examples:\n"
       "  prb play meeting.jsonl --bus mqtt://localhost\n"

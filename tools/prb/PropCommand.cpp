@@ -102,7 +102,7 @@ void runList(const PropOptions& options, PrbContext& context) {
 void addPropCommand(CLI::App& command, PrbContext& context) {
   const auto options = std::make_shared<PropOptions>();
   command.require_subcommand(1);
-  addPlatformOptions(command, options->platform, false);
+  addPropertiesOption(command, options->platform);
   command.fallthrough();
   CLI::App* const get = command.add_subcommand("get", "Print the value of a property, or its default");
   get->add_option("key", options->key, "The property")->type_name("KEY")->required();

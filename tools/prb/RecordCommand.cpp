@@ -164,14 +164,14 @@ void runRecord(RecordOptions& options, PrbContext& context) {
       for (const std::string_view topic : kOutputTopics) {
         bus.client().subscribe(std::string(topic), *outputs);
       }
-      bus.waitUntilReady();
+      bus.waitUntilReady(stop);
       std::this_thread::sleep_for(kOnTheWay);
     }
     outputs->open();
     for (const std::string& topic : inputTopics(options)) {
       bus.client().subscribe(topic, *recorder);
     }
-    bus.waitUntilReady();
+    bus.waitUntilReady(stop);
     context.err << "recording to " << options.recorder.path << "; end with Ctrl-C\n" << std::flush;
     recordUntilTheEnd(options, start, *recorder, stop, context);
     std::this_thread::sleep_for(kOnTheWay);
@@ -225,7 +225,8 @@ void addRecordCommand(CLI::App& command, PrbContext& context) {
   command.add_flag("--outputs", options->outputs,
                    "Record what the service publishes too, for prb replay --check");
   addForceOption(command, options->recorder.rules);
-  addPlatformOptions(command, options->platform, true);
+  addBusOptions(command, options->platform);
+  addPropertiesOption(command, options->platform);
   command.footer(
       "Examples:\n"
       "  prb record --bus mqtt://localhost -o room.jsonl\n"

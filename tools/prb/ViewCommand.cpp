@@ -161,7 +161,7 @@ void viewBus(const ViewArguments& arguments, PrbContext& context) {
   const auto room = std::make_shared<LiveRoom>(lines, liveTimeMs);
   state->setLog(room, LogLevels::kWarningLevel);
   const Deliveries deliveries(bus, *room);
-  bus.waitUntilReady();
+  bus.waitUntilReady(stop);
   const ViewPage page = showViewPage(lines, arguments.platform.bus, arguments.page);
   tellAddress(page, context);
   waitForTheEnd(stop);
@@ -212,7 +212,7 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->excludes(beside);
   addViewPageOptions(command, arguments->page);
-  addPlatformOptions(command, arguments->platform, true);
+  addBusOptions(command, arguments->platform);
   recording->excludes(command.get_option("--bus"));
   command.footer(
       "Serves a page that shows the room, the picture, the waits and why the picture changed, and prints its "

@@ -36,7 +36,7 @@ void runWatch(const PlatformOptions& options, PrbContext& context) {
   for (const std::string& topic : WatchState::topics()) {
     bus.client().subscribe(topic, state);
   }
-  bus.waitUntilReady();
+  bus.waitUntilReady(stop);
   while (!stop.waitFor(kScreenInterval)) {
     show(state, context);
   }
@@ -49,7 +49,7 @@ void runWatch(const PlatformOptions& options, PrbContext& context) {
 
 void addWatchCommand(CLI::App& command, PrbContext& context) {
   const auto options = std::make_shared<PlatformOptions>();
-  addPlatformOptions(command, *options, true);
+  addBusOptions(command, *options);
   command.footer(
       "Examples:\n"
       "  prb watch --bus mqtt://localhost             one screen that updates\n"

@@ -232,7 +232,7 @@ void declareOptions(CLI::App& app, CameraArguments& arguments) {
       ->type_name("FILE");
   app.add_option("--dbus", arguments.dbus, "D-Bus to serve on: session, system or an address")
       ->capture_default_str();
-  addPlatformOptions(app, arguments.platform, true);
+  addBusOptions(app, arguments.platform);
   app.add_option("--feed", arguments.feed,
                  "Own the inputs, whatever becomes of the other programs, and hand their frames to "
                  "prb-vision on this socket")

@@ -220,7 +220,7 @@ void declareOptions(CLI::App& app, VisionArguments& arguments) {
   app.add_option("--feed", arguments.feed,
                  "Look at the frames that prb-camera hands over on this socket instead")
       ->type_name("SOCKET");
-  addPlatformOptions(app, arguments.platform, true);
+  addBusOptions(app, arguments.platform);
   addMeetingOptions(app, arguments.recording);
   app.add_option("--detector", arguments.detector,
                  "rooms: whose face is seen, by a small network, the default where its file is there; "

@@ -39,7 +39,7 @@ beforeAll(async () => {
   browser = await launch();
   page = await browser.newPage({ viewport: { width: 1400, height: 1000 } });
   page.on('pageerror', (error) => faults.push(error.message));
-  await subscribed('/PRBDecisions', async () => page.goto(await programs.view('--bus', bus, '--properties', properties)));
+  await subscribed('/PRBDecisions', async () => page.goto(await programs.view('--bus', bus)));
   await page.locator('.numbers summary').click();
 });
 
