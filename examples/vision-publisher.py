@@ -6,6 +6,8 @@ import time
 
 import paho.mqtt.client as mqtt
 
+if len(sys.argv) != 4:
+    sys.exit(__doc__)
 host, port, room = sys.argv[1], int(sys.argv[2]), sys.argv[3]
 client = mqtt.Client(protocol=mqtt.MQTTv5)
 client.connect(host, port)

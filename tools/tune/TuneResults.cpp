@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/base/FileFault.h"
 #include "tools/base/InputFile.h"
 #include "tools/base/UsageError.h"
 
@@ -79,7 +80,7 @@ TuneResults::TuneResults(std::string path, std::string fingerprint)
   }
   mFile.open(mPath, std::ios::app | std::ios::binary);
   if (!mFile) {
-    throw UsageError(mPath + ": cannot be opened for writing");
+    cannotOpen(mPath, "writing");
   }
 }
 

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <thread>
 #include <utility>
@@ -131,7 +133,7 @@ ViewServer::Pages::Pages(LineLog& lines, std::string name, const ViewServerOptio
   mPort = options.port == 0 ? mServer.bind_to_any_port(options.address) : options.port;
   if (mPort <= 0 || (options.port != 0 && !mServer.bind_to_port(options.address, options.port))) {
     throw std::runtime_error("port " + std::to_string(options.port) + " of " + options.address +
-                             " cannot be had");
+                             " cannot be had: " + std::strerror(errno));
   }
   // The library lets only five wait, and whoever comes next tries again after a second.
   listen(listening, SOMAXCONN);
