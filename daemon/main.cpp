@@ -10,10 +10,8 @@
 #include <iostream>
 #include <string>
 
-#include "config/check/ConfigCheck.h"
 #include "daemon/HostProcess.h"
 #include "daemon/SelfCheck.h"
-#include "platform/TextFile.h"
 #include "platform/linux/PlatformOptions.h"
 
 namespace {
@@ -35,19 +33,6 @@ bool isReadable(const std::string& path) {
   return access(path.c_str(), R_OK) == 0;
 }
 
-/** The service passes over what it does not know. */
-void tellFaults(const std::string& configuration) {
-  std::string text;
-  try {
-    text = fyn::productionrules::readRegularFile(configuration).value_or("");
-  } catch (const std::exception&) {
-    return;  // The service tells of a file that it cannot use.
-  }
-  for (const fyn::productionrules::ConfigFault& fault : fyn::productionrules::checkConfiguration(text)) {
-    std::cerr << "productionrulesd: " << configuration << ':' << fault.line << ": " << fault.text << "\n";
-  }
-}
-
 /** The service itself takes a missing file for an empty one. */
 void chooseConfiguration(const CLI::App& app, HostOptions& options) {
   if (isReadable(options.configuration)) {
@@ -58,9 +43,6 @@ void chooseConfiguration(const CLI::App& app, HostOptions& options) {
     std::cerr << "productionrulesd: there is no configuration file " << options.configuration
               << "; until a restart the recommended one holds, " << recommended << "\n";
     options.configuration = recommended;
-  } else {
-    std::cerr << "productionrulesd: the configuration file " << options.configuration
-              << " cannot be read; the defaults hold\n";
   }
 }
 
@@ -135,7 +117,6 @@ int main(int argc, char** argv) {
       return fyn::productionrules::checkInstallation(options.configuration, options.platform, std::cout) ? 0
                                                                                                          : 1;
     }
-    tellFaults(options.configuration);
     warnOfEmbeddedBus(options);
     passOn(options);
     return fyn::productionrules::runHostProcess(options.library, options.name);

@@ -40,7 +40,7 @@ ROOMS["modes"] = above("layouts/streams", "layouts/speaker")
 ROOMS["output"] = above("config")
 ROOMS["service"] = above("modes", "output")
 # Only programs name a backend; the library's entry function takes that of the device, the rest sees the interfaces.
-ROOMS["service/entry"] = above("service")
+ROOMS["service/entry"] = above("service", "config/check")
 ROOMS["daemon"] = {"platform", "platform/linux", "config/check"}
 ROOMS["examples"] = {"platform", "platform/linux/dbus"}
 ROOMS["tools/base"] = above("config")

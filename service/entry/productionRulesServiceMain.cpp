@@ -1,6 +1,8 @@
 #include <exception>
 
+#include "config/check/ConfigCheck.h"
 #include "platform/DevicePlatform.h"
+#include "platform/ServiceState.h"
 #include "platform/VisionSettings.h"
 #include "service/ProductionRulesServiceRunner.h"
 #include "service/entry/HostSignals.h"
@@ -10,9 +12,27 @@ namespace {
 
 constexpr const char* kTag = "productionRulesServiceMain";
 
+/** The service passes over what it does not know. */
+void tellFaults(const std::string& path, const std::optional<std::string>& configuration) {
+  using namespace fyn::productionrules;
+  if (!configuration) {
+    PRB_LOGW(kTag, "there is no configuration file %s; the defaults hold", path.c_str());
+    return;
+  }
+  for (const ConfigFault& fault : checkConfiguration(*configuration)) {
+    PRB_LOGW(kTag, "%s:%d: %s", path.c_str(), fault.line, fault.text.c_str());
+  }
+}
+
 void runOnChosenPlatform(const std::string& name, bool loadConfig) {
   using namespace fyn::productionrules;
   const DevicePlatform device = buildPlatform();
+  ServiceState& state = ServiceState::current();
+  state.setFiles([read = state.files()](const std::string& path) {
+    std::optional<std::string> text = read(path);
+    tellFaults(path, text);
+    return text;
+  });
   HostSignals host;
   runProductionRulesService(device.platform, name, loadConfig,
                             [&](BaseIPCService& service) { host.attach(service, device); });

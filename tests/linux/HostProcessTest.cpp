@@ -369,8 +369,10 @@ TEST(HostProcess, TakesTheRecommendedConfigurationWhereThereIsNone) {
 TEST(HostProcess, RunsWithoutBrokerProviderAndConfigurationAndEndsOnInterrupt) {
   ScratchFolder folder;
   ASSERT_EQ(mkfifo(folder.file("pipe.conf").c_str(), 0600), 0);
+  folder.write("wrong.conf", "# settings\nnonsense=1\n");
   for (const auto& [configuration, fault] :
-       {std::pair("none.conf", "none.conf cannot be read; the defaults hold\n"),
+       {std::pair("none.conf", "none.conf; the defaults hold\n"),
+        {"wrong.conf", "wrong.conf:2: unknown key nonsense\n"},
         {"pipe.conf", "pipe.conf is not read: it is not a regular file\n"}}) {
     Process host({kProgram, "--bus", "mqtt://127.0.0.1:" + std::to_string(freePort()), "--properties",
                   "memory", "--log", "stderr", "--config", folder.file(configuration)});
