@@ -22,7 +22,7 @@ std::vector<Preset> makePresets() {
         {"animation.ease.duration", 400, ""},
         {"persist.sf.fdtimers.layoutchange.othertoss", 300, "Speaker framing: closer, and sooner so"},
         {"persist.sf.fdtimers.tighten", 60000, ""},
-        {"persist.sf.fdtimers.tightenwide", 5700, ""},
+        {"persist.sf.fdtimers.tightenwide", 4600, ""},
         {"persist.fdtimers.groupframe.outside", 500,
          "Group framing: sooner where somebody is lost, else calmer"},
         {"persist.fdtimers.groupframe.onedge", 4000, ""},

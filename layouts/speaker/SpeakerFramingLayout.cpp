@@ -179,6 +179,9 @@ void SpeakerFramingLayout::listen() {
       hints.push_back(hint);
     }
   }
+  const auto missed =
+      std::count_if(hints.begin(), hints.end(), [](const SpeechHint& hint) { return hint.isMissed; });
+  mMemory.missed.add(hints.size(), static_cast<std::size_t>(missed), tick());
   mMemory.belief.update(hints, tick());
   mMemory.turns.update(mMemory.belief.speakers(), tick());
 }

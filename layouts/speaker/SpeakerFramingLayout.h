@@ -11,6 +11,7 @@
 #include "layouts/people/PeoplePresence.h"
 #include "layouts/speaker/Exchange.h"
 #include "layouts/speaker/HeadSmoother.h"
+#include "layouts/speaker/MissedShare.h"
 #include "layouts/speaker/SpeakerCamera.h"
 #include "layouts/speaker/SpeakerFramingData.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
@@ -100,6 +101,7 @@ class SpeakerFramingLayout : public BaseLayout {
     Exchange exchange;
     SpeakerCamera camera;
     SpeakerShots shots;
+    MissedShare missed;
     /** The latest picture with somebody in it who has spoken; only such a one is held in silence. */
     std::shared_ptr<const Layout> speakersPicture;
   };

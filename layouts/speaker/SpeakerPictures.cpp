@@ -1,5 +1,6 @@
 // The part of SpeakerFramingLayout that chooses the picture.
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -24,6 +25,10 @@ constexpr std::size_t kWide = 3;
 
 // What is worth a cut: less than this share of the height.
 constexpr double kCloser = 0.8;
+
+// Where a share of the heads is missed, tags are, too: a picture closes in later by so many times the share.
+constexpr double kLongerForMissed = 2.5;
+constexpr double kLongestMs = std::numeric_limits<std::int32_t>::max();
 
 const SpeakerFramingLayoutBuilder& builderInForce() {
   static const SpeakerFramingLayoutBuilder neighbours;
@@ -189,8 +194,9 @@ std::uint32_t SpeakerFramingLayout::tightenMs() const {
   const auto visible = static_cast<std::size_t>(std::count_if(
       mInView.begin(), mInView.end(), [this](const auto& person) { return isWholeOnScreen(*person); }));
   const PrConfig& config = PrConfig::get();
-  return static_cast<std::uint32_t>(
-      std::max(visible >= kWide ? config.timersSfTightenWide : config.timersSfTighten, 0));
+  const std::int32_t ms = std::max(visible >= kWide ? config.timersSfTightenWide : config.timersSfTighten, 0);
+  const double longer = config.steadyFramingEnabled ? 1 + kLongerForMissed * mMemory.missed.value() : 1;
+  return static_cast<std::uint32_t>(std::min(longer * ms, kLongestMs));
 }
 
 // ---- Exchanges ----

@@ -80,6 +80,27 @@ TEST(SpeakerTalk, ClosesInOnWhoSpeaksOn) {
   }
 }
 
+// Three quarters of the time 2 to 4 are missed: more than half of all heads.
+TEST(SpeakerTalk, ClosesInLaterWhereHeadsAreMissed) {
+  const auto closesInAfterMs = [](bool isSteady, bool isMissed) {
+    SpeakerRun run(kImage);
+    run.with([&](PrConfig& config) {
+      config.steadyFramingEnabled = isSteady;
+      config.timersSfTighten = 4000;
+    });
+    talk(run, times(20, "1") + times(10, "2"));
+    std::uint64_t ms = 0;
+    for (; run.picture() != "SUBSET_SPEAKER [1]" && ms < 20000; ms += kLetterMs) {
+      const bool isSeen = !isMissed || ms / kLetterMs % 4 == 0;
+      run.watch(isSeen ? four('1') : scene().person(1).at(300, 400).speaking(), kLetterMs);
+    }
+    return ms;
+  };
+  const std::uint64_t usual = closesInAfterMs(true, false);
+  EXPECT_GE(closesInAfterMs(true, true), usual + 1500);
+  EXPECT_EQ(closesInAfterMs(false, true), closesInAfterMs(false, false));
+}
+
 TEST(SpeakerTalk, OfManyInTurnShowsEverybody) {
   SpeakerRun run(kImage);
   talk(run, times(6, "111112222244444"));
