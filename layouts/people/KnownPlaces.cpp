@@ -1,6 +1,7 @@
 #include "layouts/people/KnownPlaces.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "geometry/Overlap.h"
 
@@ -31,16 +32,17 @@ void KnownPlaces::add(const std::shared_ptr<FynHead>& person, std::uint32_t now)
   }
 }
 
-bool KnownPlaces::take(const FynHead& person, std::uint32_t now) {
+std::shared_ptr<FynHead> KnownPlaces::take(const FynHead& person, std::uint32_t now) {
   const auto known = std::find_if(mPlaces.begin(), mPlaces.end(), [&](const Place& place) {
     return now - place.leftAt <= kRememberedMs &&
            (place.person->id == person.id || sharedPlace(*place.person, person) >= kSamePlace);
   });
-  const bool isKnown = known != mPlaces.end();
-  if (isKnown) {
-    mPlaces.erase(known);
+  if (known == mPlaces.end()) {
+    return nullptr;
   }
-  return isKnown;
+  std::shared_ptr<FynHead> before = std::move(known->person);
+  mPlaces.erase(known);
+  return before;
 }
 
 }  // namespace fyn::productionrules

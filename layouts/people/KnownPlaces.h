@@ -21,8 +21,8 @@ class KnownPlaces {
   /** `now`: ticks in milliseconds. */
   void add(const std::shared_ptr<FynHead>& person, std::uint32_t now);
 
-  /** Whether somebody was known by that number or at that place, who is forgotten then. */
-  bool take(const FynHead& person, std::uint32_t now);
+  /** Who was known by that number or at that place, and is forgotten then; null for nobody. */
+  std::shared_ptr<FynHead> take(const FynHead& person, std::uint32_t now);
 
  private:
   struct Place {

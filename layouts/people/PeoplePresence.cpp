@@ -141,7 +141,7 @@ void PeoplePresence::findAgain(const MLData& data, std::uint32_t now) {
     }
     const auto missed = findMissed(newcomer);
     if (missed == mSightings.end()) {
-      newcomer.counts = newcomer.wasThereFirst = isWary() && mKnownPlaces.take(*person, now);
+      comeBack(newcomer, now);
       continue;
     }
     if (missed->second.counts) {
@@ -150,6 +150,16 @@ void PeoplePresence::findAgain(const MLData& data, std::uint32_t now) {
     inherit(newcomer, missed->second);
     newcomer.formerId = missed->first;
     mSightings.erase(missed);
+  }
+}
+
+// Somebody who was given up, at the same place or by the same number: a picture that still shows the place
+// needs no other one.
+void PeoplePresence::comeBack(Sighting& newcomer, std::uint32_t now) {
+  const std::shared_ptr<FynHead> before = isWary() ? mKnownPlaces.take(*newcomer.person, now) : nullptr;
+  newcomer.counts = newcomer.wasThereFirst = before != nullptr;
+  if (before != nullptr && mSightings.count(before->id) == 0) {
+    mRenamed.push_back({before, newcomer.person});
   }
 }
 

@@ -91,6 +91,7 @@ class PeoplePresence {
   bool isBelieved(const Sighting& sighting, std::uint32_t now) const;
   bool isAnybodyThere() const;
   void findAgain(const MLData& data, std::uint32_t now);
+  void comeBack(Sighting& newcomer, std::uint32_t now);
   bool takeBack(Sighting& returned, std::uint32_t now);
   Sightings::iterator findMissed(const Sighting& newcomer);
   static void inherit(Sighting& sighting, const Sighting& before);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/PrConfig.h"
 #include "layouts/people/PeoplePresence.h"
 #include "tests/testing/SceneBuilder.h"
 #include "tests/testing/TestEnvironment.h"
@@ -143,6 +144,30 @@ TEST(PeoplePresence, WhoComesBackUnderTheOldNumberWasNotSomebodyElse) {
     presence.update(scene().person(8).at(300, 360).mlData(), 300);
     EXPECT_TRUE(
         isThere(*presence.update(scene().person(8).at(300, 360).person(1).at(900, 360).mlData(), 400), 8));
+  }
+}
+
+// Given up after 3 s, which is forgotten after a minute.
+TEST(PeoplePresence, WhoComesBackAtThePlaceIsTheSamePersonToAPictureThatStillShowsIt) {
+  TestEnvironment environment;
+  PrConfig config;
+  config.steadyFramingEnabled = true;
+  PrConfig::set(config);
+  for (const std::uint32_t awayMs : {3500U, 70000U}) {
+    PeoplePresence presence;
+    const auto alone = scene().person(2).at(900, 360).mlData();
+    presence.update(scene().person(1).at(300, 360).person(2).at(900, 360).mlData(), 0);
+    for (std::uint32_t now = 100; now < awayMs; now += 100) {
+      presence.update(alone, now);
+    }
+    const auto present =
+        presence.update(scene().person(2).at(900, 360).person(7).at(310, 360).mlData(), awayMs);
+    const bool isKnown = awayMs < 60000;
+    EXPECT_EQ(isThere(*present, 7), isKnown);
+    ASSERT_EQ(presence.renamed().size(), isKnown ? 1U : 0U);
+    if (isKnown) {
+      EXPECT_EQ(presence.renamed()[0].before->id, 1);
+    }
   }
 }
 
