@@ -200,9 +200,11 @@ std::uint32_t BasePeopleLayout::steadyWait(const Layout& candidate, std::uint32_
   if (isGroup && doesSomebodyWalk()) {
     return std::min(waitMs, kGroupOfWalkersMs);
   }
-  // However often the wish changes, everybody is in the picture after this time.
+  // However often the wish changes, everybody is in the picture after this time, and somebody in the empty
+  // room.
+  const bool isUrgent = isGroup || mState.mCurLayout->layoutType == FramingType::ROOM;
   const std::uint32_t latest = waitMs + kUnsettledMs;
-  const std::uint32_t wrongFor = isGroup && mState.differsSince ? tick() - *mState.differsSince : 0;
+  const std::uint32_t wrongFor = isUrgent && mState.differsSince ? tick() - *mState.differsSince : 0;
   const std::uint32_t wait = std::min(waitMs, latest - std::min(latest, wrongFor));
   if (isATileEmpty()) {
     return PrConfig::get().steadyFramingEnabled ? std::min(wait, kEmptyTileMs) : wait;

@@ -172,9 +172,18 @@ void TileView::turnFrom(const std::vector<Rect>& others, const Rect& own) {
     return;
   }
   const std::int32_t most = share(kMostTurn, widthOf(view()));
-  take(movedBy(std::clamp(toRight + toLeft, -most, most), 0), [&](const Rect& seen) {
+  const std::int32_t turn = std::clamp(toRight + toLeft, -most, most);
+  const auto showsOwn = [&](const Rect& seen) {
     return seen.left <= std::max(own.left, 0) && seen.right >= std::min(own.right, mImage.width);
-  });
+  };
+  // Not as far as somebody else's head.
+  for (const double part : kPartsOfTheWay) {
+    if (take(movedBy(static_cast<std::int32_t>(part * turn), 0),
+             [&](const Rect& seen) { return showsOwn(seen) && !cutsAny(others, seen); })) {
+      return;
+    }
+  }
+  take(movedBy(turn, 0), showsOwn);
 }
 
 void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
