@@ -3,7 +3,6 @@
 #include <mosquitto.h>
 
 #include <algorithm>
-#include <cinttypes>
 #include <exception>
 #include <optional>
 #include <utility>
@@ -39,7 +38,10 @@ bool isRefusedMessage(int result) {
 }  // namespace
 
 MqttPubSubClient::MqttPubSubClient(const MqttOptions& options)
-    : mOptions(options), mConnection(options, *this), mSubscriptions(options.address.room) {
+    : mOptions(options),
+      mConnection(options, *this),
+      mSubscriptions(options.address.room),
+      mOutage(options.address.text()) {
   if (mOptions.health != nullptr) {
     mStatus.emplace(mOptions.health);
   }
@@ -228,10 +230,6 @@ std::uint64_t MqttPubSubClient::lostMessages() const {
   return mOutbox.lost() + mUnacknowledged.size();
 }
 
-void MqttPubSubClient::onRefused(const std::string& reason) {
-  mRefusal = reason;
-}
-
 void MqttPubSubClient::onPublished(int id) {
   mUse.assertHeld();
   mUnacknowledged.erase(id);
@@ -246,16 +244,7 @@ void MqttPubSubClient::onConnected(std::size_t receiveMaximum) {
     mStatus->begin();
     mOptions.health->setBus(true);
   }
-  mOutageSaid = false;
-  mRefusalSaid = false;
-  const std::string address = mOptions.address.text();
-  if (mEverConnected || unsent > 0) {
-    PRB_LOGI(kTag, "%s to %s, %" PRIu64 " messages could not be sent",
-             mEverConnected ? "connected again" : "connected", address.c_str(), unsent);
-  } else {
-    PRB_LOGI(kTag, "connected to %s", address.c_str());
-  }
-  mEverConnected = true;
+  mOutage.sayConnected(unsent);
 }
 
 void MqttPubSubClient::onMessage(const std::string& name, const std::string& text) {
@@ -266,21 +255,15 @@ void MqttPubSubClient::onMessage(const std::string& name, const std::string& tex
 
 bool MqttPubSubClient::connectionEnded(int result) {
   const MutexLock use(mUse);
-  const std::string reason = mRefusal.empty() ? mConnection.errorText(result) : mRefusal;
+  const std::string reason = mConnection.errorText(result);
   mOutbox.shut();
   mSubscriptions.forgetConnection();
   const bool lost = std::exchange(mConnected, false);
   if (mOptions.health != nullptr) {
     mOptions.health->setBus(false);
   }
-  const bool refused = !mRefusal.empty();
-  mRefusal.clear();
-  // A refusal needs a person, so it is said even if the outage began otherwise; each once until the return.
-  const bool outageKnown = std::exchange(mOutageSaid, true);
-  const bool refusalKnown = refused ? std::exchange(mRefusalSaid, true) : true;
-  if (!mClosing && !(outageKnown && refusalKnown)) {
-    PRB_LOGW(kTag, "%s %s (%s), trying on", lost ? "lost the connection to" : "cannot connect to",
-             mOptions.address.text().c_str(), reason.c_str());
+  if (!mClosing) {
+    mOutage.sayEnded(lost, reason);
   }
   return lost;
 }

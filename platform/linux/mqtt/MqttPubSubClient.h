@@ -13,6 +13,7 @@
 #include "platform/PubSub.h"
 #include "platform/linux/mqtt/MqttConnection.h"
 #include "platform/linux/mqtt/MqttOptions.h"
+#include "platform/linux/mqtt/MqttOutage.h"
 #include "platform/linux/mqtt/MqttOutbox.h"
 #include "platform/linux/mqtt/MqttStatus.h"
 #include "platform/linux/mqtt/MqttSubscriptions.h"
@@ -74,7 +75,7 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
 
   // Called by the connection.
   void onConnected(std::size_t receiveMaximum) override;
-  void onRefused(const std::string& reason) override;
+  void onRefused(const std::string& reason) override { mOutage.noteRefusal(reason); }
   void onMessage(const std::string& name, const std::string& text) override;
   void onSubscribed(int id) override { mSubscriptions.confirm(id); }
   void onPublished(int id) override;
@@ -94,10 +95,7 @@ class MqttPubSubClient final : public com::quil::pubsub::IPubSubClient, private 
   bool mConnected PR_GUARDED_BY(mUse) = false;
 
   // State of the network thread.
-  std::string mRefusal;
-  bool mEverConnected = false;
-  bool mOutageSaid = false;
-  bool mRefusalSaid = false;
+  MqttOutage mOutage;
   TimePoint mConnectStart;
   std::optional<TimePoint> mCloseStart;
   bool mSaidDown = false;
