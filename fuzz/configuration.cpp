@@ -1,5 +1,4 @@
 // A configuration file, checked and loaded, and its lines as properties; then a result under it.
-#include "config/PrConfig.h"
 #include "config/check/ConfigCheck.h"
 #include "config/check/KeyRules.h"
 #include "fuzz/FuzzRoom.h"

@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
     std::cerr << "serving " << Names::kService << " on the bus " << bus << '\n';
     connection->enterEventLoop();
   } catch (const std::exception& fault) {
-    std::cerr << "printing-camera-provider: " << fault.what() << '\n';
+    std::cerr << "printing-camera-provider: cannot serve on the bus " << bus << ": " << fault.what() << '\n';
     return 2;
   }
   return 0;

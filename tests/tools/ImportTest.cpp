@@ -4,7 +4,6 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "model/MLData.h"
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
 #include "tools/recording/RecordingReader.h"

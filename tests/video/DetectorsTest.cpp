@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "tests/linux/Processes.h"
+#include "tests/testing/ScratchFolder.h"
 #include "tools/base/UsageError.h"
 #include "tools/video/vision/CascadeDetector.h"
 #include "tools/video/vision/HogDetector.h"

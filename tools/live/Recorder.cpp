@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "platform/Topics.h"
-#include "tools/base/UsageError.h"
 #include "tools/recording/RecordingWriter.h"
 
 namespace fyn::productionrules {

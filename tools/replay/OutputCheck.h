@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "layouts/cycle/LayoutDecision.h"
 #include "tools/recording/RecordingEvent.h"
 #include "tools/replay/ReplayObserver.h"
 

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "tools/base/OutputRules.h"
-#include "tools/tune/GoalExpression.h"
 #include "tools/tune/ParetoFront.h"
 #include "tools/tune/SearchSpace.h"
 

@@ -13,6 +13,7 @@
 #include "tools/report/MetricTable.h"
 #include "tools/report/Metrics.h"
 #include "tools/settings/KeyValueTexts.h"
+#include "tools/tune/GoalExpression.h"
 #include "tools/tune/TuneOutcome.h"
 #include "tools/tune/TuneResults.h"
 

@@ -38,7 +38,9 @@ SceneService::SceneService(std::string bus, std::function<void(const std::string
   try {
     mServed = serveOnce();
   } catch (const sdbus::Error& fault) {
-    throw UsageError("no camera provider on the " + mBus + " bus: " + fault.getMessage());
+    const bool isTaken = fault.getName() == "org.freedesktop.DBus.Error.FileExists";
+    throw UsageError("no camera provider on the " + mBus +
+                     " bus: " + (isTaken ? "another one serves there" : fault.getMessage()));
   }
   mThread = std::thread([this, served = mServed] { keepServing(served); });
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "tools/base/UsageError.h"
+#include "tools/video/source/StageTimes.h"
 
 namespace fyn::productionrules::video {
 

@@ -7,7 +7,6 @@
 
 #include "tools/video/camera/Programme.h"
 #include "tools/video/camera/VisionFrame.h"
-#include "tools/video/source/StageTimes.h"
 
 namespace fyn::productionrules::video {
 
