@@ -62,8 +62,9 @@ void forOthers(const Frame& frame, const PeopleMap& people, Visitor visit) {
 // ---- Who is there ----
 
 std::shared_ptr<MLData> BasePeopleLayout::findPresent(const std::shared_ptr<MLData>& mlData) {
-  std::shared_ptr<MLData> present = mPresence.update(mlData, tick());
-  if (!usesPresence()) {
+  const bool isUsed = usesPresence();
+  std::shared_ptr<MLData> present = mPresence.update(mlData, tick(), isUsed && !isPictureOfItsOwn());
+  if (!isUsed) {
     return mlData;
   }
   takeNewNumbers();

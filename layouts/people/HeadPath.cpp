@@ -13,6 +13,9 @@ constexpr std::uint32_t kPathMs = 1500;
 constexpr std::uint32_t kEndMs = 300;
 constexpr std::uint32_t kLeastMs = 400;
 
+// What no longer counts is dropped so many at a time.
+constexpr std::size_t kManySights = 32;
+
 constexpr std::uint32_t kVelocityMs = 600;
 constexpr double kMsPerSecond = 1000.0;
 
@@ -45,42 +48,55 @@ void HeadPath::rest(std::uint32_t now, const Rect& box) {
   mResting->follow(box, std::max(1 - std::exp(-passed / kRestMs), rested > 0 ? passed / rested : 0));
 }
 
-void HeadPath::add(std::uint32_t now, const Rect& box) {
-  rest(now, box);
-  const auto isRecent = [now](const Sight& sight) { return now - sight.at <= kPathMs; };
-  mSights.erase(mSights.begin(), std::find_if(mSights.begin(), mSights.end(), isRecent));
-  mSights.push_back({now, box});
+void HeadPath::add(std::uint32_t now, const Rect& box, bool isRestAsked) {
+  if (isRestAsked) {
+    rest(now, box);
+  } else {
+    mResting.reset();
+  }
+  while (first() != end() && now - first()->at > kPathMs) {
+    ++mFirst;
+  }
+  if (mFirst >= kManySights) {
+    mSights.erase(mSights.begin(), mSights.begin() + static_cast<std::ptrdiff_t>(mFirst));
+    mFirst = 0;
+  }
+  mSights.push_back({now, box, mSights.empty() ? Sums() : sumsWith(mSights.back())});
 }
 
 bool HeadPath::isWalk() const {
-  const std::uint32_t begin = mSights.front().at;
-  const std::uint32_t end = mSights.back().at;
-  if (end - begin < kLeastMs) {
+  const std::uint32_t begin = first()->at;
+  const std::uint32_t latest = latestAt();
+  if (latest - begin < kLeastMs) {
     return false;
   }
-  const Sight* const first = mSights.data();
-  const Sight* const last = first + mSights.size();
-  const Mean before =
-      mean(first, std::find_if(first, last, [=](const Sight& sight) { return sight.at - begin > kEndMs; }));
-  const Mean after =
-      mean(std::find_if(first, last, [=](const Sight& sight) { return end - sight.at <= kEndMs; }), last);
+  const Sight* afterFirst = first();
+  while (afterFirst->at - begin <= kEndMs) {
+    ++afterFirst;
+  }
+  const Sight* last = end() - 1;
+  while (latest - last[-1].at <= kEndMs) {
+    --last;
+  }
+  const Mean before = mean(first()->before, afterFirst->before, afterFirst - first());
+  const Mean after = mean(last->before, sumsWith(mSights.back()), end() - last);
   return std::hypot(after.x - before.x, after.y - before.y) > kHeadWidthsOfWalk * after.width ||
          std::abs(after.height - before.height) > kGrowthOfWalk * before.height;
 }
 
 Velocity HeadPath::velocity() const {
-  const std::uint32_t end = mSights.back().at;
-  const auto first = std::find_if(mSights.begin(), mSights.end(),
-                                  [end](const Sight& sight) { return end - sight.at <= kVelocityMs; });
-  const auto count = static_cast<double>(mSights.end() - first);
+  const std::uint32_t latest = latestAt();
+  const Sight* const begin =
+      std::find_if(first(), end(), [latest](const Sight& sight) { return latest - sight.at <= kVelocityMs; });
+  const auto count = static_cast<double>(end() - begin);
   double t = 0;
   double x = 0;
   double y = 0;
   double tt = 0;
   double tx = 0;
   double ty = 0;
-  for (auto sight = first; sight != mSights.end(); ++sight) {
-    const double at = -static_cast<double>(end - sight->at) / kMsPerSecond;
+  for (const Sight* sight = begin; sight != end(); ++sight) {
+    const double at = -static_cast<double>(latest - sight->at) / kMsPerSecond;
     const double atX = middle(sight->box.left, sight->box.right);
     const double atY = middle(sight->box.top, sight->box.bottom);
     t += at;
@@ -97,16 +113,21 @@ Velocity HeadPath::velocity() const {
   return {(count * tx - t * x) / spread, (count * ty - t * y) / spread};
 }
 
-HeadPath::Mean HeadPath::mean(const Sight* first, const Sight* end) {
-  Mean mean;
-  for (const Sight* sight = first; sight != end; ++sight) {
-    mean.x += middle(sight->box.left, sight->box.right);
-    mean.y += middle(sight->box.top, sight->box.bottom);
-    mean.width += extent(sight->box.left, sight->box.right);
-    mean.height += extent(sight->box.top, sight->box.bottom);
-  }
-  const auto count = static_cast<double>(end - first);
-  return {mean.x / count, mean.y / count, mean.width / count, mean.height / count};
+HeadPath::Sums HeadPath::sumsWith(const Sight& sight) {
+  const Sums& before = sight.before;
+  const Rect& box = sight.box;
+  return {before.left + box.left, before.top + box.top, before.right + box.right, before.bottom + box.bottom};
+}
+
+HeadPath::Mean HeadPath::mean(const Sums& before, const Sums& with, std::ptrdiff_t count) {
+  const std::int64_t left = with.left - before.left;
+  const std::int64_t top = with.top - before.top;
+  const std::int64_t right = with.right - before.right;
+  const std::int64_t bottom = with.bottom - before.bottom;
+  const auto share = [count](std::int64_t sum) {
+    return static_cast<double>(sum) / static_cast<double>(count);
+  };
+  return {share(left + right) / 2, share(top + bottom) / 2, share(right - left), share(bottom - top)};
 }
 
 }  // namespace fyn::productionrules

@@ -1,6 +1,7 @@
 #include "layouts/people/PeoplePresence.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "config/PrConfig.h"
@@ -52,8 +53,10 @@ bool isWary() {
 
 }  // namespace
 
-std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& data, std::uint32_t now) {
+std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& data, std::uint32_t now,
+                                               bool isRestAsked) {
   ++mResults;
+  mIsRestAsked = isRestAsked;
   mRenamed.clear();
   for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
     note(person, now);
@@ -61,20 +64,23 @@ std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& da
   findAgain(*data, now);
   forgetMissed(now);
 
-  std::vector<std::shared_ptr<FynHead>> present;
-  for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
-    if (mSightings.at(person->id).counts) {
-      present.push_back(person);
-    }
-  }
-  const bool allCount = present.size() == data->getHeads().size();
-  for (const auto& [id, sighting] : mSightings) {
-    if (sighting.counts && sighting.latestResult != mResults) {
-      present.push_back(sighting.person);
-    }
-  }
-  if (allCount && present.size() == data->getHeads().size()) {
+  const auto doesCount = [this](const std::shared_ptr<FynHead>& person) {
+    return mSightings.at(person->id).counts;
+  };
+  const auto isMissed = [this](const Sightings::value_type& each) {
+    return each.second.counts && each.second.latestResult != mResults;
+  };
+  const std::vector<std::shared_ptr<FynHead>>& seen = data->getHeads();
+  if (std::all_of(seen.begin(), seen.end(), doesCount) &&
+      std::none_of(mSightings.begin(), mSightings.end(), isMissed)) {
     return data;
+  }
+  std::vector<std::shared_ptr<FynHead>> present;
+  std::copy_if(seen.begin(), seen.end(), std::back_inserter(present), doesCount);
+  for (const Sightings::value_type& each : mSightings) {
+    if (isMissed(each)) {
+      present.push_back(each.second.person);
+    }
   }
   auto result = std::make_shared<MLData>();
   result->timestamp = data->timestamp;
@@ -122,7 +128,7 @@ void PeoplePresence::follow(Sighting& sighting, std::uint32_t now) const {
       continue;
     }
     HeadPath& path = sighting.paths[camId];
-    path.add(now, head->bbox);
+    path.add(now, head->bbox, mIsRestAsked);
     if (path.isWalk()) {
       sighting.hasWalked = true;
       sighting.latestWalk = now;

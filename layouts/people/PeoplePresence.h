@@ -37,8 +37,11 @@ class PeoplePresence {
    *
    * With steadyFramingEnabled a newcomer who neither walks nor comes back to a place that is known counts
    * only after a longer time than boxes have lived of late where nobody was.
+   *
+   * Where heads rest is known of those who were there while it was asked for.
    */
-  std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& data, std::uint32_t now);
+  std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& data, std::uint32_t now,
+                                 bool isRestAsked = false);
 
   /** Who has got another number in the latest result. */
   const std::vector<PersonRenamed>& renamed() const { return mRenamed; }
@@ -104,6 +107,7 @@ class PeoplePresence {
   std::vector<PersonRenamed> mRenamed;
   /** Results so far. */
   std::uint64_t mResults = 0;
+  bool mIsRestAsked = false;
 };
 
 }  // namespace fyn::productionrules

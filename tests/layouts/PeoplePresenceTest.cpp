@@ -187,7 +187,7 @@ TEST(PeoplePresence, WhoIsMissedKeepsTheLastBoxAndForgettingEndsThat) {
 TEST(HeadPath, RestsInTheMiddleOfASwayAndMovesOnWithThePerson) {
   HeadPath path;
   const auto add = [&path](std::uint32_t now, std::int32_t left) {
-    path.add(now, {left, 300, left + 80, 400});
+    path.add(now, {left, 300, left + 80, 400}, true);
     return path.resting().left;
   };
   EXPECT_EQ(add(0, 100), 100);
