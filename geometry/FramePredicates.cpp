@@ -27,15 +27,13 @@ bool isGFMoveAway(const Rect& current, const Rect& latest) {
 }
 
 bool isOnFrameEdge(const Rect& head, const Rect& frame) {
+  const bool crossesSide = (head.left < frame.left && head.right > frame.left) ||
+                           (head.top < frame.top && head.bottom > frame.top) ||
+                           (head.right > frame.right && head.left < frame.right) ||
+                           (head.bottom > frame.bottom && head.top < frame.bottom);
   // A frame without area gives not-a-number or infinity, which passes this gate; kept: frames must land on
   // the same pixels.
-  if (getOverlap(head, frame) == 0.0F) {
-    return false;
-  }
-  return (head.left < frame.left && head.right > frame.left) ||
-         (head.top < frame.top && head.bottom > frame.top) ||
-         (head.right > frame.right && head.left < frame.right) ||
-         (head.bottom > frame.bottom && head.top < frame.bottom);
+  return crossesSide && getOverlap(head, frame) != 0.0F;
 }
 
 bool isGFHeadOnEdge(const Rect& frame, const std::vector<Rect>& heads) {

@@ -16,11 +16,14 @@ void constructGroupLayout(const std::vector<std::shared_ptr<FynHead>>& heads, st
   layout->frames.clear();
   Frame frame;
   frame.fynCamId = camId;
+  // Mostly beside the one before, as people come by number.
+  auto headPlace = frame.heads.end();
+  auto personPlace = frame.fynHeads.end();
   for (const std::shared_ptr<FynHead>& person : heads) {
     const std::shared_ptr<Head> head = person->getHead(camId);
     if (head != nullptr) {
-      frame.heads.insert(head->id);
-      frame.fynHeads.insert(person->id);
+      headPlace = frame.heads.insert(headPlace, head->id);
+      personPlace = frame.fynHeads.insert(personPlace, person->id);
     }
   }
   frame.headPositionTimer.expired = true;

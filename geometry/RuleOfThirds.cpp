@@ -13,16 +13,16 @@ namespace {
 /** With less per cent of the height left for the heads the share counts as none. */
 constexpr std::int32_t kMinVisiblePercent = 2;
 
-struct VerticalShares {
-  std::int32_t bottomPct;
-  std::int32_t topPct;
-  /** What is left for the box, 0 to 1. */
-  float visible;
-};
-
 VerticalShares verticalShares(std::int32_t bottomPct, std::int32_t topPct) {
   const std::int32_t visible = wrapSub(wrapSub(100, bottomPct), topPct);
   return {bottomPct, topPct, visible < kMinVisiblePercent ? 0.0F : toFloat(visible) / 100.0F};
+}
+
+VerticalShares sharesOf(FrameLayout layout) {
+  const FrameShape* const shape = findFrameShape(layout);
+  const PrConfig& config = PrConfig::get();
+  return shape != nullptr ? verticalShares(config.*shape->bottomLine, config.*shape->topLine)
+                          : verticalShares(0, 0);
 }
 
 void splitHeight(std::int32_t height, const VerticalShares& shares, float& bottomAmount, float& topAmount) {
@@ -96,26 +96,35 @@ Rect& applyZoomFactor(Rect& rect, int imageWidth, int imageHeight, int bottomPct
   return rect;
 }
 
-Rect getRuleOfThirdFrame(Rect box, int targetWidth, int targetHeight, FrameLayout layout,
-                         const Dimension& image, int zoomLimit) {
-  if (layout == kFrameLayoutNone) {
-    PRB_LOGE("TVPR_COMMON", "%s Layout type is kFrameLayoutNone ", __func__);
+RuleOfThirds::RuleOfThirds(int targetWidth, int targetHeight, FrameLayout layout, const Dimension& image)
+    : mTarget{targetWidth, targetHeight},
+      mImage(image),
+      mAspect(toFloat(targetWidth) / toFloat(targetHeight)),
+      mShares(sharesOf(layout)),
+      mHasShares(layout != kFrameLayoutNone) {}
+
+Rect RuleOfThirds::frameAround(Rect box, int zoomLimit) const {
+  if (!mHasShares) {
+    PRB_LOGE("TVPR_COMMON", "getRuleOfThirdFrame Layout type is kFrameLayoutNone ");
     return box;
   }
-  const FrameShape* const shape = findFrameShape(layout);
-  const PrConfig& config = PrConfig::get();
-  const std::int32_t bottomLine = shape != nullptr ? config.*shape->bottomLine : 0;
-  const std::int32_t topLine = shape != nullptr ? config.*shape->topLine : 0;
-
   float bottomAmount = 0.0F;
   float topAmount = 0.0F;
-  applyZoomFactor(box, targetWidth, targetHeight, bottomLine, topLine, bottomAmount, topAmount, zoomLimit);
-
-  const Interval vertical = placeVertically(box, bottomAmount, topAmount, image.height);
-  const float aspect = toFloat(targetWidth) / toFloat(targetHeight);
-  const std::int32_t width = truncate(aspect * toFloat(wrapSub(vertical.to, vertical.from)));
-  const Interval horizontal = placeHorizontally(box, width, image.width);
+  if (zoomLimit >= 1) {
+    applyZoomFactor(box, mTarget.width, mTarget.height, mShares.bottomPct, mShares.topPct, bottomAmount,
+                    topAmount, zoomLimit);
+  } else {
+    splitHeight(heightOf(box), mShares, bottomAmount, topAmount);
+  }
+  const Interval vertical = placeVertically(box, bottomAmount, topAmount, mImage.height);
+  const std::int32_t width = truncate(mAspect * toFloat(wrapSub(vertical.to, vertical.from)));
+  const Interval horizontal = placeHorizontally(box, width, mImage.width);
   return Rect{horizontal.from, vertical.from, horizontal.to, vertical.to};
+}
+
+Rect getRuleOfThirdFrame(Rect box, int targetWidth, int targetHeight, FrameLayout layout,
+                         const Dimension& image, int zoomLimit) {
+  return RuleOfThirds(targetWidth, targetHeight, layout, image).frameAround(box, zoomLimit);
 }
 
 }  // namespace fyn::productionrules

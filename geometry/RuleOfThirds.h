@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "model/Enums.h"
 #include "model/Geometry.h"
 
@@ -16,6 +18,29 @@ namespace fyn::productionrules {
  */
 Rect& applyZoomFactor(Rect& rect, int imageWidth, int imageHeight, int bottomPct, int topPct,
                       float& bottomAmount, float& topAmount, int zoomLimit);
+
+/** How the height of a frame is shared. */
+struct VerticalShares {
+  std::int32_t bottomPct;
+  std::int32_t topPct;
+  /** What is left for the box, 0 to 1. */
+  float visible;
+};
+
+/** What every frame in one place of the output has in common: see getRuleOfThirdFrame. */
+class RuleOfThirds {
+ public:
+  RuleOfThirds(int targetWidth, int targetHeight, FrameLayout layout, const Dimension& image);
+
+  Rect frameAround(Rect box, int zoomLimit) const;
+
+ private:
+  Dimension mTarget;
+  Dimension mImage;
+  float mAspect;
+  VerticalShares mShares;
+  bool mHasShares;
+};
 
 /**
  * The frame of the aspect `targetWidth` : `targetHeight` around a box of heads that keeps the shape's shares

@@ -158,6 +158,8 @@ unsigned BaseLayout::getMaxScaleFactor() {
 }
 
 bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
+  const bool isBuffered = withHeadBuffer && frame.frameType == FramingType::PROXIMITY;
+  const Dimension image = isBuffered ? getCameraLensModelDimension(cameraOf(frame)) : Dimension();
   std::optional<Rect> around;
   for (const std::int64_t id : frame.fynHeads) {
     const auto person = mState.people.find(id);
@@ -169,9 +171,7 @@ bool BaseLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHe
       reportMissingHead(frame, id, head);
       return false;
     }
-    const bool buffered = withHeadBuffer && frame.frameType == FramingType::PROXIMITY;
-    const Rect bound =
-        buffered ? getHeadBufferRect(head->bbox, getCameraLensModelDimension(cameraOf(frame))) : head->bbox;
+    const Rect bound = isBuffered ? getHeadBufferRect(head->bbox, image) : head->bbox;
     around = around ? enclosing(*around, bound) : bound;
   }
   if (around) {

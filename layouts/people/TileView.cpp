@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "geometry/RectMath.h"
-#include "geometry/RuleOfThirds.h"
 #include "layouts/people/HeadsInView.h"
 
 namespace fyn::productionrules {
@@ -84,18 +83,31 @@ constexpr double kEyeLine = 0.4;
 }  // namespace
 
 TileView::TileView(const Frame& tile, const Dimension& image, const Rect& box)
-    : mTile(&tile), mImage(image), mBox(box) {}
+    : mTile(&tile),
+      mImage(image),
+      mRule(widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image),
+      mBox(box) {}
 
 const Rect& TileView::view() {
   if (!mView) {
-    mView =
-        getRuleOfThirdFrame(mBox, widthOf(mTile->dest), heightOf(mTile->dest), mTile->frameLayout, mImage, 0);
+    mView = mRule.frameAround(mBox, 0);
   }
   return *mView;
 }
 
+TileView TileView::around(const Rect& box) const {
+  TileView view = *this;
+  view.show(box);
+  return view;
+}
+
+void TileView::show(const Rect& box) {
+  mBox = box;
+  mView.reset();
+}
+
 TileView TileView::movedBy(std::int32_t x, std::int32_t y) const {
-  return {*mTile, mImage, moved(mBox, x, y)};
+  return around(moved(mBox, x, y));
 }
 
 template <typename Condition>
@@ -120,7 +132,7 @@ void TileView::growToHeight(double least) {
     }
     const double growth = ((least + kRounding) / height - 1) / 2;
     const Rect grown = grownBy(mBox, share(growth, widthOf(mBox)), share(growth, heightOf(mBox)));
-    *this = {*mTile, mImage, movedInside(grown, mImage)};
+    show(movedInside(grown, mImage));
   }
 }
 
@@ -202,7 +214,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
     const Rect grown = grownBy(box, share(growth / 2, widthOf(box)), share(growth / 2, heightOf(box)));
     for (const double turn : kTurns) {
       const Rect turned = movedInside(moved(grown, static_cast<std::int32_t>(turn * width), 0), mImage);
-      if (take({*mTile, mImage, turned}, isGood)) {
+      if (take(around(turned), isGood)) {
         return;
       }
     }

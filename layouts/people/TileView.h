@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "geometry/RuleOfThirds.h"
 #include "model/Layout.h"
 
 namespace fyn::productionrules {
@@ -47,13 +48,17 @@ class TileView {
   void standClearOf(const std::vector<Rect>& others, const Rect& own);
 
  private:
+  /** In the same tile and image. */
+  TileView around(const Rect& box) const;
   TileView movedBy(std::int32_t x, std::int32_t y) const;
+  void show(const Rect& box);
   /** Becomes the trial if its view is good. */
   template <typename Condition>
   bool take(TileView trial, Condition isGood);
 
   const Frame* mTile;
   Dimension mImage;
+  RuleOfThirds mRule;
   Rect mBox;
   /** Around the box, once it was asked for. */
   std::optional<Rect> mView;
