@@ -76,14 +76,6 @@ std::shared_ptr<Head> FynHead::getHead(std::uint32_t camId) const {
   return entry != mCamIdAssocHeadMap.end() ? entry->second : nullptr;
 }
 
-const Head* FynHead::findHead(std::uint32_t camId) const {
-  const auto first = mCamIdAssocHeadMap.begin();
-  // Asked hundreds of times per result, mostly of people whom one camera sees.
-  const bool isFirst = first != mCamIdAssocHeadMap.end() && first->first == camId;
-  const auto entry = isFirst || camId == kNoCamera ? first : mCamIdAssocHeadMap.find(camId);
-  return entry != mCamIdAssocHeadMap.end() ? entry->second.get() : nullptr;
-}
-
 void FynHead::setHead(const std::shared_ptr<Head>& head) {
   id = static_cast<std::int32_t>(head->id);
   mCamIdAssocHeadMap[static_cast<std::uint32_t>(head->camId)] = head;

@@ -26,7 +26,13 @@ class FynHead {
   std::shared_ptr<Head> getHead(std::uint32_t camId) const;
 
   /** Like getHead, without sharing ownership and without a log line; null when there is none. */
-  const Head* findHead(std::uint32_t camId) const;
+  const Head* findHead(std::uint32_t camId) const {
+    const auto first = mCamIdAssocHeadMap.begin();
+    // Asked hundreds of times per result, mostly of people whom one camera sees.
+    const bool isFirst = first != mCamIdAssocHeadMap.end() && (first->first == camId || camId == kNoCamera);
+    const auto entry = isFirst ? first : mCamIdAssocHeadMap.find(camId);
+    return entry != mCamIdAssocHeadMap.end() ? entry->second.get() : nullptr;
+  }
 
   /** Takes the head under its camera and its id as the person's; the feed priority list is not rebuilt. For
    * hosts that make persons themselves. */

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <tuple>
-#include <unordered_set>
 
 #include "model/FynCamerasConfig.h"
 
@@ -22,6 +21,10 @@ bool isNear(std::int64_t low, std::int64_t high, std::int64_t size) {
   return low >= -size && high <= 2 * size;
 }
 
+bool isInside(const Rect& box, const Dimension& image) {
+  return box.left >= 0 && box.top >= 0 && box.right <= image.width && box.bottom <= image.height;
+}
+
 }  // namespace
 
 HeadsInView::HeadsInView(std::uint32_t camId, const Dimension& image, HeadRule rule)
@@ -29,7 +32,7 @@ HeadsInView::HeadsInView(std::uint32_t camId, const Dimension& image, HeadRule r
 
 bool HeadsInView::isUsable(const Rect& box) const {
   return isPartlyInside(box, mImage) &&
-         (mRule == HeadRule::PartlyInImage ||
+         (mRule == HeadRule::PartlyInImage || isInside(box, mImage) ||
           (isNear(box.left, box.right, mImage.width) && isNear(box.top, box.bottom, mImage.height)));
 }
 
@@ -47,9 +50,15 @@ std::vector<Person> HeadsInView::persons(const std::vector<Person>& persons) con
   std::vector<Person> inView;
   inView.reserve(persons.size());
   // A second entry must not stand in for a first one that cannot be shown.
-  std::unordered_set<std::int32_t> known(persons.size());
+  std::vector<std::int32_t> known;
+  known.reserve(persons.size());
   for (const Person& person : persons) {
-    if (known.insert(person->id).second && find(*person) != nullptr) {
+    const auto place = std::lower_bound(known.begin(), known.end(), person->id);
+    if (place != known.end() && *place == person->id) {
+      continue;
+    }
+    known.insert(place, person->id);
+    if (find(*person) != nullptr) {
       inView.push_back(person);
     }
   }

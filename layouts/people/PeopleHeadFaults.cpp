@@ -32,8 +32,9 @@ bool PeopleHeadFaults::report(const Frame& frame, const PeopleMap& people) {
 }
 
 bool PeopleHeadFaults::allowFraming(const Frame& frame, const PeopleMap& people, const Dimension& image) {
-  return report(frame, people) &&
-         HeadsInView(frame.fynCamId, image, HeadRule::PartlyInImage).holdsAll(people, frame.fynHeads);
+  const bool areInView =
+      HeadsInView(frame.fynCamId, image, HeadRule::PartlyInImage).holdsAll(people, frame.fynHeads);
+  return (areInView && mReported.empty()) || (report(frame, people) && areInView);
 }
 
 }  // namespace fyn::productionrules

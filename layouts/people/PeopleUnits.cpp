@@ -134,13 +134,11 @@ class UnitForming {
 constexpr double kStrangerWidth = 0.3;
 constexpr double kWiderView = 0.08;
 
-bool reachesIn(const Seat& seat, const Rect& view, bool doShare) {
-  const Rect& head = seat.person->findHead(seat.camId)->bbox;
-  const double margin = doShare ? kWiderView * widthOf(view) : 0;
+// Whether the view with that margin at its sides shows more than `least` of the head's width.
+bool reachesIn(const Rect& head, const Rect& view, double margin, double least) {
   const double shown = std::min(static_cast<double>(head.right), view.right + margin) -
                        std::max(static_cast<double>(head.left), view.left - margin);
-  const bool isBeside = head.bottom <= view.top || head.top >= view.bottom;
-  return !isBeside && shown > (doShare ? 0 : kStrangerWidth * widthOf(head));
+  return shown > least && head.bottom > view.top && head.top < view.bottom;
 }
 
 using People = std::set<std::int64_t>;
@@ -203,13 +201,20 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
                 const Layout* pending) {
   const std::vector<const People*> shared = sharedFrames(units, current, pending);
   for (std::size_t i = 0; i < units.size(); ++i) {
+    const Rect view = views[i];
+    const double margin = kWiderView * widthOf(view);
+    const std::uint32_t camId = units[i].front().camId;
     const auto isShown = [&](const Seat& seat) {
+      if (seat.camId != camId) {
+        return false;
+      }
+      const Rect& head = seat.person->findHead(camId)->bbox;
       // Most are far from the view, however wide.
-      return seat.camId == units[i].front().camId && reachesIn(seat, views[i], true) &&
-             (haveShared(seat, units[i], shared) || reachesIn(seat, views[i], false));
+      return reachesIn(head, view, margin, 0) &&
+             (haveShared(seat, units[i], shared) || reachesIn(head, view, 0, kStrangerWidth * widthOf(head)));
     };
     for (std::size_t j = 0; j < units.size(); ++j) {
-      if (i != j && std::any_of(units[j].begin(), units[j].end(), isShown)) {
+      if (i != j && std::count_if(units[j].begin(), units[j].end(), isShown) != 0) {
         PeopleUnit& first = units[std::min(i, j)];
         const PeopleUnit& second = units[std::max(i, j)];
         first.insert(first.end(), second.begin(), second.end());

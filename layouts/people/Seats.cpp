@@ -16,7 +16,7 @@ const Head& headOf(const Seat& seat) {
 
 // The seats of `ownCamId` first, then by camera, in each from left to right.
 void sortSeats(std::vector<Seat>& seats, std::int32_t ownCamId) {
-  std::stable_sort(seats.begin(), seats.end(), [ownCamId](const Seat& a, const Seat& b) {
+  const auto isBefore = [ownCamId](const Seat& a, const Seat& b) {
     const Head& headA = headOf(a);
     const Head& headB = headOf(b);
     if (headA.camId != headB.camId) {
@@ -24,7 +24,11 @@ void sortSeats(std::vector<Seat>& seats, std::int32_t ownCamId) {
     }
     return headA.bbox.left != headB.bbox.left ? headA.bbox.left < headB.bbox.left
                                               : headA.bbox.top > headB.bbox.top;
-  });
+  };
+  // Most results name their people in this order.
+  if (!std::is_sorted(seats.begin(), seats.end(), isBefore)) {
+    std::stable_sort(seats.begin(), seats.end(), isBefore);
+  }
 }
 
 bool shows(std::uint32_t camId, const FynHead& person) {
