@@ -1,10 +1,12 @@
 #include "layouts/people/BasePeopleLayout.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "config/PrConfig.h"
 #include "geometry/GroupLayout.h"
+#include "geometry/HeadBuffer.h"
 #include "geometry/ProximityRect.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
@@ -31,20 +33,49 @@ FramingType tilesType(const std::vector<PeopleUnit>& units) {
   return neighbours ? FramingType::PROXIMITY : FramingType::HEAD;
 }
 
+FramingType frameTypeOf(const PeopleUnit& unit) {
+  return unit.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
+}
+
+constexpr auto headIdOf = [](const Seat& seat) -> std::int64_t {
+  return seat.person->findHead(seat.camId)->id;
+};
+
+constexpr auto personIdOf = [](const Seat& seat) -> std::int64_t { return seat.person->id; };
+
 void addFrame(Layout& layout, const PeopleUnit& unit) {
   Frame frame;
   frame.frameIndex = static_cast<std::int32_t>(layout.frames.size());
-  frame.frameType = unit.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
+  frame.frameType = frameTypeOf(unit);
   frame.fynCamId = unit.front().camId;
   for (const Seat& seat : unit) {
-    frame.heads.insert(seat.person->findHead(seat.camId)->id);
-    frame.fynHeads.insert(seat.person->id);
+    frame.heads.insert(headIdOf(seat));
+    frame.fynHeads.insert(personIdOf(seat));
   }
   std::int32_t& counter = unit.size() == 1                ? layout.headFrameCount
                           : unit.size() <= kMaxNeighbours ? layout.proximityFrameCount
                                                           : layout.largeProximityFrameCount;
   ++counter;
+  layout.faceCount += static_cast<std::int32_t>(unit.size());
   layout.frames.push_back(std::move(frame));
+}
+
+template <typename IdOf>
+bool areIdsOf(const PeopleUnit& unit, const std::set<std::int64_t>& ids, IdOf idOf) {
+  return ids.size() == unit.size() && std::all_of(ids.begin(), ids.end(), [&](std::int64_t id) {
+           return std::any_of(unit.begin(), unit.end(), [&](const Seat& seat) { return idOf(seat) == id; });
+         });
+}
+
+// Whether the frame is one that addFrame would make.
+bool isFrameOf(const Frame& frame, const PeopleUnit& unit) {
+  return frame.frameType == frameTypeOf(unit) && frame.fynCamId == unit.front().camId &&
+         areIdsOf(unit, frame.heads, headIdOf) && areIdsOf(unit, frame.fynHeads, personIdOf);
+}
+
+// Whether the view is made for the square around the heads.
+bool isSquare(const Frame& frame) {
+  return frame.frameType == FramingType::PROXIMITY && PrConfig::get().proximitySquareFeature;
 }
 
 // How much higher the view of a tile has to become before it is made anew because one beside it was.
@@ -66,63 +97,81 @@ BasePeopleLayout::BasePeopleLayout() {
 
 std::shared_ptr<Layout> BasePeopleLayout::makeCandidate(const MLData& data, PeopleChoice choice) {
   const std::size_t people = choice.seats.size();
-  std::shared_ptr<Layout> layout = layoutFor(data, choice);
-  layout->frameNumber = data.frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(hasTiles(*layout) ? choice.seats.size() : people);
+  std::shared_ptr<Layout> layout = layoutFor(data, std::move(choice));
+  if (layout != mState.mCurLayout) {
+    layout->frameNumber = data.frameNumber;
+    layout->faceCount = hasTiles(*layout) ? layout->faceCount : static_cast<std::int32_t>(people);
+  }
   return layout;
 }
 
-// When tiles are tried, only who may have one stays in the choice.
-std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleChoice& choice) {
+std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleChoice choice) {
   if (choice.seats.empty()) {
     return oneFrame(data, FramingType::ROOM, choice.roomCamId, "");
   }
-  const bool walks = std::any_of(choice.seats.begin(), choice.seats.end(),
-                                 [this](const Seat& seat) { return hasWalked(*seat.person); });
-  const bool isTooMany = static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople;
-  const bool looks = isFirstLook() && isInViewOf(choice.groupCamId, choice.seats);
-  const bool isOpen = walks || isTooMany || looks;
-  std::shared_ptr<Layout> tiles;
-  if (!isOpen) {
-    keepSettled(choice.seats);
-    tiles = tilesFor(choice.seats);
+  const auto group = [&](const char* reason) {
+    return oneFrame(data, FramingType::GROUP, choice.groupCamId, reason);
+  };
+  if (std::any_of(choice.seats.begin(), choice.seats.end(),
+                  [this](const Seat& seat) { return hasWalked(*seat.person); })) {
+    return group("somebody walks");
   }
-  const char* const reason = walks                                    ? "somebody walks"
-                             : looks                                  ? kFirstLook
-                             : tiles != nullptr && isUnsettled(tiles) ? kUnsettled
-                                                                      : "";
-  return tiles != nullptr && *reason == '\0' ? tiles
-                                             : oneFrame(data, FramingType::GROUP, choice.groupCamId, reason);
+  if (isFirstLook() && isInViewOf(choice.groupCamId, choice.seats)) {
+    return group(kFirstLook);
+  }
+  if (static_cast<std::int64_t>(choice.seats.size()) > choice.maxPeople) {
+    return group("");
+  }
+  keepSettled(choice.seats);
+  const char* noTiles = "";
+  std::shared_ptr<Layout> tiles = tilesFor(std::move(choice.seats), noTiles);
+  if (tiles == nullptr) {
+    return group(noTiles);
+  }
+  return isUnsettled(tiles) ? group(kUnsettled) : tiles;
 }
 
-// Null when there are no tiles for these people.
-std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats) {
+std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, const char*& noTiles) {
   std::vector<PeopleUnit> units = unitsOf(std::move(seats));
   while (true) {
-    auto tiles = std::make_shared<Layout>();
-    tiles->layoutType = tilesType(units);
-    if (tiles->layoutType == FramingType::GROUP) {
+    const FramingType type = tilesType(units);
+    if (type == FramingType::GROUP) {
       return nullptr;
     }
-    tiles->frames.reserve(units.size());
-    for (const PeopleUnit& unit : units) {
-      addFrame(*tiles, unit);
-    }
-    fillPositionRect(tiles);
+    std::shared_ptr<Layout> tiles = tilesOf(units, type);
     std::vector<Rect> views;
     views.reserve(units.size());
     for (const Frame& frame : tiles->frames) {
       const std::optional<RuleOfThirdsView> view = tryView(frame);
       if (!view) {
+        noTiles = isSteady() ? kCutting : "";
         return nullptr;
       }
       views.push_back(view->source);
     }
     if (!PrConfig::get().newPfFeatureEnabled ||
         !joinByView(units, views, mState.mCurLayout.get(), mState.mNextLayout.get())) {
+      noTiles = kNoLarger;
       return areLargerThanGroup(*tiles, views) ? tiles : nullptr;
     }
   }
+}
+
+std::shared_ptr<Layout> BasePeopleLayout::tilesOf(const std::vector<PeopleUnit>& units, FramingType type) {
+  const std::shared_ptr<Layout>& shown = mState.mCurLayout;
+  if (shown != nullptr && shown->layoutType == type &&
+      std::equal(shown->frames.begin(), shown->frames.end(), units.begin(), units.end(), isFrameOf) &&
+      areInTiles(*shown)) {
+    return shown;
+  }
+  auto tiles = std::make_shared<Layout>();
+  tiles->layoutType = type;
+  tiles->frames.reserve(units.size());
+  for (const PeopleUnit& unit : units) {
+    addFrame(*tiles, unit);
+  }
+  fillPositionRect(tiles);
+  return tiles;
 }
 
 std::vector<PeopleUnit> BasePeopleLayout::unitsOf(std::vector<Seat> seats) const {
@@ -152,44 +201,54 @@ void BasePeopleLayout::fillPositionRect(std::shared_ptr<Layout>& layout) {
 // ---- Views ----
 
 std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
-  const HeadsInView heads(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage);
-  Rect box;
+  const HeadsInView heads = headsOf(frame);
+  Rect own;
   // The base's box: a trial must not count as a report of heads that are missing.
   if (!heads.holdsAll(mState.people, frame.fynHeads) ||
-      !BaseLayout::constructBoundingBox(frame, box, PrConfig::get().proximitySquareFeature)) {
+      !BaseLayout::constructBoundingBox(frame, own, false)) {
     return std::nullopt;
   }
-  const RuleOfThirdsView view = ruleOfThirdsView(frame, box);
-  return heads.areWhole(mState.people, frame.fynHeads, view.source) ? std::optional(view) : std::nullopt;
+  Rect box = own;
+  if (isSquare(frame)) {
+    BaseLayout::constructBoundingBox(frame, box, true);
+  }
+  TileView view = tileView(frame, box, heads, nullptr);
+  return heads.isWhole(own, view.view()) ? std::optional(RuleOfThirdsView{view.view(), view.box()})
+                                         : std::nullopt;
+}
+
+HeadsInView BasePeopleLayout::headsOf(const Frame& frame) {
+  return {frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage};
 }
 
 bool BasePeopleLayout::constructBoundingBox(const Frame& frame, Rect& box, bool withHeadBuffer) {
   return mHeadFaults.allowFraming(frame, mState.people, getImageSize(frame)) &&
-         BaseLayout::constructBoundingBox(frame, box,
-                                          withHeadBuffer || PrConfig::get().proximitySquareFeature);
+         BaseLayout::constructBoundingBox(frame, box, withHeadBuffer || isSquare(frame));
 }
 
 Rect BasePeopleLayout::getBaseRectForRuleofThirdsFrame(const Frame& frame, const Rect& latest) {
-  const Rect resting = restingBox(frame, latest);
-  if (!(resting == latest)) {
-    TileView view = tileView(frame, resting);
-    if (HeadsInView(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage)
-            .isWhole(latest, view.view())) {
-      return view.box();
-    }
-  }
-  return tileView(frame, latest).box();
+  return tileView(frame, latest, headsOf(frame), mState.mCurLayout.get()).box();
 }
 
-TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& box) {
-  const bool isSquare = frame.frameType == FramingType::PROXIMITY && PrConfig::get().proximitySquareFeature;
-  const Rect base =
-      isSquare ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
-               : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
-  TileView view(frame, getImageSize(frame), base);
+TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& latest, const HeadsInView& heads,
+                                    const Layout* row) {
+  const Rect resting = restingBox(frame, latest);
+  if (!(resting == latest)) {
+    TileView view = viewAround(frame, resting, heads.image(), row);
+    if (heads.isWhole(latest, view.view())) {
+      return view;
+    }
+  }
+  return viewAround(frame, latest, heads.image(), row);
+}
+
+TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,
+                                      const Layout* row) {
+  const Rect base = isSquare(frame) ? getProximitySquare(box, image) : getHeadBufferRect(box, image);
+  TileView view(frame, image, base);
   view.growToHeight(leastViewHeight(frame));
   if (isSteady()) {
-    fitAmongOthers(view, frame, box);
+    fitAmongOthers(view, frame, box, row);
   }
   return view;
 }

@@ -124,19 +124,28 @@ class BasePeopleLayout : public BaseLayout {
  private:
   /** Why everybody is in one picture although tiles are asked for. */
   static constexpr const char* kUnsettled = "the tiles do not settle";
+  static constexpr const char* kCutting = "a tile would cut somebody";
+  static constexpr const char* kNoLarger = "a tile would show nobody larger";
 
-  std::shared_ptr<Layout> layoutFor(const MLData& data, PeopleChoice& choice);
-  std::shared_ptr<Layout> tilesFor(std::vector<Seat> seats);
+  std::shared_ptr<Layout> layoutFor(const MLData& data, PeopleChoice choice);
+  /** Null when there are no tiles for these people; `noTiles` is why not then, in steady framing. */
+  std::shared_ptr<Layout> tilesFor(std::vector<Seat> seats, const char*& noTiles);
+  /** The layout on screen when it has just these tiles: it serves as the candidate then. */
+  std::shared_ptr<Layout> tilesOf(const std::vector<PeopleUnit>& units, FramingType type);
   /** `reason`: by which rule it is not tiles, or "". */
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                    const char* reason);
   void keepSettled(std::vector<Seat>& seats) const;
   bool cutsOthers(const Frame& frame, const Rect& view) const;
   bool canTurnAway(const Frame& frame, const Rect& view) const;
-  /** Of a tile whose heads are in the box. */
-  TileView tileView(const Frame& frame, const Rect& box);
+  /** Whom the frame's camera shows, in an image of the size that its views are cut from. */
+  HeadsInView headsOf(const Frame& frame);
+  /** Of a tile whose heads are in the box now; `row` is the layout that it is part of, null while the tile is
+   * only tried. */
+  TileView tileView(const Frame& frame, const Rect& latest, const HeadsInView& heads, const Layout* row);
+  TileView viewAround(const Frame& frame, const Rect& box, const Dimension& image, const Layout* row);
   Rect restingBox(const Frame& frame, const Rect& latest) const;
-  void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const;
+  void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own, const Layout* row);
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;
   bool doesSomebodyWalk() const;
@@ -154,6 +163,8 @@ class BasePeopleLayout : public BaseLayout {
   PeopleHeadFaults mHeadFaults;
   PeoplePresence mPresence;
   HeadEnvelope mEnvelope;
+  /** Whose heads a tile has to mind; serves one tile after the other. */
+  std::vector<Rect> mOthers;
 };
 
 }  // namespace fyn::productionrules

@@ -46,17 +46,6 @@ constexpr std::size_t kPair = 2;
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
 
-// Who is not meant by the frame, in its camera.
-template <typename Visitor>
-void forOthers(const Frame& frame, const PeopleMap& people, Visitor visit) {
-  for (const auto& [id, person] : people) {
-    const Head* const head = person->findHead(frame.fynCamId);
-    if (head != nullptr && frame.fynHeads.count(id) == 0) {
-      visit(head->bbox);
-    }
-  }
-}
-
 }  // namespace
 
 // ---- Who is there ----
@@ -250,9 +239,9 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
   if (isHead && (isCentred ? !cutsOthers(frame, frame.source) : position != HeadPosition::HEAD_OFF_CENTER)) {
     return position;
   }
-  const Rect view = ruleOfThirdsView(frame, box).source;
-  const bool isCut = !isHead && !HeadsInView(frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage)
-                                     .areWhole(mState.people, frame.fynHeads, frame.source);
+  const HeadsInView heads = headsOf(frame);
+  const Rect view = tileView(frame, box, heads, mState.mCurLayout.get()).view();
+  const bool isCut = !isHead && !heads.areWhole(mState.people, frame.fynHeads, frame.source);
   if (!isCut && canTurnAway(frame, view)) {
     return HeadPosition::HEAD_ON_EDGE;
   }
@@ -265,11 +254,11 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
 
 // Whether the view of the frame's camera cuts the head of somebody who is not meant.
 bool BasePeopleLayout::cutsOthers(const Frame& frame, const Rect& view) const {
-  bool isCut = false;
-  if (PrConfig::get().steadyFramingEnabled) {
-    forOthers(frame, mState.people, [&](const Rect& head) { isCut = isCut || cutsOff(head, view); });
-  }
-  return isCut;
+  return PrConfig::get().steadyFramingEnabled &&
+         std::any_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
+           const Head* const head = person.second->findHead(frame.fynCamId);
+           return head != nullptr && cutsOff(head->bbox, view) && frame.fynHeads.count(person.first) == 0;
+         });
 }
 
 bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
@@ -286,26 +275,30 @@ Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const 
   return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
 }
 
-void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own) const {
+void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own,
+                                      const Layout* row) {
   if (frame.frameType == FramingType::HEAD && !isPictureOfItsOwn()) {
     view.loosen(kSway);
   }
-  std::vector<Rect> others;
+  mOthers.clear();
   if (PrConfig::get().steadyFramingEnabled) {
-    others.reserve(mState.people.size());
-    forOthers(frame, mState.people, [&](const Rect& head) { others.push_back(head); });
+    for (const auto& [id, person] : mState.people) {
+      const Head* const head = person->findHead(frame.fynCamId);
+      if (head != nullptr && frame.fynHeads.count(id) == 0) {
+        mOthers.push_back(head->bbox);
+      }
+    }
   }
   if (isPictureOfItsOwn()) {
-    view.standClearOf(others, own);
+    view.standClearOf(mOthers, own);
   } else {
-    view.turnFrom(others, own);
+    view.turnFrom(mOthers, own);
   }
-  const Layout* const layout = mState.mCurLayout.get();
-  if (layout != nullptr) {
-    view.growBeside(others, viewHeightLikeRow(frame, *layout, mState.people));
+  if (row != nullptr) {
+    view.growBeside(mOthers, viewHeightLikeRow(frame, *row, mState.people));
   }
   if (!isPictureOfItsOwn()) {
-    view.bringEyesInLine(own, others);
+    view.bringEyesInLine(own, mOthers);
   }
 }
 

@@ -28,6 +28,7 @@ class HeadsInView {
   HeadsInView(std::uint32_t camId, const Dimension& image, HeadRule rule);
 
   std::uint32_t camId() const { return mCamId; }
+  const Dimension& image() const { return mImage; }
 
   /** Whether a picture can be made of a head with that box. */
   bool isUsable(const Rect& box) const;

@@ -109,6 +109,25 @@ bool fits(std::string_view row, std::string_view units) {
                     [](char wanted, char unit) { return wanted == '?' || wanted == unit; });
 }
 
+bool isOfNeighbours(const Frame& frame) {
+  return frame.frameType == FramingType::PROXIMITY;
+}
+
+/** The first tile of the row for these frames; null for none. */
+const Tile* findTiles(const std::vector<Frame>& frames) {
+  std::string units;
+  for (const Frame& frame : frames) {
+    units += isOfNeighbours(frame) ? 'P' : 'H';
+  }
+  const auto* const row = std::find_if(std::begin(kTileRows), std::end(kTileRows),
+                                       [&](const TileRow& each) { return fits(each.units, units); });
+  return row != std::end(kTileRows) ? row->tiles.data() : nullptr;
+}
+
+FrameLayout shapeIn(const Tile& tile, const Frame& frame) {
+  return isOfNeighbours(frame) ? tile.neighbours : tile.head;
+}
+
 }  // namespace
 
 bool hasTiles(const Layout& layout) {
@@ -116,20 +135,24 @@ bool hasTiles(const Layout& layout) {
 }
 
 void placeInTiles(Layout& layout) {
-  std::string units;
-  for (const Frame& frame : layout.frames) {
-    units += frame.frameType == FramingType::PROXIMITY ? 'P' : 'H';
-  }
-  const auto* const row = std::find_if(std::begin(kTileRows), std::end(kTileRows),
-                                       [&](const TileRow& each) { return fits(each.units, units); });
-  if (row == std::end(kTileRows)) {
+  const Tile* tile = findTiles(layout.frames);
+  if (tile == nullptr) {
     return;
   }
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    const Tile& tile = row->tiles[i];
-    layout.frames[i].dest = tile.dest;
-    layout.frames[i].frameLayout = units[i] == 'P' ? tile.neighbours : tile.head;
+  for (Frame& frame : layout.frames) {
+    frame.dest = tile->dest;
+    frame.frameLayout = shapeIn(*tile, frame);
+    ++tile;
   }
+}
+
+bool areInTiles(const Layout& layout) {
+  const Tile* const tiles = findTiles(layout.frames);
+  return tiles != nullptr && std::equal(layout.frames.begin(), layout.frames.end(), tiles,
+                                        [](const Frame& frame, const Tile& tile) {
+                                          return frame.dest == tile.dest &&
+                                                 frame.frameLayout == shapeIn(tile, frame);
+                                        });
 }
 
 double leastViewHeight(const Frame& tile) {

@@ -20,6 +20,9 @@ bool hasTiles(const Layout& layout);
  */
 void placeInTiles(Layout& layout);
 
+/** Whether the frames of a layout lie as placeInTiles would place them. */
+bool areInTiles(const Layout& layout);
+
 /** So high a tile's view is at least that one camera pixel becomes no more than 2.5 output pixels high. */
 double leastViewHeight(const Frame& tile);
 
