@@ -53,11 +53,12 @@ bool isWary() {
 
 }  // namespace
 
-std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& data, std::uint32_t now,
+std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& reported, std::uint32_t now,
                                                bool isRestAsked) {
   ++mResults;
   mIsRestAsked = isRestAsked;
   mRenamed.clear();
+  std::shared_ptr<MLData> data = isWary() ? mSplit.rejoin(reported, now, mRenamed) : reported;
   for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
     note(person, now);
   }

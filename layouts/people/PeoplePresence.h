@@ -9,15 +9,11 @@
 #include "layouts/people/FalseBoxes.h"
 #include "layouts/people/HeadPath.h"
 #include "layouts/people/KnownPlaces.h"
+#include "layouts/people/PersonRenaming.h"
+#include "layouts/people/SplitPersons.h"
 #include "model/MLData.h"
 
 namespace fyn::productionrules {
-
-/** A person whom the pipeline has lost and found again under another number. */
-struct PersonRenamed {
-  std::shared_ptr<FynHead> before;
-  std::shared_ptr<FynHead> now;
-};
 
 /**
  * Who is in the room, and who of them walks. A vision result is what a detector saw in one frame: heads are
@@ -40,7 +36,7 @@ class PeoplePresence {
    *
    * Where heads rest is known of those who were there while it was asked for.
    */
-  std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& data, std::uint32_t now,
+  std::shared_ptr<MLData> update(const std::shared_ptr<MLData>& reported, std::uint32_t now,
                                  bool isRestAsked = false);
 
   /** Who has got another number in the latest result. */
@@ -104,6 +100,7 @@ class PeoplePresence {
   Sightings mSightings;
   FalseBoxes mFalseBoxes;
   KnownPlaces mKnownPlaces;
+  SplitPersons mSplit;
   std::vector<PersonRenamed> mRenamed;
   /** Results so far. */
   std::uint64_t mResults = 0;
