@@ -134,6 +134,9 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleCh
 std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, const char*& noTiles) {
   std::vector<PeopleUnit> units = unitsOf(std::move(seats));
   while (true) {
+    if (isSteady() && mState.mCurLayout != nullptr) {
+      orderAsShown(units, *mState.mCurLayout);
+    }
     const FramingType type = tilesType(units);
     if (type == FramingType::GROUP) {
       return nullptr;

@@ -205,16 +205,20 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
     const double margin = kWiderView * widthOf(view);
     const std::uint32_t camId = units[i].front().camId;
     const auto isShown = [&](const Seat& seat) {
-      if (seat.camId != camId) {
+      const Head* const seen = seat.person->findHead(camId);
+      if (seen == nullptr) {
         return false;
       }
-      const Rect& head = seat.person->findHead(camId)->bbox;
+      const Rect& head = seen->bbox;
       // Most are far from the view, however wide.
       return reachesIn(head, view, margin, 0) &&
              (haveShared(seat, units[i], shared) || reachesIn(head, view, 0, kStrangerWidth * widthOf(head)));
     };
     for (std::size_t j = 0; j < units.size(); ++j) {
-      if (i != j && std::count_if(units[j].begin(), units[j].end(), isShown) != 0) {
+      // Who is alone in the tile of another camera comes over.
+      const bool canJoin = i != j && (units[j].front().camId == camId || units[j].size() == 1);
+      if (canJoin && std::count_if(units[j].begin(), units[j].end(), isShown) != 0) {
+        units[j].front().camId = camId;
         PeopleUnit& first = units[std::min(i, j)];
         const PeopleUnit& second = units[std::max(i, j)];
         first.insert(first.end(), second.begin(), second.end());
@@ -224,6 +228,34 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
     }
   }
   return false;
+}
+
+void orderAsShown(std::vector<PeopleUnit>& units, const Layout& shown) {
+  const std::vector<Frame>& frames = shown.frames;
+  if (units.size() != frames.size()) {
+    return;
+  }
+  const std::uint32_t camId = frames.front().fynCamId;
+  const bool isOfOneCamera = std::all_of(frames.begin(), frames.end(),
+                                         [=](const Frame& frame) { return frame.fynCamId == camId; }) &&
+                             std::all_of(units.begin(), units.end(),
+                                         [=](const PeopleUnit& unit) { return unit.front().camId == camId; });
+  if (isOfOneCamera) {
+    return;
+  }
+  std::vector<PeopleUnit> ordered;
+  for (const Frame& frame : frames) {
+    const auto unit = std::find_if(units.begin(), units.end(), [&](const PeopleUnit& each) {
+      return each.size() == frame.fynHeads.size() &&
+             std::all_of(each.begin(), each.end(),
+                         [&](const Seat& seat) { return frame.fynHeads.count(seat.person->id) != 0; });
+    });
+    if (unit == units.end()) {
+      return;
+    }
+    ordered.push_back(*unit);
+  }
+  units = std::move(ordered);
 }
 
 std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats) {

@@ -28,6 +28,12 @@ std::vector<PeopleUnit> formUnits(std::vector<Seat> seats, const Layout* current
 bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, const Layout* current,
                 const Layout* pending);
 
+/**
+ * Keeps each unit at the place where it is on screen, where all of them are there and several cameras take
+ * part: who is taken from another camera keeps the tile.
+ */
+void orderAsShown(std::vector<PeopleUnit>& units, const Layout& shown);
+
 /** A unit of one for every seat. */
 std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats);
 

@@ -11,6 +11,13 @@
 
 namespace fyn::productionrules {
 
+namespace {
+
+// In milliseconds. People turn their heads to whoever speaks.
+constexpr std::uint32_t kCamerasStayMs = 45000;
+
+}  // namespace
+
 const char* PrimaryPeopleLayout::getTag() const {
   return "PrimaryPeopleLayout";
 }
@@ -47,13 +54,18 @@ bool PrimaryPeopleLayout::updateFeedPriorityOfFrame() {
   if (mState.mCurLayout == nullptr) {
     return false;
   }
+  const std::uint32_t age = std::min(tick() - mState.adoptedAt, tick() - mMovedAt.value_or(mState.adoptedAt));
+  const bool rests = isSteady() && age < kCamerasStayMs;
   bool moved = false;
   for (std::size_t index = 0; index < mState.mCurLayout->frames.size(); ++index) {
     Frame& frame = mState.mCurLayout->frames[index];
     const bool isOfOne = frame.frameType == FramingType::HEAD && frame.fynHeads.size() == 1;
-    if (isOfOne || (isSteady() && groupOnScreen() == &frame)) {
+    if ((isOfOne && !rests) || (isSteady() && groupOnScreen() == &frame)) {
       moved |= updateFeedPriority(index, frame);
     }
+  }
+  if (moved) {
+    mMovedAt = tick();
   }
   return moved;
 }

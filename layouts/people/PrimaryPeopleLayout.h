@@ -16,7 +16,8 @@ class PrimaryPeopleLayout : public BasePeopleLayout {
   const char* getTag() const override;
 
   /** Moves each HEAD frame whose person has been shown better by another camera for the whole hold, and in
-   * steady framing a GROUP frame of whose people another has shown more. */
+   * steady framing, where tiles stay for half a minute, a GROUP frame of whose people another has shown more.
+   */
   bool updateFeedPriorityOfFrame() override;
 
   /** False for a layout that shows nothing. */
@@ -38,6 +39,9 @@ class PrimaryPeopleLayout : public BasePeopleLayout {
   std::optional<std::uint32_t> findBetterCamera(const Frame& frame) const;
   std::optional<Frame> viewFrom(std::uint32_t camId, const Frame& frame);
   bool moveToCamera(std::size_t index, Frame& frame, std::uint32_t camId);
+
+  /** When a frame went over to another camera last, tick in milliseconds. */
+  std::optional<std::uint32_t> mMovedAt;
 };
 
 }  // namespace fyn::productionrules

@@ -36,6 +36,34 @@ TEST(PrimaryPeople, NeighboursOfDifferentCamerasDoNotShareATile) {
   EXPECT_EQ(cameras(run.current()), "0 1");
 }
 
+// Whom a tile would show beside its own people has no tile from another camera, too.
+TEST(PrimaryPeople, WhomATileShowsComesOverFromTheOtherCamera) {
+  for (const std::int32_t x : {640, 1100}) {
+    EngineRun run({0, 1});
+    run.engine<PrimaryPeopleLayout>();
+    Scene two = scene().person(1).at(500, 360).person(2).at(x, 360).yaw(40);
+    run.see(two.camera(1).at(300, 360).yaw(0));
+    EXPECT_EQ(run.picture() + " " + cameras(run.current()),
+              x == 640 ? "PROXIMITY [1 2] 0" : "HEAD [1] [2] 0 1");
+  }
+}
+
+// In steady framing; the tiles would change places without that, for those of the own camera come first.
+TEST(PrimaryPeople, WhoGoesOverToAnotherCameraKeepsTheTile) {
+  EngineRun run({0, 1});
+  run.with([](PrConfig& config) { config.steadyFramingEnabled = true; }).engine<PrimaryPeopleLayout>();
+  const auto room = [](double yawInCamera0) {
+    Scene two = scene().person(1).at(300, 360).yaw(yawInCamera0).camera(1).at(500, 360).yaw(20);
+    return two.person(2).at(900, 360).yaw(0);
+  };
+  run.watch(room(0), 10000);
+  EXPECT_EQ(run.picture() + " " + cameras(run.current()), "HEAD [1] [2] 0 0");
+  run.watch(room(40), 30000);
+  EXPECT_EQ(cameras(run.current()), "0 0") << "tiles stay for 45 s";
+  run.watch(room(40), 20000);
+  EXPECT_EQ(run.picture() + " " + cameras(run.current()), "HEAD [1] [2] 1 0");
+}
+
 struct StayCase {
   const char* what;
   Rect inCamera1;
