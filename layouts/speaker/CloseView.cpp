@@ -102,32 +102,53 @@ double shownShare(const Rect& view, const Rect& head) {
                   shown(head.top, head.bottom, view.top, view.bottom));
 }
 
+// Asked of each view that is tried, and most neighbours are elsewhere.
+bool isElsewhere(const Rect& view, const Rect& head) {
+  return head.right <= view.left || head.left >= view.right || head.bottom <= view.top ||
+         head.top >= view.bottom;
+}
+
 bool cuts(const Rect& view, const Rect& head) {
+  if (isElsewhere(view, head)) {
+    return false;
+  }
   const double shown = shownShare(view, head);
   return shown > kNothing && shown < 1 - kNothing;
 }
 
-/** Whether a head in view is too near to a side, unless that is the image's. */
-bool crowds(const Rect& view, const Rect& head, const Dimension& image) {
-  const double beside = kBeside * widthOf(head);
-  const double height = heightOf(head);
-  return shownShare(view, head) > kNothing &&
-         (view.left > std::max(head.left - beside, 0.0) ||
-          view.right < std::min<double>(head.right + beside, image.width) ||
-          view.top > std::max(head.top - kAbove * height, 0.0) ||
-          view.bottom < std::min<double>(head.bottom + kBelow * height, image.height));
+/** A head that is not meant, and the room that it keeps from the sides of a view; less at the image's. */
+struct Neighbour {
+  Neighbour(const Rect& box, const Dimension& image)
+      : head(box),
+        left(std::max(box.left - kBeside * widthOf(box), 0.0)),
+        top(std::max(box.top - kAbove * heightOf(box), 0.0)),
+        right(std::min<double>(box.right + kBeside * widthOf(box), image.width)),
+        bottom(std::min<double>(box.bottom + kBelow * heightOf(box), image.height)) {}
+
+  Rect head;
+  double left;
+  double top;
+  double right;
+  double bottom;
+};
+
+bool crowds(const Rect& view, const Neighbour& each) {
+  return !isElsewhere(view, each.head) &&
+         (view.left > each.left || view.right < each.right || view.top > each.top ||
+          view.bottom < each.bottom) &&
+         shownShare(view, each.head) > kNothing;
 }
 
 /** Null where each change leaves a head for which `isBad` is true. */
 template <typename Condition>
 std::optional<Rect> leastChanged(const Box& members, std::int64_t least, std::int64_t most,
-                                 const std::vector<Rect>& neighbours, const Dimension& image,
+                                 const std::vector<Neighbour>& neighbours, const Dimension& image,
                                  Condition isBad) {
   for (const double growth : kGrowths) {
     for (const double shift : kShifts) {
       const Rect view = viewAround(members, std::min(share(growth, least), most), shift, image);
       if (std::none_of(neighbours.begin(), neighbours.end(),
-                       [&](const Rect& head) { return isBad(view, head); })) {
+                       [&](const Neighbour& each) { return isBad(view, each); })) {
         return view;
       }
     }
@@ -156,10 +177,15 @@ Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const st
   const std::int64_t least =
       std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
                 heads.height(), heightFor(heads.width())});
-  const auto isCrowded = [&](const Rect& view, const Rect& head) { return crowds(view, head, image); };
-  std::optional<Rect> view = leastChanged(heads, least, most, neighbours, image, isCrowded);
+  std::vector<Neighbour> others;
+  others.reserve(neighbours.size());
+  for (const Rect& head : neighbours) {
+    others.emplace_back(head, image);
+  }
+  std::optional<Rect> view = leastChanged(heads, least, most, others, image, crowds);
   if (!view) {
-    view = leastChanged(heads, least, most, neighbours, image, cuts);
+    const auto cutsHead = [](const Rect& trial, const Neighbour& each) { return cuts(trial, each.head); };
+    view = leastChanged(heads, least, most, others, image, cutsHead);
   }
   return view ? *view : viewAround(heads, std::min(least, most), 0, image);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -34,29 +35,32 @@ std::shared_ptr<FynHead> withBox(const FynHead& person, const Head& head, const 
 std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId,
                                              std::uint32_t now) {
   const HeadsInView heads = headsToFollow(camId);
-  std::map<std::int64_t, Track> tracks;
   std::vector<std::shared_ptr<FynHead>> persons = data->getHeads();
   bool isChanged = false;
   for (std::shared_ptr<FynHead>& person : persons) {
     const Head* const head = heads.find(*person);
-    if (head == nullptr || tracks.count(person->id) != 0) {
+    if (head == nullptr) {
       continue;
     }
     const Rect& box = head->bbox;
-    const auto known = mTracks.find(person->id);
-    Track track{SmoothBox(box), now};
-    if (known != mTracks.end()) {
-      track = known->second;
+    const auto [entry, isNew] = mTracks.try_emplace(person->id, Track{SmoothBox(box), now});
+    Track& track = entry->second;
+    // Of two with one id the first counts.
+    if (std::exchange(track.isSeen, true)) {
+      continue;
+    }
+    if (!isNew) {
       follow(track, box, now);
     }
-    tracks.emplace(person->id, track);
     const Rect smooth = track.box.rounded();
     if (!(smooth == box)) {
       person = withBox(*person, *head, smooth);
       isChanged = true;
     }
   }
-  mTracks = std::move(tracks);
+  for (auto track = mTracks.begin(); track != mTracks.end();) {
+    track = std::exchange(track->second.isSeen, false) ? std::next(track) : mTracks.erase(track);
+  }
   if (!isChanged) {
     return data;
   }
@@ -67,7 +71,12 @@ std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data
 
 void HeadSmoother::follow(Track& track, const Rect& box, std::uint32_t now) {
   const double height = double{1} * box.bottom - box.top;
-  double share = 1 - std::exp(-static_cast<double>(now - track.at) / kTimeConstantMs);
+  // Mostly the same for all.
+  if (now - track.at != mPassed) {
+    mPassed = now - track.at;
+    mShare = 1 - std::exp(-static_cast<double>(mPassed) / kTimeConstantMs);
+  }
+  double share = mShare;
   if (track.box.distanceTo(box) > kJump * height) {
     share = std::max(share, kShareOfJump);
   }

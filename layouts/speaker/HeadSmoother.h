@@ -24,12 +24,17 @@ class HeadSmoother {
   struct Track {
     SmoothBox box;
     std::uint32_t at = 0;
+    /** In the result at hand. */
+    bool isSeen = false;
   };
 
-  static void follow(Track& track, const Rect& box, std::uint32_t now);
+  void follow(Track& track, const Rect& box, std::uint32_t now);
 
   /** By person. */
   std::map<std::int64_t, Track> mTracks;
+  /** Of the way to a new box, after so many milliseconds. */
+  double mShare = 0;
+  std::uint32_t mPassed = 0;
 };
 
 }  // namespace fyn::productionrules
