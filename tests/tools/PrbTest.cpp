@@ -144,6 +144,15 @@ std::string completions(const std::string& words) {
   return text;
 }
 
+TEST(Prb, TheDemoOfARecordingThatTakesNoTimeEnds) {
+  const ScratchFolder folder;
+  const PrbRun run =
+      runPrbWith({"demo", "--scenes", folder.file("scenes"),
+                  folder.write("moment", R"({"t":0,"topic":"/camera","payload":{"fynCamId":0}})")});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("Played 00:00.000"), std::string::npos) << run.out;
+}
+
 TEST(Prb, BashCompletesCommandsOptionsAndValues) {
   EXPECT_EQ(completions("prb compl"), "completion\n");
   EXPECT_EQ(completions("prb completion ''"), "bash zsh fish --help -h\n");

@@ -149,7 +149,7 @@ TEST(ViewCommand, TheDemoGoesOnWithoutAPort) {
   const ScratchFolder folder;
   const std::string meeting =
       folder.write("meeting.jsonl", R"({"t":0,"topic":"/ICDOut","payload":{"heads":[]}})"
-                                    "\n");
+                                    "\n{\"t\":100}\n");
   const std::vector<std::string> demo{kPrb,     "demo",     meeting,
                                       "--view", "--scenes", folder.file("scenes.jsonl")};
   Viewer first(demo);

@@ -119,7 +119,7 @@ ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
   return replay;
 }
 
-/** Plays one round. False when somebody asked to end. */
+/** Plays one round. False when there is no use in another: somebody asked to end, or it took no time. */
 bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& scenes, DemoPage& page,
                StopSignals& stop) {
   Meeting meeting(options, context);
@@ -146,7 +146,7 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
   page.endRound();
   scenes.flush();
   context.out << observer.summary() << std::endl;
-  return goOn;
+  return goOn && event.t > 0;
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ struct PlayOptions {
   bool loop = false;
 };
 
-/** Publishes the messages of one pass at their times. Returns false when it was told to stop. */
+/** Publishes the messages of one pass at their times. Returns false when there is no use in another: it was
+ * told to stop, or the pass took no time. */
 class Player {
  public:
   Player(LiveBus& bus, StopSignals& stop, double speed) : mBus(bus), mStop(stop), mSpeed(speed) {}
@@ -46,7 +47,7 @@ class Player {
         ++mPassedOver;
       }
     }
-    return true;
+    return first && event.t > *first;
   }
 
   std::uint64_t messages() const { return mMessages; }
