@@ -6,7 +6,6 @@
 
 #include "config/PrConfig.h"
 #include "geometry/GroupLayout.h"
-#include "geometry/HeadBuffer.h"
 #include "geometry/ProximityRect.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
@@ -247,7 +246,9 @@ TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& latest, cons
 
 TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,
                                       const Layout* row) {
-  const Rect base = isSquare(frame) ? getProximitySquare(box, image) : getHeadBufferRect(box, image);
+  const Rect base =
+      isSquare(frame) ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
+                      : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
   TileView view(frame, image, base);
   view.growToHeight(leastViewHeight(frame));
   if (isSteady()) {
