@@ -18,6 +18,8 @@ constexpr std::uint32_t kOfLateMs = 3000;
 constexpr std::uint32_t kAtBorderMs = 300;
 // For how long a camera's place of somebody whom only others see is known.
 constexpr std::uint32_t kRememberedMs = 10000;
+// A number that has not been seen for so long will not come back.
+constexpr std::uint32_t kNumberMs = 60000;
 
 // Boxes where nobody is have any size.
 constexpr double kOneSize = 1.25;
@@ -82,7 +84,9 @@ void SplitPersons::assign(const MLData& data, std::uint32_t now) {
     }
   }
   for (const FynHead* const number : further) {
-    Person& person = mPersons.at(mFurther.at(number->id));
+    FurtherNumber& known = mFurther.at(number->id);
+    known.seenAt = now;
+    Person& person = mPersons.at(known.person);
     if (shareACamera(person.heads, *number)) {
       mFurther.erase(number->id);
       mPersons[number->id].heads = number->mCamIdAssocHeadMap;
@@ -119,7 +123,7 @@ SplitPersons::Person* SplitPersons::findLost(const FynHead& number, std::uint32_
       if (overlap >= most && areOfOneSize(place, head->bbox)) {
         most = overlap;
         best = &person;
-        mFurther[number.id] = id;
+        mFurther[number.id] = {id, now};
       }
     }
   }
@@ -155,7 +159,7 @@ std::shared_ptr<MLData> SplitPersons::rejoined(const MLData& data) {
   std::set<std::int32_t> known;
   for (const std::shared_ptr<FynHead>& number : data.getHeads()) {
     const auto further = mFurther.find(number->id);
-    const std::int32_t id = further != mFurther.end() ? further->second : number->id;
+    const std::int32_t id = further != mFurther.end() ? further->second.person : number->id;
     const Person& person = mPersons.at(id);
     if (!known.insert(id).second) {
       continue;
@@ -202,7 +206,8 @@ void SplitPersons::remember(std::uint32_t now, std::vector<PersonRenamed>& renam
     each = isGone ? mPersons.erase(each) : std::next(each);
   }
   for (auto number = mFurther.begin(); number != mFurther.end();) {
-    number = mPersons.count(number->second) == 0 ? mFurther.erase(number) : std::next(number);
+    const bool isGone = mPersons.count(number->second.person) == 0 || now - number->second.seenAt > kNumberMs;
+    number = isGone ? mFurther.erase(number) : std::next(number);
   }
 }
 

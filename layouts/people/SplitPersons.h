@@ -44,6 +44,12 @@ class SplitPersons {
     bool isRejoined = false;
   };
 
+  struct FurtherNumber {
+    /** By which number the person is known. */
+    std::int32_t person = 0;
+    std::uint32_t seenAt = 0;
+  };
+
   void assign(const MLData& data, std::uint32_t now);
   Person* findLost(const FynHead& number, std::uint32_t now);
   void holdMissed(std::uint32_t now);
@@ -53,8 +59,8 @@ class SplitPersons {
 
   /** By the number that came first. */
   std::map<std::int32_t, Person> mPersons;
-  /** Whose the further numbers are. */
-  std::map<std::int32_t, std::int32_t> mFurther;
+  /** By number. */
+  std::map<std::int32_t, FurtherNumber> mFurther;
 };
 
 }  // namespace fyn::productionrules

@@ -76,6 +76,21 @@ TEST(SplitPersons, HasEachPersonOnce) {
   }
 }
 
+TEST(SplitPersons, ForgetsANumberThatHasNotComeBackForAMinute) {
+  TestEnvironment environment;
+  for (const std::uint32_t awayMs : {58000U, 62000U}) {
+    SplitPersons persons;
+    std::vector<PersonRenamed> renamed;
+    persons.rejoin(both().mlData(), 0, renamed);
+    persons.rejoin(onePlus(7, 0, 310).mlData(), 1000, renamed);
+    for (std::uint32_t ms = 1000; ms < awayMs; ms += 1000) {
+      persons.rejoin(scene().person(1).camera(1).at(500, 360).mlData(), 1000 + ms, renamed);
+    }
+    const auto whole = persons.rejoin(onePlus(7, 0, 900).mlData(), 1000 + awayMs, renamed);
+    EXPECT_EQ(textOf(*whole), awayMs < 60000 ? "1@01" : "1@1 7@0");
+  }
+}
+
 TEST(SplitPersons, HoldsAHeadWithoutItsTagAndLeavesOneCameraAlone) {
   TestEnvironment environment;
   SplitPersons persons;
