@@ -24,15 +24,30 @@ void tellFaults(const std::string& path, const std::optional<std::string>& confi
   }
 }
 
+/** Has the faults of each configuration told that is read, for as long as it lives: a host may run the
+ * service more than once. */
+class ToldFaults {
+ public:
+  ToldFaults() {
+    mState.setFiles([read = mRead](const std::string& path) {
+      std::optional<std::string> text = read(path);
+      tellFaults(path, text);
+      return text;
+    });
+  }
+  ~ToldFaults() { mState.setFiles(mRead); }
+  ToldFaults(const ToldFaults&) = delete;
+  ToldFaults& operator=(const ToldFaults&) = delete;
+
+ private:
+  fyn::productionrules::ServiceState& mState = fyn::productionrules::ServiceState::current();
+  const fyn::productionrules::TextFileReader mRead = mState.files();
+};
+
 void runOnChosenPlatform(const std::string& name, bool loadConfig) {
   using namespace fyn::productionrules;
   const DevicePlatform device = buildPlatform();
-  ServiceState& state = ServiceState::current();
-  state.setFiles([read = state.files()](const std::string& path) {
-    std::optional<std::string> text = read(path);
-    tellFaults(path, text);
-    return text;
-  });
+  const ToldFaults toldFaults;
   HostSignals host;
   runProductionRulesService(device.platform, name, loadConfig,
                             [&](BaseIPCService& service) { host.attach(service, device); });
