@@ -36,6 +36,11 @@ constexpr Rect enclosing(const Rect& a, const Rect& b) {
               std::max(a.bottom, b.bottom)};
 }
 
+/** Whether some pixels are in both. */
+constexpr bool doOverlap(const Rect& a, const Rect& b) {
+  return a.left < b.right && a.right > b.left && a.top < b.bottom && a.bottom > b.top;
+}
+
 /** The box with that many pixels more at each side: `across` left and right, `up` above and below. */
 constexpr Rect grownBy(const Rect& box, std::int32_t across, std::int32_t up) {
   return {wrapSub(box.left, across), wrapSub(box.top, up), wrapAdd(box.right, across),

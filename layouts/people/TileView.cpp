@@ -48,13 +48,9 @@ constexpr double kGrowths[] = {0, 0.1, 0.2, 0.3, 0.4, 0.6, 0.8};
 constexpr double kTurns[] = {0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
 constexpr double kRoom = 0.2;
 
-bool isSeen(const Rect& head, const Rect& view) {
-  return head.left < view.right && head.right > view.left && head.top < view.bottom && head.bottom > view.top;
-}
-
 // How far the view has to move so that it shows nothing of a head of which it shows a little.
 std::int32_t turnFromHead(const Rect& head, const Rect& view) {
-  if (!isSeen(head, view)) {
+  if (!doOverlap(head, view)) {
     return 0;
   }
   const std::int32_t gap = share(kGap, widthOf(head));
@@ -70,7 +66,7 @@ constexpr double kPartsOfTheWay[] = {1, 0.75, 0.5, 0.25};
 
 bool showsMore(const std::vector<Rect>& heads, const Rect& view, const Rect& before) {
   return std::any_of(heads.begin(), heads.end(),
-                     [&](const Rect& head) { return isSeen(head, view) && !isSeen(head, before); });
+                     [&](const Rect& head) { return doOverlap(head, view) && !doOverlap(head, before); });
 }
 
 bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {
@@ -222,7 +218,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
 }
 
 bool cutsOff(const Rect& head, const Rect& view) {
-  if (!isSeen(head, view)) {
+  if (!doOverlap(head, view)) {
     return false;
   }
   const Rect shown{std::max(head.left, view.left), std::max(head.top, view.top),

@@ -102,14 +102,9 @@ double shownShare(const Rect& view, const Rect& head) {
                   shown(head.top, head.bottom, view.top, view.bottom));
 }
 
-// Asked of each view that is tried, and most neighbours are elsewhere.
-bool isElsewhere(const Rect& view, const Rect& head) {
-  return head.right <= view.left || head.left >= view.right || head.bottom <= view.top ||
-         head.top >= view.bottom;
-}
-
 bool cuts(const Rect& view, const Rect& head) {
-  if (isElsewhere(view, head)) {
+  // Asked of each view that is tried, and most neighbours are elsewhere.
+  if (!doOverlap(view, head)) {
     return false;
   }
   const double shown = shownShare(view, head);
@@ -133,7 +128,7 @@ struct Neighbour {
 };
 
 bool crowds(const Rect& view, const Neighbour& each) {
-  return !isElsewhere(view, each.head) &&
+  return doOverlap(view, each.head) &&
          (view.left > each.left || view.right < each.right || view.top > each.top ||
           view.bottom < each.bottom) &&
          shownShare(view, each.head) > kNothing;
