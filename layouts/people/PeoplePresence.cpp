@@ -6,20 +6,18 @@
 
 #include "config/PrConfig.h"
 #include "geometry/RectMath.h"
+#include "layouts/people/MissedHeads.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
-// Times in milliseconds. Measured on tracks of real detectors and on meetings with their noise; with 2000
-// instead of 3000 the picture changes four times as often when every fifth head is missed.
+// Times in milliseconds. Measured on tracks of real detectors and on meetings with their noise.
 constexpr std::uint32_t kNewcomerMs = 500;
 constexpr std::uint32_t kFlashMs = 300;
-constexpr std::uint32_t kMissedMs = 3000;
 constexpr std::uint32_t kLeastMissedMs = 500;
 constexpr std::uint32_t kMissedWalkerMs = 1000;
-constexpr std::uint32_t kMissedAtBorderMs = 300;
 constexpr std::uint32_t kKnownAfterMs = 5000;
 
 // A newcomer is in at least three of five results.
@@ -30,7 +28,6 @@ constexpr std::uint64_t kSeen = 3;
 constexpr double kMissedShare = 0.3;
 
 // Head widths from the border, and a second towards the middle.
-constexpr double kSideBorder = 0.5;
 constexpr double kBottomBorder = 0.25;
 constexpr double kInward = 0.25;
 

@@ -8,14 +8,13 @@
 #include "geometry/Overlap.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/KnownPlaces.h"
+#include "layouts/people/MissedHeads.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
 
 namespace {
 
-constexpr std::uint32_t kOfLateMs = 3000;
-constexpr std::uint32_t kAtBorderMs = 300;
 // For how long a camera's place of somebody whom only others see is known.
 constexpr std::uint32_t kRememberedMs = 10000;
 // A number that has not been seen for so long will not come back.
@@ -23,9 +22,6 @@ constexpr std::uint32_t kNumberMs = 60000;
 
 // Boxes where nobody is have any size.
 constexpr double kOneSize = 1.25;
-
-// Of the head's width.
-constexpr double kSideBorder = 0.5;
 
 bool isOfOneCamera(const MLData& data) {
   const auto& persons = data.getHeads();
@@ -44,7 +40,7 @@ bool areOfOneSize(const Rect& a, const Rect& b) {
 std::uint32_t holdMs(std::uint32_t camId, const Rect& head) {
   const double border = kSideBorder * widthOf(head);
   const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
-  return head.left < border || head.right > image.width - border ? kAtBorderMs : kOfLateMs;
+  return head.left < border || head.right > image.width - border ? kMissedAtBorderMs : kMissedMs;
 }
 
 bool shareACamera(const std::unordered_map<std::uint32_t, std::shared_ptr<Head>>& heads,
@@ -108,7 +104,7 @@ SplitPersons::Person* SplitPersons::findLost(const FynHead& number, std::uint32_
   Person* best = nullptr;
   double most = kSamePlace;
   for (auto& [id, person] : mPersons) {
-    const auto isOfLate = [now](const auto& sight) { return now - sight.second.at <= kOfLateMs; };
+    const auto isOfLate = [now](const auto& sight) { return now - sight.second.at <= kMissedMs; };
     if (person.sights.size() < 2 || shareACamera(person.heads, number) ||
         std::none_of(person.sights.begin(), person.sights.end(), isOfLate)) {
       continue;
@@ -187,7 +183,7 @@ void SplitPersons::remember(std::uint32_t now, std::vector<PersonRenamed>& renam
     Person& person = each->second;
     for (const auto& [camId, head] : person.heads) {
       Sight& sight = person.sights[camId];
-      if (sight.head != nullptr && sight.head->id != head->id && now - sight.at <= kOfLateMs) {
+      if (sight.head != nullptr && sight.head->id != head->id && now - sight.at <= kMissedMs) {
         const auto of = [id = each->first, camera = camId](const std::shared_ptr<Head>& seen) {
           auto part = std::make_shared<FynHead>();
           part->id = id;
@@ -202,7 +198,7 @@ void SplitPersons::remember(std::uint32_t now, std::vector<PersonRenamed>& renam
     person.held.clear();
     person.isRejoined = false;
     const bool isGone = std::all_of(person.sights.begin(), person.sights.end(),
-                                    [now](const auto& sight) { return now - sight.second.at > kOfLateMs; });
+                                    [now](const auto& sight) { return now - sight.second.at > kMissedMs; });
     each = isGone ? mPersons.erase(each) : std::next(each);
   }
   for (auto number = mFurther.begin(); number != mFurther.end();) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "layouts/people/PersonRenaming.h"
@@ -12,7 +13,9 @@ namespace fyn::productionrules {
 
 /**
  * Persons of several cameras whose number breaks in one of them: the others go on with the old number, so
- * that the pipeline reports two persons where there is one. Times are ticks in milliseconds.
+ * that the pipeline reports two persons where there is one. And those whom one camera misses for a moment:
+ * for other cameras see them, nobody else would keep their place in that one. Times are ticks in
+ * milliseconds.
  */
 class SplitPersons {
  public:
@@ -20,7 +23,8 @@ class SplitPersons {
    * The vision result with each person once, under the number that came first; the same one when nobody is
    * split. A new number is a person's at whose place a camera has lost that person, whom another camera has
    * seen of late, too; for as long as the camera does not show both. Whose head has another number since the
-   * result before is added to `renamed`.
+   * result before is added to `renamed`. Whom a camera misses keeps the last head there, untagged, for as
+   * long as a missed head counts.
    */
   std::shared_ptr<MLData> rejoin(const std::shared_ptr<MLData>& data, std::uint32_t now,
                                  std::vector<PersonRenamed>& renamed);
