@@ -16,7 +16,8 @@ class PrimaryPeopleLayout : public BasePeopleLayout {
   const char* getTag() const override;
 
   /** Moves each HEAD frame whose person has been shown better by another camera for the whole hold, and in
-   * steady framing, where tiles stay for half a minute, a GROUP frame of whose people another has shown more.
+   * steady framing, where the cameras of tiles stay for 45 s, a GROUP frame of whose people another has shown
+   * more.
    */
   bool updateFeedPriorityOfFrame() override;
 
