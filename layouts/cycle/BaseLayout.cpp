@@ -72,8 +72,11 @@ bool BaseLayout::verifyIfLayoutChangeNeeded(const std::shared_ptr<MLData>& mlDat
            static_cast<int>(mlData->getHeads().size()));
   mLastFrameNumber = mlData->frameNumber;
   reportInput(*mlData);
+  mState.reason = "";
   const std::shared_ptr<Layout> candidate = createLayout(mlData);
-  mState.reason = candidate != nullptr ? candidate->reason : "";
+  if (candidate != nullptr && candidate != mState.mCurLayout) {
+    mState.reason = candidate->reason;
+  }
   const LayoutComparison comparison = compareLayouts(mState.mCurLayout, candidate);
   if (!comparison.isDifferent()) {
     mState.differsSince.reset();

@@ -62,17 +62,13 @@ std::int64_t share(double part, std::int64_t whole) {
   return std::llround(part * static_cast<double>(whole));
 }
 
-/** Around all heads, as far as they lie in the image. */
-Box boxOf(const std::vector<Rect>& heads, std::int64_t margin, const Dimension& image) {
-  Rect all = heads.front();
-  for (const Rect& head : heads) {
-    all = enclosing(all, head);
-  }
+/** The box with a margin, as far as that lies in the image. */
+Box boxAround(const Rect& box, std::int64_t margin, const Dimension& image) {
   const auto inside = [](std::int64_t side, std::int32_t size) {
     return std::clamp<std::int64_t>(side, 0, size);
   };
-  return {inside(all.left - margin, image.width), inside(all.top - margin, image.height),
-          inside(all.right + margin, image.width), inside(all.bottom + margin, image.height)};
+  return {inside(box.left - margin, image.width), inside(box.top - margin, image.height),
+          inside(box.right + margin, image.width), inside(box.bottom + margin, image.height)};
 }
 
 /** Where a span of `size` begins that holds `from` to `to` and lies in `limit`, as near to `low` as can be.
@@ -134,14 +130,46 @@ bool crowds(const Rect& view, const Neighbour& each) {
          shownShare(view, each.head) > kNothing;
 }
 
+/** What a close view has to hold, in any image that has room for it, and how high it may be. */
+struct Fit {
+  Box members;
+  std::int64_t least;
+  std::int64_t most;
+};
+
+/** Null where nothing but the whole image holds the members. */
+std::optional<Fit> fitOf(const Rect& groupView, const std::vector<Rect>& members, const Dimension& image) {
+  Rect all = members.front();
+  std::int64_t tallest = 0;
+  for (const Rect& head : members) {
+    all = enclosing(all, head);
+    tallest = std::max(tallest, boxAround(head, 0, image).height());
+  }
+  const std::int64_t most =
+      std::min<std::int64_t>(image.height, std::int64_t{image.width} * kAspectHeight / kAspectWidth);
+  const auto hasRoom = [most](const Box& box) {
+    return box.height() <= most && box.width() <= widthFor(most);
+  };
+  Box heads = boxAround(all, share(kMargin, tallest), image);
+  if (!hasRoom(heads)) {
+    heads = boxAround(all, 0, image);
+  }
+  if (!hasRoom(heads)) {
+    return std::nullopt;
+  }
+  const std::int64_t least =
+      std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
+                heads.height(), heightFor(heads.width())});
+  return Fit{heads, std::min(least, most), most};
+}
+
 /** Null where each change leaves a head for which `isBad` is true. */
 template <typename Condition>
-std::optional<Rect> leastChanged(const Box& members, std::int64_t least, std::int64_t most,
-                                 const std::vector<Neighbour>& neighbours, const Dimension& image,
-                                 Condition isBad) {
+std::optional<Rect> leastChanged(const Fit& fit, const std::vector<Neighbour>& neighbours,
+                                 const Dimension& image, Condition isBad) {
   for (const double growth : kGrowths) {
     for (const double shift : kShifts) {
-      const Rect view = viewAround(members, std::min(share(growth, least), most), shift, image);
+      const Rect view = viewAround(fit.members, std::min(share(growth, fit.least), fit.most), shift, image);
       if (std::none_of(neighbours.begin(), neighbours.end(),
                        [&](const Neighbour& each) { return isBad(view, each); })) {
         return view;
@@ -151,38 +179,18 @@ std::optional<Rect> leastChanged(const Box& members, std::int64_t least, std::in
   return std::nullopt;
 }
 
-Rect closeView(const Rect& groupView, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
-               const Dimension& image) {
-  std::int64_t tallest = 0;
-  for (const Rect& head : members) {
-    tallest = std::max<std::int64_t>(tallest, boxOf({head}, 0, image).height());
-  }
-  const std::int64_t most =
-      std::min<std::int64_t>(image.height, std::int64_t{image.width} * kAspectHeight / kAspectWidth);
-  const auto hasRoom = [most](const Box& box) {
-    return box.height() <= most && box.width() <= widthFor(most);
-  };
-  Box heads = boxOf(members, share(kMargin, tallest), image);
-  if (!hasRoom(heads)) {
-    heads = boxOf(members, 0, image);
-  }
-  if (!hasRoom(heads)) {
-    return {0, 0, image.width, image.height};
-  }
-  const std::int64_t least =
-      std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
-                heads.height(), heightFor(heads.width())});
+Rect closeView(const Fit& fit, const std::vector<Rect>& neighbours, const Dimension& image) {
   std::vector<Neighbour> others;
   others.reserve(neighbours.size());
   for (const Rect& head : neighbours) {
     others.emplace_back(head, image);
   }
-  std::optional<Rect> view = leastChanged(heads, least, most, others, image, crowds);
+  std::optional<Rect> view = leastChanged(fit, others, image, crowds);
   if (!view) {
     const auto cutsHead = [](const Rect& trial, const Neighbour& each) { return cuts(trial, each.head); };
-    view = leastChanged(heads, least, most, others, image, cutsHead);
+    view = leastChanged(fit, others, image, cutsHead);
   }
-  return view ? *view : viewAround(heads, std::min(least, most), 0, image);
+  return view ? *view : viewAround(fit.members, fit.least, 0, image);
 }
 
 }  // namespace
@@ -194,10 +202,21 @@ bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit) {
   SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, zoomLimit);
-  if (!members.empty()) {
-    frame.source = closeView(frame.source, members, neighbours,
-                             getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
+  if (members.empty()) {
+    return;
   }
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
+  const std::optional<Fit> fit = fitOf(frame.source, members, image);
+  frame.source = fit ? closeView(*fit, neighbours, image) : Rect{0, 0, image.width, image.height};
+}
+
+std::int64_t leastCloseHeight(std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit) {
+  Frame frame;
+  frame.fynCamId = camId;
+  SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, zoomLimit);
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
+  const std::optional<Fit> fit = fitOf(frame.source, members, image);
+  return fit ? fit->least : image.height;
 }
 
 }  // namespace fyn::productionrules

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "model/Frame.h"
@@ -14,6 +15,10 @@ namespace fyn::productionrules {
  */
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit);
+
+/** No view that `placeClosely` makes of these heads, of which there is one at least, is lower; said without a
+ * search among the neighbours. */
+std::int64_t leastCloseHeight(std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit);
 
 /** Whether the view shows more than a tenth of one of the heads, but not all but a tenth. */
 bool cutsAny(const std::vector<Rect>& heads, const Rect& view);

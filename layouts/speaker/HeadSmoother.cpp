@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "layouts/people/HeadsInView.h"
-
 namespace fyn::productionrules {
 
 namespace {
@@ -18,32 +16,19 @@ constexpr double kTimeConstantMs = 250.0;
 constexpr double kJump = 0.6;
 constexpr double kShareOfJump = 0.5;
 
-/** The person with another box in place of that of `head`. */
-std::shared_ptr<FynHead> withBox(const FynHead& person, const Head& head, const Rect& box) {
-  auto copy = std::make_shared<FynHead>(person);
-  for (auto& [camId, each] : copy->mCamIdAssocHeadMap) {
-    if (each.get() == &head) {
-      each = std::make_shared<Head>(head);
-      each->bbox = box;
-    }
-  }
-  return copy;
-}
-
 }  // namespace
 
-std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId,
+std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data, const HeadsInView& heads,
                                              std::uint32_t now) {
-  const HeadsInView heads = headsToFollow(camId);
-  std::vector<std::shared_ptr<FynHead>> persons = data->getHeads();
+  auto result = std::make_shared<MLData>(*data);
   bool isChanged = false;
-  for (std::shared_ptr<FynHead>& person : persons) {
+  for (std::shared_ptr<FynHead>& person : result->heads) {
     const Head* const head = heads.find(*person);
     if (head == nullptr) {
       continue;
     }
     const Rect& box = head->bbox;
-    const auto [entry, isNew] = mTracks.try_emplace(person->id, Track{SmoothBox(box), now});
+    const auto [entry, isNew] = mTracks.try_emplace(person->id, box, now);
     Track& track = entry->second;
     // Of two with one id the first counts.
     if (std::exchange(track.isSeen, true)) {
@@ -54,19 +39,36 @@ std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data
     }
     const Rect smooth = track.box.rounded();
     if (!(smooth == box)) {
-      person = withBox(*person, *head, smooth);
+      std::swap(track.latest, track.before);
+      person = track.latest.make(*person, *head, smooth);
       isChanged = true;
     }
   }
   for (auto track = mTracks.begin(); track != mTracks.end();) {
     track = std::exchange(track->second.isSeen, false) ? std::next(track) : mTracks.erase(track);
   }
-  if (!isChanged) {
-    return data;
+  return isChanged ? result : data;
+}
+
+std::shared_ptr<FynHead> HeadSmoother::Copy::make(const FynHead& original, const Head& head,
+                                                  const Rect& box) {
+  if (mPerson.use_count() == 1) {
+    *mPerson = original;
+  } else {
+    mPerson = std::make_shared<FynHead>(original);
   }
-  auto result = std::make_shared<MLData>(*data);
-  result->heads = std::move(persons);
-  return result;
+  if (mHead.use_count() == 1) {
+    *mHead = head;
+  } else {
+    mHead = std::make_shared<Head>(head);
+  }
+  mHead->bbox = box;
+  for (auto& [camId, each] : mPerson->mCamIdAssocHeadMap) {
+    if (each.get() == &head) {
+      each = mHead;
+    }
+  }
+  return mPerson;
 }
 
 void HeadSmoother::follow(Track& track, const Rect& box, std::uint32_t now) {

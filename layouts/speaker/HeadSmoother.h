@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 
+#include "layouts/people/HeadsInView.h"
 #include "layouts/people/SmoothBox.h"
 #include "model/MLData.h"
 
@@ -14,18 +15,35 @@ namespace fyn::productionrules {
 class HeadSmoother {
  public:
   /**
-   * The vision result with the boxes of camera `camId` smoothed; the same persons and heads where nothing
+   * The vision result with the boxes of the camera smoothed; the same persons and heads where nothing
    * changes. `now` is a tick in milliseconds. A head that no picture can be made of stays as it is, and who
    * is not in the result begins afresh on return.
    */
-  std::shared_ptr<MLData> smooth(const std::shared_ptr<MLData>& data, std::uint32_t camId, std::uint32_t now);
+  std::shared_ptr<MLData> smooth(const std::shared_ptr<MLData>& data, const HeadsInView& heads,
+                                 std::uint32_t now);
 
  private:
+  /** A person with another box in place of that of one head. */
+  class Copy {
+   public:
+    /** In the memory of the one made before, as far as nobody has that any longer. */
+    std::shared_ptr<FynHead> make(const FynHead& original, const Head& head, const Rect& box);
+
+   private:
+    std::shared_ptr<FynHead> mPerson;
+    std::shared_ptr<Head> mHead;
+  };
+
   struct Track {
+    Track(const Rect& first, std::uint32_t now) : box(first), at(now) {}
+
     SmoothBox box;
-    std::uint32_t at = 0;
+    std::uint32_t at;
     /** In the result at hand. */
     bool isSeen = false;
+    /** The engine has the latest one until it has the next. */
+    Copy latest;
+    Copy before;
   };
 
   void follow(Track& track, const Rect& box, std::uint32_t now);

@@ -15,9 +15,9 @@ namespace {
 // Of the height of a frame: it is placed anew when that would make it smaller than this.
 constexpr double kSmaller = 0.65;
 
-std::vector<Rect> neighboursOf(const Frame& frame, const PeopleMap& people) {
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
+std::vector<Rect> neighboursOf(const Frame& frame, const PeopleMap& people, const HeadsInView& heads) {
   std::vector<Rect> neighbours;
+  neighbours.reserve(people.size());
   for (const auto& [id, person] : people) {
     const Head* const head = frame.fynHeads.count(id) == 0 ? heads.find(*person) : nullptr;
     if (head != nullptr) {
@@ -30,8 +30,9 @@ std::vector<Rect> neighboursOf(const Frame& frame, const PeopleMap& people) {
 }  // namespace
 
 void placeMembers(Frame& frame, const PeopleMap& people) {
-  placeClosely(frame, headsToFollow(frame.fynCamId).bounds(people, frame.fynHeads),
-               neighboursOf(frame, people), speakerZoomLimit());
+  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  placeClosely(frame, heads.bounds(people, frame.fynHeads), neighboursOf(frame, people, heads),
+               speakerZoomLimit());
 }
 
 HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
@@ -41,7 +42,16 @@ HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
   if (members.empty()) {
     return HeadPosition::CENTER;
   }
-  const std::vector<Rect> neighbours = neighboursOf(frame, people);
+  const std::vector<Rect> neighbours = neighboursOf(frame, people, heads);
+  const bool areWhole = std::all_of(members.begin(), members.end(),
+                                    [&](const Rect& head) { return heads.isWhole(head, frame.source); });
+  const bool isNeighbourCut = cutsAny(neighbours, frame.source);
+  const double smaller = kSmaller * heightOf(frame.source);
+  // The usual case.
+  if (areWhole && !isNeighbourCut &&
+      static_cast<double>(leastCloseHeight(frame.fynCamId, members, speakerZoomLimit())) >= smaller) {
+    return HeadPosition::CENTER;
+  }
   Frame anew = frame;
   placeClosely(anew, members, neighbours, speakerZoomLimit());
   if (anew.source == frame.source) {
@@ -50,13 +60,10 @@ HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
   if (isGFHeadOutside(frame.source, members)) {
     return HeadPosition::GROUP_HEAD_OUTSIDE;
   }
-  if (!std::all_of(members.begin(), members.end(),
-                   [&](const Rect& head) { return heads.isWhole(head, frame.source); }) ||
-      (cutsAny(neighbours, frame.source) && !cutsAny(neighbours, anew.source))) {
+  if (!areWhole || (isNeighbourCut && !cutsAny(neighbours, anew.source))) {
     return HeadPosition::GROUP_HEAD_ON_EDGE;
   }
-  return heightOf(anew.source) < kSmaller * heightOf(frame.source) ? HeadPosition::GROUP_MOVE_CLOSE
-                                                                   : HeadPosition::CENTER;
+  return heightOf(anew.source) < smaller ? HeadPosition::GROUP_MOVE_CLOSE : HeadPosition::CENTER;
 }
 
 }  // namespace fyn::productionrules

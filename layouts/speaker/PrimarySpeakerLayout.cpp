@@ -12,12 +12,12 @@ const char* PrimarySpeakerLayout::getTag() const {
   return "PrimarySpeakerLayout";
 }
 
-std::vector<std::uint32_t> PrimarySpeakerLayout::camerasInUse() const {
-  std::vector<std::uint32_t> cameras = SpeakerFramingLayout::camerasInUse();
+std::vector<HeadsInView> PrimarySpeakerLayout::camerasInUse() const {
+  std::vector<HeadsInView> cameras = SpeakerFramingLayout::camerasInUse();
   const FynCamerasConfig& config = FynCamerasConfig::get();
   for (const auto& [camId, info] : config.fynCamInfoMap) {
     if (camId != config.fynCamId) {
-      cameras.push_back(static_cast<std::uint32_t>(camId));
+      cameras.push_back(headsToFollow(static_cast<std::uint32_t>(camId)));
     }
   }
   return cameras;

@@ -10,7 +10,7 @@ class PrimarySpeakerLayout : public SpeakerFramingLayout {
   const char* getTag() const override;
 
  protected:
-  std::vector<std::uint32_t> camerasInUse() const override;
+  std::vector<HeadsInView> camerasInUse() const override;
   std::uint32_t chooseCamera(const MLData& data) override;
 };
 

@@ -29,9 +29,8 @@ int handoversIn(const Samples& samples) {
 
 }  // namespace
 
-void SpeakerFramingData::update(const std::vector<std::shared_ptr<FynHead>>& inView,
-                                std::vector<std::shared_ptr<FynHead>> speakers, std::uint32_t camId,
-                                bool pictureShowsSpeaker, const TickFunction& tick) {
+void SpeakerFramingData::update(bool isAnybodyInView, std::vector<std::shared_ptr<FynHead>> speakers,
+                                std::uint32_t camId, bool pictureShowsSpeaker, const TickFunction& tick) {
   mSpeakers = std::move(speakers);
   updateActiveSpeaker();
   if (!PrConfig::get().sfRecoveryMode) {
@@ -46,7 +45,7 @@ void SpeakerFramingData::update(const std::vector<std::shared_ptr<FynHead>>& inV
   }
   const std::uint32_t now = tick();
   checkPosition(camId, now);
-  checkTags(!inView.empty(), pictureShowsSpeaker, now);
+  checkTags(isAnybodyInView, pictureShowsSpeaker, now);
 }
 
 std::string SpeakerFramingData::debugText(std::uint32_t now) const {

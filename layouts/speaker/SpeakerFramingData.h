@@ -25,13 +25,12 @@ class SpeakerFramingData {
   static constexpr std::int64_t kNobody = -1;
 
   /**
-   * Takes in one vision result. `inView` are the persons in view and `speakers` those of them who speak, both
-   * in the engine's order; `pictureShowsSpeaker` says whether the layout on screen follows somebody. `tick`
-   * is the clock of the recovery mode.
+   * Takes in one vision result. `speakers` are those in view who speak, in the engine's order;
+   * `pictureShowsSpeaker` says whether the layout on screen follows somebody. `tick` is the clock of the
+   * recovery mode.
    */
-  void update(const std::vector<std::shared_ptr<FynHead>>& inView,
-              std::vector<std::shared_ptr<FynHead>> speakers, std::uint32_t camId, bool pictureShowsSpeaker,
-              const TickFunction& tick);
+  void update(bool isAnybodyInView, std::vector<std::shared_ptr<FynHead>> speakers, std::uint32_t camId,
+              bool pictureShowsSpeaker, const TickFunction& tick);
 
   /** Who speaks in the latest vision result. */
   const std::vector<std::shared_ptr<FynHead>>& speakers() const { return mSpeakers; }

@@ -40,7 +40,7 @@ Rect withRoom(const Rect& head) {
 
 }  // namespace
 
-SpeakerFramingLayout::SpeakerFramingLayout() : mCamId(FynHead::kNoCamera) {
+SpeakerFramingLayout::SpeakerFramingLayout() : mHeads(FynHead::kNoCamera, {}, HeadRule::NearImage) {
   mTimerSetting = std::make_shared<SpeakerFramingTimerSetting>();
 }
 
@@ -142,14 +142,16 @@ std::shared_ptr<MLData> SpeakerFramingLayout::findPresent(const std::shared_ptr<
 }
 
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
+  const std::vector<HeadsInView> cameras = camerasInUse();
   std::shared_ptr<MLData> smooth = mlData;
-  for (const std::uint32_t camId : camerasInUse()) {
-    smooth = mMemory.smoothers[camId].smooth(smooth, camId, tick());
+  for (const HeadsInView& heads : cameras) {
+    smooth = mMemory.smoothers[heads.camId()].smooth(smooth, heads, tick());
   }
   BaseLayout::updatePeopleMap(smooth);
-  listen();
-  mCamId = chooseCamera(*smooth);
-  mInView = headsToFollow(mCamId).sorted(smooth->getHeads());
+  mHeads = cameras.front();
+  listen(cameras);
+  mHeads = headsOf(chooseCamera(*smooth));
+  mInView = mHeads.sorted(smooth->getHeads());
   mSpeakers = inViewOf(mMemory.belief.speakers());
   const bool isSpoken = std::any_of(mSpeakers.begin(), mSpeakers.end(),
                                     [this](const auto& speaker) { return isWholeOnScreen(*speaker); });
@@ -161,12 +163,9 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
   updateExchange();
 }
 
-void SpeakerFramingLayout::listen() {
-  std::vector<HeadsInView> cameras;
-  for (const std::uint32_t camId : camerasInUse()) {
-    cameras.push_back(headsToFollow(camId));
-  }
+void SpeakerFramingLayout::listen(const std::vector<HeadsInView>& cameras) {
   std::vector<SpeechHint> hints;
+  hints.reserve(mState.people.size());
   for (const auto& [id, person] : mState.people) {
     SpeechHint hint{id, false, mMemory.presence.isMissed(person->id), isWholeOnScreen(*person)};
     bool isInView = false;
@@ -188,18 +187,17 @@ void SpeakerFramingLayout::listen() {
 
 // What the result says itself, by the boxes as they came: whether these can be trusted is the question.
 void SpeakerFramingLayout::watchSpeakers(const MLData& data) {
-  const HeadsInView heads = headsToFollow(mCamId);
-  Persons seen = heads.sorted(data.getHeads());
-  const auto isMissed = [this](const auto& person) { return mMemory.presence.isMissed(person->id); };
-  seen.erase(std::remove_if(seen.begin(), seen.end(), isMissed), seen.end());
+  const Persons inView = mHeads.persons(data.getHeads());
+  const auto isSeen = [this](const auto& person) { return !mMemory.presence.isMissed(person->id); };
   Persons tagged;
-  std::copy_if(seen.begin(), seen.end(), std::back_inserter(tagged),
-               [&](const auto& person) { return heads.find(*person)->isSpeaker; });
-  mSpeech.update(seen, std::move(tagged), mCamId, showsSpeaker(), mTick);
+  std::copy_if(inView.begin(), inView.end(), std::back_inserter(tagged),
+               [&](const auto& person) { return mHeads.find(*person)->isSpeaker && isSeen(person); });
+  mSpeech.update(std::any_of(inView.begin(), inView.end(), isSeen), mHeads.sorted(tagged), mHeads.camId(),
+                 showsSpeaker(), mTick);
 }
 
-std::vector<std::uint32_t> SpeakerFramingLayout::camerasInUse() const {
-  return {ownCamera()};
+std::vector<HeadsInView> SpeakerFramingLayout::camerasInUse() const {
+  return {headsToFollow(ownCamera())};
 }
 
 std::uint32_t SpeakerFramingLayout::chooseCamera(const MLData& /*data*/) {
@@ -247,6 +245,10 @@ bool SpeakerFramingLayout::isAnySpeakerIn(const Frame& frame) const {
                      [&](const auto& speaker) { return frame.fynHeads.count(speaker->id) != 0; });
 }
 
+HeadsInView SpeakerFramingLayout::headsOf(std::uint32_t camId) const {
+  return camId == mHeads.camId() ? mHeads : headsToFollow(camId);
+}
+
 // Null without a picture; a layout that was sent may be empty as well.
 const Frame* SpeakerFramingLayout::frameOnScreen() const {
   const Layout* const layout = mState.mCurLayout.get();
@@ -262,34 +264,33 @@ bool SpeakerFramingLayout::isWholeOnScreen(const FynHead& person) const {
   if (frame == nullptr) {
     return false;
   }
-  const HeadsInView heads = headsToFollow(frame->fynCamId);
+  const HeadsInView heads = headsOf(frame->fynCamId);
   const Head* const head = heads.find(person);
   return head != nullptr && heads.isWhole(head->bbox, frame->source);
 }
 
 bool SpeakerFramingLayout::areWholeOnScreen(const std::set<std::int64_t>& persons) const {
   const Frame* const frame = frameOnScreen();
-  if (frame == nullptr || frame->fynCamId != mCamId) {
+  if (frame == nullptr || frame->fynCamId != mHeads.camId()) {
     return false;
   }
-  const HeadsInView heads = headsToFollow(mCamId);
   return std::all_of(persons.begin(), persons.end(), [&](std::int64_t id) {
-    const Head* const head = heads.find(mState.people, id);
+    const Head* const head = mHeads.find(mState.people, id);
     const bool isMeant = frame->fynHeads.count(id) != 0;
-    return head != nullptr && heads.isWhole(isMeant ? head->bbox : withRoom(head->bbox), frame->source);
+    return head != nullptr && mHeads.isWhole(isMeant ? head->bbox : withRoom(head->bbox), frame->source);
   });
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {
   const std::vector<Frame>& frames = mState.mCurLayout->frames;
   return std::all_of(frames.begin(), frames.end(), [this](const Frame& frame) {
-    return headsToFollow(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
+    return headsOf(frame.fynCamId).holdsAll(mState.people, frame.fynHeads);
   });
 }
 
 bool SpeakerFramingLayout::isAnybodyOnScreen() const {
   const Frame& frame = *frameOnScreen();
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  const HeadsInView heads = headsOf(frame.fynCamId);
   return std::any_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
     const Head* const head = heads.find(*person.second);
     return head != nullptr && getIntersectionOverUnion(head->bbox, frame.source) > 0;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "layouts/cycle/BaseLayout.h"
+#include "layouts/people/HeadsInView.h"
 #include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
 #include "layouts/people/PeoplePresence.h"
@@ -45,7 +46,7 @@ class SpeakerFramingLayout : public BaseLayout {
   bool updateCurrentTimer() override;
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
 
-  /** A copy of the layout on screen, or of the one that waits, while that is kept. */
+  /** The layout on screen itself, or the one that waits, while that is kept. */
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 
   void resetLayouts() override;
@@ -78,8 +79,8 @@ class SpeakerFramingLayout : public BaseLayout {
   void updateFrameView(Frame& frame) override;
   std::optional<std::string> transitionFrom(const Layout& before) const override;
 
-  /** The cameras whose heads count. */
-  virtual std::vector<std::uint32_t> camerasInUse() const;
+  /** Whom each camera shows whose heads count, the own one first. */
+  virtual std::vector<HeadsInView> camerasInUse() const;
 
   /** The camera of the picture; who has the word is known. */
   virtual std::uint32_t chooseCamera(const MLData& data);
@@ -114,7 +115,7 @@ class SpeakerFramingLayout : public BaseLayout {
     std::uint32_t leastShotMs = 0;
   };
 
-  void listen();
+  void listen(const std::vector<HeadsInView>& cameras);
   void watchSpeakers(const MLData& data);
   void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
 
@@ -122,7 +123,7 @@ class SpeakerFramingLayout : public BaseLayout {
   std::shared_ptr<Layout> pictureOfSpeakers();
   std::shared_ptr<Layout> pictureOfTurn();
   std::shared_ptr<Layout> makeLayout(FramingType type, const Persons& persons, const char* reason) const;
-  std::shared_ptr<Layout> keep(Layout& layout, const char* reason) const;
+  std::shared_ptr<Layout> keep(const std::shared_ptr<Layout>& layout, const char* reason);
   std::shared_ptr<Layout> closerPicture();
   void dropAbsent(Frame& frame) const;
   std::uint32_t tightenMs() const;
@@ -131,6 +132,8 @@ class SpeakerFramingLayout : public BaseLayout {
 
   Persons inViewOf(const std::set<std::int64_t>& persons) const;
   std::set<std::int64_t> wanted() const;
+  /** Of the latest vision result. */
+  HeadsInView headsOf(std::uint32_t camId) const;
   const Frame* frameOnScreen() const;
   bool showsSpeaker() const;
   bool isWholeOnScreen(const FynHead& person) const;
@@ -147,8 +150,8 @@ class SpeakerFramingLayout : public BaseLayout {
   PeopleHeadFaults mHeadFaults;
   PeopleInputFaults mInputFaults;
   Urgency mUrgency;
-  /** Of the latest vision result. */
-  std::uint32_t mCamId;
+  /** Of the latest vision result: whom the camera of the picture shows. */
+  HeadsInView mHeads;
   /** The same, left to right: everybody in view of that camera, who of them is believed to speak, and
    * whom the picture would have to follow on a walk. */
   Persons mInView;

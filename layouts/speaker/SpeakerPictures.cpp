@@ -64,9 +64,11 @@ void SpeakerFramingLayout::noteSpeech(const std::shared_ptr<Layout>& layout, Fra
 std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   mUrgency = {};
   std::shared_ptr<Layout> layout = choosePicture();
-  layout->frameNumber = mlData->frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(mlData->getHeads().size());
-  fillPositionRect(layout);
+  if (layout != mState.mCurLayout && layout != mState.mNextLayout) {
+    layout->frameNumber = mlData->frameNumber;
+    layout->faceCount = static_cast<std::int32_t>(mlData->getHeads().size());
+    fillPositionRect(layout);
+  }
   noteUrgency(*layout);
   return layout;
 }
@@ -80,7 +82,7 @@ std::shared_ptr<Layout> SpeakerFramingLayout::choosePicture() {
     return makeLayout(withoutSpeaker, mInView, mSpeech.recoveryReason());
   }
   if (isHeld()) {
-    return keep(*mState.mCurLayout, "held in silence");
+    return keep(mState.mCurLayout, "held in silence");
   }
   return mSpeakers.empty() ? makeLayout(withoutSpeaker, mInView, "") : pictureOfSpeakers();
 }
@@ -89,7 +91,7 @@ std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
   const std::set<std::int64_t> persons = wanted();
   if (showsSpeaker() && areWholeOnScreen(persons) && !mMemory.exchange.isOfEverybody()) {
     std::shared_ptr<Layout> closer = closerPicture();
-    return closer != nullptr ? closer : keep(*mState.mCurLayout, "the speakers are in the picture");
+    return closer != nullptr ? closer : keep(mState.mCurLayout, "the speakers are in the picture");
   }
   if (mInView.size() == 1) {
     return makeLayout(FramingType::HEAD, mInView, "");
@@ -97,11 +99,11 @@ std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
   if (mMemory.exchange.isOfEverybody()) {
     return makeLayout(FramingType::GROUP, mInView, "everybody talks");
   }
-  Layout* const pending = mState.mNextLayout.get();
+  const std::shared_ptr<Layout>& pending = mState.mNextLayout;
   if (pending != nullptr && isOfSpeaker(pending->layoutType)) {
     const std::set<std::int64_t>& coming = pending->frames.front().fynHeads;
     if (std::includes(coming.begin(), coming.end(), persons.begin(), persons.end())) {
-      return keep(*pending, pending->reason);
+      return keep(pending, pending->reason);
     }
   }
   if (mMemory.exchange.isOn()) {
@@ -113,8 +115,9 @@ std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
 // Of those who speak: with who has had the word of late, as far as the picture is close, so that their talk
 // needs no other one.
 std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfTurn() {
-  std::shared_ptr<Layout> layout = builderInForce().build({mInView, mSpeakers, mCamId, getMaxScaleFactor()});
-  const TrialPicture trial(mState.people, mCamId);
+  std::shared_ptr<Layout> layout =
+      builderInForce().build({mInView, mSpeakers, mHeads.camId(), getMaxScaleFactor()});
+  const TrialPicture trial(mState.people, mHeads);
   const std::set<std::int64_t> both{mMemory.turns.holder(), mMemory.turns.holderBefore()};
   const bool isQuick = mState.mCurLayout != nullptr && tick() - mState.adoptedAt < kQuickReturnMs;
   if (isQuick && mMemory.shots.isReturn(*layout) && trial.isPartOfRoom(both)) {
@@ -134,19 +137,19 @@ std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfTurn() {
 
 std::shared_ptr<Layout> SpeakerFramingLayout::makeLayout(FramingType type, const Persons& persons,
                                                          const char* reason) const {
-  return SpeakerFramingLayoutBuilder::makeLayout(type, persons, mCamId, reason);
+  return SpeakerFramingLayoutBuilder::makeLayout(type, persons, mHeads.camId(), reason);
 }
 
-std::shared_ptr<Layout> SpeakerFramingLayout::keep(Layout& layout, const char* reason) const {
-  dropAbsent(layout.frames.front());
-  auto kept = std::make_shared<Layout>(layout);
-  kept->reason = reason;
-  return kept;
+std::shared_ptr<Layout> SpeakerFramingLayout::keep(const std::shared_ptr<Layout>& layout,
+                                                   const char* reason) {
+  dropAbsent(layout->frames.front());
+  mState.reason = reason;
+  return layout;
 }
 
 // Who has left without being missed by the picture leaves no number behind in it.
 void SpeakerFramingLayout::dropAbsent(Frame& frame) const {
-  const HeadsInView heads = headsToFollow(frame.fynCamId);
+  const HeadsInView heads = headsOf(frame.fynCamId);
   if (heads.holdsAll(mState.people, frame.fynHeads)) {
     return;
   }
@@ -173,16 +176,15 @@ std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture() {
   std::set<std::int64_t> persons = wanted();
   const std::vector<std::int64_t> latest = mMemory.turns.spokeWithin(silentMs, tick());
   persons.insert(latest.begin(), latest.end());
-  const TrialPicture trial(mState.people, mCamId);
-  std::shared_ptr<Layout> layout;
-  if (persons.size() == 1) {
-    layout = builderInForce().build({mInView, mSpeakers, mCamId, getMaxScaleFactor()});
-  } else if (trial.isClose(persons)) {
-    layout = makeLayout(FramingType::SUBSET_SPEAKER, inViewOf(persons), "");
+  const TrialPicture trial(mState.people, mHeads);
+  const double lower = kCloser * heightOf(frameOnScreen()->source);
+  if (persons.size() > 1 && !(trial.isLowerThan(lower, persons) && trial.isClose(persons))) {
+    return nullptr;
   }
-  if (layout == nullptr || !isOfSpeaker(layout->layoutType) ||
-      heightOf(trial.viewOf(layout->frames.front().fynHeads)) >=
-          kCloser * heightOf(mState.mCurLayout->frames.front().source)) {
+  std::shared_ptr<Layout> layout =
+      persons.size() == 1 ? builderInForce().build({mInView, mSpeakers, mHeads.camId(), getMaxScaleFactor()})
+                          : makeLayout(FramingType::SUBSET_SPEAKER, inViewOf(persons), "");
+  if (!isOfSpeaker(layout->layoutType) || !trial.isLowerThan(lower, layout->frames.front().fynHeads)) {
     return nullptr;
   }
   layout->reason = "the others have long been silent";
@@ -207,7 +209,7 @@ void SpeakerFramingLayout::updateExchange() {
     exchange.end();
   }
   const auto fit = [this](const std::set<std::int64_t>& persons) {
-    return TrialPicture(mState.people, mCamId).isPartOfRoom(persons);
+    return TrialPicture(mState.people, mHeads).isPartOfRoom(persons);
   };
   exchange.update(mMemory.turns, fit, tick());
 }

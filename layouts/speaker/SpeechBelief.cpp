@@ -44,31 +44,40 @@ bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uin
 }  // namespace
 
 void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t now) {
+  std::vector<Heard> result;
+  result.reserve(hints.size());
   for (const SpeechHint& hint : hints) {
-    listen(mVoices[hint.person], hint, now);
+    Voice& voice = mVoices[hint.person];
+    listen(voice, hint, now);
+    result.push_back({&hint, &voice});
   }
   const auto tagged =
       std::count_if(hints.begin(), hints.end(), [](const SpeechHint& hint) { return hint.isTagged; });
-  const double on = tagged == 1 && !isAnybodyShownTagged(hints, now) ? kOnUndisputed : kOn;
+  const auto isShownTagged = [now](const Heard& each) {
+    return each.hint->isShown && isWithin(each.voice->taggedAt, kUndisputedMs - 1, now);
+  };
+  const double on =
+      tagged == 1 && std::none_of(result.begin(), result.end(), isShownTagged) ? kOnUndisputed : kOn;
+  const auto shareIn = [&](double ms) {
+    return mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) / ms) : 1;
+  };
+  const double rise = shareIn(tempo().riseMs);
+  const double fall = shareIn(tempo().fallMs);
   for (auto& [person, voice] : mVoices) {
     if (now - voice.seenAt > kFrozenMs || voice.seenAt == now) {
-      const bool isTagged = voice.taggedAt == now;
-      const double share = mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) /
-                                                  (isTagged ? tempo().riseMs : tempo().fallMs))
-                                   : 1;
-      voice.level += share * ((isTagged ? 1 : 0) - voice.level);
+      voice.level += voice.taggedAt == now ? rise * (1 - voice.level) : fall * (0 - voice.level);
     }
     voice.speaks = voice.level >= (voice.speaks ? kOff : on);
   }
   mLatest = now;
-  giveTheWord(hints, now);
+  giveTheWord(result, now);
   for (auto each = mVoices.begin(); each != mVoices.end();) {
     const Voice& voice = each->second;
     each = voice.level < kForgotten && voice.seenAt != now ? mVoices.erase(each) : std::next(each);
   }
 }
 
-void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t now) const {
+void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t now) {
   if (hint.isMissed) {
     return;
   }
@@ -82,27 +91,21 @@ void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t no
   voice.taggedAt = now;
 }
 
-bool SpeechBelief::isAnybodyShownTagged(const std::vector<SpeechHint>& hints, std::uint32_t now) const {
-  return std::any_of(hints.begin(), hints.end(), [&](const SpeechHint& hint) {
-    return hint.isShown && isWithin(mVoices.at(hint.person).taggedAt, kUndisputedMs - 1, now);
-  });
-}
-
-void SpeechBelief::giveTheWord(const std::vector<SpeechHint>& hints, std::uint32_t now) {
+void SpeechBelief::giveTheWord(const std::vector<Heard>& result, std::uint32_t now) {
   mSpeakers.clear();
-  const auto goesOn = [&](const SpeechHint& hint) {
-    const Voice& voice = mVoices.at(hint.person);
-    return voice.speaks && isWithin(voice.taggedAt, tempo().hangOverMs, now);
+  const std::uint32_t hangOverMs = tempo().hangOverMs;
+  const auto goesOn = [=](const Heard& each) {
+    return each.voice->speaks && isWithin(each.voice->taggedAt, hangOverMs, now);
   };
-  const bool somebodyGoesOn = std::any_of(hints.begin(), hints.end(), goesOn);
+  const bool somebodyGoesOn = std::any_of(result.begin(), result.end(), goesOn);
   const bool somebodyShownGoesOn = std::any_of(
-      hints.begin(), hints.end(), [&](const SpeechHint& hint) { return hint.isShown && goesOn(hint); });
-  for (const SpeechHint& hint : hints) {
-    const bool givesWay = somebodyGoesOn && !goesOn(hint);
+      result.begin(), result.end(), [&](const Heard& each) { return each.hint->isShown && goesOn(each); });
+  for (const Heard& each : result) {
+    const bool givesWay = somebodyGoesOn && !goesOn(each);
     const bool isEarly =
-        somebodyShownGoesOn && !hint.isShown && speechMs(hint.person, now) < tempo().newcomerMs;
-    if (mVoices.at(hint.person).speaks && !givesWay && !isEarly) {
-      mSpeakers.insert(hint.person);
+        somebodyShownGoesOn && !each.hint->isShown && speechMs(each.hint->person, now) < tempo().newcomerMs;
+    if (each.voice->speaks && !givesWay && !isEarly) {
+      mSpeakers.insert(each.hint->person);
     }
   }
 }

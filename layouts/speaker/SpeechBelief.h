@@ -52,9 +52,14 @@ class SpeechBelief {
     std::uint32_t seenAt = 0;
   };
 
-  void listen(Voice& voice, const SpeechHint& hint, std::uint32_t now) const;
-  bool isAnybodyShownTagged(const std::vector<SpeechHint>& hints, std::uint32_t now) const;
-  void giveTheWord(const std::vector<SpeechHint>& hints, std::uint32_t now);
+  /** What a result says of somebody, and what is known. */
+  struct Heard {
+    const SpeechHint* hint;
+    const Voice* voice;
+  };
+
+  static void listen(Voice& voice, const SpeechHint& hint, std::uint32_t now);
+  void giveTheWord(const std::vector<Heard>& result, std::uint32_t now);
 
   std::map<std::int64_t, Voice> mVoices;
   std::set<std::int64_t> mSpeakers;

@@ -5,7 +5,7 @@
 
 #include "geometry/RectMath.h"
 #include "layouts/cycle/ZoomLimit.h"
-#include "layouts/people/HeadsInView.h"
+#include "layouts/speaker/CloseView.h"
 #include "layouts/speaker/MemberFrame.h"
 #include "layouts/speaker/SpeakerFramingLayoutBuilder.h"
 
@@ -29,44 +29,51 @@ bool isIn(const Rect& view, const Rect& head) {
 
 }  // namespace
 
-TrialPicture::TrialPicture(const PeopleMap& people, std::uint32_t camId) : mPeople(people), mCamId(camId) {
-  const HeadsInView heads = headsToFollow(camId);
-  for (const auto& [id, person] : people) {
-    if (heads.find(*person) != nullptr) {
-      mAll.insert(id);
+std::vector<Rect> TrialPicture::boundsOfAll() const {
+  std::vector<Rect> bounds;
+  bounds.reserve(mPeople.size());
+  for (const auto& [id, person] : mPeople) {
+    if (const Head* const head = mHeads.find(*person)) {
+      bounds.push_back(head->bbox);
     }
   }
+  return bounds;
 }
 
 Rect TrialPicture::viewOf(const Persons& persons) const {
   Frame frame;
-  frame.fynCamId = mCamId;
+  frame.fynCamId = mHeads.camId();
   frame.fynHeads = persons;
   placeMembers(frame, mPeople);
   return frame.source;
 }
 
+bool TrialPicture::isLowerThan(double height, const Persons& persons) const {
+  const std::vector<Rect> members = mHeads.bounds(mPeople, persons);
+  return !members.empty() &&
+         static_cast<double>(leastCloseHeight(mHeads.camId(), members, speakerZoomLimit())) < height &&
+         heightOf(viewOf(persons)) < height;
+}
+
 bool TrialPicture::isClose(const Persons& persons) const {
-  const HeadsInView heads = headsToFollow(mCamId);
-  if (!heads.holdsAll(mPeople, persons)) {
+  if (!mHeads.holdsAll(mPeople, persons)) {
     return false;
   }
   const Rect view = viewOf(persons);
-  const std::vector<Rect> all = heads.bounds(mPeople, mAll);
+  const std::vector<Rect> all = boundsOfAll();
   const auto shown =
       std::count_if(all.begin(), all.end(), [&view](const Rect& head) { return isIn(view, head); });
   return 2 * static_cast<std::size_t>(shown) <= all.size() + 1;
 }
 
 bool TrialPicture::isPartOfRoom(const Persons& persons) const {
-  const HeadsInView heads = headsToFollow(mCamId);
-  if (!heads.holdsAll(mPeople, persons) || persons.size() >= mAll.size()) {
+  const std::vector<Rect> all = boundsOfAll();
+  if (!mHeads.holdsAll(mPeople, persons) || persons.size() >= all.size()) {
     return false;
   }
   Frame everybody;
-  everybody.fynCamId = mCamId;
-  SpeakerFramingLayoutBuilder::calculateGroupFraming(everybody, heads.bounds(mPeople, mAll),
-                                                     speakerZoomLimit());
+  everybody.fynCamId = mHeads.camId();
+  SpeakerFramingLayoutBuilder::calculateGroupFraming(everybody, all, speakerZoomLimit());
   return areaOfView(viewOf(persons)) <= kShareOfRoom * areaOfView(everybody.source);
 }
 

@@ -5,21 +5,24 @@
 #include <vector>
 
 #include "geometry/PeopleMap.h"
+#include "layouts/people/HeadsInView.h"
 #include "model/Geometry.h"
 
 namespace fyn::productionrules {
 
-/** What pictures of some of the people in view of one camera would be like. The people must outlive it. */
+/** What pictures of some of the people in view of one camera would be like. People and camera must outlive
+ * it. */
 class TrialPicture {
  public:
   using Persons = std::set<std::int64_t>;
 
-  TrialPicture(const PeopleMap& people, std::uint32_t camId);
+  TrialPicture(const PeopleMap& people, const HeadsInView& heads) : mPeople(people), mHeads(heads) {}
 
-  /** The close picture of those persons, in camera pixels. */
-  Rect viewOf(const Persons& persons) const;
+  /** Whether the close picture of those persons is less than so many camera pixels high; not without somebody
+   * in view. */
+  bool isLowerThan(double height, const Persons& persons) const;
 
-  /** Whether that shows all of them, and at most half of those in view, rounded up. */
+  /** Whether that picture shows all of them, and at most half of those in view, rounded up. */
   bool isClose(const Persons& persons) const;
 
   /** Whether they are not everybody, and have room in clearly less than the picture of everybody. */
@@ -30,10 +33,13 @@ class TrialPicture {
   Persons withOthers(Persons persons, const std::vector<std::int64_t>& others) const;
 
  private:
+  /** In camera pixels. */
+  Rect viewOf(const Persons& persons) const;
+  /** The heads of everybody in view. */
+  std::vector<Rect> boundsOfAll() const;
+
   const PeopleMap& mPeople;
-  std::uint32_t mCamId;
-  /** Everybody in view. */
-  Persons mAll;
+  const HeadsInView& mHeads;
 };
 
 }  // namespace fyn::productionrules

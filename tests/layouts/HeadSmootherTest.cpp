@@ -27,9 +27,9 @@ TEST(HeadSmoother, TakesOutTremblingAndFollowsMoves) {
   const SpeakerRun run;
   for (const StepCase& each : cases) {
     HeadSmoother smoother;
-    smoother.smooth(scene().person(1).at(300, 300).mlData(), 0, 1000);
-    const auto smooth =
-        smoother.smooth(scene().person(1).at(300 + each.step, 300).mlData(), 0, 1000 + each.ms);
+    smoother.smooth(scene().person(1).at(300, 300).mlData(), headsToFollow(0), 1000);
+    const auto smooth = smoother.smooth(scene().person(1).at(300 + each.step, 300).mlData(), headsToFollow(0),
+                                        1000 + each.ms);
     EXPECT_EQ(smooth->getHeads().front()->findHead(0)->bbox.left, 250 + each.seen) << each.name;
   }
 }
@@ -37,12 +37,12 @@ TEST(HeadSmoother, TakesOutTremblingAndFollowsMoves) {
 TEST(HeadSmoother, BeginsAfreshWithWhoReturnsAndLeavesTheRestAlone) {
   const SpeakerRun run;
   HeadSmoother smoother;
-  smoother.smooth(scene().person(1).at(300, 300).mlData(), 0, 1000);
-  smoother.smooth(scene().mlData(), 0, 1100);
+  smoother.smooth(scene().person(1).at(300, 300).mlData(), headsToFollow(0), 1000);
+  smoother.smooth(scene().mlData(), headsToFollow(0), 1100);
   for (const Scene& people :
        {scene().person(1).at(310, 300), scene().person(1).at(310, 300).person(2).camera(7).at(90, 90)}) {
     const auto data = people.mlData();
-    EXPECT_EQ(smoother.smooth(data, 0, 1200), data);
+    EXPECT_EQ(smoother.smooth(data, headsToFollow(0), 1200), data);
   }
 }
 
