@@ -27,7 +27,7 @@ constexpr std::size_t kWide = 3;
 constexpr double kCloser = 0.8;
 
 // Where a share of the heads is missed, tags are, too: a picture closes in later by so many times the share.
-constexpr double kLongerForMissed = 2.5;
+constexpr double kLongerForMissed = 4;
 constexpr double kLongestMs = std::numeric_limits<std::int32_t>::max();
 
 const SpeakerFramingLayoutBuilder& builderInForce() {
