@@ -246,9 +246,11 @@ TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& latest, cons
 
 TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,
                                       const Layout* row) {
+  // Steadily the view becomes as wide as its people need, not as high as they are wide.
   const Rect base =
-      isSquare(frame) ? getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)))
-                      : BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box);
+      !isSquare(frame) ? BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box)
+      : isSteady()     ? box
+                   : getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
   TileView view(frame, image, base);
   view.growToHeight(leastViewHeight(frame));
   if (isSteady()) {

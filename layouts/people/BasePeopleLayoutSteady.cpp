@@ -46,6 +46,9 @@ constexpr std::size_t kPair = 2;
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
 
+// The room at each side of people who share a tile, in widths of their widest head.
+constexpr double kBesideHeads = 1;
+
 }  // namespace
 
 // ---- Who is there ----
@@ -277,17 +280,23 @@ Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const 
 
 void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own,
                                       const Layout* row) {
-  if (frame.frameType == FramingType::HEAD && !isPictureOfItsOwn()) {
-    view.loosen(kSway);
-  }
   mOthers.clear();
-  if (PrConfig::get().steadyFramingEnabled) {
-    for (const auto& [id, person] : mState.people) {
-      const Head* const head = person->findHead(frame.fynCamId);
-      if (head != nullptr && frame.fynHeads.count(id) == 0) {
-        mOthers.push_back(head->bbox);
-      }
+  std::int32_t widest = 0;
+  for (const auto& [id, person] : mState.people) {
+    const Head* const head = person->findHead(frame.fynCamId);
+    if (head == nullptr) {
+      continue;
     }
+    if (frame.fynHeads.count(id) != 0) {
+      widest = std::max(widest, widthOf(head->bbox));
+    } else if (PrConfig::get().steadyFramingEnabled) {
+      mOthers.push_back(head->bbox);
+    }
+  }
+  if (frame.frameType == FramingType::PROXIMITY) {
+    view.growToWidth(widthOf(own) + kBesideHeads * 2 * widest);
+  } else if (!isPictureOfItsOwn()) {
+    view.loosen(kSway);
   }
   if (isPictureOfItsOwn()) {
     view.standClearOf(mOthers, own);

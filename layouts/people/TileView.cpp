@@ -132,6 +132,12 @@ void TileView::growToHeight(double least) {
   }
 }
 
+void TileView::growToWidth(double least) {
+  if (widthOf(mTile->dest) > 0) {
+    growToHeight(least * heightOf(mTile->dest) / widthOf(mTile->dest));
+  }
+}
+
 void TileView::loosen(double factor) {
   growToHeight(factor * heightOf(view()));
 }

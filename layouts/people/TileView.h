@@ -26,6 +26,9 @@ class TileView {
   /** Grows around the middle until the view is `least` high, as far as the image allows. */
   void growToHeight(double least);
 
+  /** The same until the view is `least` wide. */
+  void growToWidth(double least);
+
   /** The same until the view is higher by the factor. */
   void loosen(double factor);
 
