@@ -242,6 +242,13 @@ class BaseLayout {
    * and that of getLayoutChangeAnimation stays. */
   virtual std::optional<std::string> transitionFrom(const Layout& before) const;
 
+  /** Remembers these people; of two with one id the first counts. */
+  void replacePeople(const std::vector<std::shared_ptr<FynHead>>& persons);
+
+  /** The layout on screen, for that reason, as the candidate of type GROUP or ROOM when it is one: two of
+   * them never differ. Null when it is none. */
+  std::shared_ptr<Layout> keepEverybody(FramingType type, const char* reason);
+
   /** Says in the log what is wrong with a vision result, before a candidate is made of it. */
   virtual void reportInput(const MLData& data);
 

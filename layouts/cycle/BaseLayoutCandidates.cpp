@@ -109,10 +109,14 @@ void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
     PRB_LOGI(kTag, "%s: KORVALDEBUG PEOPLE COUNT CHANGED  current: %d new: %d", "updatePeopleMap", known,
              seen);
   }
+  replacePeople(heads);
+}
+
+void BaseLayout::replacePeople(const std::vector<std::shared_ptr<FynHead>>& persons) {
   // A map of its own, not the old one cleared: the order of the dump must not depend on who was here before.
   // The nodes of those who stay serve again.
   PeopleMap people;
-  for (const std::shared_ptr<FynHead>& person : heads) {
+  for (const std::shared_ptr<FynHead>& person : persons) {
     if (PeopleMap::node_type node = mState.people.extract(person->id)) {
       node.mapped() = person;
       people.insert(std::move(node));
@@ -139,6 +143,15 @@ bool BaseLayout::shouldPublishUpdatedPeopleCount(const std::shared_ptr<MLData>& 
   }
   ServiceState::current().times.lastPeopleCountSend = now;
   return true;
+}
+
+std::shared_ptr<Layout> BaseLayout::keepEverybody(FramingType type, const char* reason) {
+  const bool isOfEverybody = type == FramingType::GROUP || type == FramingType::ROOM;
+  if (!isOfEverybody || mState.mCurLayout == nullptr || mState.mCurLayout->layoutType != type) {
+    return nullptr;
+  }
+  mState.reason = reason;
+  return mState.mCurLayout;
 }
 
 PeopleMap& BaseLayout::getHeadMapForGroup(const Frame& /*frame*/) {

@@ -23,11 +23,9 @@ struct PendingCause {
 };
 
 /** What an engine keeps of one picture from one vision result to the next. */
-struct EngineState {
+struct PictureState {
   /** The stream that new layouts are for. */
   unsigned streamId = 0;
-  /** The people of the latest vision result. */
-  PeopleMap people;
   /** The layout on screen; null for none. */
   std::shared_ptr<Layout> mCurLayout;
   /** The layout that waits for its layout timer; null for none. */
@@ -43,13 +41,17 @@ struct EngineState {
   /** By which rule of its own the engine made the latest candidate, in words; "" for none. */
   const char* reason = "";
 
-  /** Starts the picture afresh; who is in the room and whose stream it is stays. */
+  /** Starts the picture afresh; whose stream it is stays. */
   void forgetLayouts() {
-    EngineState afresh;
+    PictureState afresh;
     afresh.streamId = streamId;
-    afresh.people = std::move(people);
     *this = std::move(afresh);
   }
+};
+
+/** The picture, and the people of the latest vision result. */
+struct EngineState : PictureState {
+  PeopleMap people;
 };
 
 }  // namespace fyn::productionrules

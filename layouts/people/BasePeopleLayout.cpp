@@ -184,6 +184,9 @@ std::vector<PeopleUnit> BasePeopleLayout::unitsOf(std::vector<Seat> seats) const
 
 std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                                    const char* reason) {
+  if (std::shared_ptr<Layout> kept = keepEverybody(type, reason)) {
+    return kept;
+  }
   auto layout = std::make_shared<Layout>();
   layout->layoutType = type;
   layout->reason = reason;

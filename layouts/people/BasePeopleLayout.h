@@ -121,6 +121,10 @@ class BasePeopleLayout : public BaseLayout {
 
   PeopleInputFaults mInputFaults;
 
+  /** A tile for each unit, in a layout of that type; the layout on screen when it has just these tiles: it
+   * serves as the candidate then. */
+  std::shared_ptr<Layout> tilesOf(const std::vector<PeopleUnit>& units, FramingType type);
+
  private:
   /** Why everybody is in one picture although tiles are asked for. */
   static constexpr const char* kUnsettled = "the tiles do not settle";
@@ -130,8 +134,6 @@ class BasePeopleLayout : public BaseLayout {
   std::shared_ptr<Layout> layoutFor(const MLData& data, PeopleChoice choice);
   /** Null when there are no tiles for these people; `noTiles` is why not then, in steady framing. */
   std::shared_ptr<Layout> tilesFor(std::vector<Seat> seats, const char*& noTiles);
-  /** The layout on screen when it has just these tiles: it serves as the candidate then. */
-  std::shared_ptr<Layout> tilesOf(const std::vector<PeopleUnit>& units, FramingType type);
   /** `reason`: by which rule it is not tiles, or "". */
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                    const char* reason);

@@ -8,6 +8,7 @@ namespace fyn::productionrules {
 class MultiStreamGroupFramingLayout : public GroupFramingLayout {
  public:
   const char* getTag() const override;
+  std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
 };
 
 }  // namespace fyn::productionrules

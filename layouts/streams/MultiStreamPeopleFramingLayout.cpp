@@ -13,20 +13,9 @@ namespace fyn::productionrules {
 
 namespace {
 
-// More people than this in one frame count as a large proximity.
-constexpr std::int32_t kMaxNeighbours = 3;
-
 // In milliseconds. Stream 0 follows walkers; others that did so too would change all the time.
 constexpr std::uint32_t kRestlessMs = 20000;
 constexpr std::uint32_t kRestlessRoomMs = 60000;
-
-void countFrame(Layout& layout) {
-  if (layout.layoutType == FramingType::HEAD) {
-    layout.headFrameCount = 1;
-  } else if (layout.layoutType == FramingType::PROXIMITY) {
-    (layout.faceCount <= kMaxNeighbours ? layout.proximityFrameCount : layout.largeProximityFrameCount) = 1;
-  }
-}
 
 }  // namespace
 
@@ -46,10 +35,7 @@ class MultiStreamPeopleFramingLayout::Selection {
   Selection& operator=(const Selection&) = delete;
 
  private:
-  void exchange() {
-    std::swap(mEngine.mState, mEngine.mSelected->state);
-    std::swap(mEngine.mState.people, mEngine.mSelected->state.people);
-  }
+  void exchange() { std::swap<PictureState>(mEngine.mState, mEngine.mSelected->state); }
 
   MultiStreamPeopleFramingLayout& mEngine;
 };
@@ -120,18 +106,20 @@ void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
   const std::vector<Seat> seats = findSeats(data, heads);
   const std::vector<std::vector<Seat>>& people =
       mAssignment.assign(seats, PrConfig::get().newPfFeatureEnabled);
-  PeopleMap everybody;
-  for (const Seat& seat : seats) {
-    everybody.emplace(seat.person->id, seat.person);
-  }
   for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    std::set<std::int64_t> followed;
+    std::vector<std::int64_t>& followed = mStreams[i].followed;
+    followed.clear();
     for (const Seat& seat : people[i]) {
-      followed.insert(seat.person->id);
+      followed.push_back(seat.person->id);
     }
-    mStreams[i].followed = std::move(followed);
+    std::sort(followed.begin(), followed.end());
   }
-  mState.people = std::move(everybody);
+  std::vector<std::shared_ptr<FynHead>> everybody;
+  everybody.reserve(seats.size());
+  for (const Seat& seat : seats) {
+    everybody.push_back(seat.person);
+  }
+  replacePeople(everybody);
 }
 
 bool MultiStreamPeopleFramingLayout::applyStreamLayout(std::size_t stream,
@@ -188,7 +176,7 @@ bool MultiStreamPeopleFramingLayout::isThereATimerRunning() const {
 }
 
 std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::layoutsOf(
-    std::shared_ptr<Layout> EngineState::*which) const {
+    std::shared_ptr<Layout> PictureState::*which) const {
   std::vector<std::shared_ptr<Layout>> layouts;
   for (const Stream& stream : mStreams) {
     layouts.push_back(stream.state.*which);
@@ -202,30 +190,48 @@ std::vector<std::shared_ptr<Layout>> MultiStreamPeopleFramingLayout::layoutsOf(
 void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
-  std::vector<std::shared_ptr<FynHead>> everybody;
-  std::vector<std::shared_ptr<FynHead>> followed;
+  const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
+  std::vector<PeopleUnit> units(1);
+  PeopleUnit& followed = units.front();
   bool walks = false;
   for (const auto& [id, person] : mState.people) {
-    everybody.push_back(person);
     if (isMeant(*person)) {
-      followed.push_back(person);
+      followed.push_back({person, camId});
       walks = walks || isRestless(*person);
     }
   }
-  const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  auto layout = std::make_shared<Layout>();
-  layout->layoutType = followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD;
-  constructGroupLayout(followed, layout, camId);
-  fillPositionRect(layout);
-  if (followed.empty() || walks || isFirstLook() || !tryView(layout->frames.front())) {
-    layout->layoutType = everybody.empty() ? FramingType::ROOM : FramingType::GROUP;
-    layout->reason = walks ? "somebody walks" : isFirstLook() ? kFirstLook : "";
-    constructGroupLayout(everybody, layout, camId);
-    fillPositionRect(layout);
+  if (followed.empty() || walks || isFirstLook()) {
+    return pictureOfEverybody(*mlData, walks ? "somebody walks" : isFirstLook() ? kFirstLook : "");
   }
-  layout->frameNumber = mlData->frameNumber;
-  layout->faceCount = static_cast<std::int32_t>(followed.size());
-  countFrame(*layout);
+  std::shared_ptr<Layout> layout =
+      tilesOf(units, followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD);
+  if (!tryView(layout->frames.front())) {
+    return pictureOfEverybody(*mlData, "");
+  }
+  if (layout != mState.mCurLayout) {
+    layout->frameNumber = mlData->frameNumber;
+  }
+  return layout;
+}
+
+std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::pictureOfEverybody(const MLData& data,
+                                                                           const char* reason) {
+  const FramingType type = mState.people.empty() ? FramingType::ROOM : FramingType::GROUP;
+  if (std::shared_ptr<Layout> kept = keepEverybody(type, reason)) {
+    return kept;
+  }
+  std::vector<std::shared_ptr<FynHead>> everybody;
+  for (const auto& [id, person] : mState.people) {
+    everybody.push_back(person);
+  }
+  auto layout = std::make_shared<Layout>();
+  layout->layoutType = type;
+  layout->reason = reason;
+  constructGroupLayout(everybody, layout, static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId));
+  fillPositionRect(layout);
+  layout->frameNumber = data.frameNumber;
+  layout->faceCount = static_cast<std::int32_t>(std::count_if(
+      everybody.begin(), everybody.end(), [this](const auto& person) { return isMeant(*person); }));
   return layout;
 }
 
@@ -237,7 +243,7 @@ void MultiStreamPeopleFramingLayout::fillPositionRect(std::shared_ptr<Layout>& l
 void MultiStreamPeopleFramingLayout::calculateGroupFraming(Frame& frame) {
   PeopleFramingLayout::calculateGroupFraming(frame);
   if (mSelected != nullptr) {
-    mSelected->group = mSelected->followed;
+    mSelected->group = {mSelected->followed.begin(), mSelected->followed.end()};
   }
 }
 
@@ -271,7 +277,8 @@ bool MultiStreamPeopleFramingLayout::isRestless(const FynHead& person) const {
 }
 
 bool MultiStreamPeopleFramingLayout::isMeant(const FynHead& person) const {
-  return mSelected == nullptr || mSelected->followed.count(person.id) != 0;
+  return mSelected == nullptr ||
+         std::binary_search(mSelected->followed.begin(), mSelected->followed.end(), person.id);
 }
 
 std::shared_ptr<MLData> MultiStreamPeopleFramingLayout::findPresent(const std::shared_ptr<MLData>& mlData) {

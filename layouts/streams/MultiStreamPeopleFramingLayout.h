@@ -38,10 +38,10 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   void resetLayouts() override;
   bool isThereATimerRunning() const override;
   std::vector<std::shared_ptr<Layout>> getFinalLayoutPtrs() const override {
-    return layoutsOf(&EngineState::mCurLayout);
+    return layoutsOf(&PictureState::mCurLayout);
   }
   std::vector<std::shared_ptr<Layout>> getNextLayoutPtrs() const override {
-    return layoutsOf(&EngineState::mNextLayout);
+    return layoutsOf(&PictureState::mNextLayout);
   }
   void fillPositionRect(std::shared_ptr<Layout>& layout) override;
   void calculateGroupFraming(Frame& frame) override;
@@ -71,9 +71,9 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
  private:
   /** What a stream keeps from one vision result to the next. */
   struct Stream {
-    EngineState state;
-    /** Whom it follows. */
-    std::set<std::int64_t> followed;
+    PictureState state;
+    /** Whom it follows, ascending. */
+    std::vector<std::int64_t> followed;
     /** Whom it followed when the group frame on screen was placed, which names everybody. */
     std::set<std::int64_t> group;
   };
@@ -84,7 +84,8 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
   bool inEveryStream(Operation operation);
   static const std::set<std::int64_t>& peopleOnScreen(const Stream& stream);
   bool isRestless(const FynHead& person) const;
-  std::vector<std::shared_ptr<Layout>> layoutsOf(std::shared_ptr<Layout> EngineState::*which) const;
+  std::shared_ptr<Layout> pictureOfEverybody(const MLData& data, const char* reason);
+  std::vector<std::shared_ptr<Layout>> layoutsOf(std::shared_ptr<Layout> PictureState::*which) const;
 
   StreamAssignment mAssignment;
   std::vector<Stream> mStreams;
