@@ -82,6 +82,10 @@ class BasePeopleLayout : public BaseLayout {
   /** The view that the frame's place would get now; nothing when it would cut somebody of the frame. */
   std::optional<RuleOfThirdsView> tryView(const Frame& frame);
 
+  /** The position of people who share a tile that shows them well; `base` is what its view would be made for
+   * now. CENTER by default. */
+  virtual HeadPosition positionInPlace(const Frame& frame, const Rect& base) const;
+
   /** The whole image of the camera. */
   Rect getRoomView(const Frame& frame) override;
 

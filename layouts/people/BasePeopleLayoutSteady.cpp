@@ -243,16 +243,25 @@ HeadPosition BasePeopleLayout::getCurrentHeadPosition(const Frame& frame) {
     return position;
   }
   const HeadsInView heads = headsOf(frame);
-  const Rect view = tileView(frame, box, heads, mState.mCurLayout.get()).view();
+  TileView anew = tileView(frame, box, heads, mState.mCurLayout.get());
+  const Rect view = anew.view();
   const bool isCut = !isHead && !heads.areWhole(mState.people, frame.fynHeads, frame.source);
   if (!isCut && canTurnAway(frame, view)) {
     return HeadPosition::HEAD_ON_EDGE;
   }
   const double overlap = getIntersectionOverUnion(view, frame.source);
   if (isCut ? view == frame.source : isCentred || overlap >= kSameView) {
-    return HeadPosition::CENTER;
+    return isHead ? HeadPosition::CENTER : positionInPlace(frame, anew.box());
   }
-  return isHead || overlap < kOtherView ? HeadPosition::HEAD_OFF_CENTER : neighboursPosition(box, frame);
+  if (isHead || overlap < kOtherView) {
+    return HeadPosition::HEAD_OFF_CENTER;
+  }
+  const HeadPosition shared = neighboursPosition(box, frame);
+  return shared == HeadPosition::CENTER ? positionInPlace(frame, anew.box()) : shared;
+}
+
+HeadPosition BasePeopleLayout::positionInPlace(const Frame& /*frame*/, const Rect& /*base*/) const {
+  return HeadPosition::CENTER;
 }
 
 // Whether the view of the frame's camera cuts the head of somebody who is not meant.

@@ -59,25 +59,26 @@ void HeadPath::add(std::uint32_t now, const Rect& box, bool isRestAsked) {
   }
   if (mFirst >= kManySights) {
     mSights.erase(mSights.begin(), mSights.begin() + static_cast<std::ptrdiff_t>(mFirst));
+    mAfterFirstPart -= std::min(mAfterFirstPart, mFirst);
+    mLastPart -= std::min(mLastPart, mFirst);
     mFirst = 0;
   }
   mSights.push_back({now, box, mSights.empty() ? Sums() : sumsWith(mSights.back())});
+  mAfterFirstPart = std::max(mAfterFirstPart, mFirst);
+  while (mAfterFirstPart < mSights.size() && mSights[mAfterFirstPart].at - first()->at <= kEndMs) {
+    ++mAfterFirstPart;
+  }
+  while (now - mSights[mLastPart].at > kEndMs) {
+    ++mLastPart;
+  }
 }
 
 bool HeadPath::isWalk() const {
-  const std::uint32_t begin = first()->at;
-  const std::uint32_t latest = latestAt();
-  if (latest - begin < kLeastMs) {
+  if (latestAt() - first()->at < kLeastMs) {
     return false;
   }
-  const Sight* afterFirst = first();
-  while (afterFirst->at - begin <= kEndMs) {
-    ++afterFirst;
-  }
-  const Sight* last = end() - 1;
-  while (latest - last[-1].at <= kEndMs) {
-    --last;
-  }
+  const Sight* const afterFirst = mSights.data() + mAfterFirstPart;
+  const Sight* const last = mSights.data() + mLastPart;
   const Mean before = mean(first()->before, afterFirst->before, afterFirst - first());
   const Mean after = mean(last->before, sumsWith(mSights.back()), end() - last);
   return std::hypot(after.x - before.x, after.y - before.y) > kHeadWidthsOfWalk * after.width ||

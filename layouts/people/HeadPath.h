@@ -75,6 +75,9 @@ class HeadPath {
   std::vector<Sight> mSights;
   /** Of those of late; the ones before it go when they are many. */
   std::size_t mFirst = 0;
+  /** Where the first part of those is over, and the last one begins. */
+  std::size_t mAfterFirstPart = 0;
+  std::size_t mLastPart = 0;
   std::optional<SmoothBox> mResting;
   std::uint32_t mRestsSince = 0;
 };

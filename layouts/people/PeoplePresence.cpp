@@ -56,10 +56,14 @@ std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& re
   mIsRestAsked = isRestAsked;
   mRenamed.clear();
   std::shared_ptr<MLData> data = isWary() ? mSplit.rejoin(reported, now, mRenamed) : reported;
-  for (const std::shared_ptr<FynHead>& person : data->getHeads()) {
-    note(person, now);
+  const std::vector<std::shared_ptr<FynHead>>& seen = data->getHeads();
+  bool areKnown = true;
+  for (const std::shared_ptr<FynHead>& person : seen) {
+    areKnown &= note(person, now);
   }
-  findAgain(*data, now);
+  if (!areKnown) {
+    findAgain(*data, now);
+  }
   forgetMissed(now);
 
   const auto doesCount = [this](const std::shared_ptr<FynHead>& person) {
@@ -68,8 +72,7 @@ std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& re
   const auto isMissed = [this](const Sightings::value_type& each) {
     return each.second.counts && each.second.latestResult != mResults;
   };
-  const std::vector<std::shared_ptr<FynHead>>& seen = data->getHeads();
-  if (std::all_of(seen.begin(), seen.end(), doesCount) &&
+  if ((areKnown || std::all_of(seen.begin(), seen.end(), doesCount)) &&
       std::none_of(mSightings.begin(), mSightings.end(), isMissed)) {
     return data;
   }
@@ -87,12 +90,12 @@ std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& re
   return result;
 }
 
-void PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t now) {
+bool PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t now) {
   const auto [entry, isNew] = mSightings.try_emplace(person->id);
   Sighting& sighting = entry->second;
   // Of two with one id the first counts.
   if (!isNew && sighting.latestResult == mResults) {
-    return;
+    return sighting.counts;
   }
   if (isNew) {
     sighting.first = now;
@@ -105,6 +108,7 @@ void PeoplePresence::note(const std::shared_ptr<FynHead>& person, std::uint32_t 
   ++sighting.seen;
   follow(sighting, now);
   sighting.counts = sighting.counts || isBelieved(sighting, now);
+  return sighting.counts;
 }
 
 bool PeoplePresence::isBelieved(const Sighting& sighting, std::uint32_t now) const {

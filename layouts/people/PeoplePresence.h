@@ -85,7 +85,8 @@ class PeoplePresence {
   using Sightings = std::map<std::int32_t, Sighting>;
 
   const HeadPath* findPath(std::int32_t personId, std::uint32_t camId) const;
-  void note(const std::shared_ptr<FynHead>& person, std::uint32_t now);
+  /** Whether the person counts. */
+  bool note(const std::shared_ptr<FynHead>& person, std::uint32_t now);
   void follow(Sighting& sighting, std::uint32_t now) const;
   bool isBelieved(const Sighting& sighting, std::uint32_t now) const;
   bool isAnybodyThere() const;

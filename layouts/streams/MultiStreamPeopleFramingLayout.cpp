@@ -252,16 +252,8 @@ bool MultiStreamPeopleFramingLayout::updateCurrentTimer() {
 }
 
 // A stream follows its people also when they move closer: nothing else would ever bring the camera nearer.
-HeadPosition MultiStreamPeopleFramingLayout::getCurrentHeadPosition(const Frame& frame) {
-  const HeadPosition position = PeopleFramingLayout::getCurrentHeadPosition(frame);
-  Rect box;
-  if (frame.frameType != FramingType::PROXIMITY || position != HeadPosition::CENTER ||
-      !constructBoundingBox(frame, box, false)) {
-    return position;
-  }
-  return isGFMoveClose(frame.detectionBoundary, getBaseRectForRuleofThirdsFrame(frame, box))
-             ? HeadPosition::GROUP_MOVE_CLOSE
-             : HeadPosition::CENTER;
+HeadPosition MultiStreamPeopleFramingLayout::positionInPlace(const Frame& frame, const Rect& base) const {
+  return isGFMoveClose(frame.detectionBoundary, base) ? HeadPosition::GROUP_MOVE_CLOSE : HeadPosition::CENTER;
 }
 
 bool MultiStreamPeopleFramingLayout::showsWholeRoom() const {

@@ -50,7 +50,6 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
    * now. */
   bool setStreamIds(const std::vector<unsigned>& ids);
 
-  HeadPosition getCurrentHeadPosition(const Frame& frame) override;
   std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
 
   /** Gives every person of a vision result a stream; before the other operations on that result. */
@@ -63,6 +62,7 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
  protected:
   void reportInput(const MLData& data) override;
+  HeadPosition positionInPlace(const Frame& frame, const Rect& base) const override;
   bool isSteady() const override { return true; }
   bool isPictureOfItsOwn() const override { return true; }
   bool isMeant(const FynHead& person) const override;
