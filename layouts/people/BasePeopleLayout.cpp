@@ -133,8 +133,11 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleCh
 std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, const char*& noTiles) {
   std::vector<PeopleUnit> units = unitsOf(std::move(seats));
   while (true) {
-    if (isSteady() && mState.mCurLayout != nullptr) {
-      orderAsShown(units, *mState.mCurLayout);
+    // As those that wait: with another order their wait would begin anew.
+    for (const Layout* const layout : {mState.mCurLayout.get(), mState.mNextLayout.get()}) {
+      if (isSteady() && layout != nullptr) {
+        orderAsShown(units, *layout);
+      }
     }
     const FramingType type = tilesType(units);
     if (type == FramingType::GROUP) {

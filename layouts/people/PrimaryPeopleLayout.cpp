@@ -7,6 +7,7 @@
 #include "config/PrConfig.h"
 #include "layouts/people/PeopleFrameTimerSetting.h"
 #include "layouts/people/PeopleWaits.h"
+#include "layouts/people/SeatOrder.h"
 #include "model/FynCamerasConfig.h"
 
 namespace fyn::productionrules {
@@ -34,6 +35,8 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
   if (isSteady()) {
     choice.groupCamId = findFullestCamera(mState.people, choice.groupCamId);
+    choice.seats = asSeatedFor(choice.roomCamId, *mlData, choice.seats, mState.mCurLayout.get(),
+                               mState.mNextLayout.get());
   }
   return makeCandidate(*mlData, std::move(choice));
 }
