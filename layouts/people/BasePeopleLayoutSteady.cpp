@@ -39,9 +39,8 @@ constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
 
 // People shown that much larger by a tile than by the picture of everybody are worth its borders; asked where
-// more than that many share one.
+// some share one.
 constexpr double kLarger = 1.2;
-constexpr std::size_t kPair = 2;
 
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
@@ -158,9 +157,9 @@ void BasePeopleLayout::keepSettled(std::vector<Seat>& seats) const {
 // Two tiles that show half of the room each would be the picture of everybody with a line through it.
 bool BasePeopleLayout::areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views) {
   const std::vector<Frame>& frames = tiles.frames;
-  const auto isOfMany = [](const Frame& frame) { return frame.fynHeads.size() > kPair; };
+  const auto isShared = [](const Frame& frame) { return frame.fynHeads.size() > 1; };
   const auto isElsewhere = [&](const Frame& frame) { return frame.fynCamId != frames.front().fynCamId; };
-  if (!isSteady() || frames.size() < 2 || std::none_of(frames.begin(), frames.end(), isOfMany) ||
+  if (!isSteady() || frames.size() < 2 || std::none_of(frames.begin(), frames.end(), isShared) ||
       std::any_of(frames.begin(), frames.end(), isElsewhere)) {
     return true;
   }
