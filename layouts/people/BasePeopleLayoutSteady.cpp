@@ -327,6 +327,18 @@ Rect BasePeopleLayout::getRoomView(const Frame& frame) {
   return {0, 0, image.width, image.height};
 }
 
+// The same picture goes on: a move that the eye can follow.
+std::string BasePeopleLayout::getReframeAnimation(HeadPosition position) {
+  const PrConfig& config = PrConfig::get();
+  const bool isEased =
+      config.steadyFramingEnabled && config.animationEnableEase && !config.pfAnimationCutOnly;
+  return isEased ? "ease" : BaseLayout::getReframeAnimation(position);
+}
+
+std::uint32_t BasePeopleLayout::getReframeAnimationDuration(HeadPosition position) {
+  return getLayoutChangeDuration(getReframeAnimation(position));
+}
+
 std::uint32_t BasePeopleLayout::steadyReframeWait(HeadPosition position, std::uint32_t waitMs) const {
   return isSteady() && position == HeadPosition::HEAD_OUTSIDE && groupOnScreen() != nullptr
              ? std::min(waitMs, kWalkerOutsideMs)

@@ -58,11 +58,7 @@ std::optional<std::string> PeopleFramingLayout::transitionFrom(const Layout& bef
 }
 
 std::string PeopleFramingLayout::getReframeAnimation(HeadPosition position) {
-  return isEased(position) ? "ease" : "cut";
-}
-
-std::uint32_t PeopleFramingLayout::getReframeAnimationDuration(HeadPosition position) {
-  return getLayoutChangeDuration(isEased(position) ? "ease" : "cut");
+  return isEased(position) ? "ease" : BasePeopleLayout::getReframeAnimation(position);
 }
 
 }  // namespace fyn::productionrules

@@ -14,7 +14,6 @@ class PeopleFramingLayout : public BasePeopleLayout {
   std::shared_ptr<Layout> createLayout(const std::shared_ptr<MLData>& mlData) override;
   std::string getLayoutChangeAnimation() override;
   std::string getReframeAnimation(HeadPosition position) override;
-  std::uint32_t getReframeAnimationDuration(HeadPosition position) override;
 
  protected:
   std::optional<std::string> transitionFrom(const Layout& before) const override;

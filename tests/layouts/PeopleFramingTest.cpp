@@ -5,6 +5,7 @@
 
 #include "config/ConfigKeys.h"
 #include "layouts/people/PeopleFramingLayout.h"
+#include "layouts/people/PrimaryPeopleLayout.h"
 #include "tests/layouts/EngineRun.h"
 
 namespace fyn::productionrules::testing {
@@ -197,6 +198,19 @@ TEST(PeopleFraming, ReframesEaseWhereTheyAreAllowedTo) {
   EXPECT_EQ(run.decisions.back().kind, DecisionKind::Reframed);
   run.watch(scene().person(1).at(60, 360).person(2).at(900, 360), 2200);
   EXPECT_EQ(run.current().animation, "cut");
+}
+
+TEST(PeopleFraming, SteadilyEveryMoveOfAPictureIsEasedUnlessAllAreCuts) {
+  for (const bool cutsOnly : {false, true}) {
+    EngineRun run;
+    run.with([&](PrConfig& config) {
+      config.steadyFramingEnabled = config.animationEnableEase = true;
+      config.pfAnimationCutOnly = cutsOnly;
+    });
+    const char* const expected = cutsOnly ? "cut" : "ease";
+    EXPECT_EQ(PeopleFramingLayout().getReframeAnimation(HeadPosition::GROUP_HEAD_OUTSIDE), expected);
+    EXPECT_EQ(PrimaryPeopleLayout().getReframeAnimation(HeadPosition::HEAD_ON_EDGE), expected);
+  }
 }
 
 }  // namespace
