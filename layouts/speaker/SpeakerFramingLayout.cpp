@@ -38,6 +38,9 @@ Rect withRoom(const Rect& head) {
   return grownBy(head, truncate(kRoom * widthOf(head)), truncate(kRoom * heightOf(head)));
 }
 
+// A cut to the same people from another side must be worth it.
+constexpr std::uint32_t kCameraStaysMs = 20000;
+
 }  // namespace
 
 SpeakerFramingLayout::SpeakerFramingLayout() : mHeads(FynHead::kNoCamera, {}, HeadRule::NearImage) {
@@ -213,8 +216,10 @@ std::optional<std::uint32_t> SpeakerFramingLayout::cameraOfSpeaker() {
   const std::optional<std::uint32_t> onScreen = showsSpeaker() && isWholeOnScreen(*speaker->second)
                                                     ? std::optional(frameOnScreen()->fynCamId)
                                                     : std::nullopt;
-  return mMemory.camera.choose(*speaker->second, onScreen,
-                               static_cast<std::uint32_t>(PrConfig::get().timersPFFeedPriorityChange),
+  const PrConfig& config = PrConfig::get();
+  const auto holdMs = static_cast<std::uint32_t>(config.timersPFFeedPriorityChange);
+  const bool rests = config.steadyFramingEnabled && onScreen;
+  return mMemory.camera.choose(*speaker->second, onScreen, rests ? std::max(holdMs, kCameraStaysMs) : holdMs,
                                tick());
 }
 
