@@ -23,9 +23,10 @@ constexpr std::int64_t kLeastHeight = 288;
 constexpr double kMargin = 0.25;
 
 // What is tried to leave the heads of neighbours room, or else whole, in this order: the smaller change
-// first. Shares of the view.
+// first, and the eyes' line last. Shares of the view.
 constexpr double kGrowths[] = {1.0, 1.1, 1.2, 1.3, 1.4};
 constexpr double kShifts[] = {0.0, 0.05, -0.05, 0.1, -0.1, 0.15, -0.15, 0.2, -0.2};
+constexpr double kDowns[] = {0.0, 0.05, -0.05, 0.1, -0.1};
 
 // So much of a head's width or height is nothing.
 constexpr double kNothing = 0.1;
@@ -79,12 +80,12 @@ std::int64_t begin(std::int64_t low, std::int64_t size, std::int64_t from, std::
   return std::clamp<std::int64_t>(low, 0, limit - size);
 }
 
-Rect viewAround(const Box& heads, std::int64_t height, double shift, const Dimension& image) {
+Rect viewAround(const Box& heads, std::int64_t height, double shift, double down, const Dimension& image) {
   const std::int64_t width = widthFor(height);
   const std::int64_t left = begin((heads.left + heads.right - width) / 2 + share(shift, width), width,
                                   heads.left, heads.right, image.width);
-  const std::int64_t top = begin((heads.top + heads.bottom) / 2 - share(kMiddleOfHeads, height), height,
-                                 heads.top, heads.bottom, image.height);
+  const std::int64_t top = begin((heads.top + heads.bottom) / 2 - share(kMiddleOfHeads - down, height),
+                                 height, heads.top, heads.bottom, image.height);
   return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
           static_cast<std::int32_t>(left + width), static_cast<std::int32_t>(top + height)};
 }
@@ -167,12 +168,15 @@ std::optional<Fit> fitOf(const Rect& groupView, const std::vector<Rect>& members
 template <typename Condition>
 std::optional<Rect> leastChanged(const Fit& fit, const std::vector<Neighbour>& neighbours,
                                  const Dimension& image, Condition isBad) {
-  for (const double growth : kGrowths) {
-    for (const double shift : kShifts) {
-      const Rect view = viewAround(fit.members, std::min(share(growth, fit.least), fit.most), shift, image);
-      if (std::none_of(neighbours.begin(), neighbours.end(),
-                       [&](const Neighbour& each) { return isBad(view, each); })) {
-        return view;
+  for (const double down : kDowns) {
+    for (const double growth : kGrowths) {
+      const std::int64_t height = std::min(share(growth, fit.least), fit.most);
+      for (const double shift : kShifts) {
+        const Rect view = viewAround(fit.members, height, shift, down, image);
+        if (std::none_of(neighbours.begin(), neighbours.end(),
+                         [&](const Neighbour& each) { return isBad(view, each); })) {
+          return view;
+        }
       }
     }
   }
@@ -190,7 +194,7 @@ Rect closeView(const Fit& fit, const std::vector<Rect>& neighbours, const Dimens
     const auto cutsHead = [](const Rect& trial, const Neighbour& each) { return cuts(trial, each.head); };
     view = leastChanged(fit, others, image, cutsHead);
   }
-  return view ? *view : viewAround(fit.members, fit.least, 0, image);
+  return view ? *view : viewAround(fit.members, fit.least, 0, 0, image);
 }
 
 }  // namespace
