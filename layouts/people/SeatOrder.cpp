@@ -8,7 +8,6 @@
 
 #include "geometry/RectMath.h"
 #include "layouts/people/HeadsInView.h"
-#include "layouts/people/PeopleTiles.h"
 
 namespace fyn::productionrules {
 
@@ -117,12 +116,6 @@ bool areOnePerson(const PlacedSeat& a, const PlacedSeat& b) {
          !shareACamera(*a.seat.person, *b.seat.person);
 }
 
-bool hasTile(const Layout* layout, const FynHead& person) {
-  return layout != nullptr && hasTiles(*layout) &&
-         std::any_of(layout->frames.begin(), layout->frames.end(),
-                     [&](const Frame& frame) { return frame.fynHeads.count(person.id) != 0; });
-}
-
 }  // namespace
 
 std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std::vector<Seat>& seats,
@@ -150,7 +143,7 @@ std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std
   }
   std::stable_sort(placed.begin(), placed.end(), isBefore);
   const auto rank = [&](const Seat& seat) {
-    return std::make_tuple(!hasTile(current, *seat.person) && !hasTile(pending, *seat.person),
+    return std::make_tuple(!cameraOfTile(current, *seat.person) && !cameraOfTile(pending, *seat.person),
                            seat.person->id);
   };
   std::vector<PlacedSeat> persons;

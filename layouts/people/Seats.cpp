@@ -35,15 +35,6 @@ bool shows(std::uint32_t camId, const FynHead& person) {
   return headsOfListedCamera(camId).find(person) != nullptr;
 }
 
-std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& person) {
-  if (layout == nullptr || !hasTiles(*layout)) {
-    return std::nullopt;
-  }
-  const auto frame = std::find_if(layout->frames.begin(), layout->frames.end(),
-                                  [&](const Frame& each) { return each.fynHeads.count(person.id) != 0; });
-  return frame != layout->frames.end() ? std::optional(frame->fynCamId) : std::nullopt;
-}
-
 bool seesSomebody(const MLData& data, std::int32_t camId) {
   const std::vector<std::shared_ptr<FynHead>>& persons = data.getHeads();
   return std::any_of(persons.begin(), persons.end(), [&](const std::shared_ptr<FynHead>& person) {
@@ -68,6 +59,15 @@ std::optional<std::uint32_t> findBestCamera(const FynHead& person) {
   const auto best = std::find_if(person.feedPriorityList.begin(), person.feedPriorityList.end(),
                                  [&](std::uint32_t camId) { return shows(camId, person); });
   return best != person.feedPriorityList.end() ? std::optional(*best) : std::nullopt;
+}
+
+std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& person) {
+  if (layout == nullptr || !hasTiles(*layout)) {
+    return std::nullopt;
+  }
+  const auto frame = std::find_if(layout->frames.begin(), layout->frames.end(),
+                                  [&](const Frame& each) { return each.fynHeads.count(person.id) != 0; });
+  return frame != layout->frames.end() ? std::optional(frame->fynCamId) : std::nullopt;
 }
 
 std::vector<Seat> chooseSeats(const MLData& data, const Layout* current, const Layout* pending,

@@ -26,6 +26,9 @@ std::vector<Seat> findSeats(const MLData& data, const HeadsInView& heads);
  */
 std::optional<std::uint32_t> findBestCamera(const FynHead& person);
 
+/** The camera of the person's tile; nothing where the layout, which may be null, has none. */
+std::optional<std::uint32_t> cameraOfTile(const Layout* layout, const FynHead& person);
+
 /**
  * A seat for every person whom some camera of the list shows: those of `ownCamId` first, then by camera, in
  * each from left to right. Who has a tile in `current`, or else in `pending` (either may be null), stays with
