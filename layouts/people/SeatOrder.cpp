@@ -42,7 +42,8 @@ class CameraMapping {
     double sumY = 0;
     double sumXX = 0;
     double sumXY = 0;
-    double down = 0;
+    double topThere = 0;
+    double topHere = 0;
     for (const std::shared_ptr<FynHead>& person : data.getHeads()) {
       const Head* const there = from.find(*person);
       const Head* const here = to.find(*person);
@@ -56,29 +57,35 @@ class CameraMapping {
       sumY += y;
       sumXX += x * x;
       sumXY += x * y;
-      down += double{1} * here->bbox.top - there->bbox.top;
+      topThere += there->bbox.top;
+      topHere += here->bbox.top;
     }
     if (mCommon == 0) {
       return;
     }
     const double spread = sumXX - sumX * sumX / mCommon;
     if (spread > kApart) {
-      mScale = std::clamp((sumXY - sumX * sumY / mCommon) / spread, kLeastScale, kMostScale);
+      const double scale = (sumXY - sumX * sumY / mCommon) / spread;
+      mScale = std::clamp(scale, kLeastScale, kMostScale);
+      mIsSure = scale == mScale;
+      mIsOpposite = scale < 0;
     }
     mOffset = (sumY - mScale * sumX) / mCommon;
-    mDown = down / mCommon;
+    mDown = (topHere - mScale * topThere) / mCommon;
   }
 
-  bool isKnown() const { return mCommon > 0; }
+  bool isKnown() const { return mCommon > 0 && !mIsOpposite; }
   /** Whether a place can be told from the one beside it. */
-  bool isSure() const { return mCommon > 1; }
+  bool isSure() const { return mIsSure; }
 
   Place placeOf(const Head& head) const {
-    return {mScale * middleOf(head) + mOffset, head.bbox.top + mDown, mScale * heightOf(head.bbox)};
+    return {mScale * middleOf(head) + mOffset, mScale * head.bbox.top + mDown, mScale * heightOf(head.bbox)};
   }
 
  private:
   int mCommon = 0;
+  bool mIsSure = false;
+  bool mIsOpposite = false;
   double mScale = 1;
   double mOffset = 0;
   double mDown = 0;

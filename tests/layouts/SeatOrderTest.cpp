@@ -67,11 +67,17 @@ TEST(SeatOrder, IsThatInWhichPeopleSitAndHasEachOnce) {
   Scene broken = commonAt({200, 1000}).person(7).at(600, 360);
   seenBySecond(broken, 5, 610);
   Scene guessed = commonAt({200}).person(7).at(600, 360);
-  seenBySecond(guessed, 5, 600);
+  seenBySecond(guessed, 5, 700);
   Scene inBoth = commonAt({200, 1000, 600});
   seenBySecond(inBoth, 5, 610);
   Scene behind = commonAt({200, 1000}).person(7).sized(50, 60).at(600, 360);
   seenBySecond(behind, 5, 610);
+  // Two in one column of the picture say nothing of how large distances are; opposite cameras nothing of
+  // sides.
+  Scene column = commonAt({200, 210}).person(7).at(600, 360);
+  seenBySecond(column, 5, 660);
+  Scene opposite = scene().person(1).at(200, 360).camera(1).at(1000, 360).yaw(30);
+  opposite.person(2).at(900, 360).camera(1).at(300, 360).yaw(30).person(6).camera(1).at(800, 360);
   const OrderCase cases[] = {
       {"somebody whom the camera does not see", between, 0, 0, "1 5 2"},
       {"as far as the one says whom both see", byOne, 0, 0, "5 1 6"},
@@ -79,7 +85,9 @@ TEST(SeatOrder, IsThatInWhichPeopleSitAndHasEachOnce) {
       {"a number for each camera", broken, 0, 0, "1 5 2"},
       {"of which one has a tile", broken, 7, 0, "1 7 2"},
       {"or waits for one", broken, 0, 7, "1 7 2"},
-      {"at a place that is a guess", guessed, 0, 0, "1 5 7"},
+      {"at a place that is a guess", guessed, 0, 0, "1 7 5"},
+      {"where all whom both see are at one side", column, 0, 0, "1 2 5 7"},
+      {"from the other side of the room", opposite, 0, 0, "1 2 6"},
       {"beside somebody in the same camera", inBoth, 0, 0, "1 3 5 2"},
       {"in front of somebody", behind, 0, 0, "1 7 5 2"},
   };
