@@ -218,7 +218,8 @@ std::optional<std::uint32_t> SpeakerFramingLayout::cameraOfSpeaker() {
                                                     : std::nullopt;
   const PrConfig& config = PrConfig::get();
   const auto holdMs = static_cast<std::uint32_t>(config.timersPFFeedPriorityChange);
-  const bool rests = config.steadyFramingEnabled && onScreen;
+  const bool rests =
+      config.steadyFramingEnabled && showsSpeaker() && frameOnScreen()->fynHeads.count(speaker->first) != 0;
   return mMemory.camera.choose(*speaker->second, onScreen, rests ? std::max(holdMs, kCameraStaysMs) : holdMs,
                                tick());
 }
