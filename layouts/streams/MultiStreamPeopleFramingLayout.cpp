@@ -195,7 +195,7 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   PeopleUnit& followed = units.front();
   bool walks = false;
   for (const auto& [id, person] : mState.people) {
-    if (isMeant(*person)) {
+    if (isMeant(*person) && person->findHead(camId) != nullptr) {
       followed.push_back({person, camId});
       walks = walks || isRestless(*person);
     }
