@@ -45,7 +45,8 @@ constexpr double kLarger = 1.2;
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
 
-// The room at each side of people who share a tile, in widths of their widest head.
+// The room at each side of people who share a tile, beyond what their heads' boxes have, in widths of the
+// widest head.
 constexpr double kBesideHeads = 1;
 
 }  // namespace

@@ -179,13 +179,13 @@ bool haveShared(const Seat& seat, const PeopleUnit& unit, const std::vector<cons
 
 }  // namespace
 
-std::vector<PeopleUnit> formUnits(std::vector<Seat> sorted, const Layout* current, const Layout* pending) {
-  UnitForming forming(std::move(sorted));
+std::vector<PeopleUnit> formUnits(std::vector<Seat> ordered, const Layout* current, const Layout* pending) {
+  UnitForming forming(std::move(ordered));
   const std::vector<Seat>& seats = forming.seats();
   for (std::size_t i = 0; i < seats.size(); ++i) {
-    // Sorted by camera: each camera once.
-    if (i == 0 || seats[i].camId != seats[i - 1].camId) {
-      forming.joinConnected(seats[i].camId, false, [](const Seat&) { return true; });
+    const std::uint32_t camId = seats[i].camId;
+    if (std::none_of(seats.data(), seats.data() + i, [=](const Seat& seat) { return seat.camId == camId; })) {
+      forming.joinConnected(camId, false, [](const Seat&) { return true; });
     }
   }
   if (current != nullptr) {

@@ -7,11 +7,11 @@
 /** Who shares a tile with whom. Nothing here depends on where persons lie in memory. */
 namespace fyn::productionrules {
 
-/** The persons of one tile, left to right; one person, or neighbours in one camera. */
+/** The persons of one tile, in the order of the seats; one person, or neighbours in one camera. */
 using PeopleUnit = std::vector<Seat>;
 
 /**
- * Forms the units of sorted seats, in the order of their first persons. Persons of one camera join when their
+ * Forms the units of the seats, in the order of their first persons. Persons of one camera join when their
  * heads with their buffers overlap; those who share a frame of `current` stay together for as long as the
  * wider trigger rectangles connect them, so that a pair at the limit does not flicker, and those who share
  * a frame of `pending` while they connect all of its people, so that somebody who comes between two others

@@ -200,7 +200,7 @@ TEST(PeopleFraming, ReframesEaseWhereTheyAreAllowedTo) {
   EXPECT_EQ(run.current().animation, "cut");
 }
 
-TEST(PeopleFraming, SteadilyEveryMoveOfAPictureIsEasedUnlessAllAreCuts) {
+TEST(PeopleFraming, SteadilyOtherMovesAreEasedTooUnlessOnlyCutsAreAllowed) {
   for (const bool cutsOnly : {false, true}) {
     EngineRun run;
     run.with([&](PrConfig& config) {
@@ -209,7 +209,7 @@ TEST(PeopleFraming, SteadilyEveryMoveOfAPictureIsEasedUnlessAllAreCuts) {
     });
     const char* const expected = cutsOnly ? "cut" : "ease";
     EXPECT_EQ(PeopleFramingLayout().getReframeAnimation(HeadPosition::GROUP_HEAD_OUTSIDE), expected);
-    EXPECT_EQ(PrimaryPeopleLayout().getReframeAnimation(HeadPosition::HEAD_ON_EDGE), expected);
+    EXPECT_EQ(PrimaryPeopleLayout().getReframeAnimation(HeadPosition::HEAD_OUTSIDE), expected);
   }
 }
 
