@@ -222,8 +222,8 @@ std::string BaseLayout::getReframeAnimation(HeadPosition /*position*/) {
   return "cut";
 }
 
-std::uint32_t BaseLayout::getReframeAnimationDuration(HeadPosition /*position*/) {
-  return static_cast<std::uint32_t>(PrConfig::get().cutAnimationDuration);
+std::uint32_t BaseLayout::getReframeAnimationDuration(HeadPosition position) {
+  return getLayoutChangeDuration(getReframeAnimation(position));
 }
 
 void BaseLayout::reportFrame(DecisionKind kind, std::size_t index, const Frame& frame,

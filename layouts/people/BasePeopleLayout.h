@@ -70,7 +70,6 @@ class BasePeopleLayout : public BaseLayout {
 
   HeadPosition getCurrentHeadPosition(const Frame& frame) override;
   std::string getReframeAnimation(HeadPosition position) override;
-  std::uint32_t getReframeAnimationDuration(HeadPosition position) override;
   std::shared_ptr<MLData> findPresent(const std::shared_ptr<MLData>& mlData) override;
 
  protected:

@@ -12,6 +12,7 @@
 #include "layouts/people/BasePeopleLayout.h"
 #include "layouts/people/PeopleTiles.h"
 #include "layouts/people/PersonRenaming.h"
+#include "layouts/people/ShotChange.h"
 #include "layouts/people/TileRow.h"
 #include "layouts/people/TileView.h"
 #include "model/FynCamerasConfig.h"
@@ -328,16 +329,8 @@ Rect BasePeopleLayout::getRoomView(const Frame& frame) {
   return {0, 0, image.width, image.height};
 }
 
-// The same picture goes on: a move that the eye can follow.
 std::string BasePeopleLayout::getReframeAnimation(HeadPosition position) {
-  const PrConfig& config = PrConfig::get();
-  const bool isEased =
-      config.steadyFramingEnabled && config.animationEnableEase && !config.pfAnimationCutOnly;
-  return isEased ? "ease" : BaseLayout::getReframeAnimation(position);
-}
-
-std::uint32_t BasePeopleLayout::getReframeAnimationDuration(HeadPosition position) {
-  return getLayoutChangeDuration(getReframeAnimation(position));
+  return PrConfig::get().pfAnimationCutOnly ? BaseLayout::getReframeAnimation(position) : steadyMove();
 }
 
 std::uint32_t BasePeopleLayout::steadyReframeWait(HeadPosition position, std::uint32_t waitMs) const {

@@ -34,4 +34,9 @@ std::optional<std::string> steadyTransition(const Layout& before, const Layout& 
   return share >= kAlike ? "dissolve" : "cut";
 }
 
+std::string steadyMove() {
+  const PrConfig& config = PrConfig::get();
+  return config.steadyFramingEnabled && config.animationEnableEase ? "ease" : "cut";
+}
+
 }  // namespace fyn::productionrules

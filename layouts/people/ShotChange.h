@@ -14,4 +14,8 @@ namespace fyn::productionrules {
  */
 std::optional<std::string> steadyTransition(const Layout& before, const Layout& after);
 
+/** The animation of a view that moves within one picture, which the eye can follow: eased in steady framing
+ * where that is allowed, else a cut. */
+std::string steadyMove();
+
 }  // namespace fyn::productionrules

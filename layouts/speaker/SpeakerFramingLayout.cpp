@@ -117,13 +117,7 @@ std::optional<std::string> SpeakerFramingLayout::transitionFrom(const Layout& be
 }
 
 std::string SpeakerFramingLayout::getReframeAnimation(HeadPosition position) {
-  const PrConfig& config = PrConfig::get();
-  const bool isEased = config.steadyFramingEnabled && config.animationEnableEase && !config.animationCutOnly;
-  return isEased ? "ease" : BaseLayout::getReframeAnimation(position);
-}
-
-std::uint32_t SpeakerFramingLayout::getReframeAnimationDuration(HeadPosition position) {
-  return getLayoutChangeDuration(getReframeAnimation(position));
+  return PrConfig::get().animationCutOnly ? BaseLayout::getReframeAnimation(position) : steadyMove();
 }
 
 // ---- Who is there, and who speaks ----

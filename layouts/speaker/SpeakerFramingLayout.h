@@ -57,7 +57,6 @@ class SpeakerFramingLayout : public BaseLayout {
   unsigned getMaxScaleFactor() override;
   std::string getLayoutChangeAnimation() override;
   std::string getReframeAnimation(HeadPosition position) override;
-  std::uint32_t getReframeAnimationDuration(HeadPosition position) override;
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;
   void calculateGroupFraming(Frame& frame) override;
