@@ -35,7 +35,7 @@ std::shared_ptr<Layout> PrimaryPeopleLayout::createLayout(const std::shared_ptr<
   choice.groupCamId = findGroupCamera(*mlData, choice.seats, config.frontOfTheRoomCamId, ownCamId);
   if (isSteady()) {
     choice.groupCamId = findFullestCamera(mState.people, choice.groupCamId);
-    choice.seats = asSeatedFor(choice.roomCamId, *mlData, choice.seats, mState.mCurLayout.get(),
+    choice.seats = asSeatedFor(choice.roomCamId, *mlData, std::move(choice.seats), mState.mCurLayout.get(),
                                mState.mNextLayout.get());
   }
   return makeCandidate(*mlData, std::move(choice));

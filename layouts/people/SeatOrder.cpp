@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <tuple>
+#include <utility>
 
 #include "geometry/RectMath.h"
 #include "layouts/people/HeadsInView.h"
@@ -125,7 +126,7 @@ bool areOnePerson(const PlacedSeat& a, const PlacedSeat& b) {
 
 }  // namespace
 
-std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std::vector<Seat>& seats,
+std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, std::vector<Seat> seats,
                               const Layout* current, const Layout* pending) {
   if (std::all_of(seats.begin(), seats.end(), [&](const Seat& seat) { return seat.camId == camId; })) {
     return seats;
@@ -133,8 +134,8 @@ std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std
   const HeadsInView here = headsOfListedCamera(camId);
   std::map<std::uint32_t, CameraMapping> mappings;
   std::vector<PlacedSeat> placed;
-  for (const Seat& seat : seats) {
-    PlacedSeat each{seat, std::nullopt};
+  for (Seat& seat : seats) {
+    PlacedSeat each;
     if (const Head* const seen = here.find(*seat.person)) {
       each.place = {middleOf(*seen), double{1} * seen->bbox.top, double{1} * heightOf(seen->bbox)};
       each.isSeen = each.isSure = true;
@@ -146,6 +147,7 @@ std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std
         each.isSure = mapping.isSure();
       }
     }
+    each.seat = std::move(seat);
     placed.push_back(std::move(each));
   }
   std::stable_sort(placed.begin(), placed.end(), isBefore);
@@ -163,12 +165,11 @@ std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std
       *same = std::move(each);
     }
   }
-  std::vector<Seat> ordered;
-  ordered.reserve(persons.size());
+  seats.clear();
   for (PlacedSeat& each : persons) {
-    ordered.push_back(std::move(each.seat));
+    seats.push_back(std::move(each.seat));
   }
-  return ordered;
+  return seats;
 }
 
 }  // namespace fyn::productionrules

@@ -18,7 +18,7 @@ namespace fyn::productionrules {
  * they get one seat, of who has a tile in `current` or `pending` (either may be null), or else the lower
  * number.
  */
-std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, const std::vector<Seat>& seats,
+std::vector<Seat> asSeatedFor(std::uint32_t camId, const MLData& data, std::vector<Seat> seats,
                               const Layout* current, const Layout* pending);
 
 }  // namespace fyn::productionrules
