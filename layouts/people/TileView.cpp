@@ -91,26 +91,13 @@ const Rect& TileView::view() {
   return *mView;
 }
 
-TileView TileView::around(const Rect& box) const {
-  TileView view = *this;
-  view.show(box);
-  return view;
-}
-
-void TileView::show(const Rect& box) {
-  mBox = box;
-  mView.reset();
-}
-
-TileView TileView::movedBy(std::int32_t x, std::int32_t y) const {
-  return around(moved(mBox, x, y));
-}
-
 template <typename Condition>
-bool TileView::take(TileView trial, Condition isGood) {
-  const bool isTaken = isGood(trial.view());
+bool TileView::take(const Rect& box, Condition isGood) {
+  const Rect seen = mRule.frameAround(box, 0);
+  const bool isTaken = isGood(seen);
   if (isTaken) {
-    *this = trial;
+    mBox = box;
+    mView = seen;
   }
   return isTaken;
 }
@@ -128,7 +115,8 @@ void TileView::growToHeight(double least) {
     }
     const double growth = ((least + kRounding) / height - 1) / 2;
     const Rect grown = grownBy(mBox, share(growth, widthOf(mBox)), share(growth, heightOf(mBox)));
-    show(movedInside(grown, mImage));
+    mBox = movedInside(grown, mImage);
+    mView.reset();
   }
 }
 
@@ -151,7 +139,8 @@ void TileView::growBeside(const std::vector<Rect>& others, double height) {
   for (const double part : kPartsOfTheWay) {
     TileView grown = *this;
     grown.growToHeight(least + part * (height - least));
-    if (take(grown, [&](const Rect& seen) { return !showsMore(others, seen, before); })) {
+    if (!showsMore(others, grown.view(), before)) {
+      *this = grown;
       return;
     }
   }
@@ -168,7 +157,7 @@ void TileView::bringEyesInLine(const Rect& own, const std::vector<Rect>& others)
   };
   for (const double part : kPartsOfTheWay) {
     const auto down = static_cast<std::int32_t>(std::clamp(part * below, -1e6, 1e6));
-    if (down == 0 || take(movedBy(0, down), isGood)) {
+    if (down == 0 || take(moved(mBox, 0, down), isGood)) {
       return;
     }
   }
@@ -192,12 +181,12 @@ void TileView::turnFrom(const std::vector<Rect>& others, const Rect& own) {
   };
   // Not as far as somebody else's head.
   for (const double part : kPartsOfTheWay) {
-    if (take(movedBy(static_cast<std::int32_t>(part * turn), 0),
+    if (take(moved(mBox, static_cast<std::int32_t>(part * turn), 0),
              [&](const Rect& seen) { return showsOwn(seen) && !cutsAny(others, seen); })) {
       return;
     }
   }
-  take(movedBy(turn, 0), showsOwn);
+  take(moved(mBox, turn, 0), showsOwn);
 }
 
 void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
@@ -216,7 +205,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
     const Rect grown = grownBy(box, share(growth / 2, widthOf(box)), share(growth / 2, heightOf(box)));
     for (const double turn : kTurns) {
       const Rect turned = movedInside(moved(grown, static_cast<std::int32_t>(turn * width), 0), mImage);
-      if (take(around(turned), isGood)) {
+      if (take(turned, isGood)) {
         return;
       }
     }

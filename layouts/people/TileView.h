@@ -51,13 +51,9 @@ class TileView {
   void standClearOf(const std::vector<Rect>& others, const Rect& own);
 
  private:
-  /** In the same tile and image. */
-  TileView around(const Rect& box) const;
-  TileView movedBy(std::int32_t x, std::int32_t y) const;
-  void show(const Rect& box);
-  /** Becomes the trial if its view is good. */
+  /** Takes the view around `box` if it is good. */
   template <typename Condition>
-  bool take(TileView trial, Condition isGood);
+  bool take(const Rect& box, Condition isGood);
 
   const Frame* mTile;
   Dimension mImage;
