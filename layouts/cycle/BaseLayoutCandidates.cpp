@@ -1,4 +1,5 @@
 // The part of BaseLayout that says who is there, what layout they make and for which stream.
+#include <algorithm>
 #include <utility>
 
 #include "geometry/GroupLayout.h"
@@ -113,18 +114,24 @@ void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
 }
 
 void BaseLayout::replacePeople(const std::vector<std::shared_ptr<FynHead>>& persons) {
+  // The usual case. The same people in another order make another map.
+  if (std::equal(mState.entries.begin(), mState.entries.end(), persons.begin(), persons.end(),
+                 [](const auto* entry, const auto& person) { return entry->first == person->id; })) {
+    for (std::size_t i = 0; i < persons.size(); ++i) {
+      mState.entries[i]->second = persons[i];
+    }
+    return;
+  }
   // A map of its own, not the old one cleared: the order of the dump must not depend on who was here before.
-  // The nodes of those who stay serve again.
   PeopleMap people;
+  std::vector<PeopleMap::value_type*> entries;
   for (const std::shared_ptr<FynHead>& person : persons) {
-    if (PeopleMap::node_type node = mState.people.extract(person->id)) {
-      node.mapped() = person;
-      people.insert(std::move(node));
-    } else {
-      people.emplace(person->id, person);
+    if (const auto [entry, isNew] = people.emplace(person->id, person); isNew) {
+      entries.push_back(&*entry);
     }
   }
   mState.people = std::move(people);
+  mState.entries = std::move(entries);
 }
 
 unsigned BaseLayout::getPeopleCount() {

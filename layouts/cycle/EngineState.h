@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "geometry/LayoutComparison.h"
 #include "geometry/PeopleMap.h"
@@ -52,6 +53,8 @@ struct PictureState {
 /** The picture, and the people of the latest vision result. */
 struct EngineState : PictureState {
   PeopleMap people;
+  /** The entries of `people` in the order of that result. */
+  std::vector<PeopleMap::value_type*> entries;
 };
 
 }  // namespace fyn::productionrules
