@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <optional>
 
 namespace fyn::productionrules {
 
@@ -11,6 +12,9 @@ namespace fyn::productionrules {
  */
 class FalseBoxes {
  public:
+  /** People are in the detector's first result. */
+  void begin(std::uint32_t now) { mBeganAt = now; }
+
   /** A box has vanished, neither walking nor there from the beginning, that had been seen for `livedMs`. */
   void add(std::uint32_t livedMs, std::uint32_t now);
 
@@ -23,8 +27,11 @@ class FalseBoxes {
     std::uint32_t endedAt = 0;
   };
 
+  std::optional<std::uint32_t> mBeganAt;
   /** The longest first; of two the shorter one counts for as long as it ended later. */
   std::deque<Life> mLives;
+  /** When the latest of those ended that did not just flash up. */
+  std::deque<std::uint32_t> mLatestEnds;
 };
 
 }  // namespace fyn::productionrules

@@ -52,7 +52,9 @@ bool isWary() {
 
 std::shared_ptr<MLData> PeoplePresence::update(const std::shared_ptr<MLData>& reported, std::uint32_t now,
                                                bool isRestAsked) {
-  ++mResults;
+  if (++mResults == 1 && !reported->getHeads().empty()) {
+    mFalseBoxes.begin(now);
+  }
   mIsRestAsked = isRestAsked;
   mRenamed.clear();
   std::shared_ptr<MLData> data = isWary() ? mSplit.rejoin(reported, now, mRenamed) : reported;
