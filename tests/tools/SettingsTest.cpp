@@ -59,6 +59,23 @@ TEST(ConfigCheck, TheExampleHasNoFaults) {
   EXPECT_EQ(runPrbWith({"config", "check", "-"}, example.out).out, "standard input: no faults\n");
 }
 
+TEST(GivenSettings, HoldWhateverTheRecordingSays) {
+  const ScratchFolder folder;
+  const std::string meeting = runPrbWith({"simulate", "--seed", "1", "--minutes", "1", "-o", "-"}).out;
+  const std::string recorded = R"({"t":0,"property":{"vendor.talkertracking.flag":"4"}})"
+                               "\n"
+                               R"({"t":0,"config":{"persist.fdtimers.layoutchange.rmtoother":"0"}})"
+                               "\n" +
+                               meeting;
+  const std::vector<std::string> given{
+      "replay",     "-",
+      "--property", "vendor.talkertracking.flag=1",
+      "--config",   folder.write("given.conf", "persist.feature.steadyframing=1\n")};
+  const std::string effects = runPrbWith(given, recorded).out;
+  EXPECT_EQ(effects, runPrbWith(given, meeting).out);
+  EXPECT_NE(effects, runPrbWith({"replay", "-"}, recorded).out);
+}
+
 /** `prb prop` on a store of the test's own. */
 class Prop : public ::testing::Test {
  protected:

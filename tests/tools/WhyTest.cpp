@@ -117,6 +117,14 @@ TEST(Why, FindsTheCauseOfComplaintsWhoseCauseIsKnown) {
        {"--at", "25.05"},
        "2 offScreen; persist.fdtimers.layoutchange.rmtoother of 60000; "
        "persist.fdtimers.layoutchange.rmtoother=15000"},
+      {"Would it with the defaults",
+       Meeting("1")
+           .configure({{"persist.fdtimers.layoutchange.rmtoother", "60000"}})
+           .see(at({300}), 10)
+           .see(at({300, 1100}), 30),
+       {"--at", "12.05", "--person", "2", "--config", "/dev/null"},
+       "2 offScreen; persist.fdtimers.layoutchange.rmtoother of 4000; "
+       "persist.fdtimers.layoutchange.rmtoother=2000"},
       {"I moved my chair and was gone",
        Meeting("1").see(at({300, 600}), 10).see(at({300, 1150}), 30),
        {"--at", "11.05", "--person", "2"},

@@ -24,7 +24,9 @@ void addSearchOptions(CLI::App& command, TuneArguments& arguments) {
       ->type_name("N")
       ->check(CLI::Range(1, 1000000));
   command.add_option("--seed", arguments.seed, "Seed of --random")->type_name("S")->capture_default_str();
-  command.add_option("--config", arguments.config, "Configuration file with all other keys")
+  command
+      .add_option("--config", arguments.config,
+                  "Configuration file with all other keys; without it their defaults")
       ->type_name("FILE");
   addPropertyOption(command, arguments.properties);
 }

@@ -182,8 +182,9 @@ void addViewCommand(CLI::App& command, PrbContext& context) {
       ->needs(recording);
   CLI::Option* const config =
       command
-          .add_option("--config", arguments->configs,
-                      "Configuration file that the service reads; given twice, both are shown side by side")
+          .add_option(
+              "--config", arguments->configs,
+              "Configuration file instead of the recording's; given twice, both are shown side by side")
           ->type_name("FILE")
           ->expected(1)
           ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)

@@ -1,5 +1,6 @@
 #include "tools/replay/Replay.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <utility>
@@ -100,14 +101,23 @@ void Replay::start() {
   }
 }
 
+bool Replay::isGiven(const std::string& property) const {
+  return std::any_of(mOptions.properties.begin(), mOptions.properties.end(),
+                     [&](const auto& given) { return given.first == property; });
+}
+
 // Puts into force what the service is built with. Of several changes of the provider's life the last counts.
 void Replay::prepare(const RecordingEvent& event, std::optional<ProviderChange>& provider) {
   if (const auto* const properties = std::get_if<SetProperties>(&event.what)) {
     for (const auto& [key, value] : properties->values) {
-      mEnvironment.properties().set(key, value);
+      if (!isGiven(key)) {
+        mEnvironment.properties().set(key, value);
+      }
     }
   } else if (const auto* const config = std::get_if<ReplaceConfig>(&event.what)) {
-    mEnvironment.setConfiguration(configurationText(config->values));
+    if (!mOptions.configuration) {
+      mEnvironment.setConfiguration(configurationText(config->values));
+    }
   } else if (const auto* const change = std::get_if<ProviderChange>(&event.what)) {
     if (*change == ProviderChange::Fail) {
       mProviders->apply(*change);

@@ -18,8 +18,9 @@ namespace fyn::productionrules {
 
 /** What a replay starts with. */
 struct ReplayOptions {
-  /** Content of the configuration file; nothing for no file. */
+  /** Content of the configuration file, whatever the recording says; nothing for what the recording says. */
   std::optional<std::string> configuration;
+  /** System properties, whatever the recording says of them. */
   KeyValues properties;
   /** Log lines up to this level are built and reported (VisionSettings levels); 0 for none. */
   int logLevel = 0;
@@ -67,6 +68,7 @@ class Replay {
 
  private:
   void start();
+  bool isGiven(const std::string& property) const;
   void prepare(const RecordingEvent& event, std::optional<ProviderChange>& provider);
   void play(const RecordingEvent& event);
   void schedulePeriodicCheck();

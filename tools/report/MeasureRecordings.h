@@ -14,7 +14,7 @@ namespace fyn::productionrules {
 
 /** What the service runs with while it is measured. */
 struct MeasuredSetup {
-  /** Content of the configuration file; nothing for no file. */
+  /** Content of the configuration file; nothing for what the recording says. */
   std::optional<std::string> configuration;
   KeyValues properties;
   /** Only this output stream counts; nothing for all of them. */

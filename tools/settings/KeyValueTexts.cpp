@@ -38,7 +38,10 @@ void addPropertyOption(CLI::App& command, std::vector<std::string>& properties, 
 }
 
 void addSettingsOptions(CLI::App& command, std::string& config, std::vector<std::string>& properties) {
-  command.add_option("--config", config, "Configuration file that the service reads")->type_name("FILE");
+  command
+      .add_option("--config", config,
+                  "Configuration file of the service; without it that of the recording, else all defaults")
+      ->type_name("FILE");
   addPropertyOption(command, properties);
 }
 

@@ -18,8 +18,9 @@ namespace fyn::productionrules {
 KeyValues keyValues(const std::vector<std::string>& texts);
 
 /** `--property KEY=VALUE`, once for each. */
-void addPropertyOption(CLI::App& command, std::vector<std::string>& properties,
-                       const char* meaning = "System property that is set at the start; repeatable");
+void addPropertyOption(
+    CLI::App& command, std::vector<std::string>& properties,
+    const char* meaning = "System property, whatever the recording says of it; repeatable");
 
 /** `--config FILE` and `--property`, the settings of a service that a command runs. */
 void addSettingsOptions(CLI::App& command, std::string& config, std::vector<std::string>& properties);

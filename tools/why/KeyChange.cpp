@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "config/check/KeyRules.h"
-#include "tools/tune/SearchSpace.h"
 
 namespace fyn::productionrules {
 
@@ -102,13 +101,6 @@ std::vector<const ConfigKey*> keysBesideWaits() {
     }
   }
   return rows;
-}
-
-MeasuredSetup changedSetup(const MeasuredSetup& setup, const KeyChange& change) {
-  MeasuredSetup changed = setup;
-  changed.configuration =
-      configurationWith(setup.configuration.value_or(""), {{std::string(change.key->key), change.to}});
-  return changed;
 }
 
 void applyTo(RecordingEvent& event, const KeyChange& change) {

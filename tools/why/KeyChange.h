@@ -7,7 +7,6 @@
 
 #include "config/ConfigKeys.h"
 #include "tools/recording/RecordingEvent.h"
-#include "tools/report/MeasureRecordings.h"
 
 namespace fyn::productionrules {
 
@@ -32,9 +31,6 @@ std::vector<const ConfigKey*> waitsNamed(const std::set<std::string>& keys);
 
 /** What else may decide what is shown. */
 std::vector<const ConfigKey*> keysBesideWaits();
-
-/** The setup with the change in its configuration. */
-MeasuredSetup changedSetup(const MeasuredSetup& setup, const KeyChange& change);
 
 /** Puts the change into the configurations that a recording brings along. */
 void applyTo(RecordingEvent& event, const KeyChange& change);

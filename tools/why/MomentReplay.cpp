@@ -1,6 +1,7 @@
 #include "tools/why/MomentReplay.h"
 
 #include "platform/ServiceStateScope.h"
+#include "tools/tune/SearchSpace.h"
 
 namespace fyn::productionrules {
 
@@ -12,13 +13,21 @@ MomentReplay::MomentReplay(const std::string& path, const MeasuredSetup& setup,
       mMeter(setup.stream),
       mReplay(optionsFor(setup, change), *this) {
   mHasNext = mReader.next(mNext);
+  if (mHasNext && mChange) {
+    RecordingEvent first{mNext.t, ReplaceConfig{}};
+    applyTo(first, *mChange);
+    mReplay.handle(first);
+  }
 }
 
 ReplayOptions MomentReplay::optionsFor(const MeasuredSetup& setup, const std::optional<KeyChange>& change) {
-  const MeasuredSetup inForce = change ? changedSetup(setup, *change) : setup;
   ReplayOptions options;
-  options.configuration = inForce.configuration;
-  options.properties = inForce.properties;
+  options.configuration = setup.configuration;
+  if (change && setup.configuration) {
+    options.configuration =
+        configurationWith(*setup.configuration, {{std::string(change->key->key), change->to}});
+  }
+  options.properties = setup.properties;
   options.dumpPath = "/dev/null";
   options.standardOutput = &mPrinted;
   options.decisions = this;

@@ -12,6 +12,7 @@
 #include "tools/recording/RecordingReader.h"
 #include "tools/replay/Replay.h"
 #include "tools/report/FramingMeter.h"
+#include "tools/report/MeasureRecordings.h"
 #include "tools/report/OpenWaits.h"
 #include "tools/why/KeyChange.h"
 
