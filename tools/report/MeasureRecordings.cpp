@@ -46,7 +46,7 @@ class Measuring {
     measured.printed = mPrinted.str();
     if (ProductionRuleIPCService* const service = mReplay.service()) {
       const ServiceStateScope scope(mReplay.state());
-      measured.mode = framingModeToString(service->framingMode());
+      measured.mode = framingModeToString(service->trackingMode().getTrackingMode());
       measured.settings = unusualSettings(PrConfig::get());
     }
   }

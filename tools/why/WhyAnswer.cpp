@@ -143,7 +143,7 @@ std::optional<TimedDecision> latestChange(const std::vector<TimedDecision>& deci
 void describeMoment(WhyAnswer& answer, MomentReplay& replay) {
   const ServiceStateScope scope(replay.replay().state());
   if (ProductionRuleIPCService* const service = replay.replay().service()) {
-    answer.mode = framingModeToString(service->framingMode());
+    answer.mode = framingModeToString(service->trackingMode().getTrackingMode());
   }
   answer.pictures = shownBy(replay.room(), replay.measurement());
   for (const PersonState& person : replay.room().persons) {
