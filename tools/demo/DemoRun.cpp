@@ -154,6 +154,9 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
 void runDemo(const DemoOptions& options, PrbContext& context) {
   // Before the threads of the page, and until all is written.
   StopSignals stop;
+  if (!options.recording.empty()) {
+    const InputFile canBeOpened(options.recording, context.in);
+  }
   readConfiguration(options.config, context.err);
   const std::string misuse = presetMisuse(configurationOf(options), framingModeNamed(options.mode));
   if (!misuse.empty()) {
