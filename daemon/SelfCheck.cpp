@@ -70,7 +70,11 @@ std::string configurationFault(const std::string& path) {
       return "the file cannot be read";
     }
     const std::vector<ConfigFault> faults = checkConfiguration(*text);
-    return faults.empty() ? "" : "line " + std::to_string(faults.front().line) + ": " + faults.front().text;
+    if (faults.empty()) {
+      return {};
+    }
+    return "line " + std::to_string(faults.front().line) + ": " + faults.front().text +
+           (faults.size() == 1 ? "" : "; 'prb config check' lists all " + std::to_string(faults.size()));
   } catch (const std::exception& fault) {
     return fault.what();
   }
