@@ -122,6 +122,11 @@ Rect RuleOfThirds::frameAround(Rect box, int zoomLimit) const {
   return Rect{horizontal.from, vertical.from, horizontal.to, vertical.to};
 }
 
+bool RuleOfThirds::operator==(const RuleOfThirds& other) const {
+  return mTarget == other.mTarget && mImage == other.mImage && mShares.bottomPct == other.mShares.bottomPct &&
+         mShares.topPct == other.mShares.topPct && mHasShares == other.mHasShares;
+}
+
 Rect getRuleOfThirdFrame(Rect box, int targetWidth, int targetHeight, FrameLayout layout,
                          const Dimension& image, int zoomLimit) {
   return RuleOfThirds(targetWidth, targetHeight, layout, image).frameAround(box, zoomLimit);

@@ -34,6 +34,8 @@ class RuleOfThirds {
 
   Rect frameAround(Rect box, int zoomLimit) const;
 
+  bool operator==(const RuleOfThirds& other) const;
+
  private:
   Dimension mTarget;
   Dimension mImage;

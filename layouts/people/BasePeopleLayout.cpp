@@ -257,12 +257,9 @@ TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const
       !isSquare(frame) ? BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box)
       : isSteady()     ? box
                    : getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
-  TileView view(frame, image, base);
-  view.growToHeight(leastViewHeight(frame));
-  if (isSteady()) {
-    fitAmongOthers(view, frame, box, row);
-  }
-  return view;
+  const TileView view(frame, image, base);
+  return isSteady() ? fitAmongOthers(view, frame, box, row)
+                    : mGrownViews.grown(view, {leastViewHeight(frame)});
 }
 
 // Whose heads are taller than those beside them is known once all tiles of a row have a view.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "layouts/cycle/BaseLayout.h"
+#include "layouts/people/GrownViews.h"
 #include "layouts/people/HeadEnvelope.h"
 #include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
@@ -13,8 +14,6 @@
 #include "layouts/people/PeopleUnits.h"
 
 namespace fyn::productionrules {
-
-class TileView;
 
 /** What a people engine has chosen before tiles are given out. */
 struct PeopleChoice {
@@ -152,7 +151,7 @@ class BasePeopleLayout : public BaseLayout {
   TileView tileView(const Frame& frame, const Rect& latest, const HeadsInView& heads, const Layout* row);
   TileView viewAround(const Frame& frame, const Rect& box, const Dimension& image, const Layout* row);
   Rect restingBox(const Frame& frame, const Rect& latest) const;
-  void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own, const Layout* row);
+  TileView fitAmongOthers(const TileView& base, const Frame& frame, const Rect& own, const Layout* row);
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;
   bool doesSomebodyWalk() const;
@@ -170,6 +169,7 @@ class BasePeopleLayout : public BaseLayout {
   PeopleHeadFaults mHeadFaults;
   PeoplePresence mPresence;
   HeadEnvelope mEnvelope;
+  GrownViews mGrownViews;
   /** Whose heads a tile has to mind; serves one tile after the other. */
   std::vector<Rect> mOthers;
 };

@@ -281,15 +281,16 @@ bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
 
 // A tile is made for where its person rests: made for the end of a sway it would be wrong for long.
 Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const {
-  if (!usesPresence() || isPictureOfItsOwn() || frame.frameType != FramingType::HEAD ||
-      frame.fynHeads.size() != 1) {
+  // Where presence does not bridge errors, heads rest where they are.
+  if (frame.frameType != FramingType::HEAD || frame.fynHeads.size() != 1 || isPictureOfItsOwn()) {
     return latest;
   }
   return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
 }
 
-void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own,
-                                      const Layout* row) {
+TileView BasePeopleLayout::fitAmongOthers(const TileView& base, const Frame& frame, const Rect& own,
+                                          const Layout* row) {
+  const bool areMinded = PrConfig::get().steadyFramingEnabled;
   mOthers.clear();
   std::int32_t widest = 0;
   for (const auto& [id, person] : mState.people) {
@@ -299,15 +300,17 @@ void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const 
     }
     if (frame.fynHeads.count(id) != 0) {
       widest = std::max(widest, widthOf(head->bbox));
-    } else if (PrConfig::get().steadyFramingEnabled) {
+    } else if (areMinded) {
       mOthers.push_back(head->bbox);
     }
   }
+  TileGrowth growth{leastViewHeight(frame)};
   if (frame.frameType == FramingType::PROXIMITY) {
-    view.growToWidth(widthOf(own) + kBesideHeads * 2 * widest);
+    growth.width = widthOf(own) + kBesideHeads * 2 * widest;
   } else if (!isPictureOfItsOwn()) {
-    view.loosen(kSway);
+    growth.factor = kSway;
   }
+  TileView view = mGrownViews.grown(base, growth);
   if (isPictureOfItsOwn()) {
     view.standClearOf(mOthers, own);
   } else {
@@ -319,6 +322,7 @@ void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const 
   if (!isPictureOfItsOwn()) {
     view.bringEyesInLine(own, mOthers);
   }
+  return view;
 }
 
 Rect BasePeopleLayout::getRoomView(const Frame& frame) {

@@ -79,9 +79,9 @@ constexpr double kEyeLine = 0.4;
 }  // namespace
 
 TileView::TileView(const Frame& tile, const Dimension& image, const Rect& box)
-    : mTile(&tile),
+    : mPlace{widthOf(tile.dest), heightOf(tile.dest)},
       mImage(image),
-      mRule(widthOf(tile.dest), heightOf(tile.dest), tile.frameLayout, image),
+      mRule(mPlace.width, mPlace.height, tile.frameLayout, image),
       mBox(box) {}
 
 const Rect& TileView::view() {
@@ -104,7 +104,7 @@ bool TileView::take(const Rect& box, Condition isGood) {
 
 void TileView::growToHeight(double least) {
   // A view is never smaller than what it is made for.
-  if (heightOf(mBox) <= 0 || heightOf(mBox) >= least || heightOf(mTile->dest) <= 0) {
+  if (heightOf(mBox) <= 0 || heightOf(mBox) >= least || mPlace.height <= 0) {
     return;
   }
   // Where the border of the image cuts the view, it has to grow again.
@@ -120,14 +120,14 @@ void TileView::growToHeight(double least) {
   }
 }
 
-void TileView::growToWidth(double least) {
-  if (widthOf(mTile->dest) > 0) {
-    growToHeight(least * heightOf(mTile->dest) / widthOf(mTile->dest));
+void TileView::grow(const TileGrowth& growth) {
+  growToHeight(growth.height);
+  if (mPlace.width > 0) {
+    growToHeight(growth.width * mPlace.height / mPlace.width);
   }
-}
-
-void TileView::loosen(double factor) {
-  growToHeight(factor * heightOf(view()));
+  if (growth.factor > 1) {
+    growToHeight(growth.factor * heightOf(view()));
+  }
 }
 
 void TileView::growBeside(const std::vector<Rect>& others, double height) {
@@ -193,7 +193,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
   if (!cutsAny(others, view())) {
     return;
   }
-  const HeadsInView heads(mTile->fynCamId, mImage, HeadRule::PartlyInImage);
+  const HeadsInView heads(FynHead::kNoCamera, mImage, HeadRule::PartlyInImage);
   std::vector<Rect> apart = others;
   for (Rect& head : apart) {
     head = grownBy(head, share(kRoom, widthOf(head)), share(kRoom, heightOf(head)));

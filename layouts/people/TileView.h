@@ -8,6 +8,18 @@
 
 namespace fyn::productionrules {
 
+/** What a view is grown to; 0 for as it is. In camera pixels. */
+struct TileGrowth {
+  double height = 0;
+  double width = 0;
+  /** And by how much it is higher then; 1 for not at all. */
+  double factor = 1;
+
+  friend bool operator==(const TileGrowth& a, const TileGrowth& b) {
+    return a.height == b.height && a.width == b.width && a.factor == b.factor;
+  }
+};
+
 /**
  * What a tile shows while it is made: the box around which its view is taken, changed step by step. A step
  * that asks too much of image or neighbours is taken in part or not at all. All in camera pixels; `own` is
@@ -15,7 +27,6 @@ namespace fyn::productionrules {
  */
 class TileView {
  public:
-  /** The tile must outlive it. */
   TileView(const Frame& tile, const Dimension& image, const Rect& box);
 
   const Rect& box() const { return mBox; }
@@ -23,14 +34,11 @@ class TileView {
   /** What the tile shows, made when it is first asked for. */
   const Rect& view();
 
-  /** Grows around the middle until the view is `least` high, as far as the image allows. */
-  void growToHeight(double least);
+  /** Whether all that it is made for is the same, and the box. */
+  bool isSameAs(const TileView& other) const { return mBox == other.mBox && mRule == other.mRule; }
 
-  /** The same until the view is `least` wide. */
-  void growToWidth(double least);
-
-  /** The same until the view is higher by the factor. */
-  void loosen(double factor);
+  /** Grows around the middle until the view is as high and wide, as far as the image allows. */
+  void grow(const TileGrowth& growth);
 
   /** The same until the view is `height` high, as far as it then shows nothing of others of whom it shows
    * nothing as it is. */
@@ -51,11 +59,14 @@ class TileView {
   void standClearOf(const std::vector<Rect>& others, const Rect& own);
 
  private:
+  void growToHeight(double least);
+
   /** Takes the view around `box` if it is good. */
   template <typename Condition>
   bool take(const Rect& box, Condition isGood);
 
-  const Frame* mTile;
+  /** Of the tile, in the output. */
+  Dimension mPlace;
   Dimension mImage;
   RuleOfThirds mRule;
   Rect mBox;

@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <vector>
 
+#include "config/PrConfig.h"
 #include "geometry/RectMath.h"
+#include "layouts/people/GrownViews.h"
 #include "layouts/people/TileView.h"
+#include "tests/testing/TestEnvironment.h"
 
 namespace fyn::productionrules::testing {
 namespace {
@@ -46,6 +50,28 @@ TEST(TileView, TurnsFromASliverAsFarAsNobodyElseIsCut) {
                                    [&](const Rect& head) { return cutsOff(head, view.view()); });
     EXPECT_EQ(isCut, !each.isClear) << each.name;
     EXPECT_EQ(widthOf(view.view()), widthOf(before)) << each.name;
+  }
+}
+
+// Of two boxes, so that all else differs between two views of one box.
+TEST(GrownViews, AreThoseThatAreGrownAnew) {
+  TestEnvironment environment;
+  std::mt19937 random(5);
+  const auto either = [&random](auto one, auto other) { return random() % 2 == 0 ? one : other; };
+  GrownViews views;
+  for (int trial = 0; trial < 2000; ++trial) {
+    PrConfig config;
+    config.frameLayoutHeadWideBottomLine = either(40, 50);
+    PrConfig::set(config);
+    Frame tile;
+    tile.frameLayout = either(kFrameLayoutHeadSingle, kFrameLayoutHeadWide);
+    tile.dest = {0, 0, either(640, 800), either(360, 720)};
+    TileView view(tile, {either(1280, 1920), either(720, 1080)}, headAt(either(640, 672)));
+    const TileGrowth growth{either(200.0, 500.0), either(100.0, 600.0), either(1.0, 1.1)};
+    TileView grown = views.grown(view, growth);
+    view.grow(growth);
+    ASSERT_EQ(grown.box(), view.box()) << trial;
+    ASSERT_EQ(grown.view(), view.view()) << trial;
   }
 }
 
