@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -47,6 +48,21 @@ class HeadsInView {
 
   /** The boxes of those of `ids` who are in view, in camera pixels, by ascending id. */
   std::vector<Rect> bounds(const PeopleMap& people, const std::set<std::int64_t>& ids) const;
+
+  /** Calls `take` with those in view, in their order. A second entry of a person must not stand in for a
+   * first one that cannot be shown. */
+  template <typename Take>
+  void visit(const std::vector<std::shared_ptr<FynHead>>& persons, Take take) const {
+    const auto isOutOfOrder = [](const auto& a, const auto& b) { return a->id >= b->id; };
+    // Most results name their people by number, each once.
+    const bool isInOrder = std::adjacent_find(persons.begin(), persons.end(), isOutOfOrder) == persons.end();
+    std::set<std::int32_t> known;
+    for (const std::shared_ptr<FynHead>& person : persons) {
+      if ((isInOrder || known.insert(person->id).second) && find(*person) != nullptr) {
+        take(person);
+      }
+    }
+  }
 
   /** Whether all of `ids` are in view. */
   bool holdsAll(const PeopleMap& people, const std::set<std::int64_t>& ids) const;

@@ -72,14 +72,16 @@ class UnitForming {
   std::vector<PeopleUnit> takeUnits() {
     std::vector<PeopleUnit> units;
     units.reserve(mSeats.size());
-    std::vector<std::size_t> unitOfLeader(mSeats.size());
-    for (std::size_t i = 0; i < mSeats.size(); ++i) {
-      const std::size_t leader = mJoiner.leader(i);
-      if (leader == i) {
-        unitOfLeader[i] = units.size();
-        units.emplace_back();
+    for (std::size_t first = 0; first < mSeats.size(); ++first) {
+      if (mJoiner.leader(first) != first) {
+        continue;
       }
-      units[unitOfLeader[leader]].push_back(std::move(mSeats[i]));
+      PeopleUnit& unit = units.emplace_back();
+      for (std::size_t i = first; i < mSeats.size(); ++i) {
+        if (mJoiner.leader(i) == first) {
+          unit.push_back(std::move(mSeats[i]));
+        }
+      }
     }
     return units;
   }

@@ -45,12 +45,11 @@ bool seesSomebody(const MLData& data, std::int32_t camId) {
 }  // namespace
 
 std::vector<Seat> findSeats(const MLData& data, const HeadsInView& heads) {
-  std::vector<std::shared_ptr<FynHead>> persons = heads.persons(data.getHeads());
   std::vector<Seat> seats;
-  seats.reserve(persons.size());
-  for (std::shared_ptr<FynHead>& person : persons) {
-    seats.push_back({std::move(person), heads.camId()});
-  }
+  seats.reserve(data.getHeads().size());
+  heads.visit(data.getHeads(), [&](const std::shared_ptr<FynHead>& person) {
+    seats.push_back({person, heads.camId()});
+  });
   sortSeats(seats, static_cast<std::int32_t>(heads.camId()));
   return seats;
 }
