@@ -46,22 +46,13 @@ const Head* HeadsInView::find(const PeopleMap& people, std::int64_t personId) co
   return person != people.end() ? find(*person->second) : nullptr;
 }
 
-std::vector<Person> HeadsInView::persons(const std::vector<Person>& persons) const {
-  std::vector<Person> inView;
-  inView.reserve(persons.size());
-  visit(persons, [&inView](const Person& person) { inView.push_back(person); });
-  return inView;
-}
-
-std::vector<Person> HeadsInView::sorted(const std::vector<Person>& persons) const {
-  std::vector<Person> inView = this->persons(persons);
+void HeadsInView::sort(std::vector<Person>& inView) const {
   const auto place = [this](const Person& person) {
     const Rect& box = person->findHead(mCamId)->bbox;
     return std::make_tuple(box.left, box.top, person->id);
   };
   std::sort(inView.begin(), inView.end(),
             [&](const Person& a, const Person& b) { return place(a) < place(b); });
-  return inView;
 }
 
 std::vector<Rect> HeadsInView::bounds(const PeopleMap& people, const Ids& ids) const {

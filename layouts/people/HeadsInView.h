@@ -40,11 +40,8 @@ class HeadsInView {
   /** The same of somebody who is among `people`; null for anybody else. */
   const Head* find(const PeopleMap& people, std::int64_t personId) const;
 
-  /** Those in view, in the order of `persons`. Of two persons with one id the first counts. */
-  std::vector<std::shared_ptr<FynHead>> persons(const std::vector<std::shared_ptr<FynHead>>& persons) const;
-
-  /** The same from left to right, then top to bottom, then by id: the order of the result does not matter. */
-  std::vector<std::shared_ptr<FynHead>> sorted(const std::vector<std::shared_ptr<FynHead>>& persons) const;
+  /** Sorts people in view from left to right, then top to bottom, then by id. */
+  void sort(std::vector<std::shared_ptr<FynHead>>& inView) const;
 
   /** The boxes of those of `ids` who are in view, in camera pixels, by ascending id. */
   std::vector<Rect> bounds(const PeopleMap& people, const std::set<std::int64_t>& ids) const;

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 namespace fyn::productionrules {
 
@@ -18,11 +17,8 @@ constexpr double kShareOfJump = 0.5;
 
 }  // namespace
 
-std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data, const HeadsInView& heads,
-                                             std::uint32_t now) {
-  auto result = std::make_shared<MLData>(*data);
-  bool isChanged = false;
-  for (std::shared_ptr<FynHead>& person : result->heads) {
+void HeadSmoother::smooth(MLData& data, const HeadsInView& heads, std::uint32_t now) {
+  for (std::shared_ptr<FynHead>& person : data.heads) {
     const Head* const head = heads.find(*person);
     if (head == nullptr) {
       continue;
@@ -41,13 +37,11 @@ std::shared_ptr<MLData> HeadSmoother::smooth(const std::shared_ptr<MLData>& data
     if (!(smooth == box)) {
       std::swap(track.latest, track.before);
       person = track.latest.make(*person, *head, smooth);
-      isChanged = true;
     }
   }
   for (auto track = mTracks.begin(); track != mTracks.end();) {
     track = std::exchange(track->second.isSeen, false) ? std::next(track) : mTracks.erase(track);
   }
-  return isChanged ? result : data;
 }
 
 std::shared_ptr<FynHead> HeadSmoother::Copy::make(const FynHead& original, const Head& head,

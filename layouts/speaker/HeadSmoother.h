@@ -15,12 +15,11 @@ namespace fyn::productionrules {
 class HeadSmoother {
  public:
   /**
-   * The vision result with the boxes of the camera smoothed; the same persons and heads where nothing
-   * changes. `now` is a tick in milliseconds. A head that no picture can be made of stays as it is, and who
-   * is not in the result begins afresh on return.
+   * Smooths the boxes of the camera: who gets another box is replaced by a copy, anybody else stays. `now` is
+   * a tick in milliseconds. A head that no picture can be made of stays as it is, and who is not in the
+   * result begins afresh on return.
    */
-  std::shared_ptr<MLData> smooth(const std::shared_ptr<MLData>& data, const HeadsInView& heads,
-                                 std::uint32_t now);
+  void smooth(MLData& data, const HeadsInView& heads, std::uint32_t now);
 
  private:
   /** A person with another box in place of that of one head. */

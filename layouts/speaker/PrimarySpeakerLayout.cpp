@@ -12,15 +12,14 @@ const char* PrimarySpeakerLayout::getTag() const {
   return "PrimarySpeakerLayout";
 }
 
-std::vector<HeadsInView> PrimarySpeakerLayout::camerasInUse() const {
-  std::vector<HeadsInView> cameras = SpeakerFramingLayout::camerasInUse();
+void PrimarySpeakerLayout::addCamerasInUse(std::vector<HeadsInView>& cameras) const {
+  SpeakerFramingLayout::addCamerasInUse(cameras);
   const FynCamerasConfig& config = FynCamerasConfig::get();
   for (const auto& [camId, info] : config.fynCamInfoMap) {
     if (camId != config.fynCamId) {
       cameras.push_back(headsToFollow(static_cast<std::uint32_t>(camId)));
     }
   }
-  return cameras;
 }
 
 std::uint32_t PrimarySpeakerLayout::chooseCamera(const MLData& data) {

@@ -10,7 +10,7 @@ class PrimarySpeakerLayout : public SpeakerFramingLayout {
   const char* getTag() const override;
 
  protected:
-  std::vector<HeadsInView> camerasInUse() const override;
+  void addCamerasInUse(std::vector<HeadsInView>& cameras) const override;
   std::uint32_t chooseCamera(const MLData& data) override;
 };
 

@@ -29,9 +29,9 @@ int handoversIn(const Samples& samples) {
 
 }  // namespace
 
-void SpeakerFramingData::update(bool isAnybodyInView, std::vector<std::shared_ptr<FynHead>> speakers,
+void SpeakerFramingData::update(bool isAnybodyInView, const std::vector<std::shared_ptr<FynHead>>& speakers,
                                 std::uint32_t camId, bool pictureShowsSpeaker, const TickFunction& tick) {
-  mSpeakers = std::move(speakers);
+  mSpeakers = speakers;
   updateActiveSpeaker();
   if (!PrConfig::get().sfRecoveryMode) {
     startAfresh();

@@ -29,8 +29,8 @@ class SpeakerFramingData {
    * `pictureShowsSpeaker` says whether the layout on screen follows somebody. `tick` is the clock of the
    * recovery mode.
    */
-  void update(bool isAnybodyInView, std::vector<std::shared_ptr<FynHead>> speakers, std::uint32_t camId,
-              bool pictureShowsSpeaker, const TickFunction& tick);
+  void update(bool isAnybodyInView, const std::vector<std::shared_ptr<FynHead>>& speakers,
+              std::uint32_t camId, bool pictureShowsSpeaker, const TickFunction& tick);
 
   /** Who speaks in the latest vision result. */
   const std::vector<std::shared_ptr<FynHead>>& speakers() const { return mSpeakers; }

@@ -139,17 +139,17 @@ std::shared_ptr<MLData> SpeakerFramingLayout::findPresent(const std::shared_ptr<
 }
 
 void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
-  const std::vector<HeadsInView> cameras = camerasInUse();
-  std::shared_ptr<MLData> smooth = mlData;
-  for (const HeadsInView& heads : cameras) {
-    smooth = mMemory.smoothers[heads.camId()].smooth(smooth, heads, tick());
+  mCameras.clear();
+  addCamerasInUse(mCameras);
+  *mSmooth = *mlData;
+  for (const HeadsInView& heads : mCameras) {
+    mMemory.smoothers[heads.camId()].smooth(*mSmooth, heads, tick());
   }
-  BaseLayout::updatePeopleMap(smooth);
-  mHeads = cameras.front();
-  listen(cameras);
-  mHeads = headsOf(chooseCamera(*smooth));
-  mInView = mHeads.sorted(smooth->getHeads());
-  mSpeakers = inViewOf(mMemory.belief.speakers());
+  BaseLayout::updatePeopleMap(mSmooth);
+  mHeads = mCameras.front();
+  listen();
+  mHeads = headsOf(chooseCamera(*mSmooth));
+  findInView();
   const bool isSpoken = std::any_of(mSpeakers.begin(), mSpeakers.end(),
                                     [this](const auto& speaker) { return isWholeOnScreen(*speaker); });
   if (showsSpeaker() && (isSpoken || isAnySpeakerIn(*frameOnScreen()))) {
@@ -160,41 +160,58 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
   updateExchange();
 }
 
-void SpeakerFramingLayout::listen(const std::vector<HeadsInView>& cameras) {
-  std::vector<SpeechHint> hints;
-  hints.reserve(mState.people.size());
+void SpeakerFramingLayout::listen() {
+  mHints.clear();
   for (const auto& [id, person] : mState.people) {
     SpeechHint hint{id, false, mMemory.presence.isMissed(person->id), isWholeOnScreen(*person)};
     bool isInView = false;
-    for (const HeadsInView& heads : cameras) {
+    for (const HeadsInView& heads : mCameras) {
       const Head* const head = heads.find(*person);
       isInView = isInView || head != nullptr;
       hint.isTagged = hint.isTagged || (head != nullptr && head->isSpeaker && !hint.isMissed);
     }
     if (isInView) {
-      hints.push_back(hint);
+      mHints.push_back(hint);
     }
   }
   const auto missed =
-      std::count_if(hints.begin(), hints.end(), [](const SpeechHint& hint) { return hint.isMissed; });
-  mMemory.missed.add(hints.size(), static_cast<std::size_t>(missed), tick());
-  mMemory.belief.update(hints, tick());
+      std::count_if(mHints.begin(), mHints.end(), [](const SpeechHint& hint) { return hint.isMissed; });
+  mMemory.missed.add(mHints.size(), static_cast<std::size_t>(missed), tick());
+  mMemory.belief.update(mHints, tick());
   mMemory.turns.update(mMemory.belief.speakers(), tick());
+}
+
+void SpeakerFramingLayout::findInView() {
+  mInView.clear();
+  mHeads.visit(mSmooth->getHeads(), [this](const auto& person) { mInView.push_back(person); });
+  mHeads.sort(mInView);
+  mSpeakers.clear();
+  for (const std::shared_ptr<FynHead>& person : mInView) {
+    if (mMemory.belief.speakers().count(person->id) != 0) {
+      mSpeakers.push_back(person);
+    }
+  }
 }
 
 // What the result says itself, by the boxes as they came: whether these can be trusted is the question.
 void SpeakerFramingLayout::watchSpeakers(const MLData& data) {
-  const Persons inView = mHeads.persons(data.getHeads());
-  const auto isSeen = [this](const auto& person) { return !mMemory.presence.isMissed(person->id); };
-  Persons tagged;
-  std::copy_if(inView.begin(), inView.end(), std::back_inserter(tagged),
-               [&](const auto& person) { return mHeads.find(*person)->isSpeaker && isSeen(person); });
-  mSpeech.update(std::any_of(inView.begin(), inView.end(), isSeen), mHeads.sorted(tagged), mHeads.camId(),
-                 showsSpeaker(), mTick);
+  bool isAnybodySeen = false;
+  mTagged.clear();
+  mHeads.visit(data.getHeads(), [&](const auto& person) {
+    if (mMemory.presence.isMissed(person->id)) {
+      return;
+    }
+    isAnybodySeen = true;
+    if (person->findHead(mHeads.camId())->isSpeaker) {
+      mTagged.push_back(person);
+    }
+  });
+  mHeads.sort(mTagged);
+  mSpeech.update(isAnybodySeen, mTagged, mHeads.camId(), showsSpeaker(), mTick);
 }
 
-std::vector<HeadsInView> SpeakerFramingLayout::camerasInUse() const {
-  return {headsToFollow(ownCamera())};
+void SpeakerFramingLayout::addCamerasInUse(std::vector<HeadsInView>& cameras) const {
+  cameras.push_back(headsToFollow(ownCamera()));
 }
 
 std::uint32_t SpeakerFramingLayout::chooseCamera(const MLData& /*data*/) {

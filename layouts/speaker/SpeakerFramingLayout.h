@@ -78,8 +78,8 @@ class SpeakerFramingLayout : public BaseLayout {
   void updateFrameView(Frame& frame) override;
   std::optional<std::string> transitionFrom(const Layout& before) const override;
 
-  /** Whom each camera shows whose heads count, the own one first. */
-  virtual std::vector<HeadsInView> camerasInUse() const;
+  /** Adds whom each camera shows whose heads count, the own one first. */
+  virtual void addCamerasInUse(std::vector<HeadsInView>& cameras) const;
 
   /** The camera of the picture; who has the word is known. */
   virtual std::uint32_t chooseCamera(const MLData& data);
@@ -114,7 +114,8 @@ class SpeakerFramingLayout : public BaseLayout {
     std::uint32_t leastShotMs = 0;
   };
 
-  void listen(const std::vector<HeadsInView>& cameras);
+  void listen();
+  void findInView();
   void watchSpeakers(const MLData& data);
   void noteSpeech(const std::shared_ptr<Layout>& layout, FramingType pendingType) const;
 
@@ -149,6 +150,9 @@ class SpeakerFramingLayout : public BaseLayout {
   PeopleHeadFaults mHeadFaults;
   PeopleInputFaults mInputFaults;
   Urgency mUrgency;
+  /** The latest vision result, with smoothed boxes. */
+  std::shared_ptr<MLData> mSmooth = std::make_shared<MLData>();
+  std::vector<HeadsInView> mCameras;
   /** Of the latest vision result: whom the camera of the picture shows. */
   HeadsInView mHeads;
   /** The same, left to right: everybody in view of that camera, who of them is believed to speak, and
@@ -156,6 +160,9 @@ class SpeakerFramingLayout : public BaseLayout {
   Persons mInView;
   Persons mSpeakers;
   Persons mWalkers;
+  /** Of the latest vision result as well; kept only for their memory. */
+  std::vector<SpeechHint> mHints;
+  Persons mTagged;
   /** What getHeadMapForGroup answered last. */
   PeopleMap mMembers;
 };

@@ -44,12 +44,11 @@ bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uin
 }  // namespace
 
 void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t now) {
-  std::vector<Heard> result;
-  result.reserve(hints.size());
+  mResult.clear();
   for (const SpeechHint& hint : hints) {
     Voice& voice = mVoices[hint.person];
     listen(voice, hint, now);
-    result.push_back({&hint, &voice});
+    mResult.push_back({&hint, &voice});
   }
   const auto tagged =
       std::count_if(hints.begin(), hints.end(), [](const SpeechHint& hint) { return hint.isTagged; });
@@ -57,7 +56,7 @@ void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t no
     return each.hint->isShown && isWithin(each.voice->taggedAt, kUndisputedMs - 1, now);
   };
   const double on =
-      tagged == 1 && std::none_of(result.begin(), result.end(), isShownTagged) ? kOnUndisputed : kOn;
+      tagged == 1 && std::none_of(mResult.begin(), mResult.end(), isShownTagged) ? kOnUndisputed : kOn;
   const auto shareIn = [&](double ms) {
     return mLatest ? 1 - std::exp(-static_cast<double>(now - *mLatest) / ms) : 1;
   };
@@ -70,7 +69,7 @@ void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t no
     voice.speaks = voice.level >= (voice.speaks ? kOff : on);
   }
   mLatest = now;
-  giveTheWord(result, now);
+  giveTheWord(now);
   for (auto each = mVoices.begin(); each != mVoices.end();) {
     const Voice& voice = each->second;
     each = voice.level < kForgotten && voice.seenAt != now ? mVoices.erase(each) : std::next(each);
@@ -91,22 +90,26 @@ void SpeechBelief::listen(Voice& voice, const SpeechHint& hint, std::uint32_t no
   voice.taggedAt = now;
 }
 
-void SpeechBelief::giveTheWord(const std::vector<Heard>& result, std::uint32_t now) {
-  mSpeakers.clear();
+void SpeechBelief::giveTheWord(std::uint32_t now) {
+  mWord.clear();
   const std::uint32_t hangOverMs = tempo().hangOverMs;
   const auto goesOn = [=](const Heard& each) {
     return each.voice->speaks && isWithin(each.voice->taggedAt, hangOverMs, now);
   };
-  const bool somebodyGoesOn = std::any_of(result.begin(), result.end(), goesOn);
+  const bool somebodyGoesOn = std::any_of(mResult.begin(), mResult.end(), goesOn);
   const bool somebodyShownGoesOn = std::any_of(
-      result.begin(), result.end(), [&](const Heard& each) { return each.hint->isShown && goesOn(each); });
-  for (const Heard& each : result) {
+      mResult.begin(), mResult.end(), [&](const Heard& each) { return each.hint->isShown && goesOn(each); });
+  for (const Heard& each : mResult) {
     const bool givesWay = somebodyGoesOn && !goesOn(each);
     const bool isEarly =
         somebodyShownGoesOn && !each.hint->isShown && speechMs(each.hint->person, now) < tempo().newcomerMs;
     if (each.voice->speaks && !givesWay && !isEarly) {
-      mSpeakers.insert(each.hint->person);
+      mWord.push_back(each.hint->person);
     }
+  }
+  std::sort(mWord.begin(), mWord.end());
+  if (!std::equal(mWord.begin(), mWord.end(), mSpeakers.begin(), mSpeakers.end())) {
+    mSpeakers = {mWord.begin(), mWord.end()};
   }
 }
 

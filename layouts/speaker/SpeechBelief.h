@@ -59,9 +59,12 @@ class SpeechBelief {
   };
 
   static void listen(Voice& voice, const SpeechHint& hint, std::uint32_t now);
-  void giveTheWord(const std::vector<Heard>& result, std::uint32_t now);
+  void giveTheWord(std::uint32_t now);
 
   std::map<std::int64_t, Voice> mVoices;
+  /** Of the latest result; kept only for their memory. */
+  std::vector<Heard> mResult;
+  std::vector<std::int64_t> mWord;
   std::set<std::int64_t> mSpeakers;
   /** When the latest result came; nothing before the first. */
   std::optional<std::uint32_t> mLatest;
