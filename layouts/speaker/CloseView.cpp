@@ -99,15 +99,6 @@ double shownShare(const Rect& view, const Rect& head) {
                   shown(head.top, head.bottom, view.top, view.bottom));
 }
 
-bool cuts(const Rect& view, const Rect& head) {
-  // Asked of each view that is tried, and most neighbours are elsewhere.
-  if (!doOverlap(view, head)) {
-    return false;
-  }
-  const double shown = shownShare(view, head);
-  return shown > kNothing && shown < 1 - kNothing;
-}
-
 /** A head that is not meant, and the room that it keeps from the sides of a view; less at the image's. */
 struct Neighbour {
   Neighbour(const Rect& box, const Dimension& image)
@@ -199,8 +190,13 @@ Rect closeView(const Fit& fit, const std::vector<Rect>& neighbours, const Dimens
 
 }  // namespace
 
-bool cutsAny(const std::vector<Rect>& heads, const Rect& view) {
-  return std::any_of(heads.begin(), heads.end(), [&](const Rect& head) { return cuts(view, head); });
+bool cuts(const Rect& view, const Rect& head) {
+  // Asked of each view that is tried, and most neighbours are elsewhere.
+  if (!doOverlap(view, head)) {
+    return false;
+  }
+  const double shown = shownShare(view, head);
+  return shown > kNothing && shown < 1 - kNothing;
 }
 
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,

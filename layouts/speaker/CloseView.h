@@ -20,7 +20,7 @@ void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vec
  * search among the neighbours. */
 std::int64_t leastCloseHeight(std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit);
 
-/** Whether the view shows more than a tenth of one of the heads, but not all but a tenth. */
-bool cutsAny(const std::vector<Rect>& heads, const Rect& view);
+/** Whether the view shows more than a tenth of the head, but not all but a tenth. */
+bool cuts(const Rect& view, const Rect& head);
 
 }  // namespace fyn::productionrules

@@ -124,7 +124,7 @@ class SpeakerFramingLayout : public BaseLayout {
   std::shared_ptr<Layout> pictureOfTurn();
   std::shared_ptr<Layout> makeLayout(FramingType type, const Persons& persons, const char* reason) const;
   std::shared_ptr<Layout> keep(const std::shared_ptr<Layout>& layout, const char* reason);
-  std::shared_ptr<Layout> closerPicture();
+  std::shared_ptr<Layout> closerPicture(std::set<std::int64_t> persons);
   void dropAbsent(Frame& frame) const;
   std::uint32_t tightenMs() const;
   void updateExchange();

@@ -88,9 +88,9 @@ std::shared_ptr<Layout> SpeakerFramingLayout::choosePicture() {
 }
 
 std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
-  const std::set<std::int64_t> persons = wanted();
+  std::set<std::int64_t> persons = wanted();
   if (showsSpeaker() && areWholeOnScreen(persons) && !mMemory.exchange.isOfEverybody()) {
-    std::shared_ptr<Layout> closer = closerPicture();
+    std::shared_ptr<Layout> closer = closerPicture(std::move(persons));
     return closer != nullptr ? closer : keep(mState.mCurLayout, "the speakers are in the picture");
   }
   if (mInView.size() == 1) {
@@ -167,18 +167,19 @@ void SpeakerFramingLayout::dropAbsent(Frame& frame) const {
   }
 }
 
-// Null while the picture is close enough, or somebody whom a closer one would leave out has spoken of late.
-std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture() {
+// Of the persons who are wanted. Null while the picture is close enough, or somebody whom a closer one would
+// leave out has spoken of late.
+std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture(std::set<std::int64_t> persons) {
   const std::uint32_t silentMs = tightenMs();
   if (mSpeakers.empty() || mInView.size() == 1 || tick() - mState.adoptedAt < silentMs) {
     return nullptr;
   }
-  std::set<std::int64_t> persons = wanted();
   const std::vector<std::int64_t> latest = mMemory.turns.spokeWithin(silentMs, tick());
   persons.insert(latest.begin(), latest.end());
   const TrialPicture trial(mState.people, mHeads);
   const double lower = kCloser * heightOf(frameOnScreen()->source);
-  if (persons.size() > 1 && !(trial.isLowerThan(lower, persons) && trial.isClose(persons))) {
+  // Mostly this is the end of it: a picture with more people is no lower.
+  if (!trial.mayBeLowerThan(lower, persons) || (persons.size() > 1 && !trial.isClose(persons))) {
     return nullptr;
   }
   std::shared_ptr<Layout> layout =

@@ -1,7 +1,8 @@
 #include "layouts/speaker/SpeechTurns.h"
 
-#include <algorithm>
 #include <iterator>
+
+#include "model/OrderBy.h"
 
 namespace fyn::productionrules {
 
@@ -56,9 +57,8 @@ std::vector<std::int64_t> SpeechTurns::spokeWithin(std::uint32_t ms, std::uint32
       persons.push_back(person);
     }
   }
-  std::stable_sort(persons.begin(), persons.end(), [&](std::int64_t a, std::int64_t b) {
-    return now - mSpokeAt.at(a) < now - mSpokeAt.at(b);
-  });
+  orderBy(persons,
+          [&](std::int64_t a, std::int64_t b) { return now - mSpokeAt.at(a) < now - mSpokeAt.at(b); });
   return persons;
 }
 

@@ -49,10 +49,13 @@ Rect TrialPicture::viewOf(const Persons& persons) const {
 }
 
 bool TrialPicture::isLowerThan(double height, const Persons& persons) const {
+  return mayBeLowerThan(height, persons) && heightOf(viewOf(persons)) < height;
+}
+
+bool TrialPicture::mayBeLowerThan(double height, const Persons& persons) const {
   const std::vector<Rect> members = mHeads.bounds(mPeople, persons);
   return !members.empty() &&
-         static_cast<double>(leastCloseHeight(mHeads.camId(), members, speakerZoomLimit())) < height &&
-         heightOf(viewOf(persons)) < height;
+         static_cast<double>(leastCloseHeight(mHeads.camId(), members, speakerZoomLimit())) < height;
 }
 
 bool TrialPicture::isClose(const Persons& persons) const {

@@ -22,6 +22,9 @@ class TrialPicture {
    * in view. */
   bool isLowerThan(double height, const Persons& persons) const;
 
+  /** Whether it may be, with others in it or not: said without a search for the picture. */
+  bool mayBeLowerThan(double height, const Persons& persons) const;
+
   /** Whether that picture shows all of them, and at most half of those in view, rounded up. */
   bool isClose(const Persons& persons) const;
 
