@@ -130,7 +130,7 @@ struct Fit {
 };
 
 /** Null where nothing but the whole image holds the members. */
-std::optional<Fit> fitOf(const Rect& groupView, const std::vector<Rect>& members, const Dimension& image) {
+std::optional<Fit> fitOf(std::int64_t groupHeight, const std::vector<Rect>& members, const Dimension& image) {
   Rect all = members.front();
   std::int64_t tallest = 0;
   for (const Rect& head : members) {
@@ -149,9 +149,8 @@ std::optional<Fit> fitOf(const Rect& groupView, const std::vector<Rect>& members
   if (!hasRoom(heads)) {
     return std::nullopt;
   }
-  const std::int64_t least =
-      std::max({std::int64_t{heightOf(groupView)}, kLeastHeight, share(1 / kTallestHead, tallest),
-                heads.height(), heightFor(heads.width())});
+  const std::int64_t least = std::max({groupHeight, kLeastHeight, share(1 / kTallestHead, tallest),
+                                       heads.height(), heightFor(heads.width())});
   return Fit{heads, std::min(least, most), most};
 }
 
@@ -206,17 +205,23 @@ void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vec
     return;
   }
   const Dimension image = getCameraLensModelDimension(static_cast<int>(frame.fynCamId));
-  const std::optional<Fit> fit = fitOf(frame.source, members, image);
+  const std::optional<Fit> fit = fitOf(heightOf(frame.source), members, image);
   frame.source = fit ? closeView(*fit, neighbours, image) : Rect{0, 0, image.width, image.height};
 }
 
-std::int64_t leastCloseHeight(std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit) {
+bool canBeLowerThan(double height, std::uint32_t camId, const std::vector<Rect>& members,
+                    unsigned zoomLimit) {
+  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
+  const std::optional<Fit> fit = fitOf(0, members, image);
+  const auto isLower = [height](std::int64_t least) { return static_cast<double>(least) < height; };
+  // Mostly this says it, and the group frame is as dear.
+  if (!fit || !isLower(fit->least)) {
+    return !fit && isLower(image.height);
+  }
   Frame frame;
   frame.fynCamId = camId;
   SpeakerFramingLayoutBuilder::calculateGroupFraming(frame, members, zoomLimit);
-  const Dimension image = getCameraLensModelDimension(static_cast<int>(camId));
-  const std::optional<Fit> fit = fitOf(frame.source, members, image);
-  return fit ? fit->least : image.height;
+  return isLower(std::min<std::int64_t>(heightOf(frame.source), fit->most));
 }
 
 }  // namespace fyn::productionrules

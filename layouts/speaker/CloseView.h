@@ -16,9 +16,9 @@ namespace fyn::productionrules {
 void placeClosely(Frame& frame, const std::vector<Rect>& members, const std::vector<Rect>& neighbours,
                   unsigned zoomLimit);
 
-/** No view that `placeClosely` makes of these heads, of which there is one at least, is lower; said without a
- * search among the neighbours. */
-std::int64_t leastCloseHeight(std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit);
+/** Whether a view that `placeClosely` makes of these heads, of which there is one at least, may be lower than
+ * `height`; said without a search among the neighbours. */
+bool canBeLowerThan(double height, std::uint32_t camId, const std::vector<Rect>& members, unsigned zoomLimit);
 
 /** Whether the view shows more than a tenth of the head, but not all but a tenth. */
 bool cuts(const Rect& view, const Rect& head);

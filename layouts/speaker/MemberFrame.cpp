@@ -57,8 +57,7 @@ HeadPosition memberPosition(const Frame& frame, const PeopleMap& people) {
   const bool isNeighbourCut = cutsNeighbour(frame.source);
   const double smaller = kSmaller * heightOf(frame.source);
   // The usual case.
-  if (areWhole && !isNeighbourCut &&
-      static_cast<double>(leastCloseHeight(frame.fynCamId, members, speakerZoomLimit())) >= smaller) {
+  if (areWhole && !isNeighbourCut && !canBeLowerThan(smaller, frame.fynCamId, members, speakerZoomLimit())) {
     return HeadPosition::CENTER;
   }
   Frame anew = frame;

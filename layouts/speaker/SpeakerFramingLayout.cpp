@@ -71,6 +71,12 @@ std::shared_ptr<BaseTimerSetting>& SpeakerFramingLayout::getTimerSetting() {
   return mTimerSetting;
 }
 
+std::uint32_t SpeakerFramingLayout::getWaitTime(const std::shared_ptr<Layout>& candidate,
+                                                bool peopleCountChanged) {
+  noteUrgency(*candidate);
+  return BaseLayout::getWaitTime(candidate, peopleCountChanged);
+}
+
 std::uint32_t SpeakerFramingLayout::getLayoutChangeTimer(FramingType newType, bool /*peopleCountChanged*/) {
   if (mState.mCurLayout == nullptr) {
     return 0;
@@ -150,9 +156,9 @@ void SpeakerFramingLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData
   listen();
   mHeads = headsOf(chooseCamera(*mSmooth));
   findInView();
-  const bool isSpoken = std::any_of(mSpeakers.begin(), mSpeakers.end(),
-                                    [this](const auto& speaker) { return isWholeOnScreen(*speaker); });
-  if (showsSpeaker() && (isSpoken || isAnySpeakerIn(*frameOnScreen()))) {
+  if (showsSpeaker() && (isAnySpeakerIn(*frameOnScreen()) ||
+                         std::any_of(mSpeakers.begin(), mSpeakers.end(),
+                                     [this](const auto& speaker) { return isWholeOnScreen(*speaker); }))) {
     mMemory.speakersPicture = mState.mCurLayout;
   }
   watchSpeakers(*mlData);
@@ -176,9 +182,10 @@ void SpeakerFramingLayout::listen() {
   }
   const auto missed =
       std::count_if(mHints.begin(), mHints.end(), [](const SpeechHint& hint) { return hint.isMissed; });
-  mMemory.missed.add(mHints.size(), static_cast<std::size_t>(missed), tick());
-  mMemory.belief.update(mHints, tick());
-  mMemory.turns.update(mMemory.belief.speakers(), tick());
+  const std::uint32_t now = tick();
+  mMemory.missed.add(mHints.size(), static_cast<std::size_t>(missed), now);
+  mMemory.belief.update(mHints, now);
+  mMemory.turns.update(mMemory.belief.speakers(), now);
 }
 
 void SpeakerFramingLayout::findInView() {

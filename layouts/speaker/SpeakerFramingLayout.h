@@ -51,8 +51,9 @@ class SpeakerFramingLayout : public BaseLayout {
 
   void resetLayouts() override;
 
-  /** For the candidate made last: less the time for which its speakers have been speaking, but not before the
-   * picture on screen has been there for long enough. */
+  /** Less the time for which the candidate's speakers have been speaking, but not before the picture on
+   * screen has been there for long enough. */
+  std::uint32_t getWaitTime(const std::shared_ptr<Layout>& candidate, bool peopleCountChanged) override;
   std::uint32_t getLayoutChangeTimer(FramingType newType, bool peopleCountChanged) override;
   unsigned getMaxScaleFactor() override;
   std::string getLayoutChangeAnimation() override;

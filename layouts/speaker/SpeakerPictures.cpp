@@ -69,7 +69,6 @@ std::shared_ptr<Layout> SpeakerFramingLayout::createLayout(const std::shared_ptr
     layout->faceCount = static_cast<std::int32_t>(mlData->getHeads().size());
     fillPositionRect(layout);
   }
-  noteUrgency(*layout);
   return layout;
 }
 
@@ -170,8 +169,11 @@ void SpeakerFramingLayout::dropAbsent(Frame& frame) const {
 // Of the persons who are wanted. Null while the picture is close enough, or somebody whom a closer one would
 // leave out has spoken of late.
 std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture(std::set<std::int64_t> persons) {
+  if (mInView.size() == 1) {
+    return nullptr;
+  }
   const std::uint32_t silentMs = tightenMs();
-  if (mSpeakers.empty() || mInView.size() == 1 || tick() - mState.adoptedAt < silentMs) {
+  if (tick() - mState.adoptedAt < silentMs) {
     return nullptr;
   }
   const std::vector<std::int64_t> latest = mMemory.turns.spokeWithin(silentMs, tick());

@@ -54,8 +54,7 @@ bool TrialPicture::isLowerThan(double height, const Persons& persons) const {
 
 bool TrialPicture::mayBeLowerThan(double height, const Persons& persons) const {
   const std::vector<Rect> members = mHeads.bounds(mPeople, persons);
-  return !members.empty() &&
-         static_cast<double>(leastCloseHeight(mHeads.camId(), members, speakerZoomLimit())) < height;
+  return !members.empty() && canBeLowerThan(height, mHeads.camId(), members, speakerZoomLimit());
 }
 
 bool TrialPicture::isClose(const Persons& persons) const {
