@@ -27,7 +27,7 @@ constexpr double kOutside = 0.1;
 constexpr Dimension kLeastView{512, 288};
 
 // Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks.
-constexpr double kCloser = 0.7;
+constexpr double kCloser = 0.8;
 
 }  // namespace
 

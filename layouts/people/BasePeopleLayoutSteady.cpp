@@ -40,8 +40,9 @@ constexpr double kSameView = 0.75;
 constexpr double kOtherView = 0.3;
 
 // People shown that much larger by a tile than by the picture of everybody are worth its borders; asked where
-// some share one.
+// some share one. Tiles that are there stay for less.
 constexpr double kLarger = 1.2;
+constexpr double kStillLarger = 1.1;
 
 // How much higher a tile is than it need be, for people sway.
 constexpr double kSway = 1.03;
@@ -168,7 +169,8 @@ bool BasePeopleLayout::areLargerThanGroup(const Layout& tiles, const std::vector
   Frame group;
   group.fynCamId = frames.front().fynCamId;
   const Rect all = groupView(group, BaseLayout::getGroupHeadBounds(group));
-  const double least = kLarger * kOutputSize.height / heightOf(all);
+  const double larger = &tiles == mState.mCurLayout.get() ? kStillLarger : kLarger;
+  const double least = larger * kOutputSize.height / heightOf(all);
   return std::equal(frames.begin(), frames.end(), views.begin(),
                     [least](const Frame& frame, const Rect& view) {
                       return heightOf(frame.dest) >= least * heightOf(view);
