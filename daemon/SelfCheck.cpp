@@ -67,7 +67,7 @@ std::string configurationFault(const std::string& path) {
   try {
     const std::optional<std::string> text = readRegularFile(path);
     if (!text) {
-      return "the file cannot be read";
+      return "there is no such file";
     }
     const std::vector<ConfigFault> faults = checkConfiguration(*text);
     if (faults.empty()) {

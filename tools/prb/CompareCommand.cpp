@@ -100,8 +100,8 @@ void runCompare(CompareArguments& arguments, PrbContext& context) {
 
 void addCompareCommand(CLI::App& command, PrbContext& context) {
   const auto arguments = std::make_shared<CompareArguments>();
-  command.add_option("a", arguments->a, "Configuration file A")->type_name("A.conf")->required();
-  command.add_option("b", arguments->b, "Configuration file B")->type_name("B.conf")->required();
+  command.add_option("A.conf", arguments->a, "Configuration file A")->type_name("")->required();
+  command.add_option("B.conf", arguments->b, "Configuration file B")->type_name("")->required();
   command.add_option("recordings", arguments->recordings, "The recordings to measure with both")
       ->type_name("RECORDING")
       ->required();
