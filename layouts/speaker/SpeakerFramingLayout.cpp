@@ -293,16 +293,21 @@ bool SpeakerFramingLayout::isWholeOnScreen(const FynHead& person) const {
   return head != nullptr && heads.isWhole(head->bbox, frame->source);
 }
 
-bool SpeakerFramingLayout::areWholeOnScreen(const std::set<std::int64_t>& persons) const {
+bool SpeakerFramingLayout::isWellOnScreen(std::int64_t person) const {
   const Frame* const frame = frameOnScreen();
   if (frame == nullptr || frame->fynCamId != mHeads.camId()) {
     return false;
   }
-  return std::all_of(persons.begin(), persons.end(), [&](std::int64_t id) {
-    const Head* const head = mHeads.find(mState.people, id);
-    const bool isMeant = frame->fynHeads.count(id) != 0;
-    return head != nullptr && mHeads.isWhole(isMeant ? head->bbox : withRoom(head->bbox), frame->source);
-  });
+  const Head* const head = mHeads.find(mState.people, person);
+  const bool isMeant = frame->fynHeads.count(person) != 0;
+  return head != nullptr && mHeads.isWhole(isMeant ? head->bbox : withRoom(head->bbox), frame->source);
+}
+
+bool SpeakerFramingLayout::areWantedWellOnScreen() const {
+  const std::set<std::int64_t>& exchange = mMemory.exchange.persons();
+  return std::all_of(mSpeakers.begin(), mSpeakers.end(),
+                     [this](const auto& speaker) { return isWellOnScreen(speaker->id); }) &&
+         std::all_of(exchange.begin(), exchange.end(), [this](auto id) { return isWellOnScreen(id); });
 }
 
 bool SpeakerFramingLayout::isEverybodyOnScreenPresent() const {

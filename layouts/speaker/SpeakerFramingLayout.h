@@ -125,7 +125,7 @@ class SpeakerFramingLayout : public BaseLayout {
   std::shared_ptr<Layout> pictureOfTurn();
   std::shared_ptr<Layout> makeLayout(FramingType type, const Persons& persons, const char* reason) const;
   std::shared_ptr<Layout> keep(const std::shared_ptr<Layout>& layout, const char* reason);
-  std::shared_ptr<Layout> closerPicture(std::set<std::int64_t> persons);
+  std::shared_ptr<Layout> closerPicture();
   void dropAbsent(Frame& frame) const;
   std::uint32_t tightenMs() const;
   void updateExchange();
@@ -138,8 +138,9 @@ class SpeakerFramingLayout : public BaseLayout {
   const Frame* frameOnScreen() const;
   bool showsSpeaker() const;
   bool isWholeOnScreen(const FynHead& person) const;
-  /** Those whom the picture is not made for with some room around the head. */
-  bool areWholeOnScreen(const std::set<std::int64_t>& persons) const;
+  /** With some room around the head of whom the picture is not made for. */
+  bool isWellOnScreen(std::int64_t person) const;
+  bool areWantedWellOnScreen() const;
   bool isAnySpeakerIn(const Frame& frame) const;
   bool isEverybodyOnScreenPresent() const;
   bool isAnybodyOnScreen() const;

@@ -87,9 +87,8 @@ std::shared_ptr<Layout> SpeakerFramingLayout::choosePicture() {
 }
 
 std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
-  std::set<std::int64_t> persons = wanted();
-  if (showsSpeaker() && areWholeOnScreen(persons) && !mMemory.exchange.isOfEverybody()) {
-    std::shared_ptr<Layout> closer = closerPicture(std::move(persons));
+  if (showsSpeaker() && areWantedWellOnScreen() && !mMemory.exchange.isOfEverybody()) {
+    std::shared_ptr<Layout> closer = closerPicture();
     return closer != nullptr ? closer : keep(mState.mCurLayout, "the speakers are in the picture");
   }
   if (mInView.size() == 1) {
@@ -98,6 +97,7 @@ std::shared_ptr<Layout> SpeakerFramingLayout::pictureOfSpeakers() {
   if (mMemory.exchange.isOfEverybody()) {
     return makeLayout(FramingType::GROUP, mInView, "everybody talks");
   }
+  const std::set<std::int64_t> persons = wanted();
   const std::shared_ptr<Layout>& pending = mState.mNextLayout;
   if (pending != nullptr && isOfSpeaker(pending->layoutType)) {
     const std::set<std::int64_t>& coming = pending->frames.front().fynHeads;
@@ -166,9 +166,8 @@ void SpeakerFramingLayout::dropAbsent(Frame& frame) const {
   }
 }
 
-// Of the persons who are wanted. Null while the picture is close enough, or somebody whom a closer one would
-// leave out has spoken of late.
-std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture(std::set<std::int64_t> persons) {
+// Null while the picture is close enough, or somebody whom a closer one would leave out has spoken of late.
+std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture() {
   if (mInView.size() == 1) {
     return nullptr;
   }
@@ -176,6 +175,7 @@ std::shared_ptr<Layout> SpeakerFramingLayout::closerPicture(std::set<std::int64_
   if (tick() - mState.adoptedAt < silentMs) {
     return nullptr;
   }
+  std::set<std::int64_t> persons = wanted();
   const std::vector<std::int64_t> latest = mMemory.turns.spokeWithin(silentMs, tick());
   persons.insert(latest.begin(), latest.end());
   const TrialPicture trial(mState.people, mHeads);
@@ -236,7 +236,9 @@ void SpeakerFramingLayout::noteUrgency(const Layout& candidate) {
     // The picture is not for those who speak.
     return;
   }
-  const bool areAllShown = areWholeOnScreen(mMemory.belief.speakers());
+  const std::set<std::int64_t>& speakers = mMemory.belief.speakers();
+  const bool areAllShown =
+      std::all_of(speakers.begin(), speakers.end(), [this](auto id) { return isWellOnScreen(id); });
   std::optional<std::uint32_t> least;
   for (const std::shared_ptr<FynHead>& speaker : mSpeakers) {
     if (areAllShown || !isWholeOnScreen(*speaker)) {
@@ -255,7 +257,7 @@ bool SpeakerFramingLayout::isHeld() const {
 
 bool SpeakerFramingLayout::checkIfLayoutSwitchNeeded(const std::shared_ptr<Layout>& candidate) {
   return !showsSpeaker() || !isOfSpeaker(candidate->layoutType) || mSpeakers.empty() ||
-         mUrgency.isToCloseIn || !areWholeOnScreen(wanted());
+         mUrgency.isToCloseIn || !areWantedWellOnScreen();
 }
 
 }  // namespace fyn::productionrules
