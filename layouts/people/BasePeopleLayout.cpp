@@ -131,33 +131,32 @@ std::shared_ptr<Layout> BasePeopleLayout::layoutFor(const MLData& data, PeopleCh
 }
 
 std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, const char*& noTiles) {
-  std::vector<PeopleUnit> units = unitsOf(std::move(seats));
+  formUnitsOf(std::move(seats));
   while (true) {
     // As those that wait: with another order their wait would begin anew.
     for (const Layout* const layout : {mState.mCurLayout.get(), mState.mNextLayout.get()}) {
       if (isSteady() && layout != nullptr) {
-        orderAsShown(units, *layout);
+        orderAsShown(mUnits, *layout);
       }
     }
-    const FramingType type = tilesType(units);
+    const FramingType type = tilesType(mUnits);
     if (type == FramingType::GROUP) {
       return nullptr;
     }
-    std::shared_ptr<Layout> tiles = tilesOf(units, type);
-    std::vector<Rect> views;
-    views.reserve(units.size());
+    std::shared_ptr<Layout> tiles = tilesOf(mUnits, type);
+    mViews.clear();
     for (const Frame& frame : tiles->frames) {
       const std::optional<RuleOfThirdsView> view = tryView(frame);
       if (!view) {
         noTiles = isSteady() ? kCutting : "";
         return nullptr;
       }
-      views.push_back(view->source);
+      mViews.push_back(view->source);
     }
     if (!PrConfig::get().newPfFeatureEnabled ||
-        !joinByView(units, views, mState.mCurLayout.get(), mState.mNextLayout.get())) {
+        !joinByView(mUnits, mViews, mState.mCurLayout.get(), mState.mNextLayout.get())) {
       noTiles = kNoLarger;
-      return areLargerThanGroup(*tiles, views) ? tiles : nullptr;
+      return areLargerThanGroup(*tiles, mViews) ? tiles : nullptr;
     }
   }
 }
@@ -179,10 +178,12 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesOf(const std::vector<PeopleUnit>&
   return tiles;
 }
 
-std::vector<PeopleUnit> BasePeopleLayout::unitsOf(std::vector<Seat> seats) const {
-  return PrConfig::get().newPfFeatureEnabled
-             ? formUnits(std::move(seats), mState.mCurLayout.get(), mState.mNextLayout.get())
-             : unitsOfOne(std::move(seats));
+void BasePeopleLayout::formUnitsOf(std::vector<Seat> seats) {
+  if (PrConfig::get().newPfFeatureEnabled) {
+    formUnits(std::move(seats), mState.mCurLayout.get(), mState.mNextLayout.get(), mUnits);
+  } else {
+    unitsOfOne(std::move(seats), mUnits);
+  }
 }
 
 std::shared_ptr<Layout> BasePeopleLayout::oneFrame(const MLData& data, FramingType type, std::uint32_t camId,

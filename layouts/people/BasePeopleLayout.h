@@ -153,7 +153,7 @@ class BasePeopleLayout : public BaseLayout {
   Rect restingBox(const Frame& frame, const Rect& latest) const;
   TileView fitAmongOthers(const TileView& base, const Frame& frame, const Rect& own, const Layout* row);
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
-  std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats) const;
+  void formUnitsOf(std::vector<Seat> seats);
   bool doesSomebodyWalk() const;
   bool isUnsettled(const std::shared_ptr<Layout>& tiles) const;
   bool isFirstGroup(std::uint32_t withinMs) const;
@@ -170,6 +170,9 @@ class BasePeopleLayout : public BaseLayout {
   PeoplePresence mPresence;
   HeadEnvelope mEnvelope;
   GrownViews mGrownViews;
+  /** Who shares a tile, and what the tiles would show, while a candidate is made. */
+  std::vector<PeopleUnit> mUnits;
+  std::vector<Rect> mViews;
   /** Whose heads a tile has to mind; serves one tile after the other. */
   std::vector<Rect> mOthers;
 };

@@ -13,6 +13,15 @@ namespace fyn::productionrules {
 
 namespace {
 
+// In the memory of an earlier one.
+PeopleUnit& emptyUnit(std::vector<PeopleUnit>& units, std::size_t place) {
+  if (place == units.size()) {
+    return units.emplace_back();
+  }
+  units[place].clear();
+  return units[place];
+}
+
 /** Sets of seat indices that grow together. */
 class Joiner {
  public:
@@ -69,21 +78,20 @@ class UnitForming {
   }
 
   /** Takes the seats along. */
-  std::vector<PeopleUnit> takeUnits() {
-    std::vector<PeopleUnit> units;
-    units.reserve(mSeats.size());
+  void takeUnits(std::vector<PeopleUnit>& units) {
+    std::size_t count = 0;
     for (std::size_t first = 0; first < mSeats.size(); ++first) {
       if (mJoiner.leader(first) != first) {
         continue;
       }
-      PeopleUnit& unit = units.emplace_back();
+      PeopleUnit& unit = emptyUnit(units, count++);
       for (std::size_t i = first; i < mSeats.size(); ++i) {
         if (mJoiner.leader(i) == first) {
           unit.push_back(std::move(mSeats[i]));
         }
       }
     }
-    return units;
+    units.resize(count);
   }
 
  private:
@@ -181,7 +189,8 @@ bool haveShared(const Seat& seat, const PeopleUnit& unit, const std::vector<cons
 
 }  // namespace
 
-std::vector<PeopleUnit> formUnits(std::vector<Seat> ordered, const Layout* current, const Layout* pending) {
+void formUnits(std::vector<Seat> ordered, const Layout* current, const Layout* pending,
+               std::vector<PeopleUnit>& units) {
   UnitForming forming(std::move(ordered));
   const std::vector<Seat>& seats = forming.seats();
   for (std::size_t i = 0; i < seats.size(); ++i) {
@@ -196,7 +205,7 @@ std::vector<PeopleUnit> formUnits(std::vector<Seat> ordered, const Layout* curre
   if (pending != nullptr) {
     forming.keepPending(*pending);
   }
-  return forming.takeUnits();
+  forming.takeUnits(units);
 }
 
 bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, const Layout* current,
@@ -261,13 +270,11 @@ void orderAsShown(std::vector<PeopleUnit>& units, const Layout& shown) {
   units = std::move(ordered);
 }
 
-std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats) {
-  std::vector<PeopleUnit> units;
-  units.reserve(seats.size());
-  for (Seat& seat : seats) {
-    units.emplace_back().push_back(std::move(seat));
+void unitsOfOne(std::vector<Seat> seats, std::vector<PeopleUnit>& units) {
+  for (std::size_t i = 0; i < seats.size(); ++i) {
+    emptyUnit(units, i).push_back(std::move(seats[i]));
   }
-  return units;
+  units.resize(seats.size());
 }
 
 }  // namespace fyn::productionrules

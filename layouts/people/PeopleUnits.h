@@ -15,9 +15,10 @@ using PeopleUnit = std::vector<Seat>;
  * heads with their buffers overlap; those who share a frame of `current` stay together for as long as the
  * wider trigger rectangles connect them, so that a pair at the limit does not flicker, and those who share
  * a frame of `pending` while they connect all of its people, so that somebody who comes between two others
- * and goes again joins nobody. Either layout may be null.
+ * and goes again joins nobody. Either layout may be null. The units replace those of an earlier result.
  */
-std::vector<PeopleUnit> formUnits(std::vector<Seat> seats, const Layout* current, const Layout* pending);
+void formUnits(std::vector<Seat> seats, const Layout* current, const Layout* pending,
+               std::vector<PeopleUnit>& units);
 
 /**
  * Joins two units of which one's tile, that shows `views[i]` of its camera, shows part of a head of the
@@ -35,6 +36,6 @@ bool joinByView(std::vector<PeopleUnit>& units, const std::vector<Rect>& views, 
 void orderAsShown(std::vector<PeopleUnit>& units, const Layout& shown);
 
 /** A unit of one for every seat. */
-std::vector<PeopleUnit> unitsOfOne(std::vector<Seat> seats);
+void unitsOfOne(std::vector<Seat> seats, std::vector<PeopleUnit>& units);
 
 }  // namespace fyn::productionrules

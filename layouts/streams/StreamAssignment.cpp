@@ -12,7 +12,13 @@ namespace {
 constexpr std::size_t kNoStream = std::numeric_limits<std::size_t>::max();
 
 std::vector<PeopleUnit> unitsOf(std::vector<Seat> seats, bool joinNeighbours) {
-  return joinNeighbours ? formUnits(std::move(seats), nullptr, nullptr) : unitsOfOne(std::move(seats));
+  std::vector<PeopleUnit> units;
+  if (joinNeighbours) {
+    formUnits(std::move(seats), nullptr, nullptr, units);
+  } else {
+    unitsOfOne(std::move(seats), units);
+  }
+  return units;
 }
 
 }  // namespace
