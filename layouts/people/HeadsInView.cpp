@@ -46,6 +46,21 @@ const Head* HeadsInView::find(const PeopleMap& people, std::int64_t personId) co
   return person != people.end() ? find(*person->second) : nullptr;
 }
 
+bool HeadsInView::isEverybodyOnce(const std::vector<Person>& persons) {
+  // Most results name their people by number.
+  if (std::adjacent_find(persons.begin(), persons.end(),
+                         [](const Person& a, const Person& b) { return a->id >= b->id; }) == persons.end()) {
+    return true;
+  }
+  std::vector<std::int32_t> ids;
+  ids.reserve(persons.size());
+  for (const Person& person : persons) {
+    ids.push_back(person->id);
+  }
+  std::sort(ids.begin(), ids.end());
+  return std::adjacent_find(ids.begin(), ids.end()) == ids.end();
+}
+
 void HeadsInView::sort(std::vector<Person>& inView) const {
   const auto place = [this](const Person& person) {
     const Rect& box = person->findHead(mCamId)->bbox;

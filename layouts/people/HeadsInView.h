@@ -50,12 +50,10 @@ class HeadsInView {
    * first one that cannot be shown. */
   template <typename Take>
   void visit(const std::vector<std::shared_ptr<FynHead>>& persons, Take take) const {
-    const auto isOutOfOrder = [](const auto& a, const auto& b) { return a->id >= b->id; };
-    // Most results name their people by number, each once.
-    const bool isInOrder = std::adjacent_find(persons.begin(), persons.end(), isOutOfOrder) == persons.end();
+    const bool isEachOnce = isEverybodyOnce(persons);
     std::set<std::int32_t> known;
     for (const std::shared_ptr<FynHead>& person : persons) {
-      if ((isInOrder || known.insert(person->id).second) && find(*person) != nullptr) {
+      if ((isEachOnce || known.insert(person->id).second) && find(*person) != nullptr) {
         take(person);
       }
     }
@@ -71,6 +69,8 @@ class HeadsInView {
   bool areWhole(const PeopleMap& people, const std::set<std::int64_t>& ids, const Rect& view) const;
 
  private:
+  static bool isEverybodyOnce(const std::vector<std::shared_ptr<FynHead>>& persons);
+
   std::uint32_t mCamId;
   Dimension mImage;
   HeadRule mRule;
