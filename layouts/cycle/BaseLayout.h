@@ -222,6 +222,9 @@ class BaseLayout {
   /** Reframe wait for a position, in milliseconds. */
   std::uint32_t getWaitTimeFor(HeadPosition position);
 
+  /** The wait of a picture of everybody that the setting has as `waitMs`; by default just that. */
+  virtual std::uint32_t waitForGroup(HeadPosition position, std::uint32_t waitMs);
+
  protected:
   std::uint32_t tick() const { return mTick(); }
 

@@ -58,9 +58,13 @@ HeadPosition BaseLayout::getCurrentHeadPosition(const Frame& frame) {
 
 std::uint32_t BaseLayout::getWaitTimeFor(HeadPosition position) {
   if (const WaitField ofGroup = BaseTimerSetting::groupReframeWait(position)) {
-    return (*getTimerSetting()).*ofGroup;
+    return waitForGroup(position, (*getTimerSetting()).*ofGroup);
   }
   return position == HeadPosition::CENTER ? 0 : getWaitTimeForOtherCase(position);
+}
+
+std::uint32_t BaseLayout::waitForGroup(HeadPosition /*position*/, std::uint32_t waitMs) {
+  return waitMs;
 }
 
 std::uint32_t BaseLayout::getWaitTimeForOtherCase(HeadPosition position) {

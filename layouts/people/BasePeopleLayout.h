@@ -42,6 +42,7 @@ class BasePeopleLayout : public BaseLayout {
   /** Gives the frames their tiles; one picture of all gets its place from the base. */
   void fillPositionRect(std::shared_ptr<Layout>& layout) override;
 
+  std::uint32_t waitForGroup(HeadPosition position, std::uint32_t waitMs) override;
   std::uint32_t getWaitTimeForOtherCase(HeadPosition position) override;
   std::uint32_t getOtherLayoutChangeTimer(FramingType newType, std::stringstream& explanation,
                                           bool peopleCountChanged) override;

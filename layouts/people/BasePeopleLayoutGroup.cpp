@@ -26,8 +26,13 @@ constexpr double kOutside = 0.1;
 // Not more than 2.5 output pixels for one of the camera.
 constexpr Dimension kLeastView{512, 288};
 
-// Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks.
+// Of the height of the picture: when all heads stay in less than this, it closes in although somebody walks
+// or has just left.
 constexpr double kCloser = 0.8;
+
+// In milliseconds. They have stayed in less for longer than that; while somebody walks, who comes by next is
+// waited for.
+constexpr std::uint32_t kCloseInMs = 2000;
 
 }  // namespace
 
@@ -101,6 +106,14 @@ HeadPosition BasePeopleLayout::getGroupHeadPosition(const Frame& frame) {
     return HeadPosition::GROUP_MOVE_CLOSE;
   }
   return position == HeadPosition::GROUP_MOVE_CLOSE && walks ? HeadPosition::CENTER : position;
+}
+
+std::uint32_t BasePeopleLayout::waitForGroup(HeadPosition position, std::uint32_t waitMs) {
+  const Frame* const group = groupOnScreen();
+  return isSteady() && position == HeadPosition::GROUP_MOVE_CLOSE && group != nullptr &&
+                 !doesSomebodyWalk() && canCloseIn(*group)
+             ? std::min(waitMs, kCloseInMs)
+             : waitMs;
 }
 
 // Nobody would see more by it.
