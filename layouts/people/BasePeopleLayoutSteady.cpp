@@ -283,8 +283,8 @@ bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
 
 // A tile is made for where its person rests: made for the end of a sway it would be wrong for long.
 Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const {
-  // Where presence does not bridge errors, heads rest where they are.
-  if (frame.frameType != FramingType::HEAD || frame.fynHeads.size() != 1 || isPictureOfItsOwn()) {
+  if (frame.frameType != FramingType::HEAD || frame.fynHeads.size() != 1 || isPictureOfItsOwn() ||
+      !usesPresence()) {
     return latest;
   }
   return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
