@@ -70,6 +70,8 @@ void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t no
   }
   mLatest = now;
   giveTheWord(now);
+  // It points to the hints of the caller.
+  mResult.clear();
   for (auto each = mVoices.begin(); each != mVoices.end();) {
     const Voice& voice = each->second;
     each = voice.level < kForgotten && voice.seenAt != now ? mVoices.erase(each) : std::next(each);
