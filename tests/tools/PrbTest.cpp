@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/testing/ScratchFolder.h"
 #include "tests/tools/RunPrb.h"
@@ -151,6 +152,27 @@ TEST(Prb, TheDemoOfARecordingThatTakesNoTimeEnds) {
                   folder.write("moment", R"({"t":0,"topic":"/camera","payload":{"fynCamId":0}})")});
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_NE(run.out.find("Played 00:00.000"), std::string::npos) << run.out;
+}
+
+TEST(Prb, TheDemoOfARecordingThatIsPipedInPlaysItWholeAndOnce) {
+  const ScratchFolder folder;
+  const std::string recording = R"({"t":0,"topic":"/camera","payload":{"fynCamId":0}})"
+                                "\n"
+                                R"({"t":2000,"topic":"/camera","payload":{"fynCamId":0}})";
+  int ends[2] = {};
+  ASSERT_EQ(pipe(ends), 0);
+  ASSERT_EQ(write(ends[1], recording.data(), recording.size()), static_cast<ssize_t>(recording.size()));
+  close(ends[1]);
+  for (const std::string& from : {std::string("-"), "/dev/fd/" + std::to_string(ends[0])}) {
+    const PrbRun run =
+        runPrbWith({"demo", "--fast", "--force", "--scenes", folder.file("scenes"), from}, recording);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out.find("Ctrl-C"), std::string::npos) << run.out;
+    const std::size_t played = run.out.find("Played 00:02.000");
+    ASSERT_NE(played, std::string::npos) << run.out;
+    EXPECT_EQ(run.out.find("Played ", played + 1), std::string::npos) << run.out;
+  }
+  close(ends[0]);
 }
 
 TEST(Prb, BashCompletesCommandsOptionsAndValues) {

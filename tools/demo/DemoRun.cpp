@@ -1,6 +1,7 @@
 #include "tools/demo/DemoRun.h"
 
 #include <filesystem>
+#include <optional>
 #include <sstream>
 
 #include "tools/base/InputFile.h"
@@ -120,9 +121,8 @@ ReplayOptions replayOptions(const DemoOptions& options, PrbContext& context) {
 }
 
 /** Plays one round. False when there is no use in another: somebody asked to end, or it took no time. */
-bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& scenes, DemoPage& page,
-               StopSignals& stop) {
-  Meeting meeting(options, context);
+bool playRound(const DemoOptions& options, PrbContext& context, Meeting& meeting, std::ostream& scenes,
+               DemoPage& page, StopSignals& stop) {
   DemoObserver observer(context.out, scenes);
   ObserverList observers;
   observers.add(observer, observer);
@@ -149,19 +149,24 @@ bool playRound(const DemoOptions& options, PrbContext& context, std::ostream& sc
   return goOn && event.t > 0;
 }
 
+/** Whether rounds follow each other until somebody asks to end. What is piped in can be read only once. */
+bool playsRounds(const DemoOptions& options) {
+  return !options.once && (options.recording.empty() || std::filesystem::is_regular_file(options.recording));
+}
+
 }  // namespace
 
 void runDemo(const DemoOptions& options, PrbContext& context) {
   // Before the threads of the page, and until all is written.
   StopSignals stop;
-  if (!options.recording.empty()) {
-    const InputFile canBeOpened(options.recording, context.in);
-  }
+  // What cannot be opened is told before anything else.
+  std::optional<Meeting> meeting(std::in_place, options, context);
   readConfiguration(options.config, context.err);
   const std::string misuse = presetMisuse(configurationOf(options), framingModeNamed(options.mode));
   if (!misuse.empty()) {
     context.err << "prb demo: the configuration " << misuse << std::endl;
   }
+  const bool repeats = playsRounds(options);
   const std::filesystem::path path(options.scenes);
   if (path.has_parent_path()) {
     std::error_code ignored;
@@ -175,9 +180,10 @@ void runDemo(const DemoOptions& options, PrbContext& context) {
               << " in " << options.mode << " framing"
               << (options.fast ? ", as fast as it can" : ", in real time")
               << ". One line per change of the picture; scene documents go to " << options.scenes
-              << (options.once ? "." : ". Ctrl-C ends it.") << std::endl;
+              << (repeats ? ". Ctrl-C ends it." : ".") << std::endl;
   DemoPage page(options, context);
-  while (playRound(options, context, scenes.stream(), page, stop) && !options.once) {
+  while (playRound(options, context, *meeting, scenes.stream(), page, stop) && repeats) {
+    meeting.emplace(options, context);
   }
   scenes.finish();
 }
