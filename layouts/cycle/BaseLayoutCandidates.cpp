@@ -114,6 +114,7 @@ void BaseLayout::updatePeopleMap(const std::shared_ptr<MLData>& mlData) {
 }
 
 void BaseLayout::replacePeople(const std::vector<std::shared_ptr<FynHead>>& persons) {
+  ++mState.peopleVersion;
   // The usual case. The same people in another order make another map.
   if (std::equal(mState.entries.begin(), mState.entries.end(), persons.begin(), persons.end(),
                  [](const auto* entry, const auto& person) { return entry->first == person->id; })) {

@@ -55,6 +55,8 @@ struct EngineState : PictureState {
   PeopleMap people;
   /** The entries of `people` in the order of that result. */
   std::vector<PeopleMap::value_type*> entries;
+  /** Another one with every result. */
+  unsigned peopleVersion = 0;
 };
 
 }  // namespace fyn::productionrules

@@ -144,6 +144,9 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, cons
       return nullptr;
     }
     std::shared_ptr<Layout> tiles = tilesOf(mUnits, type);
+    if (tiles->frames.size() == 1 && canShow(tiles->frames.front())) {
+      return tiles;
+    }
     mViews.clear();
     for (const Frame& frame : tiles->frames) {
       const std::optional<RuleOfThirdsView> view = tryView(frame);
@@ -226,6 +229,16 @@ std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
                                          : std::nullopt;
 }
 
+bool BasePeopleLayout::canShow(const Frame& frame) {
+  const HeadsInView heads = headsOf(frame);
+  Rect own;
+  // Nothing that is done to a view for the sake of others cuts its own people.
+  const bool isShown = !isSquare(frame) && heads.holdsAll(mState.people, frame.fynHeads) &&
+                       BaseLayout::constructBoundingBox(frame, own, false) &&
+                       heads.isWhole(own, grownView(frame, own, heads.image()).view());
+  return isShown || tryView(frame);
+}
+
 HeadsInView BasePeopleLayout::headsOf(const Frame& frame) {
   return {frame.fynCamId, getImageSize(frame), HeadRule::PartlyInImage};
 }
@@ -251,16 +264,26 @@ TileView BasePeopleLayout::tileView(const Frame& frame, const Rect& latest, cons
   return viewAround(frame, latest, heads.image(), row);
 }
 
-TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,
-                                      const Layout* row) {
+TileView BasePeopleLayout::grownView(const Frame& frame, const Rect& box, const Dimension& image) {
   // Steadily the view becomes as wide as its people need, not as high as they are wide.
   const Rect base =
       !isSquare(frame) ? BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box)
       : isSteady()     ? box
                    : getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
-  const TileView view(frame, image, base);
-  return isSteady() ? fitAmongOthers(view, frame, box, row)
-                    : mGrownViews.grown(view, {leastViewHeight(frame)});
+  TileGrowth growth{leastViewHeight(frame)};
+  if (isSteady()) {
+    growSteadily(growth, frame, box);
+  }
+  return mGrownViews.grown({frame, image, base}, growth);
+}
+
+TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,
+                                      const Layout* row) {
+  TileView view = grownView(frame, box, image);
+  if (isSteady()) {
+    fitAmongOthers(view, frame, box, row);
+  }
+  return view;
 }
 
 // Whose heads are taller than those beside them is known once all tiles of a row have a view.

@@ -12,6 +12,7 @@
 #include "layouts/people/PeopleInputFaults.h"
 #include "layouts/people/PeoplePresence.h"
 #include "layouts/people/PeopleUnits.h"
+#include "layouts/people/SeenHeads.h"
 
 namespace fyn::productionrules {
 
@@ -83,6 +84,9 @@ class BasePeopleLayout : public BaseLayout {
   /** The view that the frame's place would get now; nothing when it would cut somebody of the frame. */
   std::optional<RuleOfThirdsView> tryView(const Frame& frame);
 
+  /** Whether there is one. */
+  bool canShow(const Frame& frame);
+
   /** The position of people who share a tile that shows them well; `base` is what its view would be made for
    * now. CENTER by default. */
   virtual HeadPosition positionInPlace(const Frame& frame, const Rect& base) const;
@@ -143,8 +147,9 @@ class BasePeopleLayout : public BaseLayout {
   std::shared_ptr<Layout> oneFrame(const MLData& data, FramingType type, std::uint32_t camId,
                                    const char* reason);
   void keepSettled(std::vector<Seat>& seats) const;
-  bool cutsOthers(const Frame& frame, const Rect& view) const;
-  bool canTurnAway(const Frame& frame, const Rect& view) const;
+  bool cutsOthers(const Frame& frame, const Rect& view);
+  bool canTurnAway(const Frame& frame, const Rect& view);
+  const std::vector<SeenHead>& headsSeenBy(std::uint32_t camId);
   /** Whom the frame's camera shows, in an image of the size that its views are cut from. */
   HeadsInView headsOf(const Frame& frame);
   /** Of a tile whose heads are in the box now; `row` is the layout that it is part of, null while the tile is
@@ -152,7 +157,10 @@ class BasePeopleLayout : public BaseLayout {
   TileView tileView(const Frame& frame, const Rect& latest, const HeadsInView& heads, const Layout* row);
   TileView viewAround(const Frame& frame, const Rect& box, const Dimension& image, const Layout* row);
   Rect restingBox(const Frame& frame, const Rect& latest) const;
-  TileView fitAmongOthers(const TileView& base, const Frame& frame, const Rect& own, const Layout* row);
+  /** As high as the tile asks for, whoever else is there. */
+  TileView grownView(const Frame& frame, const Rect& box, const Dimension& image);
+  void growSteadily(TileGrowth& growth, const Frame& frame, const Rect& own);
+  void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own, const Layout* row);
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   void formUnitsOf(std::vector<Seat> seats);
   bool doesSomebodyWalk() const;
@@ -174,6 +182,7 @@ class BasePeopleLayout : public BaseLayout {
   /** Who shares a tile, and what the tiles would show, while a candidate is made. */
   std::vector<PeopleUnit> mUnits;
   std::vector<Rect> mViews;
+  SeenHeads mSeenHeads;
   /** Whose heads a tile has to mind; serves one tile after the other. */
   std::vector<Rect> mOthers;
 };

@@ -268,15 +268,21 @@ HeadPosition BasePeopleLayout::positionInPlace(const Frame& /*frame*/, const Rec
 }
 
 // Whether the view of the frame's camera cuts the head of somebody who is not meant.
-bool BasePeopleLayout::cutsOthers(const Frame& frame, const Rect& view) const {
-  return PrConfig::get().steadyFramingEnabled &&
-         std::any_of(mState.people.begin(), mState.people.end(), [&](const auto& person) {
-           const Head* const head = person.second->findHead(frame.fynCamId);
-           return head != nullptr && cutsOff(head->bbox, view) && frame.fynHeads.count(person.first) == 0;
-         });
+bool BasePeopleLayout::cutsOthers(const Frame& frame, const Rect& view) {
+  if (!PrConfig::get().steadyFramingEnabled) {
+    return false;
+  }
+  const std::vector<SeenHead>& seen = headsSeenBy(frame.fynCamId);
+  return std::any_of(seen.begin(), seen.end(), [&](const SeenHead& head) {
+    return cutsOff(head.box, view) && frame.fynHeads.count(head.personId) == 0;
+  });
 }
 
-bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) const {
+const std::vector<SeenHead>& BasePeopleLayout::headsSeenBy(std::uint32_t camId) {
+  return mSeenHeads.of(mState.people, mState.peopleVersion, camId);
+}
+
+bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) {
   // Of walkers the group is shown soon.
   return cutsOthers(frame, frame.source) && !cutsOthers(frame, view) && !doesSomebodyWalk();
 }
@@ -290,29 +296,28 @@ Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const 
   return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
 }
 
-TileView BasePeopleLayout::fitAmongOthers(const TileView& base, const Frame& frame, const Rect& own,
-                                          const Layout* row) {
-  const bool areMinded = PrConfig::get().steadyFramingEnabled;
-  mOthers.clear();
-  std::int32_t widest = 0;
-  for (const auto& [id, person] : mState.people) {
-    const Head* const head = person->findHead(frame.fynCamId);
-    if (head == nullptr) {
-      continue;
-    }
-    if (frame.fynHeads.count(id) != 0) {
-      widest = std::max(widest, widthOf(head->bbox));
-    } else if (areMinded) {
-      mOthers.push_back(head->bbox);
-    }
-  }
-  TileGrowth growth{leastViewHeight(frame)};
+void BasePeopleLayout::growSteadily(TileGrowth& growth, const Frame& frame, const Rect& own) {
   if (frame.frameType == FramingType::PROXIMITY) {
+    std::int32_t widest = 0;
+    for (const Rect& head : headsOf(frame).bounds(mState.people, frame.fynHeads)) {
+      widest = std::max(widest, widthOf(head));
+    }
     growth.width = widthOf(own) + kBesideHeads * 2 * widest;
   } else if (!isPictureOfItsOwn()) {
     growth.factor = kSway;
   }
-  TileView view = mGrownViews.grown(base, growth);
+}
+
+void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own,
+                                      const Layout* row) {
+  mOthers.clear();
+  if (PrConfig::get().steadyFramingEnabled) {
+    for (const SeenHead& head : headsSeenBy(frame.fynCamId)) {
+      if (frame.fynHeads.count(head.personId) == 0) {
+        mOthers.push_back(head.box);
+      }
+    }
+  }
   if (isPictureOfItsOwn()) {
     view.standClearOf(mOthers, own);
   } else {
@@ -324,7 +329,6 @@ TileView BasePeopleLayout::fitAmongOthers(const TileView& base, const Frame& fra
   if (!isPictureOfItsOwn()) {
     view.bringEyesInLine(own, mOthers);
   }
-  return view;
 }
 
 Rect BasePeopleLayout::getRoomView(const Frame& frame) {

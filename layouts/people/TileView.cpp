@@ -212,10 +212,7 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
   }
 }
 
-bool cutsOff(const Rect& head, const Rect& view) {
-  if (!doOverlap(head, view)) {
-    return false;
-  }
+bool cutsOffPart(const Rect& head, const Rect& view) {
   const Rect shown{std::max(head.left, view.left), std::max(head.top, view.top),
                    std::min(head.right, view.right), std::min(head.bottom, view.bottom)};
   const double width = widthOf(head);

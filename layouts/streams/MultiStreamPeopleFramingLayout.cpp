@@ -97,9 +97,11 @@ const std::set<std::int64_t>& MultiStreamPeopleFramingLayout::peopleOnScreen(con
 }
 
 void MultiStreamPeopleFramingLayout::assignPeople(const MLData& data) {
-  for (std::size_t i = 0; i < mStreams.size(); ++i) {
-    mAssignment.setShown(i, peopleOnScreen(mStreams[i]));
+  mOnScreen.clear();
+  for (const Stream& stream : mStreams) {
+    mOnScreen.push_back(&peopleOnScreen(stream));
   }
+  mAssignment.setShown(mOnScreen);
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
   const HeadsInView heads = headsForTiles(camId);
   mInputFaults.report(data, heads, getTag());
@@ -191,21 +193,22 @@ void MultiStreamPeopleFramingLayout::reportInput(const MLData& /*data*/) {}
 
 std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::shared_ptr<MLData>& mlData) {
   const auto camId = static_cast<std::uint32_t>(FynCamerasConfig::get().fynCamId);
-  std::vector<PeopleUnit> units(1);
-  PeopleUnit& followed = units.front();
+  PeopleUnit& followed = mFollowed.front();
+  followed.clear();
   bool walks = false;
-  for (const auto& [id, person] : mState.people) {
-    if (isMeant(*person) && person->findHead(camId) != nullptr) {
-      followed.push_back({person, camId});
-      walks = walks || isRestless(*person);
+  for (const std::int64_t id : mSelected->followed) {
+    const auto person = mState.people.find(id);
+    if (person != mState.people.end() && person->second->findHead(camId) != nullptr) {
+      followed.push_back({person->second, camId});
+      walks = walks || isRestless(*person->second);
     }
   }
   if (followed.empty() || walks || isFirstLook()) {
     return pictureOfEverybody(*mlData, walks ? "somebody walks" : isFirstLook() ? kFirstLook : "");
   }
   std::shared_ptr<Layout> layout =
-      tilesOf(units, followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD);
-  if (!tryView(layout->frames.front())) {
+      tilesOf(mFollowed, followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD);
+  if (!canShow(layout->frames.front())) {
     return pictureOfEverybody(*mlData, "");
   }
   if (layout != mState.mCurLayout) {

@@ -89,6 +89,10 @@ class MultiStreamPeopleFramingLayout : public PeopleFramingLayout {
 
   StreamAssignment mAssignment;
   std::vector<Stream> mStreams;
+  /** The only unit of the stream whose candidate is made. */
+  std::vector<PeopleUnit> mFollowed{1};
+  /** Whom the picture of each stream shows. */
+  std::vector<const std::set<std::int64_t>*> mOnScreen;
   /** The stream whose state stands in the place of the engine's own at the moment; null for none. */
   Stream* mSelected = nullptr;
 };

@@ -154,14 +154,11 @@ StreamAssignment::Place* StreamAssignment::find(const Seat& seat) {
   return place != mPlaces.end() ? &place->second : nullptr;
 }
 
-void StreamAssignment::setShown(std::size_t stream, const std::set<std::int64_t>& shown) {
+void StreamAssignment::setShown(const std::vector<const std::set<std::int64_t>*>& shown) {
   for (auto entry = mPlaces.begin(); entry != mPlaces.end();) {
     Place& place = entry->second;
-    if (place.stream == stream) {
-      place.isShown = shown.count(entry->first) != 0;
-    }
-    const bool isForgotten = place.stream == stream && !place.isInView && !place.isShown;
-    entry = isForgotten ? mPlaces.erase(entry) : std::next(entry);
+    place.isShown = shown[place.stream]->count(entry->first) != 0;
+    entry = place.isInView || place.isShown ? std::next(entry) : mPlaces.erase(entry);
   }
 }
 

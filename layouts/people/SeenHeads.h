@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "geometry/PeopleMap.h"
+#include "model/Geometry.h"
+
+namespace fyn::productionrules {
+
+/** A person's head in a camera, in camera pixels. */
+struct SeenHead {
+  std::int64_t personId = 0;
+  Rect box;
+};
+
+/** The heads that a camera sees, listed once per result: every tile has to mind them all. */
+class SeenHeads {
+ public:
+  /** In no particular order. The latest list is kept while `peopleVersion` and the camera are the same. */
+  const std::vector<SeenHead>& of(const PeopleMap& people, unsigned peopleVersion, std::uint32_t camId);
+
+ private:
+  struct Key {
+    unsigned peopleVersion;
+    std::uint32_t camId;
+  };
+
+  std::optional<Key> mListed;
+  std::vector<SeenHead> mHeads;
+};
+
+}  // namespace fyn::productionrules
