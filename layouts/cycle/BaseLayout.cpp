@@ -114,10 +114,15 @@ void BaseLayout::holdBack(const std::shared_ptr<Layout>& candidate, const Layout
 }
 
 bool BaseLayout::isPendingDue() {
-  if (mState.mNextLayout == nullptr || !isTimerExpire(mState.mNextLayout->layoutTimer, mTick)) {
+  if (mState.mNextLayout == nullptr || !isTimerExpire(mState.mNextLayout->layoutTimer, mTick) ||
+      !mayAdopt(*mState.mNextLayout)) {
     return false;
   }
   PRB_LOGI(kTag, "KORVALDEBUG Timer expired, need to change layout");
+  return true;
+}
+
+bool BaseLayout::mayAdopt(const Layout& /*due*/) const {
   return true;
 }
 

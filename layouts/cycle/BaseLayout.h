@@ -292,6 +292,8 @@ class BaseLayout {
   void reportChange(DecisionKind kind, const Layout* from, const Layout& to, const Timer& wait) const;
   void holdBack(const std::shared_ptr<Layout>& candidate, const LayoutComparison& comparison);
   bool isPendingDue();
+  /** Whether a layout whose wait is over is taken now; by default always. Asked again with every result. */
+  virtual bool mayAdopt(const Layout& due) const;
   bool isReframeDue(Frame& frame);
   void reframe(std::size_t index, Frame& frame);
   void startFrameTimer(std::size_t index, Frame& frame, HeadPosition position);

@@ -63,6 +63,7 @@ class BasePeopleLayout : public BaseLayout {
 
   void updatePeopleMap(const std::shared_ptr<MLData>& mlData) override;
   void resetLayouts() override;
+  bool mayAdopt(const Layout& due) const override;
   HeadPosition getGroupHeadPosition(const Frame& frame) override;
   void calculateGroupFraming(Frame& frame) override;
 

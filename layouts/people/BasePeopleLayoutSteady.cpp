@@ -34,6 +34,7 @@ constexpr std::uint32_t kUnsettledMs = 2000;
 constexpr std::uint32_t kSettledMs = 3000;
 constexpr std::uint32_t kShortPictureMs = 5000;
 constexpr std::uint32_t kEmptyTileMs = 2000;
+constexpr std::uint32_t kLongMissedMs = 300;
 
 // Intersection over union of a tile's view and the one that it would get now.
 constexpr double kSameView = 0.75;
@@ -208,6 +209,19 @@ std::uint32_t BasePeopleLayout::steadyWait(const Layout& candidate, std::uint32_
   const std::uint32_t age = tick() - mState.adoptedAt;
   const bool isShort = age < kShortPictureMs && mState.adoptedBefore > 0 && isEverybodyWhole();
   return isShort ? std::max(wait, kShortPictureMs - age) : wait;
+}
+
+// Who is missed when the wait is over may be about to be given up, and the tile with its person.
+bool BasePeopleLayout::mayAdopt(const Layout& due) const {
+  if (!PrConfig::get().steadyFramingEnabled || !usesPresence() || mState.mCurLayout == nullptr ||
+      !hasTiles(due)) {
+    return true;
+  }
+  return std::none_of(due.frames.begin(), due.frames.end(), [this](const Frame& frame) {
+    return std::any_of(frame.fynHeads.begin(), frame.fynHeads.end(), [this](std::int64_t id) {
+      return mPresence.missedMs(static_cast<std::int32_t>(id), tick()) >= kLongMissedMs;
+    });
+  });
 }
 
 bool BasePeopleLayout::isEverybodyWhole() const {

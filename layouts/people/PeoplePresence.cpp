@@ -267,6 +267,11 @@ bool PeoplePresence::isMissed(std::int32_t personId) const {
   return sighting != mSightings.end() && sighting->second.latestResult != mResults;
 }
 
+std::uint32_t PeoplePresence::missedMs(std::int32_t personId, std::uint32_t now) const {
+  const auto sighting = mSightings.find(personId);
+  return sighting != mSightings.end() ? now - sighting->second.latest : 0;
+}
+
 bool PeoplePresence::hasWalked(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const {
   const auto sighting = mSightings.find(personId);
   return sighting != mSightings.end() && sighting->second.hasWalked &&

@@ -48,6 +48,9 @@ class PeoplePresence {
   /** Whether the person counts without being in the latest result. */
   bool isMissed(std::int32_t personId) const;
 
+  /** For how long the person has not been seen, in milliseconds; 0 for who is not known. */
+  std::uint32_t missedMs(std::int32_t personId, std::uint32_t now) const;
+
   /** Whether the person was last seen to walk at most `withinMs` ago. */
   bool hasWalked(std::int32_t personId, std::uint32_t withinMs, std::uint32_t now) const;
 
