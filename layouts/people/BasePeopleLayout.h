@@ -8,11 +8,11 @@
 #include "layouts/cycle/BaseLayout.h"
 #include "layouts/people/GrownViews.h"
 #include "layouts/people/HeadEnvelope.h"
+#include "layouts/people/HeadsOfCamera.h"
 #include "layouts/people/PeopleHeadFaults.h"
 #include "layouts/people/PeopleInputFaults.h"
 #include "layouts/people/PeoplePresence.h"
 #include "layouts/people/PeopleUnits.h"
-#include "layouts/people/SeenHeads.h"
 
 namespace fyn::productionrules {
 
@@ -150,7 +150,7 @@ class BasePeopleLayout : public BaseLayout {
   void keepSettled(std::vector<Seat>& seats) const;
   bool cutsOthers(const Frame& frame, const Rect& view);
   bool canTurnAway(const Frame& frame, const Rect& view);
-  const std::vector<SeenHead>& headsSeenBy(std::uint32_t camId);
+  const std::vector<HeadOfPerson>& headsSeenBy(std::uint32_t camId);
   /** Whom the frame's camera shows, in an image of the size that its views are cut from. */
   HeadsInView headsOf(const Frame& frame);
   /** Of a tile whose heads are in the box now; `row` is the layout that it is part of, null while the tile is
@@ -183,7 +183,7 @@ class BasePeopleLayout : public BaseLayout {
   /** Who shares a tile, and what the tiles would show, while a candidate is made. */
   std::vector<PeopleUnit> mUnits;
   std::vector<Rect> mViews;
-  SeenHeads mSeenHeads;
+  HeadsOfCamera mHeadsOfCamera;
   /** Whose heads a tile has to mind; serves one tile after the other. */
   std::vector<Rect> mOthers;
 };

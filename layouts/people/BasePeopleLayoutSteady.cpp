@@ -286,14 +286,14 @@ bool BasePeopleLayout::cutsOthers(const Frame& frame, const Rect& view) {
   if (!PrConfig::get().steadyFramingEnabled) {
     return false;
   }
-  const std::vector<SeenHead>& seen = headsSeenBy(frame.fynCamId);
-  return std::any_of(seen.begin(), seen.end(), [&](const SeenHead& head) {
+  const std::vector<HeadOfPerson>& seen = headsSeenBy(frame.fynCamId);
+  return std::any_of(seen.begin(), seen.end(), [&](const HeadOfPerson& head) {
     return cutsOff(head.box, view) && frame.fynHeads.count(head.personId) == 0;
   });
 }
 
-const std::vector<SeenHead>& BasePeopleLayout::headsSeenBy(std::uint32_t camId) {
-  return mSeenHeads.of(mState.people, mState.peopleVersion, camId);
+const std::vector<HeadOfPerson>& BasePeopleLayout::headsSeenBy(std::uint32_t camId) {
+  return mHeadsOfCamera.of(mState.people, mState.peopleVersion, camId);
 }
 
 bool BasePeopleLayout::canTurnAway(const Frame& frame, const Rect& view) {
@@ -326,7 +326,7 @@ void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const 
                                       const Layout* row) {
   mOthers.clear();
   if (PrConfig::get().steadyFramingEnabled) {
-    for (const SeenHead& head : headsSeenBy(frame.fynCamId)) {
+    for (const HeadOfPerson& head : headsSeenBy(frame.fynCamId)) {
       if (frame.fynHeads.count(head.personId) == 0) {
         mOthers.push_back(head.box);
       }

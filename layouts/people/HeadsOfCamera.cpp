@@ -1,9 +1,9 @@
-#include "layouts/people/SeenHeads.h"
+#include "layouts/people/HeadsOfCamera.h"
 
 namespace fyn::productionrules {
 
-const std::vector<SeenHead>& SeenHeads::of(const PeopleMap& people, unsigned peopleVersion,
-                                           std::uint32_t camId) {
+const std::vector<HeadOfPerson>& HeadsOfCamera::of(const PeopleMap& people, unsigned peopleVersion,
+                                                   std::uint32_t camId) {
   if (!mListed || mListed->peopleVersion != peopleVersion || mListed->camId != camId) {
     mListed = {peopleVersion, camId};
     mHeads.clear();

@@ -10,16 +10,16 @@
 namespace fyn::productionrules {
 
 /** A person's head in a camera, in camera pixels. */
-struct SeenHead {
+struct HeadOfPerson {
   std::int64_t personId = 0;
   Rect box;
 };
 
 /** The heads that a camera sees, listed once per result: every tile has to mind them all. */
-class SeenHeads {
+class HeadsOfCamera {
  public:
   /** In no particular order. The latest list is kept while `peopleVersion` and the camera are the same. */
-  const std::vector<SeenHead>& of(const PeopleMap& people, unsigned peopleVersion, std::uint32_t camId);
+  const std::vector<HeadOfPerson>& of(const PeopleMap& people, unsigned peopleVersion, std::uint32_t camId);
 
  private:
   struct Key {
@@ -28,7 +28,7 @@ class SeenHeads {
   };
 
   std::optional<Key> mListed;
-  std::vector<SeenHead> mHeads;
+  std::vector<HeadOfPerson> mHeads;
 };
 
 }  // namespace fyn::productionrules
