@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that the rooms (folders) include one another in one direction only and that no file pairs form a circle.
+"""Checks that the rooms (folders) include one another in one direction only, that no file pairs form a circle and
+that no two files define a type of the same name.
 
 usage: include_layers.py ROOT        check the sources beneath ROOT
        include_layers.py --self-test check that the check finds what it must
@@ -65,6 +66,9 @@ ROOMS["benchmarks"] = set(ROOMS)
 ROOMS["fuzz"] = set(ROOMS)
 ROOMS["tests"] = set(ROOMS)
 
+# Where the formatter leaves no other form: a namespace begins or ends, a type outside all others is defined.
+NAMES = re.compile(r"^(?:(?:inline )?namespace ?(?P<opened>[\w:]*) ?\{|(?P<closed>\})  // namespace|"
+                   r"(?:struct|class|enum class|enum|union) (?P<type>\w+)(?: final)?(?: : [^;{]*)?\s*\{)", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 
@@ -142,8 +146,31 @@ def circle_faults(sources):
                 trail.append((included, iter(sorted(pairs[included]))))
 
 
+def types_of(text):
+    """The full names of the types that other files could name, too: of each only one can be in a program."""
+    namespaces = []
+    for found in NAMES.finditer(text):
+        if found["type"]:
+            if "" not in namespaces:
+                yield "::".join(namespaces + [found["type"]])
+        elif found["closed"]:
+            namespaces.pop()
+        else:
+            namespaces.append(found["opened"])
+
+
+def name_faults(sources):
+    places = {}
+    for path, text in sorted(sources.items()):
+        for name in types_of(text):
+            places.setdefault(name, []).append(path)
+    for name, paths in sorted(places.items()):
+        if len(paths) > 1:
+            yield f"{name} is defined in {' and '.join(paths)}"
+
+
 def faults(sources):
-    return list(layer_faults(sources)) + list(circle_faults(sources))
+    return list(layer_faults(sources)) + list(circle_faults(sources)) + list(name_faults(sources))
 
 
 def self_test():
@@ -163,6 +190,12 @@ def self_test():
         ("a circle through sources", {"model/A.h": "", "model/A.cpp": '#include "model/A.h"\n#include "model/B.h"\n',
                                       "model/B.h": '#include "model/A.h"\n'},
          ["a circle: model/A -> model/B -> model/A"]),
+        ("one name twice", {"model/A.h": "namespace a {\nnamespace b {\nstruct S {\n};\n}  // namespace b\n}  // namespace a\n",
+                            "model/B.cpp": "namespace a::b {\nclass S final : public T {\n};\n}  // namespace a::b\n"},
+         ["a::b::S is defined in model/A.h and model/B.cpp"]),
+        ("names apart", {"model/A.h": "namespace a {\nstruct S;\nstruct T {\n  struct S {};\n};\n}  // namespace a\n",
+                         "model/A.cpp": "namespace a {\nstruct T::S {};\nnamespace {\nstruct S {};\n}  // namespace\n}\n",
+                         "model/B.h": "namespace b {\nstruct S {\n};\n}  // namespace b\nstruct S {\n};\n"}, []),
         ("twice is no circle", {"model/A.h": '#include "model/B.h"\n#include "model/C.h"\n',
                                 "model/B.h": '#include "model/C.h"\n', "model/C.h": ""}, []),
     )
