@@ -41,12 +41,6 @@ constexpr bool doOverlap(const Rect& a, const Rect& b) {
   return a.left < b.right && a.right > b.left && a.top < b.bottom && a.bottom > b.top;
 }
 
-/** Whether no side of the box is outside the other. */
-constexpr bool isWithin(const Rect& box, const Rect& other) {
-  return box.left >= other.left && box.right <= other.right && box.top >= other.top &&
-         box.bottom <= other.bottom;
-}
-
 /** The box with that many pixels more at each side: `across` left and right, `up` above and below. */
 constexpr Rect grownBy(const Rect& box, std::int32_t across, std::int32_t up) {
   return {wrapSub(box.left, across), wrapSub(box.top, up), wrapAdd(box.right, across),

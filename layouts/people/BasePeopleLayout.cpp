@@ -144,7 +144,7 @@ std::shared_ptr<Layout> BasePeopleLayout::tilesFor(std::vector<Seat> seats, cons
       return nullptr;
     }
     std::shared_ptr<Layout> tiles = tilesOf(mUnits, type);
-    if (tiles->frames.size() == 1 && canShow(tiles->frames.front())) {
+    if (tiles->frames.size() == 1 && isSurelyShown(tiles->frames.front())) {
       return tiles;
     }
     mViews.clear();
@@ -229,14 +229,13 @@ std::optional<RuleOfThirdsView> BasePeopleLayout::tryView(const Frame& frame) {
                                          : std::nullopt;
 }
 
-bool BasePeopleLayout::canShow(const Frame& frame) {
+bool BasePeopleLayout::isSurelyShown(const Frame& frame) {
   const HeadsInView heads = headsOf(frame);
   Rect own;
   // Nothing that is done to a view for the sake of others cuts its own people.
-  const bool isShown = !isSquare(frame) && heads.holdsAll(mState.people, frame.fynHeads) &&
-                       BaseLayout::constructBoundingBox(frame, own, false) &&
-                       heads.isWhole(own, grownView(frame, own, heads.image()).view());
-  return isShown || tryView(frame);
+  return !isSquare(frame) && heads.holdsAll(mState.people, frame.fynHeads) &&
+         BaseLayout::constructBoundingBox(frame, own, false) &&
+         heads.isWhole(own, grownView(frame, own, heads.image()).view());
 }
 
 HeadsInView BasePeopleLayout::headsOf(const Frame& frame) {
@@ -270,11 +269,7 @@ TileView BasePeopleLayout::grownView(const Frame& frame, const Rect& box, const 
       !isSquare(frame) ? BaseLayout::getBaseRectForRuleofThirdsFrame(frame, box)
       : isSteady()     ? box
                    : getProximitySquare(box, getCameraLensModelDimension(static_cast<int>(frame.fynCamId)));
-  TileGrowth growth{leastViewHeight(frame)};
-  if (isSteady()) {
-    growSteadily(growth, frame, box);
-  }
-  return mGrownViews.grown({frame, image, base}, growth);
+  return mGrownViews.grown({frame, image, base}, growthOf(frame, box));
 }
 
 TileView BasePeopleLayout::viewAround(const Frame& frame, const Rect& box, const Dimension& image,

@@ -85,8 +85,8 @@ class BasePeopleLayout : public BaseLayout {
   /** The view that the frame's place would get now; nothing when it would cut somebody of the frame. */
   std::optional<RuleOfThirdsView> tryView(const Frame& frame);
 
-  /** Whether there is one. */
-  bool canShow(const Frame& frame);
+  /** Whether tryView finds one; true only where that can be told without a look at who else is there. */
+  bool isSurelyShown(const Frame& frame);
 
   /** The position of people who share a tile that shows them well; `base` is what its view would be made for
    * now. CENTER by default. */
@@ -160,7 +160,7 @@ class BasePeopleLayout : public BaseLayout {
   Rect restingBox(const Frame& frame, const Rect& latest) const;
   /** As high as the tile asks for, whoever else is there. */
   TileView grownView(const Frame& frame, const Rect& box, const Dimension& image);
-  void growSteadily(TileGrowth& growth, const Frame& frame, const Rect& own);
+  TileGrowth growthOf(const Frame& frame, const Rect& own);
   void fitAmongOthers(TileView& view, const Frame& frame, const Rect& own, const Layout* row);
   bool areLargerThanGroup(const Layout& tiles, const std::vector<Rect>& views);
   void formUnitsOf(std::vector<Seat> seats);

@@ -310,16 +310,23 @@ Rect BasePeopleLayout::restingBox(const Frame& frame, const Rect& latest) const 
   return mPresence.restingBox(static_cast<std::int32_t>(*frame.fynHeads.begin()), frame.fynCamId, latest);
 }
 
-void BasePeopleLayout::growSteadily(TileGrowth& growth, const Frame& frame, const Rect& own) {
+TileGrowth BasePeopleLayout::growthOf(const Frame& frame, const Rect& own) {
+  TileGrowth growth{leastViewHeight(frame)};
+  if (!isSteady()) {
+    return growth;
+  }
   if (frame.frameType == FramingType::PROXIMITY) {
     std::int32_t widest = 0;
-    for (const Rect& head : headsOf(frame).bounds(mState.people, frame.fynHeads)) {
-      widest = std::max(widest, widthOf(head));
+    for (const HeadOfPerson& head : headsSeenBy(frame.fynCamId)) {
+      if (frame.fynHeads.count(head.personId) != 0) {
+        widest = std::max(widest, widthOf(head.box));
+      }
     }
     growth.width = widthOf(own) + kBesideHeads * 2 * widest;
   } else if (!isPictureOfItsOwn()) {
     growth.factor = kSway;
   }
+  return growth;
 }
 
 void BasePeopleLayout::fitAmongOthers(TileView& view, const Frame& frame, const Rect& own,

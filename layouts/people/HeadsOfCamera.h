@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "geometry/PeopleMap.h"
@@ -22,12 +23,8 @@ class HeadsOfCamera {
   const std::vector<HeadOfPerson>& of(const PeopleMap& people, unsigned peopleVersion, std::uint32_t camId);
 
  private:
-  struct Key {
-    unsigned peopleVersion;
-    std::uint32_t camId;
-  };
-
-  std::optional<Key> mListed;
+  /** Of which people and camera. */
+  std::optional<std::pair<unsigned, std::uint32_t>> mListed;
   std::vector<HeadOfPerson> mHeads;
 };
 

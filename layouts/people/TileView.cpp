@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "geometry/FramePredicates.h"
 #include "geometry/RectMath.h"
 #include "layouts/people/HeadsInView.h"
 
@@ -212,7 +213,10 @@ void TileView::standClearOf(const std::vector<Rect>& others, const Rect& own) {
   }
 }
 
-bool cutsOffPart(const Rect& head, const Rect& view) {
+bool cutsOff(const Rect& head, const Rect& view) {
+  if (!doOverlap(head, view) || isInside(view, head)) {
+    return false;
+  }
   const Rect shown{std::max(head.left, view.left), std::max(head.top, view.top),
                    std::min(head.right, view.right), std::min(head.bottom, view.bottom)};
   const double width = widthOf(head);

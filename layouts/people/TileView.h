@@ -3,7 +3,6 @@
 #include <optional>
 #include <vector>
 
-#include "geometry/RectMath.h"
 #include "geometry/RuleOfThirds.h"
 #include "model/Layout.h"
 
@@ -75,12 +74,7 @@ class TileView {
   std::optional<Rect> mView;
 };
 
-/** The same of a head on the border of the view. */
-bool cutsOffPart(const Rect& head, const Rect& view);
-
 /** Whether the view shows more than a twentieth of a head's width and height, and leaves out as much. */
-inline bool cutsOff(const Rect& head, const Rect& view) {
-  return doOverlap(head, view) && !isWithin(head, view) && cutsOffPart(head, view);
-}
+bool cutsOff(const Rect& head, const Rect& view);
 
 }  // namespace fyn::productionrules

@@ -44,7 +44,6 @@ bool isWithin(const std::optional<std::uint32_t>& at, std::uint32_t ms, std::uin
 }  // namespace
 
 void SpeechBelief::update(const std::vector<SpeechHint>& hints, std::uint32_t now) {
-  mResult.clear();
   for (const SpeechHint& hint : hints) {
     Voice& voice = mVoices[hint.person];
     listen(voice, hint, now);

@@ -208,7 +208,8 @@ std::shared_ptr<Layout> MultiStreamPeopleFramingLayout::createLayout(const std::
   }
   std::shared_ptr<Layout> layout =
       tilesOf(mFollowed, followed.size() > 1 ? FramingType::PROXIMITY : FramingType::HEAD);
-  if (!canShow(layout->frames.front())) {
+  const Frame& frame = layout->frames.front();
+  if (!isSurelyShown(frame) && !tryView(frame)) {
     return pictureOfEverybody(*mlData, "");
   }
   if (layout != mState.mCurLayout) {

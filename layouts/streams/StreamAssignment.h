@@ -39,9 +39,9 @@ class StreamAssignment {
   const std::vector<std::vector<Seat>>& streams() const { return mStreams; }
 
   /**
-   * Tells whom the picture of each stream shows. Who is out of view and not shown is forgotten. Who is shown
-   * gets the stream back on return, so that a detection missed once moves nobody; newcomers who were given
-   * that stream meanwhile and have not been shown yet make room.
+   * Tells whom the picture of each stream shows, for all of them. Who is out of view and not shown is
+   * forgotten. Who is shown gets the stream back on return, so that a detection missed once moves nobody;
+   * newcomers who were given that stream meanwhile and have not been shown yet make room.
    */
   void setShown(const std::vector<const std::set<std::int64_t>*>& shown);
 
